@@ -1,0 +1,83 @@
+#pragma once
+
+#include "VelmoCore/Activity/ActivityEvent.h"
+#include "VelmoCore/Activity/LiveActivity.h"
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoCore/Storage/JSONFileStore.h"
+
+#include <QObject>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace velmo {
+
+/// The one place that knows what is going on and what has just happened: the live activities, the
+/// short message on show and the history. Main thread only.
+class ActivityCenter : public QObject {
+    Q_OBJECT
+
+public:
+    using Store = JSONFileStore<std::vector<ActivityEvent>>;
+
+    enum class Presentation { standard, transientOnly, historyOnly };
+
+    static constexpr std::size_t historyLimit = 100;
+    static constexpr Seconds feedbackDuration = 2.4s;
+    /// An event with files stays at least this long, so that they can be reached.
+    static constexpr Seconds feedbackDurationWithFiles = 8s;
+
+    /// Loads the history. Without a store nothing is kept.
+    ActivityCenter(Scheduler &scheduler, std::optional<Store> store, int retentionDays,
+                   Seconds feedbackDuration = ActivityCenter::feedbackDuration);
+
+    /// Sorted by priority, equal ones in order of arrival.
+    const std::vector<LiveActivity> &live() const { return m_live; }
+    const std::optional<ActivityEvent> &feedback() const { return m_feedback; }
+    /// Newest first.
+    const std::vector<ActivityEvent> &history() const { return m_history; }
+    int retentionDays() const { return m_retentionDays; }
+
+    /// Adds the activity, or updates the one with its id. `onCancel` runs on the main thread; without
+    /// one an earlier handler stays.
+    void upsert(const LiveActivity &activity, std::function<void()> onCancel = {});
+    /// Removes the activity and posts `outcome`, if there is one.
+    void finish(const QString &id, const std::optional<ActivityEvent> &outcome = std::nullopt);
+    /// Removes the activity at once, then runs its handler.
+    void cancel(const QString &id);
+
+    void post(const ActivityEvent &event, Presentation presentation = Presentation::standard);
+    /// Clears the message on show; with an id, only if it is that one.
+    void dismissFeedback(const std::optional<Uuid> &id = std::nullopt);
+
+    /// Takes effect on the history at the next `prune`.
+    void setRetentionDays(int days) { m_retentionDays = days; }
+    void prune(Date now);
+    void clearHistory();
+    /// Saves at once.
+    void flush();
+
+Q_SIGNALS:
+    void liveChanged();
+    void feedbackChanged();
+    void historyChanged();
+
+private:
+    void removeLive(const QString &id);
+    void scheduleSave();
+
+    Scheduler &m_scheduler;
+    std::optional<Store> m_store;
+    int m_retentionDays;
+    Seconds m_feedbackDuration;
+    std::vector<LiveActivity> m_live;
+    std::optional<ActivityEvent> m_feedback;
+    std::vector<ActivityEvent> m_history;
+    std::map<QString, std::function<void()>> m_cancelHandlers;
+    ScheduledTask m_feedbackTask;
+    ScheduledTask m_saveTask;
+};
+
+} // namespace velmo

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+namespace velmo::Text {
+
+/// How many characters a reader counts: extended grapheme clusters (UAX #29).
+qsizetype characterCount(QStringView text);
+
+/// The first `count` characters as a reader counts them; never cuts a cluster in two.
+QString prefix(const QString &text, qsizetype count);
+
+/// The text folded for comparison and search: no case, no diacritics, compatibility forms made
+/// plain. "Ação" and "acao" fold alike.
+QString folded(const QString &text);
+
+} // namespace velmo::Text

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "VelmoCore/HotKeys/KeyCombo.h"
+
+#include <optional>
+
+/// Virtual key codes, their names for display and their key symbols (X11 keysyms, as also Qt's
+/// native ones).
+namespace velmo::KeyNames {
+
+inline constexpr std::uint32_t keyW = 13;
+inline constexpr std::uint32_t keyComma = 43;
+inline constexpr std::uint32_t keyTab = 48;
+inline constexpr std::uint32_t keyEscape = 53;
+inline constexpr std::uint32_t keyLeft = 123;
+inline constexpr std::uint32_t keyRight = 124;
+
+/// The key's name, as "N", "F5", "Espaço" or "↩"; "Tecla {code}" for an unknown code.
+QString name(std::uint32_t keyCode);
+
+/// Modifier symbols and key name, as "⌃⌥N".
+QString display(const KeyCombo &combo);
+
+/// The X11 keysym of a key code, nothing for an unknown code.
+std::optional<std::uint32_t> keysym(std::uint32_t keyCode);
+
+/// The key code of an X11 keysym (either case of a letter, also those of the number pad).
+std::optional<std::uint32_t> keyCode(std::uint32_t keysym);
+
+/// The index 0 to 8 of the digit keys 1 to 9.
+std::optional<int> digitIndex(std::uint32_t keyCode);
+
+} // namespace velmo::KeyNames

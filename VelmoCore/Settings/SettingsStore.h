@@ -1,0 +1,75 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoCore/Settings/AppSettings.h"
+
+#include <QObject>
+
+#include <functional>
+#include <map>
+#include <optional>
+
+namespace velmo {
+
+/// The live settings record: loads it, tells of each change, saves it a moment later. Main thread
+/// only; the file is plain JSON, so that it can be read when the key store is out of order.
+class SettingsStore : public QObject {
+    Q_OBJECT
+
+public:
+    using Observer = std::function<void(const AppSettings &before, const AppSettings &after)>;
+    using ObserverID = std::uint64_t;
+
+    static constexpr Seconds defaultSaveDelay = 0.3s;
+
+    /// An import of a file that holds no settings.
+    class ImportError : public LocalizedError {
+    public:
+        ImportError();
+    };
+
+    /// Loads at once; never fails.
+    SettingsStore(const QString &path, Scheduler &scheduler, Seconds saveDelay = defaultSaveDelay);
+
+    const AppSettings &settings() const { return m_settings; }
+    /// What went wrong at loading, for the user; shown until the next start.
+    const std::optional<QString> &loadIssue() const { return m_loadIssue; }
+    const QString &path() const { return m_path; }
+
+    /// `change` alters a copy of the record, which then replaces it. An equal record changes nothing.
+    void update(const std::function<void(AppSettings &)> &change);
+    void replace(const AppSettings &settings);
+    /// All defaults but `hasCompletedOnboarding`.
+    void resetToDefaults();
+
+    /// `observer` runs after each change, on the main thread.
+    ObserverID observe(Observer observer);
+    void removeObserver(ObserverID id);
+
+    /// Saves at once. A failure goes to the log; the record in memory stays.
+    void flush();
+
+    /// Throws `FileError`.
+    void exportTo(const QString &path) const;
+    /// Replaces the record but `hasCompletedOnboarding`, and gives the discarded keys. Throws
+    /// `FileError` and `ImportError`, both of which change nothing.
+    StringList importFrom(const QString &path);
+
+Q_SIGNALS:
+    void settingsChanged();
+
+private:
+    void load();
+    void apply(const AppSettings &settings);
+
+    QString m_path;
+    Scheduler &m_scheduler;
+    Seconds m_saveDelay;
+    AppSettings m_settings;
+    std::optional<QString> m_loadIssue;
+    std::map<ObserverID, Observer> m_observers;
+    ObserverID m_nextObserverID = 1;
+    ScheduledTask m_saveTask;
+};
+
+} // namespace velmo

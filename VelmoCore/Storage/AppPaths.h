@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+namespace velmo {
+
+/// The application's directories, as absolute paths. Folders are made with mode 0700.
+struct AppPaths {
+    QString support;
+    QString caches;
+    QString temporary;
+
+    /// `$XDG_DATA_HOME`, `$XDG_CACHE_HOME` and `$XDG_RUNTIME_DIR`, each with `appName` appended (XDG
+    /// Base Directory Specification). Without a runtime directory, the temporary one is
+    /// /tmp/{appName}-{uid}. Data and caches of `legacyName` are moved over first, if there are any.
+    static AppPaths standard(const QString &appName, const QString &legacyName = {});
+
+    QString settingsFile() const;
+    QString activityHistoryFile() const;
+
+    /// Makes the three directories in this order. Throws `FileError` for the first that fails, also
+    /// where `temporary` exists and belongs to somebody else.
+    void ensureExists() const;
+
+    /// Removes what lies in `temporary`; what can't be removed stays.
+    void purgeTemporary() const;
+
+    /// Moves the directory `from` to `to` once and leaves a link behind. Reports nothing.
+    static void migrate(const QString &from, const QString &to);
+
+    bool operator==(const AppPaths &) const = default;
+};
+
+} // namespace velmo

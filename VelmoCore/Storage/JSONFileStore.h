@@ -1,0 +1,86 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Date.h"
+#include "VelmoCore/Foundation/Json.h"
+#include "VelmoCore/Storage/ProtectedFile.h"
+
+#include <functional>
+#include <variant>
+
+namespace velmo {
+
+/// What became of a load, apart from the record itself.
+namespace LoadIssue {
+
+/// The sentence for a file that was set aside; `quarantinedAt` is its new path.
+QString recovered(const QString &label, const std::optional<QString> &quarantinedAt);
+QString locked(const QString &label);
+
+} // namespace LoadIssue
+
+/// The result of loading one root record.
+template <class Root>
+struct LoadResult {
+    struct Loaded {
+        Root value;
+    };
+    /// The file was unreadable and has been set aside; the store starts empty.
+    struct Recovered {
+        std::optional<QString> quarantinedAt;
+    };
+    struct Missing {};
+    /// The file is sealed and can't be opened; nothing was changed.
+    struct Locked {};
+
+    std::variant<Loaded, Recovered, Missing, Locked> outcome;
+
+    /// The root record of `Loaded`, otherwise nothing.
+    std::optional<Root> value() const;
+    /// The sentence to show the user, nothing for `Loaded` and `Missing`.
+    std::optional<QString> issue(const QString &label) const;
+};
+
+/// The part of a store that doesn't depend on its record.
+class JSONFile {
+public:
+    JSONFile(const QString &path, const std::optional<DataCipher> &cipher);
+
+    const QString &path() const { return m_path; }
+
+    /// Throws as `ProtectedFile::write` does.
+    void write(const QByteArray &text) const;
+    /// Removes the file if it exists. Throws `FileError`.
+    void remove() const;
+
+    enum class Failure { missing, locked, recovered };
+    struct ReadResult {
+        std::optional<Failure> failure;
+        std::optional<QString> quarantinedAt;
+    };
+    /// Reads the text and hands it to `decode`, which throws where it isn't the record, and gives the
+    /// record's text anew. A plain file is sealed when a cipher is at hand.
+    ReadResult read(Date now, const std::function<void(const QByteArray &)> &decode,
+                    const std::function<QByteArray()> &encode) const;
+
+    /// The sentence for a failed save; nothing where a `ProtectedFileError` repeats the `loadIssue`.
+    static std::optional<QString> saveIssue(const std::exception &error, const QString &label,
+                                            const std::optional<QString> &loadIssue);
+
+private:
+    QString m_path;
+    ProtectedFile m_file;
+};
+
+/// A typed store of one root record in one file, sealed when it has a cipher.
+template <class Root>
+class JSONFileStore : public JSONFile {
+public:
+    using JSONFile::JSONFile;
+
+    /// Never fails; `now` names the quarantine file. Main thread or not, one at a time a file.
+    LoadResult<Root> load(Date now) const;
+    /// Throws `FileError`, `ProtectedFile::ProtectedFileError`.
+    void save(const Root &value) const { write(Json::encode(value)); }
+};
+
+} // namespace velmo

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoSystem/Ports/HotKeyGrabber.h"
+
+#include <functional>
+#include <map>
+
+namespace velmo {
+
+/// The global shortcuts and what they run.
+class GlobalHotKeyCenter {
+public:
+    using ID = HotKeyGrabber::ID;
+
+    class RegistrationError : public LocalizedError {
+    public:
+        using LocalizedError::LocalizedError;
+        static RegistrationError failed(int code);
+        static RegistrationError alreadyTaken();
+        static RegistrationError notAcceptable();
+    };
+
+    explicit GlobalHotKeyCenter(HotKeyGrabber &grabber);
+
+    /// Throws `RegistrationError`.
+    ID registerHotKey(const KeyCombo &combo, std::function<void()> action);
+    void unregister(ID id);
+    /// Runs the action of `id`; nothing for an unknown one.
+    void fire(ID id);
+
+private:
+    HotKeyGrabber &m_grabber;
+    std::map<ID, std::function<void()>> m_actions;
+    ID m_nextID = 1;
+};
+
+} // namespace velmo

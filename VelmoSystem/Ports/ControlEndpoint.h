@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include <functional>
+#include <vector>
+
+namespace velmo {
+
+/// How other programs, the desktop and the command line reach the running Orvane. The callbacks run
+/// on the main thread.
+class ControlEndpoint {
+public:
+    struct Commands {
+        std::function<void()> activate; ///< a second launch
+        std::function<void(const std::vector<QUrl> &)> openFiles;
+        std::function<void(const QString &moduleID)> open; ///< empty for the module last shown
+        /// Whether a module with that id exists.
+        std::function<bool(const QString &moduleID)> hasModule;
+        std::function<void()> toggle;
+        std::function<void()> hide;
+        std::function<void()> show;
+        std::function<void()> quit;
+        std::function<QString()> status; ///< one JSON object
+    };
+
+    enum class Registration {
+        first,   ///< this process answers from now on
+        second,  ///< another one answers already, and has been activated
+        noBus,   ///< there is no session bus; nobody can reach this process
+    };
+
+    virtual ~ControlEndpoint() = default;
+
+    /// Claims the name. Call before anything that a second process must not do.
+    virtual Registration claim() = 0;
+    /// Calls that came since `claim` are answered now.
+    virtual void serve(Commands commands) = 0;
+};
+
+} // namespace velmo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "VelmoCore/HotKeys/KeyCombo.h"
+
+#include <cstdint>
+#include <functional>
+#include <variant>
+
+namespace velmo {
+
+/// Keys that reach us whatever application has the focus.
+class HotKeyGrabber {
+public:
+    using ID = std::uint32_t;
+
+    struct Grabbed {};
+    struct AlreadyTaken {};
+    struct Failed {
+        int code = 0; ///< the desktop's own error number
+    };
+    using Result = std::variant<Grabbed, AlreadyTaken, Failed>;
+
+    virtual ~HotKeyGrabber() = default;
+
+    virtual Result grab(ID id, const KeyCombo &combo) = 0;
+    virtual void release(ID id) = 0;
+
+    /// Runs on the main thread when a grabbed key goes down, once a press (no auto-repeat).
+    std::function<void(ID)> onPressed;
+};
+
+} // namespace velmo

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "VelmoCore/Foundation/LocalizedError.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace velmo {
+
+/// The system's store of secrets: items found by service and account.
+class KeyItemStore {
+public:
+    struct Item {
+        QString service;
+        QString account;
+        QString label;
+        QString description;
+    };
+
+    /// The store answered with a refusal, or not at all. Not-found is no error.
+    class Refusal : public LocalizedError {
+    public:
+        Refusal(int status, const QString &message) : LocalizedError(message), m_status(status) { }
+        int status() const { return m_status; }
+
+    private:
+        int m_status;
+    };
+
+    virtual ~KeyItemStore() = default;
+
+    /// The item's secret, nothing if there is no such item. Throws `Refusal`, also when locked.
+    virtual std::optional<QByteArray> find(const Item &item) const = 0;
+    /// False if such an item exists already. Throws `Refusal`.
+    virtual bool add(const Item &item, const QByteArray &secret) = 0;
+    /// Gives an existing item the label and description of `item`, if its label differs. What can't
+    /// be done is left.
+    virtual void rename(const Item &item) = 0;
+};
+
+} // namespace velmo

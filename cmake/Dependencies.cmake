@@ -1,0 +1,21 @@
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core)
+find_package(Boost 1.81 REQUIRED COMPONENTS json)
+find_package(OpenSSL 3 REQUIRED)
+
+if(NOT ORVANE_BUILD_FUZZERS)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Qml Quick DBus)
+    find_package(PkgConfig REQUIRED)
+    pkg_check_modules(Libsecret REQUIRED IMPORTED_TARGET libsecret-1)
+    pkg_check_modules(
+        Xcb REQUIRED IMPORTED_TARGET
+        xcb xcb-xinput xcb-xfixes xcb-shape xcb-randr xcb-ewmh xcb-keysyms xcb-xkb)
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+find_program(MOLD mold)
+if(MOLD)
+    add_link_options(-fuse-ld=mold)
+endif()

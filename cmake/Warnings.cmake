@@ -1,0 +1,17 @@
+# Our sources are held to these; generated code (moc, qmlcachegen) is not.
+add_library(OrvaneWarnings INTERFACE)
+target_compile_options(
+    OrvaneWarnings
+    INTERFACE -Wall
+              -Wextra
+              -Wpedantic
+              -Wshadow
+              -Wnon-virtual-dtor
+              -Woverloaded-virtual
+              -Wcast-align
+              -Wunused
+              -Wnull-dereference
+              -Wimplicit-fallthrough
+              -Wno-missing-field-initializers
+              -Werror)
+add_compile_definitions(QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)

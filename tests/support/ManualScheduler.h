@@ -1,0 +1,33 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoCore/Foundation/TimerQueue.h"
+
+#include <deque>
+
+namespace velmo {
+
+/// A scheduler whose time stands until a test moves it.
+class ManualScheduler : public Scheduler {
+public:
+    explicit ManualScheduler(Date start = Date{1'773'480'413s});
+
+    Date now() const override;
+    ScheduledTask after(Seconds delay, std::function<void()> body) override;
+    void post(std::function<void()> body) override;
+
+    /// Moves time, running each body at its own moment, and what was posted.
+    void advance(Seconds by);
+    /// Runs what was posted, without moving time.
+    void runPosted();
+    /// How many bodies wait for their time.
+    std::size_t pendingCount() const;
+
+private:
+    Date m_start;
+    Seconds m_elapsed{0};
+    std::shared_ptr<TimerQueue> m_queue;
+    std::deque<std::function<void()>> m_posted;
+};
+
+} // namespace velmo
