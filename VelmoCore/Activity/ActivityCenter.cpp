@@ -1,0 +1,1 @@
+#include "VelmoCore/Activity/ActivityCenter.h"

@@ -1,0 +1,1 @@
+#include "VelmoCore/Foundation/Text.h"

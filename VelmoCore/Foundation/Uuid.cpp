@@ -1,0 +1,1 @@
+#include "VelmoCore/Foundation/Uuid.h"

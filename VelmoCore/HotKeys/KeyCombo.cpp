@@ -1,0 +1,1 @@
+#include "VelmoCore/HotKeys/KeyCombo.h"

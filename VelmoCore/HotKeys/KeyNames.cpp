@@ -1,0 +1,1 @@
+#include "VelmoCore/HotKeys/KeyNames.h"

@@ -1,0 +1,1 @@
+#include "VelmoCore/Notch/NotchStateMachine.h"

@@ -1,0 +1,1 @@
+#include "VelmoCore/Profiles/ContextTool.h"

@@ -1,0 +1,1 @@
+#include "VelmoCore/Settings/SettingsCoder.h"

@@ -1,0 +1,1 @@
+#include "VelmoCore/Settings/SettingsStore.h"

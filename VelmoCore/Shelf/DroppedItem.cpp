@@ -1,0 +1,1 @@
+#include "VelmoCore/Shelf/DroppedItem.h"

@@ -1,0 +1,1 @@
+#include "VelmoCore/Storage/AppPaths.h"

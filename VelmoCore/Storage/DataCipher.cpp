@@ -1,0 +1,1 @@
+#include "VelmoCore/Storage/DataCipher.h"

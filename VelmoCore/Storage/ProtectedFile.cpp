@@ -1,0 +1,1 @@
+#include "VelmoCore/Storage/ProtectedFile.h"

@@ -1,0 +1,1 @@
+#include "VelmoSystem/Input/MouseEventMonitor.h"

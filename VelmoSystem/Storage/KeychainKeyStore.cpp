@@ -1,0 +1,1 @@
+#include "VelmoSystem/Storage/KeychainKeyStore.h"
