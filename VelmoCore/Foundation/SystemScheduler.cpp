@@ -1,1 +1,95 @@
 #include "VelmoCore/Foundation/SystemScheduler.h"
+
+#include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoCore/Foundation/TimerQueue.h"
+
+#include <algorithm>
+#include <cmath>
+#include <sys/timerfd.h>
+#include <time.h>
+#include <unistd.h>
+
+namespace velmo {
+
+namespace {
+
+int makeTimer()
+{
+    const int timer = timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC);
+    if (timer < 0)
+        throw LocalizedError(
+            QStringLiteral("O sistema não forneceu um temporizador: %1").arg(qt_error_string()));
+    return timer;
+}
+
+Seconds secondsSinceBoot()
+{
+    timespec time{};
+    clock_gettime(CLOCK_BOOTTIME, &time);
+    return std::chrono::seconds{time.tv_sec} + std::chrono::nanoseconds{time.tv_nsec};
+}
+
+/// Rounded up to the next nanosecond, lest the timer fires before the deadline. All zero would
+/// disarm it, and the kernel counts no further than 9.2e9 seconds.
+timespec timespecFrom(Seconds deadline)
+{
+    const double seconds = std::clamp(deadline.count(), 1e-9, 9e9);
+    const double whole = std::floor(seconds);
+    const double nanoseconds = std::ceil((seconds - whole) * 1e9);
+    return nanoseconds < 1e9 ? timespec{static_cast<time_t>(whole), static_cast<long>(nanoseconds)}
+                             : timespec{static_cast<time_t>(whole) + 1, 0};
+}
+
+} // namespace
+
+SystemScheduler::SystemScheduler()
+    : m_timer(makeTimer()), m_notifier(m_timer, QSocketNotifier::Read),
+      m_queue(std::make_shared<TimerQueue>([this] { arm(); }))
+{
+    connect(&m_notifier, &QSocketNotifier::activated, this, &SystemScheduler::runDue);
+}
+
+SystemScheduler::~SystemScheduler()
+{
+    m_notifier.setEnabled(false);
+    close(m_timer);
+}
+
+Date SystemScheduler::now() const
+{
+    return std::chrono::system_clock::now();
+}
+
+ScheduledTask SystemScheduler::after(Seconds delay, std::function<void()> body)
+{
+    const Seconds deadline = secondsSinceBoot() + std::max(Seconds{0}, delay);
+    return {m_queue, m_queue->insert(deadline, std::move(body))};
+}
+
+void SystemScheduler::post(std::function<void()> body)
+{
+    QMetaObject::invokeMethod(this, std::move(body), Qt::QueuedConnection);
+}
+
+void SystemScheduler::arm()
+{
+    itimerspec timer{};
+    if (const auto deadline = m_queue->earliest())
+        timer.it_value = timespecFrom(*deadline);
+    if (timerfd_settime(m_timer, TFD_TIMER_ABSTIME, &timer, nullptr) != 0)
+        qFatal("timerfd_settime: %s", qPrintable(qt_error_string()));
+}
+
+void SystemScheduler::runDue()
+{
+    // Setting the timer anew makes it unreadable until the next deadline; so a spurious call, or
+    // one for a task that was cancelled just now, ends here as well.
+    arm();
+    // The time stands during the run, so that bodies which start anew leave other events their
+    // turn.
+    const Seconds time = secondsSinceBoot();
+    while (m_queue->runNext(time)) {
+    }
+}
+
+} // namespace velmo

@@ -21,6 +21,7 @@ public:
     void remove(std::uint64_t id);
     bool contains(std::uint64_t id) const;
     std::optional<Seconds> earliest() const;
+    std::size_t size() const { return m_bodies.size(); }
 
     /// Takes out and runs the earliest body due at `time`. False if none is.
     bool runNext(Seconds time);

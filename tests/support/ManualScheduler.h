@@ -4,6 +4,7 @@
 #include "VelmoCore/Foundation/TimerQueue.h"
 
 #include <deque>
+#include <mutex>
 
 namespace velmo {
 
@@ -24,9 +25,12 @@ public:
     std::size_t pendingCount() const;
 
 private:
+    std::function<void()> takePosted();
+
     Date m_start;
     Seconds m_elapsed{0};
     std::shared_ptr<TimerQueue> m_queue;
+    std::mutex m_mutex; ///< guards `m_posted`
     std::deque<std::function<void()>> m_posted;
 };
 
