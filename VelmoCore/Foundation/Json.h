@@ -1,60 +1,55 @@
 #pragma once
 
-#include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoCore/Foundation/JsonCoding.h"
 
-#include <QByteArray>
-
-#include <boost/json/value.hpp>
+#include <boost/json/monotonic_resource.hpp>
 
 /// The JSON of described records (RFC 8259, UTF-8).
 ///
-/// A described struct is an object of its members' names, keys sorted; an absent optional is left
-/// out; a described enumeration is its case name. `Date` is ISO 8601 in UTC at whole seconds, `Uuid`
-/// upper-case canonical text, `QUrl` its absolute text, `QByteArray` Base64 (RFC 4648, section 4),
-/// `QString` text, `std::vector` a list, `std::map<QString, T>` an object with sorted keys.
+/// A described struct is an object of its members' names and those of its bases, keys sorted by
+/// their bytes; an absent optional is left out, and null reads as absent. A described enumeration
+/// is its case name. `Date` is ISO 8601 in UTC at whole seconds, `Uuid` upper-case canonical text,
+/// `QUrl` its absolute text, `QByteArray` Base64 (RFC 4648, section 4), `QString` text, `Seconds` a
+/// number, `std::vector` a list, `std::map<QString, T>` an object with sorted keys.
 ///
-/// A tagged value derives from a `std::variant` of described structs, each with a
-/// `static constexpr const char *caseName`: an object with that one key, holding the case's own
-/// object; a sole member named `value` stands under "_0".
+/// A tagged value is a `std::variant` of described structs, each with a
+/// `static constexpr const char *caseName`, or a struct around one in its sole member `value`: an
+/// object with that one key, holding the case's own object; a sole member named `value` stands
+/// under
+/// "_0".
 ///
 /// Decoding is strict: a missing or wrong field throws `JsonError`, unknown keys are passed over.
-/// A record for which `decodesKeyByKey` is true takes its member's default for such a field instead.
-/// A type with a form of its own specialises `JsonCoding`.
-namespace velmo {
+/// A record for which `decodesKeyByKey` is true takes its member's default for such a field
+/// instead. A type with a form of its own specialises `JsonCoding`.
+namespace velmo::Json {
 
-/// Text that isn't JSON, or JSON that isn't the record asked for. The description says where.
-class JsonError : public LocalizedError {
-public:
-    using LocalizedError::LocalizedError;
-};
-
-template <class Record>
-inline constexpr bool decodesKeyByKey = false;
-
-/// A type's own form in JSON: a specialisation has
-/// `static void write(JsonWriter &, const Value &)` and
-/// `static Value read(const boost::json::value &)`, which throws `JsonError`.
+/// Throws `JsonError` on a number that isn't finite and on an enumeration's value without a name.
 template <class Value>
-struct JsonCoding;
-
-enum class JsonStyle { compact, pretty };
-
-namespace Json {
-
-template <class Value>
-QByteArray encode(const Value &value, JsonStyle style = JsonStyle::compact);
+QByteArray encode(const Value &value, JsonStyle style = JsonStyle::compact)
+{
+    JsonWriter writer(style);
+    JsonCoding<Value>::write(writer, value);
+    return writer.finish();
+}
 
 /// Throws `JsonError`.
 template <class Value>
-Value decode(const QByteArray &text);
+Value decode(const std::same_as<boost::json::value> auto &json)
+{
+    return JsonCoding<Value>::read(json);
+}
+
+/// Throws `JsonError` on text that isn't JSON (RFC 8259), on a number beyond a double's range, on
+/// lists and objects nested deeper than 64, and on text behind the value. Of equal keys the last
+/// holds.
+boost::json::value parse(const QByteArray &text, boost::json::storage_ptr storage = {});
 
 /// Throws `JsonError`.
 template <class Value>
-Value decode(const boost::json::value &json);
+Value decode(const QByteArray &text)
+{
+    boost::json::monotonic_resource memory;
+    return decode<Value>(parse(text, &memory));
+}
 
-/// Throws `JsonError` on text that isn't JSON (RFC 8259), on a root nested deeper than 64, or on
-/// text behind the value.
-boost::json::value parse(const QByteArray &text);
-
-} // namespace Json
-} // namespace velmo
+} // namespace velmo::Json

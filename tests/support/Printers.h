@@ -1,13 +1,10 @@
 #pragma once
 
-#include "VelmoCore/Foundation/Date.h"
 #include "VelmoCore/Foundation/Json.h"
 
 #include <QString>
 
 #include <ostream>
-
-#include <boost/describe.hpp>
 
 /// How values read in a failed expectation.
 QT_BEGIN_NAMESPACE
@@ -23,19 +20,12 @@ QT_END_NAMESPACE
 
 namespace velmo {
 
-/// Described records print as their JSON.
-template <class Record>
-    requires boost::describe::has_describe_members<Record>::value
-void PrintTo(const Record &record, std::ostream *out)
+/// Records, enumerations and tagged values print as their JSON.
+template <class Value>
+requires DescribedRecord<Value> || DescribedEnum<Value> || TaggedValue<Value>
+void PrintTo(const Value &value, std::ostream *out)
 {
-    *out << Json::encode(record).toStdString();
-}
-
-template <class Enum>
-    requires boost::describe::has_describe_enumerators<Enum>::value
-void PrintTo(Enum value, std::ostream *out)
-{
-    *out << boost::describe::enum_to_string(value, "?");
+    *out << Json::encode(value).toStdString();
 }
 
 } // namespace velmo
