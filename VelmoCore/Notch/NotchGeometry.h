@@ -4,10 +4,10 @@
 
 #include <QString>
 
+#include <boost/describe.hpp>
+
 #include <cstdint>
 #include <optional>
-
-#include <boost/describe.hpp>
 
 namespace velmo {
 
@@ -18,8 +18,8 @@ struct ScreenDescriptor {
     DisplayID displayID = 0;
     QString name;
     Rect frame;
-    Rect visibleFrame;                           ///< without panels and bars of the desktop
-    double safeAreaTop = 0;                      ///< height of a cut-out at the top edge, 0 for none
+    Rect visibleFrame;      ///< without panels and bars of the desktop
+    double safeAreaTop = 0; ///< height of a cut-out at the top edge, 0 for none
     std::optional<double> auxiliaryTopLeftWidth; ///< usable width left of the cut-out
     std::optional<double> auxiliaryTopRightWidth;
     bool isBuiltIn = false;

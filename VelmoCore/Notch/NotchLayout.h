@@ -3,9 +3,9 @@
 #include "VelmoCore/Notch/NotchGeometry.h"
 #include "VelmoCore/Notch/NotchStateMachine.h"
 
-#include <optional>
-
 #include <boost/describe.hpp>
+
+#include <optional>
 
 namespace velmo {
 

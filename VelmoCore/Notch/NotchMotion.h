@@ -1,10 +1,11 @@
 #pragma once
 
 #include "VelmoCore/Foundation/Date.h"
-
-#include <variant>
+#include "VelmoCore/Notch/NotchStateMachine.h"
 
 #include <boost/describe.hpp>
+
+#include <variant>
 
 namespace velmo {
 
@@ -17,7 +18,8 @@ struct NotchMotion {
     struct None {
         bool operator==(const None &) const = default;
     };
-    /// A damped harmonic spring: `response` is the undamped period, `dampingFraction` 1 is critical.
+    /// A damped harmonic spring: `response` is the undamped period (above 0),
+    /// `dampingFraction` 1 is critical.
     struct Spring {
         Seconds response{};
         double dampingFraction = 1;
@@ -47,12 +49,18 @@ Sample sample(const NotchMotion::Spring &spring, double from, double velocity, d
               Seconds elapsed);
 Sample sample(const NotchMotion::Ease &ease, double from, double to, Seconds elapsed);
 
-/// Whether what remains of the way can't be seen: below a twentieth of a point, and slow.
+/// Whether what remains of the way can't be seen: below a twentieth of a point, and
+/// slower than a point a second.
 bool isSettled(const Sample &sample, double to);
 
 /// The motion of a change of presentation.
 NotchMotion transition(bool opening, bool animationsEnabled, bool reduceMotion,
                        AnimationSpeed speed);
+
+/// The motion of a shape that changes within its presentation: a banner comes, sides grow.
+/// `sinceTransition` is the time since the presentation changed.
+NotchMotion shapeChange(NotchPresentation presentation, Seconds sinceTransition,
+                        bool animationsEnabled, bool reduceMotion, AnimationSpeed speed);
 
 } // namespace NotchMotions
 } // namespace velmo
