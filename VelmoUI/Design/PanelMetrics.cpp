@@ -1,0 +1,22 @@
+#include "VelmoUI/Design/PanelMetrics.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmo {
+
+double PanelMetrics::row(int count, double item, double spacing)
+{
+    return count < 1 ? 0 : count * item + (count - 1) * spacing;
+}
+
+double PanelMetrics::fill(int count, double available, double minimum, double maximum,
+                          double spacing)
+{
+    if (count < 1 || available <= 0)
+        return minimum;
+    const double share = (available - spacing * (count - 1)) / count;
+    return std::floor(std::min(maximum, std::max(minimum, share)));
+}
+
+} // namespace velmo
