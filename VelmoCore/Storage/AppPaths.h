@@ -10,9 +10,10 @@ struct AppPaths {
     QString caches;
     QString temporary;
 
-    /// `$XDG_DATA_HOME`, `$XDG_CACHE_HOME` and `$XDG_RUNTIME_DIR`, each with `appName` appended (XDG
-    /// Base Directory Specification). Without a runtime directory, the temporary one is
-    /// /tmp/{appName}-{uid}. Data and caches of `legacyName` are moved over first, if there are any.
+    /// `$XDG_DATA_HOME`, `$XDG_CACHE_HOME` and `$XDG_RUNTIME_DIR`, each with `appName` appended
+    /// (XDG Base Directory Specification). Without a runtime directory, the temporary one is
+    /// /tmp/{appName}-{uid}. Data and caches of `legacyName` are moved over first, if there are
+    /// any. A runtime directory that isn't this user's counts as none.
     static AppPaths standard(const QString &appName, const QString &legacyName = {});
 
     QString settingsFile() const;
@@ -27,6 +28,10 @@ struct AppPaths {
 
     /// Moves the directory `from` to `to` once and leaves a link behind. Reports nothing.
     static void migrate(const QString &from, const QString &to);
+
+    /// The base directory of an environment variable, else the one at `underHome` in the user's
+    /// home. A relative path in the variable is passed over.
+    static QString baseDirectory(const char *variable, const QString &underHome);
 
     bool operator==(const AppPaths &) const = default;
 };

@@ -11,8 +11,8 @@ namespace velmo {
 
 /// The sealed container: AES-256-GCM (NIST SP 800-38D) under one 32-byte key.
 ///
-/// magic "VLMO1" (5 bytes), nonce (12, random for each seal), ciphertext (as long as the plaintext),
-/// tag (16). No additional authenticated data.
+/// magic "VLMO1" (5 bytes), nonce (12, random for each seal), ciphertext (as long as the
+/// plaintext), tag (16). No additional authenticated data.
 class DataCipher {
 public:
     static constexpr std::array<char, 5> magic = {'V', 'L', 'M', 'O', '1'};
@@ -21,17 +21,23 @@ public:
     static constexpr qsizetype overhead = 33;
 
     class CipherError;
+    /// The cryptography library itself failed.
+    class LibraryError : public LocalizedError {
+    public:
+        using LocalizedError::LocalizedError;
+    };
 
     /// Throws `CipherError::invalidKey` unless the key has exactly `keyLength` bytes.
     explicit DataCipher(const QByteArray &keyData);
 
-    /// 256 random bits from a cryptographic source. Throws `CipherError` if there is none.
+    /// 256 random bits from a cryptographic source. Throws `LibraryError` if there is none.
     static QByteArray generateKeyData();
 
     static bool isSealed(const QByteArray &data);
     /// Reads the first 5 bytes only. False for whatever can't be opened or read.
     static bool isSealedFile(const QString &path);
 
+    /// Throws `LibraryError`.
     QByteArray seal(const QByteArray &data) const;
     /// Throws `CipherError`: `notSealed` without the magic, `unreadable` for all that follows.
     QByteArray open(const QByteArray &data) const;

@@ -57,16 +57,20 @@ public:
         std::optional<Failure> failure;
         std::optional<QString> quarantinedAt;
     };
-    /// Reads the text and hands it to `decode`, which throws where it isn't the record, and gives the
-    /// record's text anew. A plain file is sealed when a cipher is at hand.
+    /// Reads the text and hands it to `decode`, which throws where it isn't the record, and gives
+    /// the record's text anew. A plain file is sealed when a cipher is at hand.
     ReadResult read(Date now, const std::function<void(const QByteArray &)> &decode,
                     const std::function<QByteArray()> &encode) const;
 
-    /// The sentence for a failed save; nothing where a `ProtectedFileError` repeats the `loadIssue`.
+    /// The sentence for a failed save; nothing where a `ProtectedFileError` repeats the
+    /// `loadIssue`.
     static std::optional<QString> saveIssue(const std::exception &error, const QString &label,
                                             const std::optional<QString> &loadIssue);
 
 private:
+    /// A failure costs nothing but the sealing: the next load tries again.
+    void sealPlainFile(const std::function<QByteArray()> &encode) const;
+
     QString m_path;
     ProtectedFile m_file;
 };
@@ -82,5 +86,43 @@ public:
     /// Throws `FileError`, `ProtectedFile::ProtectedFileError`.
     void save(const Root &value) const { write(Json::encode(value)); }
 };
+
+template <class Root>
+std::optional<Root> LoadResult<Root>::value() const
+{
+    const auto *loaded = std::get_if<Loaded>(&outcome);
+    return loaded ? std::optional(loaded->value) : std::nullopt;
+}
+
+template <class Root>
+std::optional<QString> LoadResult<Root>::issue(const QString &label) const
+{
+    if (const auto *recovered = std::get_if<Recovered>(&outcome))
+        return LoadIssue::recovered(label, recovered->quarantinedAt);
+    if (std::holds_alternative<Locked>(outcome))
+        return LoadIssue::locked(label);
+    return std::nullopt;
+}
+
+template <class Root>
+LoadResult<Root> JSONFileStore<Root>::load(Date now) const
+{
+    using Result = LoadResult<Root>;
+    std::optional<Root> value;
+    const ReadResult result = read(
+        now, [&](const QByteArray &text) { value = Json::decode<Root>(text); },
+        [&] { return Json::encode(*value); });
+    if (!result.failure)
+        return {typename Result::Loaded{std::move(*value)}};
+    switch (*result.failure) {
+    case Failure::missing:
+        return {typename Result::Missing{}};
+    case Failure::locked:
+        return {typename Result::Locked{}};
+    case Failure::recovered:
+        return {typename Result::Recovered{result.quarantinedAt}};
+    }
+    Q_UNREACHABLE();
+}
 
 } // namespace velmo

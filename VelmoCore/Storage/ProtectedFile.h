@@ -25,8 +25,9 @@ struct ProtectedFile {
     /// Throws `FileError`, `ProtectedFileError`, `DataCipher::CipherError`.
     Contents read(const QString &path) const;
 
-    /// Throws `ProtectedFileError` over a sealed file that this key doesn't open, and `FileError`.
-    /// Whatever fails, the earlier file stands untouched.
+    /// Throws `ProtectedFileError` over a sealed file that this key doesn't open, and `FileError`,
+    /// also where the earlier file's beginning can't be read: it might be sealed. Whatever fails,
+    /// the earlier file stands untouched.
     void write(const QByteArray &data, const QString &path) const;
 
     bool operator==(const ProtectedFile &) const = default;

@@ -1,1 +1,81 @@
-// to be written
+#include "VelmoCore/Storage/DataCipher.h"
+
+#include "tests/support/Printers.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+using Reason = DataCipher::CipherError::Reason;
+
+Reason reasonOf(const std::function<void()> &body)
+{
+    try {
+        body();
+    } catch (const DataCipher::CipherError &error) {
+        return error.reason();
+    }
+    throw std::logic_error("no CipherError");
+}
+
+TEST(DataCipher, TakesKeysOfThirtyTwoBytesOnly)
+{
+    for (const qsizetype length : {0, 16, 31, 33, 64})
+        EXPECT_EQ(reasonOf([&] { DataCipher(QByteArray(length, 'k')); }), Reason::invalidKey);
+    EXPECT_NE(DataCipher::generateKeyData(), DataCipher::generateKeyData());
+    EXPECT_NO_THROW(DataCipher(DataCipher::generateKeyData()));
+}
+
+TEST(DataCipher, OpensWhatAnotherImplementationSealed)
+{
+    // Test case 14 of the GCM specification: a zero key, nonce and block.
+    const QByteArray sealed = "VLMO1" + QByteArray(12, '\0') +
+                              QByteArray::fromHex("cea7403d4d606b6e074ec5d3baf39d18"
+                                                  "d0d1c8a799996bf0265b98b5d48ab919");
+    EXPECT_EQ(DataCipher(QByteArray(32, '\0')).open(sealed), QByteArray(16, '\0'));
+}
+
+TEST(DataCipher, SealsAnyLengthAnewEachTime)
+{
+    const DataCipher cipher(DataCipher::generateKeyData());
+    for (const qsizetype length : {0, 1, 15, 16, 17, 4096, 1'000'003}) {
+        const QByteArray plain(length, 'x');
+        const QByteArray sealed = cipher.seal(plain);
+        EXPECT_EQ(sealed.size(), length + 33);
+        EXPECT_TRUE(sealed.startsWith("VLMO1"));
+        EXPECT_NE(sealed, cipher.seal(plain));
+        EXPECT_EQ(cipher.open(sealed), plain);
+    }
+}
+
+TEST(DataCipher, NoticesEveryChangedByteAndEveryCut)
+{
+    const DataCipher cipher(DataCipher::generateKeyData());
+    const QByteArray sealed = cipher.seal("segredo");
+    for (qsizetype i = 0; i < sealed.size(); ++i) {
+        QByteArray changed = sealed;
+        changed[i] = static_cast<char>(changed[i] ^ 1);
+        const Reason expected = i < 5 ? Reason::notSealed : Reason::unreadable;
+        EXPECT_EQ(reasonOf([&] { cipher.open(changed); }), expected) << i;
+        EXPECT_EQ(reasonOf([&] { cipher.open(sealed.first(i)); }), expected) << i;
+    }
+    const DataCipher other(DataCipher::generateKeyData());
+    EXPECT_EQ(reasonOf([&] { other.open(sealed); }), Reason::unreadable);
+    EXPECT_EQ(reasonOf([&] { cipher.open(sealed + '\0'); }), Reason::unreadable);
+}
+
+TEST(DataCipher, KnowsASealedFileByItsFirstBytes)
+{
+    const TemporaryFolder folder;
+    folder.write("sealed", "VLMO1");
+    folder.write("plain", "{}");
+    folder.write("short", "VLMO");
+    EXPECT_TRUE(DataCipher::isSealedFile(folder.path("sealed")));
+    for (const QString name : {"plain", "short", "absent", ""})
+        EXPECT_FALSE(DataCipher::isSealedFile(folder.path(name))) << name.toStdString();
+}
+
+} // namespace
+} // namespace velmo
