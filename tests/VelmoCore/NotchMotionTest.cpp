@@ -1,1 +1,97 @@
-// to be written
+#include "VelmoCore/Notch/NotchMotion.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <numbers>
+
+namespace velmo {
+namespace {
+
+TEST(NotchMotion, MovesASpringByItsDifferentialEquation)
+{
+    const double to = 204;
+    const double h = 1e-5;
+    for (const double damping : {0.0, 0.7, 1 - 1e-7, 1.0, 1 + 1e-7, 1.6}) {
+        const NotchMotion::Spring spring{Seconds{0.42}, damping};
+        const double omega = 2 * std::numbers::pi / 0.42;
+        for (const double velocity : {0.0, 900.0, -900.0}) {
+            const auto at = [&](double t) {
+                return NotchMotions::sample(spring, 32, velocity, to, Seconds{t});
+            };
+            EXPECT_NEAR(at(0).position, 32, 1e-9);
+            EXPECT_NEAR(at(0).velocity, velocity, 1e-4);
+            for (const double t : {0.001, 0.03, 0.2, 0.8}) {
+                const auto [before, now, after] = std::array{at(t - h), at(t), at(t + h)};
+                const double acceleration =
+                    -omega * omega * (now.position - to) - 2 * damping * omega * now.velocity;
+                EXPECT_NEAR((after.position - before.position) / (2 * h), now.velocity, 0.01)
+                    << damping << ' ' << velocity << ' ' << t;
+                EXPECT_NEAR((after.velocity - before.velocity) / (2 * h), acceleration, 0.1)
+                    << damping << ' ' << velocity << ' ' << t;
+            }
+        }
+    }
+}
+
+TEST(NotchMotion, SettlesOnlyWhenNearAndSlow)
+{
+    EXPECT_FALSE(NotchMotions::isSettled({204, 300}, 204)) << "passing through";
+    EXPECT_FALSE(NotchMotions::isSettled({207, 0}, 204)) << "turning at the overshoot";
+    EXPECT_TRUE(NotchMotions::isSettled({204.01, -0.2}, 204));
+
+    for (const bool opening : {true, false}) {
+        const NotchMotion motion =
+            NotchMotions::transition(opening, true, false, AnimationSpeed::relaxed);
+        const auto &spring = std::get<NotchMotion::Spring>(motion.value);
+        EXPECT_TRUE(
+            NotchMotions::isSettled(NotchMotions::sample(spring, 190, 0, 1280, Seconds{2}), 1280));
+    }
+}
+
+TEST(NotchMotion, EasesInAndOut)
+{
+    const NotchMotion::Ease ease{Seconds{0.2}};
+    const auto at = [&](double elapsed) {
+        return NotchMotions::sample(ease, 100, 200, Seconds{elapsed});
+    };
+    // x and y of the curve at its parameters 0.25 and 0.5, worked out by hand.
+    EXPECT_NEAR(at(0.2 * 0.274375).position, 115.625, 1e-9);
+    EXPECT_NEAR(at(0.1).position, 150, 1e-9);
+    EXPECT_NEAR(at(0.2 * 0.725625).position, 184.375, 1e-9);
+    EXPECT_EQ(at(-1).position, 100);
+    EXPECT_EQ(at(0.2).position, 200);
+    EXPECT_EQ(at(5).velocity, 0);
+    for (const double elapsed : {0.001, 0.05, 0.1, 0.199}) {
+        const double slope = (at(elapsed + 1e-6).position - at(elapsed - 1e-6).position) / 2e-6;
+        EXPECT_NEAR(at(elapsed).velocity, slope, 0.01) << elapsed;
+    }
+}
+
+TEST(NotchMotion, ChoosesTheMotionFromTheSettings)
+{
+    using NotchMotions::shapeChange, NotchMotions::transition;
+    const auto spring = [](double response, double damping) {
+        return NotchMotion{NotchMotion::Spring{Seconds{response}, damping}};
+    };
+    const NotchMotion none{NotchMotion::None{}};
+    const NotchMotion ease{NotchMotion::Ease{Seconds{0.16 * 1.3}}};
+    using enum AnimationSpeed;
+
+    EXPECT_EQ(transition(true, false, true, normal), none);
+    EXPECT_EQ(transition(true, true, true, relaxed), ease);
+    EXPECT_EQ(transition(false, true, true, relaxed), ease);
+    EXPECT_EQ(transition(true, true, false, normal), spring(0.5, 0.7));
+    EXPECT_EQ(transition(true, true, false, fast), spring(0.5 * 0.75, 0.7));
+    EXPECT_EQ(transition(false, true, false, relaxed), spring(0.32 * 1.3, 0.95));
+
+    const auto collapsed = NotchPresentation::collapsed;
+    EXPECT_EQ(shapeChange(collapsed, 5s, false, false, fast), none);
+    EXPECT_EQ(shapeChange(collapsed, 5s, true, false, fast), spring(0.42, 1));
+    EXPECT_EQ(shapeChange(collapsed, Seconds{0.7}, true, false, normal), spring(0.5, 0.7));
+    EXPECT_EQ(shapeChange(NotchPresentation::expanded, 5s, true, false, normal), spring(0.5, 0.7));
+    EXPECT_EQ(shapeChange(NotchPresentation::preview, 5s, true, true, relaxed), ease);
+}
+
+} // namespace
+} // namespace velmo
