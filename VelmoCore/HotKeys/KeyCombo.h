@@ -4,10 +4,10 @@
 
 #include <QString>
 
+#include <boost/describe.hpp>
+
 #include <compare>
 #include <cstdint>
-
-#include <boost/describe.hpp>
 
 namespace velmo {
 
@@ -46,6 +46,9 @@ BOOST_DESCRIBE_STRUCT(KeyCombo, (), (keyCode, modifiers))
 
 /// Modifiers stand in JSON as their number.
 template <>
-struct JsonCoding<KeyModifiers>;
+struct JsonCoding<KeyModifiers> {
+    static void write(JsonWriter &writer, const KeyModifiers &modifiers);
+    static KeyModifiers read(const boost::json::value &json);
+};
 
 } // namespace velmo

@@ -27,7 +27,7 @@ std::optional<std::uint32_t> keysym(std::uint32_t keyCode);
 /// The key code of an X11 keysym (either case of a letter, also those of the number pad).
 std::optional<std::uint32_t> keyCode(std::uint32_t keysym);
 
-/// The index 0 to 8 of the digit keys 1 to 9.
+/// The index 0 to 8 of the digit keys 1 to 9, also those of the number pad.
 std::optional<int> digitIndex(std::uint32_t keyCode);
 
 } // namespace velmo::KeyNames
