@@ -32,7 +32,10 @@ BOOST_DESCRIBE_ENUM(ContextTool, captureRegion, captureWindow, colorPicker, clip
 
 /// Tolerates the word of an earlier version: "recipes" is `finderActions`.
 template <>
-struct JsonCoding<ContextTool>;
+struct JsonCoding<ContextTool> {
+    static void write(JsonWriter &writer, ContextTool tool);
+    static ContextTool read(const boost::json::value &json);
+};
 
 /// What kind of application is in front.
 enum class AppContextCategory { design, browser, finder, code, meeting, writing, general };
