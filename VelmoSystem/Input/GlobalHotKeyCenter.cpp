@@ -1,1 +1,70 @@
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
+
+#include "VelmoCore/Foundation/Overloaded.h"
+
+#include <utility>
+
+namespace velmo {
+
+GlobalHotKeyCenter::RegistrationError GlobalHotKeyCenter::RegistrationError::failed(int code)
+{
+    return RegistrationError(
+        QStringLiteral("Não foi possível registrar o atalho (código %1).").arg(code));
+}
+
+GlobalHotKeyCenter::RegistrationError GlobalHotKeyCenter::RegistrationError::alreadyTaken()
+{
+    return RegistrationError(
+        QStringLiteral("Este atalho já está em uso por outro aplicativo ou pelo sistema."));
+}
+
+GlobalHotKeyCenter::RegistrationError GlobalHotKeyCenter::RegistrationError::notAcceptable()
+{
+    return RegistrationError(QStringLiteral("Use ao menos uma das teclas ⌃, ⌥ ou ⌘."));
+}
+
+GlobalHotKeyCenter::GlobalHotKeyCenter(HotKeyGrabber &grabber) : m_grabber(grabber)
+{
+    m_grabber.onPressed = [this](ID id) { fire(id); };
+}
+
+GlobalHotKeyCenter::~GlobalHotKeyCenter()
+{
+    m_grabber.onPressed = nullptr;
+    for (const auto &[id, action] : m_actions)
+        m_grabber.release(id);
+}
+
+GlobalHotKeyCenter::ID GlobalHotKeyCenter::registerHotKey(const KeyCombo &combo,
+                                                          std::function<void()> action)
+{
+    if (!combo.isAcceptableGlobalShortcut())
+        throw RegistrationError::notAcceptable();
+    const ID id = m_nextID++;
+    std::visit(
+        overloaded{
+            [](HotKeyGrabber::Grabbed) {},
+            [](HotKeyGrabber::AlreadyTaken) { throw RegistrationError::alreadyTaken(); },
+            [](HotKeyGrabber::Failed failure) { throw RegistrationError::failed(failure.code); },
+        },
+        m_grabber.grab(id, combo));
+    m_actions.emplace(id, std::move(action));
+    return id;
+}
+
+void GlobalHotKeyCenter::unregister(ID id)
+{
+    if (m_actions.erase(id) > 0)
+        m_grabber.release(id);
+}
+
+void GlobalHotKeyCenter::fire(ID id)
+{
+    const auto found = m_actions.find(id);
+    if (found == m_actions.end())
+        return;
+    const auto action = found->second; // it may unregister itself
+    action();
+}
+
+} // namespace velmo

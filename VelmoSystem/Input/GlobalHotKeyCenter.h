@@ -22,6 +22,11 @@ public:
     };
 
     explicit GlobalHotKeyCenter(HotKeyGrabber &grabber);
+    /// Releases what is registered; `grabber` must still live.
+    ~GlobalHotKeyCenter();
+
+    GlobalHotKeyCenter(const GlobalHotKeyCenter &) = delete;
+    GlobalHotKeyCenter &operator=(const GlobalHotKeyCenter &) = delete;
 
     /// Throws `RegistrationError`.
     ID registerHotKey(const KeyCombo &combo, std::function<void()> action);

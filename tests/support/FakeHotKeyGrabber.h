@@ -1,0 +1,41 @@
+#pragma once
+
+#include "VelmoSystem/Ports/HotKeyGrabber.h"
+
+#include <map>
+#include <stdexcept>
+
+namespace velmo {
+
+/// Grabs what isn't listed in `refusals`.
+class FakeHotKeyGrabber : public HotKeyGrabber {
+public:
+    Result grab(ID id, const KeyCombo &combo) override
+    {
+        if (const auto refusal = refusals.find(combo); refusal != refusals.end())
+            return refusal->second;
+        if (!grabbed.emplace(id, combo).second)
+            throw std::logic_error("id grabbed twice");
+        return Grabbed();
+    }
+
+    void release(ID id) override
+    {
+        if (grabbed.erase(id) == 0)
+            throw std::logic_error("released what isn't grabbed");
+    }
+
+    /// The user presses a combination; whoever grabbed it is told.
+    void press(const KeyCombo &combo)
+    {
+        for (const auto &[id, taken] : std::map(grabbed)) {
+            if (taken == combo)
+                onPressed(id);
+        }
+    }
+
+    std::map<ID, KeyCombo> grabbed;
+    std::map<KeyCombo, Result> refusals;
+};
+
+} // namespace velmo
