@@ -1,0 +1,121 @@
+#include "VelmoUI/HotKeys/HotKeyController.h"
+
+#include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/HotKeys/KeyNames.h"
+
+#include <utility>
+
+namespace velmo {
+namespace {
+
+struct Shortcut {
+    bool isEnabled;
+    KeyCombo combo;
+};
+
+Shortcut shortcut(HotKeyAction action, const HotKeySettings &settings)
+{
+    switch (action) {
+    case HotKeyAction::toggle:
+        return {settings.toggleHotKeyEnabled, settings.toggleHotKey};
+    case HotKeyAction::newNote:
+        return {settings.newNoteHotKeyEnabled, settings.newNoteHotKey};
+    case HotKeyAction::clipboard:
+        return {settings.clipboardHotKeyEnabled, settings.clipboardHotKey};
+    case HotKeyAction::search:
+        return {settings.searchHotKeyEnabled, settings.searchHotKey};
+    }
+    Q_UNREACHABLE();
+}
+
+QString label(HotKeyAction action)
+{
+    switch (action) {
+    case HotKeyAction::toggle:
+        return QStringLiteral("Abrir e fechar o painel");
+    case HotKeyAction::newNote:
+        return QStringLiteral("Nova nota");
+    case HotKeyAction::clipboard:
+        return QStringLiteral("Histórico do clipboard");
+    case HotKeyAction::search:
+        return QStringLiteral("Busca unificada");
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+HotKeyController::HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center)
+    : m_settings(settings), m_center(center),
+      m_observer(settings.observe([this](const AppSettings &before, const AppSettings &after) {
+          hotKeySettingsChanged(before, after);
+      }))
+{
+}
+
+HotKeyController::~HotKeyController()
+{
+    m_settings.removeObserver(m_observer);
+    for (const GlobalHotKeyCenter::ID id : m_registered)
+        m_center.unregister(id);
+}
+
+void HotKeyController::apply()
+{
+    for (const GlobalHotKeyCenter::ID id : std::exchange(m_registered, {}))
+        m_center.unregister(id);
+    if (m_isSuspended)
+        return;
+    const auto before = std::exchange(m_errors, {});
+    registerEnabled();
+    if (m_errors != before)
+        Q_EMIT errorsChanged();
+}
+
+void HotKeyController::setSuspended(bool isSuspended)
+{
+    if (std::exchange(m_isSuspended, isSuspended) != isSuspended)
+        apply();
+}
+
+QString HotKeyController::displayString(HotKeyAction action) const
+{
+    return KeyNames::display(shortcut(action, m_settings.settings()).combo);
+}
+
+void HotKeyController::registerEnabled()
+{
+    std::map<KeyCombo, HotKeyAction> taken;
+    for (const HotKeyAction action : {HotKeyAction::toggle, HotKeyAction::newNote,
+                                      HotKeyAction::clipboard, HotKeyAction::search}) {
+        const auto [isEnabled, combo] = shortcut(action, m_settings.settings());
+        if (!isEnabled)
+            continue;
+        if (const auto [earlier, isFirst] = taken.emplace(combo, action); !isFirst) {
+            m_errors[action] = QStringLiteral("Mesmo atalho de “%1”.").arg(label(earlier->second));
+            continue;
+        }
+        try {
+            m_registered.push_back(m_center.registerHotKey(combo, [this, action] { run(action); }));
+        } catch (const GlobalHotKeyCenter::RegistrationError &error) {
+            m_errors[action] = error.description();
+            qCWarning(Log::input).noquote() << QStringLiteral("Atalho %1 não registrado: %2")
+                                                   .arg(label(action), error.description());
+        }
+    }
+}
+
+void HotKeyController::run(HotKeyAction action) const
+{
+    if (const auto handler = handlers.find(action); handler != handlers.end())
+        handler->second();
+}
+
+void HotKeyController::hotKeySettingsChanged(const HotKeySettings &before,
+                                             const HotKeySettings &after)
+{
+    if (before != after)
+        apply();
+}
+
+} // namespace velmo

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoSystem/Input/GlobalHotKeyCenter.h"
+
+#include <QObject>
+
+#include <boost/describe.hpp>
+
+#include <functional>
+#include <map>
+#include <vector>
+
+namespace velmo {
+
+/// What a global shortcut does. An earlier action has the right of way over a later one.
+enum class HotKeyAction { toggle, newNote, clipboard, search };
+BOOST_DESCRIBE_ENUM(HotKeyAction, toggle, newNote, clipboard, search)
+
+/// Keeps the registered global shortcuts as the settings say, also when they change.
+class HotKeyController : public QObject {
+    Q_OBJECT
+
+public:
+    /// Registers nothing before the first `apply`. Both references must outlive the controller.
+    HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center);
+    ~HotKeyController() override;
+
+    /// What each action runs.
+    std::map<HotKeyAction, std::function<void()>> handlers;
+
+    /// Registers the enabled shortcuts anew, or none while suspended. Failures go to `errors`.
+    void apply();
+    /// No shortcut is registered while suspended, so that a recorder field can capture its keys.
+    void setSuspended(bool isSuspended);
+
+    /// The action's shortcut as "⌃⌥N", whether it is enabled or not.
+    QString displayString(HotKeyAction action) const;
+    /// Why enabled shortcuts aren't registered, for the user.
+    const std::map<HotKeyAction, QString> &errors() const { return m_errors; }
+
+Q_SIGNALS:
+    void errorsChanged();
+
+private:
+    void registerEnabled();
+    void run(HotKeyAction action) const;
+    void hotKeySettingsChanged(const HotKeySettings &before, const HotKeySettings &after);
+
+    SettingsStore &m_settings;
+    GlobalHotKeyCenter &m_center;
+    SettingsStore::ObserverID m_observer;
+    std::vector<GlobalHotKeyCenter::ID> m_registered;
+    std::map<HotKeyAction, QString> m_errors;
+    bool m_isSuspended = false;
+};
+
+} // namespace velmo

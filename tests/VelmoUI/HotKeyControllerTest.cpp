@@ -1,0 +1,117 @@
+#include "VelmoUI/HotKeys/HotKeyController.h"
+
+#include "tests/support/FakeHotKeyGrabber.h"
+#include "tests/support/ManualScheduler.h"
+#include "tests/support/Printers.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+class HotKeyControllerTest : public testing::Test {
+protected:
+    HotKeyControllerTest()
+    {
+        for (const HotKeyAction action : {HotKeyAction::toggle, HotKeyAction::newNote,
+                                          HotKeyAction::clipboard, HotKeyAction::search})
+            controller.handlers[action] = [this, action] { ran.push_back(action); };
+        QObject::connect(&controller, &HotKeyController::errorsChanged, [this] { ++errorChanges; });
+    }
+
+    void change(const std::function<void(AppSettings &)> &change) { settings.update(change); }
+
+    TemporaryFolder folder;
+    ManualScheduler scheduler;
+    SettingsStore settings{folder.path(QStringLiteral("settings.json")), scheduler};
+    FakeHotKeyGrabber grabber;
+    GlobalHotKeyCenter center{grabber};
+    HotKeyController controller{settings, center};
+    std::vector<HotKeyAction> ran;
+    int errorChanges = 0;
+};
+
+TEST_F(HotKeyControllerTest, RunsTheHandlerOfEachShortcut)
+{
+    controller.apply();
+    grabber.press(settings.settings().searchHotKey);
+    grabber.press(settings.settings().toggleHotKey);
+    EXPECT_THAT(ran, ElementsAre(HotKeyAction::search, HotKeyAction::toggle));
+    EXPECT_EQ(controller.displayString(HotKeyAction::toggle), u"⌃⌥N");
+    EXPECT_THAT(controller.errors(), IsEmpty());
+    EXPECT_EQ(errorChanges, 0);
+}
+
+TEST_F(HotKeyControllerTest, GivesADoubleShortcutToTheEarlierAction)
+{
+    const KeyCombo combo = settings.settings().newNoteHotKey;
+    change([&](AppSettings &next) { next.searchHotKey = combo; });
+    controller.apply();
+    grabber.press(combo);
+    EXPECT_THAT(ran, ElementsAre(HotKeyAction::newNote));
+    EXPECT_THAT(
+        controller.errors(),
+        ElementsAre(Pair(HotKeyAction::search, QStringLiteral("Mesmo atalho de “Nova nota”."))));
+
+    // The earlier action gives it up, and the later one gets it.
+    change([](AppSettings &next) { next.newNoteHotKeyEnabled = false; });
+    ran.clear();
+    grabber.press(combo);
+    EXPECT_THAT(ran, ElementsAre(HotKeyAction::search));
+    EXPECT_THAT(controller.errors(), IsEmpty());
+    EXPECT_EQ(errorChanges, 2);
+}
+
+TEST_F(HotKeyControllerTest, TellsOfARefusedShortcutWhileItIsEnabled)
+{
+    grabber.refusals = {{settings.settings().clipboardHotKey, HotKeyGrabber::AlreadyTaken{}}};
+    change([](AppSettings &next) { next.searchHotKey = {40, KeyCombo::shift}; });
+    controller.apply();
+    EXPECT_THAT(
+        controller.errors(),
+        ElementsAre(
+            Pair(
+                HotKeyAction::clipboard,
+                QStringLiteral("Este atalho já está em uso por outro aplicativo ou pelo sistema.")),
+            Pair(HotKeyAction::search, QStringLiteral("Use ao menos uma das teclas ⌃, ⌥ ou ⌘."))));
+    EXPECT_EQ(grabber.grabbed.size(), 2U);
+
+    change([](AppSettings &next) {
+        next.clipboardHotKeyEnabled = false;
+        next.searchHotKeyEnabled = false;
+    });
+    EXPECT_THAT(controller.errors(), IsEmpty());
+}
+
+TEST_F(HotKeyControllerTest, RegistersNothingWhileSuspended)
+{
+    controller.apply();
+    controller.setSuspended(true);
+    EXPECT_THAT(grabber.grabbed, IsEmpty());
+
+    const KeyCombo recorded{17, KeyCombo::command};
+    change([&](AppSettings &next) { next.toggleHotKey = recorded; });
+    EXPECT_THAT(grabber.grabbed, IsEmpty());
+
+    controller.setSuspended(false);
+    grabber.press(recorded);
+    EXPECT_THAT(ran, ElementsAre(HotKeyAction::toggle));
+    EXPECT_EQ(grabber.grabbed.size(), 4U);
+}
+
+TEST_F(HotKeyControllerTest, LeavesTheShortcutsAloneWhenOtherSettingsChange)
+{
+    controller.apply();
+    const auto before = grabber.grabbed;
+    change([](AppSettings &next) { next.openOnClick = !next.openOnClick; });
+    EXPECT_EQ(grabber.grabbed, before);
+}
+
+} // namespace
+} // namespace velmo
