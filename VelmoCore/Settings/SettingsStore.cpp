@@ -1,1 +1,172 @@
 #include "VelmoCore/Settings/SettingsStore.h"
+
+#include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/Settings/SettingsCoder.h"
+#include "VelmoCore/Storage/AtomicFile.h"
+
+#include <QFileInfo>
+#include <QScopeGuard>
+#include <QStringList>
+
+#include <cerrno>
+
+namespace velmo {
+namespace {
+
+/// The file's content, nothing where there is no file. Throws `FileError`.
+std::optional<QByteArray> contentIfPresent(const QString &path)
+{
+    try {
+        return AtomicFile::read(path);
+    } catch (const FileError &error) {
+        if (error.code() == ENOENT)
+            return {};
+        throw;
+    }
+}
+
+QString corruptionIssue(const std::optional<QString> &copy)
+{
+    QString issue = QStringLiteral(
+        "As configurações salvas estavam corrompidas e foram restauradas para o padrão.");
+    if (copy)
+        issue += QStringLiteral(" Cópia preservada em %1.").arg(QFileInfo(*copy).fileName());
+    return issue;
+}
+
+} // namespace
+
+SettingsStore::ImportError::ImportError()
+    : LocalizedError(QStringLiteral("O arquivo não contém configurações válidas do Orvane."))
+{
+}
+
+SettingsStore::SettingsStore(const QString &path, Scheduler &scheduler, Seconds saveDelay)
+    : m_path(path), m_scheduler(scheduler), m_saveDelay(saveDelay)
+{
+    load();
+}
+
+void SettingsStore::update(const std::function<void(AppSettings &)> &change)
+{
+    AppSettings settings = m_settings;
+    change(settings);
+    apply(settings);
+}
+
+void SettingsStore::replace(const AppSettings &settings)
+{
+    apply(settings);
+}
+
+void SettingsStore::resetToDefaults()
+{
+    AppSettings settings;
+    settings.hasCompletedOnboarding = m_settings.hasCompletedOnboarding;
+    apply(settings);
+}
+
+SettingsStore::ObserverID SettingsStore::observe(Observer observer)
+{
+    const ObserverID id = m_nextObserverID++;
+    m_observers.emplace(id, std::move(observer));
+    return id;
+}
+
+void SettingsStore::removeObserver(ObserverID id)
+{
+    m_observers.erase(id);
+}
+
+void SettingsStore::flush()
+{
+    m_saveTask.cancel();
+    try {
+        exportTo(m_path);
+    } catch (const FileError &error) {
+        qCCritical(Log::settings).noquote()
+            << "Falha ao salvar configurações:" << error.description();
+    }
+}
+
+void SettingsStore::exportTo(const QString &path) const
+{
+    AtomicFile::write(SettingsCoder::encode(m_settings), path);
+}
+
+StringList SettingsStore::importFrom(const QString &path)
+{
+    SettingsCoder::DecodeResult result = SettingsCoder::decode(AtomicFile::read(path));
+    if (result.wasUnreadable)
+        throw ImportError();
+    result.settings.hasCompletedOnboarding = m_settings.hasCompletedOnboarding;
+    apply(result.settings);
+    return result.discardedKeys;
+}
+
+void SettingsStore::load()
+{
+    AtomicFile::removeStrays(m_path);
+    std::optional<QByteArray> content;
+    try {
+        content = contentIfPresent(m_path);
+    } catch (const FileError &error) {
+        qCCritical(Log::settings).noquote() << "Falha ao ler configurações:" << error.description();
+        m_loadIssue = QStringLiteral("Não foi possível ler as configurações salvas.");
+    }
+    if (!content)
+        return;
+
+    const SettingsCoder::DecodeResult result = SettingsCoder::decode(*content);
+    m_settings = result.settings;
+    if (result.wasUnreadable) {
+        const std::optional<QString> copy = AtomicFile::quarantine(m_path, m_scheduler.now());
+        qCCritical(Log::settings,
+                   "Configurações ilegíveis; arquivo isolado e padrões restaurados.");
+        m_loadIssue = corruptionIssue(copy);
+    } else if (!result.discardedKeys.empty()) {
+        const QStringList keys(result.discardedKeys.begin(), result.discardedKeys.end());
+        qCInfo(Log::settings).noquote()
+            << "Campos inválidos descartados:" << keys.join(QStringLiteral(", "));
+        m_loadIssue =
+            QStringLiteral("Algumas preferências inválidas foram restauradas para o padrão.");
+    }
+}
+
+void SettingsStore::apply(const AppSettings &settings)
+{
+    if (settings == m_settings)
+        return;
+    m_unannounced.emplace_back(std::exchange(m_settings, settings), settings);
+    if (!m_isAnnouncing)
+        announceChanges();
+    m_saveTask = m_scheduler.after(m_saveDelay, [this] { flush(); });
+}
+
+void SettingsStore::announceChanges()
+{
+    m_isAnnouncing = true;
+    const auto finish = qScopeGuard([this] { m_isAnnouncing = false; });
+    while (!m_unannounced.empty()) {
+        const auto [before, after] = std::move(m_unannounced.front());
+        m_unannounced.pop_front();
+        announce(before, after);
+    }
+}
+
+void SettingsStore::announce(const AppSettings &before, const AppSettings &after)
+{
+    std::vector<ObserverID> ids;
+    for (const auto &[id, observer] : m_observers)
+        ids.push_back(id);
+    for (const ObserverID id : ids) {
+        const auto found = m_observers.find(id);
+        if (found == m_observers.end())
+            continue;                            // an earlier observer removed it
+        const Observer observer = found->second; // it may remove itself
+        observer(before, after);
+    }
+    Q_EMIT settingsChanged();
+}
+
+} // namespace velmo

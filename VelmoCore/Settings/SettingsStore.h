@@ -5,9 +5,11 @@
 
 #include <QObject>
 
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
+#include <utility>
 
 namespace velmo {
 
@@ -36,13 +38,15 @@ public:
     const std::optional<QString> &loadIssue() const { return m_loadIssue; }
     const QString &path() const { return m_path; }
 
-    /// `change` alters a copy of the record, which then replaces it. An equal record changes nothing.
+    /// `change` alters a copy of the record, which then replaces it. An equal record changes
+    /// nothing.
     void update(const std::function<void(AppSettings &)> &change);
     void replace(const AppSettings &settings);
     /// All defaults but `hasCompletedOnboarding`.
     void resetToDefaults();
 
-    /// `observer` runs after each change, on the main thread.
+    /// `observer` runs after each change, on the main thread. It may change the settings and the
+    /// observers; every observer sees the changes in the order they were made.
     ObserverID observe(Observer observer);
     void removeObserver(ObserverID id);
 
@@ -61,6 +65,8 @@ Q_SIGNALS:
 private:
     void load();
     void apply(const AppSettings &settings);
+    void announceChanges();
+    void announce(const AppSettings &before, const AppSettings &after);
 
     QString m_path;
     Scheduler &m_scheduler;
@@ -69,6 +75,9 @@ private:
     std::optional<QString> m_loadIssue;
     std::map<ObserverID, Observer> m_observers;
     ObserverID m_nextObserverID = 1;
+    /// Before and after of the changes that the observers don't know yet.
+    std::deque<std::pair<AppSettings, AppSettings>> m_unannounced;
+    bool m_isAnnouncing = false;
     ScheduledTask m_saveTask;
 };
 
