@@ -31,7 +31,7 @@ public:
 
     /// Loads the history. Without a store nothing is kept.
     ActivityCenter(Scheduler &scheduler, std::optional<Store> store, int retentionDays,
-                   Seconds feedbackDuration = ActivityCenter::feedbackDuration);
+                   Seconds duration = feedbackDuration);
 
     /// Sorted by priority, equal ones in order of arrival.
     const std::vector<LiveActivity> &live() const { return m_live; }
@@ -40,15 +40,15 @@ public:
     const std::vector<ActivityEvent> &history() const { return m_history; }
     int retentionDays() const { return m_retentionDays; }
 
-    /// Adds the activity, or updates the one with its id. `onCancel` runs on the main thread; without
-    /// one an earlier handler stays.
+    /// Adds the activity, or updates the one with its id. `onCancel` runs on the main thread;
+    /// without one an earlier handler stays.
     void upsert(const LiveActivity &activity, std::function<void()> onCancel = {});
     /// Removes the activity and posts `outcome`, if there is one.
     void finish(const QString &id, const std::optional<ActivityEvent> &outcome = std::nullopt);
     /// Removes the activity at once, then runs its handler.
     void cancel(const QString &id);
 
-    void post(const ActivityEvent &event, Presentation presentation = Presentation::standard);
+    void post(ActivityEvent event, Presentation presentation = Presentation::standard);
     /// Clears the message on show; with an id, only if it is that one.
     void dismissFeedback(const std::optional<Uuid> &id = std::nullopt);
 
@@ -66,6 +66,11 @@ Q_SIGNALS:
 
 private:
     void removeLive(const QString &id);
+    void setLive(std::vector<LiveActivity> live);
+    void show(const ActivityEvent &event);
+    /// What of `history` stays: young enough, and no more than the limit.
+    std::vector<ActivityEvent> pruned(std::vector<ActivityEvent> history, Date now) const;
+    void setHistory(std::vector<ActivityEvent> history);
     void scheduleSave();
 
     Scheduler &m_scheduler;

@@ -6,10 +6,10 @@
 #include <QString>
 #include <QUrl>
 
+#include <boost/describe.hpp>
+
 #include <optional>
 #include <vector>
-
-#include <boost/describe.hpp>
 
 namespace velmo {
 
@@ -36,7 +36,6 @@ struct ActivityEvent {
 
     bool operator==(const ActivityEvent &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(ActivityEvent, (),
-                      (id, date, symbol, title, detail, style, source, fileURLs))
+BOOST_DESCRIBE_STRUCT(ActivityEvent, (), (id, date, symbol, title, detail, style, source, fileURLs))
 
 } // namespace velmo

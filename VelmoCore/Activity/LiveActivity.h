@@ -4,9 +4,9 @@
 
 #include <QString>
 
-#include <optional>
-
 #include <boost/describe.hpp>
+
+#include <optional>
 
 namespace velmo {
 
