@@ -144,13 +144,14 @@ TEST(SystemScheduler, NeverRunsATaskBeforeItsTime)
 
 TEST(SystemScheduler, SleepsWhenNothingWaits)
 {
+    QEventLoop loop;
+    while (loop.processEvents()) {
+    }
     SystemScheduler scheduler;
     auto task = scheduler.after(0s, [] {});
     task.cancel();
-    auto far = scheduler.after(Seconds::max(), [] {});
-    QEventLoop loop;
-    while (loop.processEvents(QEventLoop::ExcludeSocketNotifiers)) {
-    }
+    EXPECT_FALSE(loop.processEvents());
+    task = scheduler.after(Seconds::max(), [] {});
     EXPECT_FALSE(loop.processEvents());
 }
 
