@@ -21,6 +21,13 @@ WholeSeconds wholeSeconds(Date date)
     return WholeSeconds{seconds{static_cast<qint64>(std::fmin(std::fmax(value, first), last))}};
 }
 
+/// Puts the digits of `value` over the zeros that end before `end`.
+void putNumber(QString &text, qsizetype end, qint64 value)
+{
+    for (; value > 0; value /= 10)
+        text[--end] = QChar(u'0' + static_cast<char16_t>(value % 10));
+}
+
 /// The digits as a number; nothing if one of them is not an ASCII digit.
 std::optional<unsigned> number(QStringView digits)
 {
@@ -47,11 +54,14 @@ QString iso8601Text(Date date)
     const auto day = floor<days>(moment);
     const year_month_day calendar{day};
     const hh_mm_ss time{moment - day};
-    return QString::asprintf(
-        "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(calendar.year()),
-        static_cast<unsigned>(calendar.month()), static_cast<unsigned>(calendar.day()),
-        static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-        static_cast<int>(time.seconds().count()));
+    QString text = QStringLiteral("0000-00-00T00:00:00Z");
+    putNumber(text, 4, static_cast<int>(calendar.year()));
+    putNumber(text, 7, static_cast<unsigned>(calendar.month()));
+    putNumber(text, 10, static_cast<unsigned>(calendar.day()));
+    putNumber(text, 13, time.hours().count());
+    putNumber(text, 16, time.minutes().count());
+    putNumber(text, 19, time.seconds().count());
+    return text;
 }
 
 std::optional<Date> dateFromISO8601(QStringView text)
