@@ -16,3 +16,12 @@ target_compile_options(
               $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>
               -Werror)
 add_compile_definitions(QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+
+# For a target that also holds generated code: only the hand-written sources.
+function(orvane_warn_on_own_sources target)
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "^[A-Za-z/]+\\.cpp$")
+    set_source_files_properties(
+        ${sources} PROPERTIES COMPILE_OPTIONS
+                              "$<TARGET_PROPERTY:OrvaneWarnings,INTERFACE_COMPILE_OPTIONS>")
+endfunction()

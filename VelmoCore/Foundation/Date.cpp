@@ -82,4 +82,10 @@ std::optional<Date> dateFromISO8601(QStringView text)
     return sys_days{calendar} + hours{*h} + minutes{*mi} + seconds{*s};
 }
 
+QDateTime localDateTime(Date date)
+{
+    return QDateTime::fromMSecsSinceEpoch(
+        std::chrono::floor<std::chrono::milliseconds>(date.time_since_epoch()).count());
+}
+
 } // namespace velmo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringView>
 
@@ -21,5 +22,8 @@ QString iso8601Text(Date date);
 
 /// Reads the form that `iso8601Text` writes, and nothing else.
 std::optional<Date> dateFromISO8601(QStringView text);
+
+/// The moment in the user's time zone, at milliseconds.
+QDateTime localDateTime(Date date);
 
 } // namespace velmo

@@ -39,19 +39,6 @@ Sample decay(double omega, double zeta, double ahead, double velocity, double t)
     return {slowPart + fastPart, slow * slowPart + fast * fastPart};
 }
 
-double speedFactor(AnimationSpeed speed)
-{
-    switch (speed) {
-    case AnimationSpeed::relaxed:
-        return 1.3;
-    case AnimationSpeed::normal:
-        return 1.0;
-    case AnimationSpeed::fast:
-        return 0.75;
-    }
-    return 1.0;
-}
-
 } // namespace
 
 Sample NotchMotions::sample(const NotchMotion::Spring &spring, double from, double velocity,
@@ -95,12 +82,25 @@ bool NotchMotions::isSettled(const Sample &sample, double to)
     return std::abs(sample.position - to) < 0.05 && std::abs(sample.velocity) < 1;
 }
 
+double NotchMotions::pace(AnimationSpeed speed)
+{
+    switch (speed) {
+    case AnimationSpeed::relaxed:
+        return 1.3;
+    case AnimationSpeed::normal:
+        return 1.0;
+    case AnimationSpeed::fast:
+        return 0.75;
+    }
+    return 1.0;
+}
+
 NotchMotion NotchMotions::transition(bool opening, bool animationsEnabled, bool reduceMotion,
                                      AnimationSpeed speed)
 {
     if (!animationsEnabled)
         return {NotchMotion::None{}};
-    const double factor = speedFactor(speed);
+    const double factor = pace(speed);
     if (reduceMotion)
         return {NotchMotion::Ease{Seconds{0.16 * factor}}};
     return opening ? NotchMotion{NotchMotion::Spring{Seconds{0.5 * factor}, 0.7}}

@@ -53,6 +53,9 @@ Sample sample(const NotchMotion::Ease &ease, double from, double to, Seconds ela
 /// slower than a point a second.
 bool isSettled(const Sample &sample, double to);
 
+/// What the user's choice of speed multiplies every duration with.
+double pace(AnimationSpeed speed);
+
 /// The motion of a change of presentation.
 NotchMotion transition(bool opening, bool animationsEnabled, bool reduceMotion,
                        AnimationSpeed speed);

@@ -2,6 +2,7 @@
 
 #include <QUrl>
 
+#include <functional>
 #include <vector>
 
 namespace velmo {
@@ -14,6 +15,9 @@ public:
     /// Shows the files selected in the file manager; without one that can, opens their folder.
     virtual void reveal(const std::vector<QUrl> &files) = 0;
     virtual void open(const QUrl &url) = 0;
+
+    /// Runs on the main thread with the reason, in the user's language, where neither is possible.
+    std::function<void(const QString &)> onFailure = [](const QString &) {};
 };
 
 } // namespace velmo
