@@ -89,26 +89,21 @@ void HotKeyController::registerEnabled()
     for (const HotKeyAction action : {HotKeyAction::toggle, HotKeyAction::newNote,
                                       HotKeyAction::clipboard, HotKeyAction::search}) {
         const auto [isEnabled, combo] = shortcut(action, m_settings.settings());
-        if (!isEnabled)
+        // A shortcut that would do nothing stays with the other applications.
+        if (!isEnabled || !handlers.contains(action))
             continue;
         if (const auto [earlier, isFirst] = taken.emplace(combo, action); !isFirst) {
             m_errors[action] = QStringLiteral("Mesmo atalho de “%1”.").arg(label(earlier->second));
             continue;
         }
         try {
-            m_registered.push_back(m_center.registerHotKey(combo, [this, action] { run(action); }));
+            m_registered.push_back(m_center.registerHotKey(combo, handlers.at(action)));
         } catch (const GlobalHotKeyCenter::RegistrationError &error) {
             m_errors[action] = error.description();
             qCWarning(Log::input).noquote() << QStringLiteral("Atalho %1 não registrado: %2")
                                                    .arg(label(action), error.description());
         }
     }
-}
-
-void HotKeyController::run(HotKeyAction action) const
-{
-    if (const auto handler = handlers.find(action); handler != handlers.end())
-        handler->second();
 }
 
 void HotKeyController::hotKeySettingsChanged(const HotKeySettings &before,

@@ -26,7 +26,7 @@ public:
     HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center);
     ~HotKeyController() override;
 
-    /// What each action runs.
+    /// What each action runs. An action without a handler isn't registered.
     std::map<HotKeyAction, std::function<void()>> handlers;
 
     /// Registers the enabled shortcuts anew, or none while suspended. Failures go to `errors`.
@@ -44,7 +44,6 @@ Q_SIGNALS:
 
 private:
     void registerEnabled();
-    void run(HotKeyAction action) const;
     void hotKeySettingsChanged(const HotKeySettings &before, const HotKeySettings &after);
 
     SettingsStore &m_settings;
