@@ -1,0 +1,62 @@
+#pragma once
+
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Storage/AppPaths.h"
+#include "VelmoSystem/Input/GlobalHotKeyCenter.h"
+#include "VelmoSystem/Ports/Platform.h"
+#include "VelmoUI/App/DataProtectionStatus.h"
+#include "VelmoUI/HotKeys/HotKeyController.h"
+#include "VelmoUI/Modules/ModuleRegistry.h"
+
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace velmo {
+
+enum class SettingsPane {
+    general,
+    appearance,
+    displays,
+    modules,
+    smartNotch,
+    radial,
+    privacy,
+    data,
+    about,
+};
+
+/// The single owner of every store and service, for the whole run. Later members may take earlier
+/// ones, so their order is the order of creation. Main thread only.
+class AppServices {
+public:
+    /// Loads what is on disk. `platform`'s objects outlive this one.
+    AppServices(const AppPaths &paths, const DataProtectionStatus &protection,
+                const Platform &platform);
+
+    /// Saves what still waits to be saved.
+    void flush();
+
+    const Platform platform;
+    const AppPaths paths;
+    const DataProtectionStatus dataProtection;
+    SettingsStore settings;
+    ActivityCenter activity;
+    ModuleRegistry modules;
+    GlobalHotKeyCenter hotKeyCenter;
+    HotKeyController hotKeys;
+
+    /// Views and services call upward through these only. Until the panels exist they do nothing.
+    std::function<void(std::optional<SettingsPane>)> openSettings = [](auto) {};
+    std::function<void()> showNotch = [] {};
+    std::function<void(const QString &moduleID)> openModule = [](const QString &) {};
+    std::function<bool()> isPanelOpen = [] { return false; };
+    std::function<void()> openSearch = [] {};
+    std::function<void(const std::vector<QUrl> &)> openFilesInNotch = [](const auto &) {};
+    std::function<void()> openRadial = [] {};
+};
+
+} // namespace velmo
