@@ -1,0 +1,15 @@
+import QtQuick
+
+/// Cards side by side; the wheel scrolls sideways.
+ListView {
+    id: list
+
+    orientation: ListView.Horizontal
+    spacing: Theme.gap
+    clip: true
+    boundsBehavior: Flickable.StopAtBounds
+
+    SidewaysWheel {
+        flickable: list
+    }
+}

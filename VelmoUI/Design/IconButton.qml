@@ -1,0 +1,20 @@
+import QtQuick
+
+/// A button that is only a symbol.
+ControlSurface {
+    id: button
+
+    required property string symbol
+    property int symbolSize: 16
+    property color symbolColor: hovered || activeFocus ? Theme.text : Theme.secondaryText
+
+    implicitWidth: Theme.controlHeight
+    implicitHeight: Theme.controlHeight
+
+    Symbol {
+        anchors.centerIn: parent
+        name: button.symbol
+        size: button.symbolSize
+        color: button.symbolColor
+    }
+}

@@ -1,0 +1,67 @@
+#include "VelmoUI/Design/Symbols.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace velmo {
+
+namespace {
+
+struct Glyph {
+    std::u16string_view name;
+    std::u16string_view ligature;
+};
+
+/// Sorted by name.
+constexpr std::array glyphs = {
+    Glyph{u"arrow.up.forward.app", u"open_in_new"},
+    Glyph{u"brain.head.profile", u"psychology"},
+    Glyph{u"calendar", u"calendar_today"},
+    Glyph{u"camera", u"photo_camera"},
+    Glyph{u"checkmark.circle.fill", u"check_circle"},
+    Glyph{u"doc.fill", u"insert_drive_file"},
+    Glyph{u"doc.on.clipboard", u"content_paste"},
+    Glyph{u"doc.on.doc", u"content_copy"},
+    Glyph{u"doc.zipper", u"folder_zip"},
+    Glyph{u"envelope.badge.shield.half.filled", u"mark_email_unread"},
+    Glyph{u"exclamationmark.lock.fill", u"lock_clock"},
+    Glyph{u"exclamationmark.triangle.fill", u"warning"},
+    Glyph{u"folder", u"folder_open"},
+    Glyph{u"folder.fill", u"folder"},
+    Glyph{u"gearshape", u"settings"},
+    Glyph{u"house.fill", u"home"},
+    Glyph{u"info.circle.fill", u"info"},
+    Glyph{u"link", u"link"},
+    Glyph{u"lock.fill", u"lock"},
+    Glyph{u"lock.open", u"lock_open"},
+    Glyph{u"magnifyingglass", u"search"},
+    Glyph{u"record.circle", u"radio_button_checked"},
+    Glyph{u"square.and.arrow.down", u"save_alt"},
+    Glyph{u"square.and.arrow.up", u"ios_share"},
+    Glyph{u"text.alignleft", u"notes"},
+    Glyph{u"timer", u"timer"},
+    Glyph{u"trash", u"delete_outline"},
+    Glyph{u"tray.and.arrow.down", u"move_to_inbox"},
+    Glyph{u"tray.full", u"inbox"},
+    Glyph{u"video", u"videocam"},
+    Glyph{u"wand.and.stars", u"auto_fix_high"},
+    Glyph{u"waveform.path.ecg", u"monitor_heart"},
+    Glyph{u"xmark", u"close"},
+    Glyph{u"xmark.circle.fill", u"cancel"},
+};
+static_assert(std::ranges::is_sorted(glyphs, {}, &Glyph::name));
+
+} // namespace
+
+QString Symbols::glyph(const QString &name)
+{
+    const std::u16string_view wanted(reinterpret_cast<const char16_t *>(name.utf16()),
+                                     std::size_t(name.size()));
+    const auto found = std::ranges::lower_bound(glyphs, wanted, {}, &Glyph::name);
+    const bool isKnown = found != glyphs.end() && found->name == wanted;
+    const std::u16string_view ligature = isKnown ? found->ligature : u"fiber_manual_record";
+    return QString::fromUtf16(ligature.data(), qsizetype(ligature.size()));
+}
+
+} // namespace velmo

@@ -1,0 +1,95 @@
+#include "VelmoUI/Modules/Activity/LiveRows.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmo {
+
+namespace {
+
+/// The time that the row counts: what is left, or what has gone by.
+std::optional<Seconds> countedTime(const LiveActivity &activity, Date now)
+{
+    if (const auto remaining = activity.remainingAt(now))
+        return *remaining;
+    if (activity.startedAt)
+        return std::max(now - *activity.startedAt, Seconds{0});
+    return std::nullopt;
+}
+
+LiveRow row(const LiveActivity &activity, Date now)
+{
+    LiveRow row{activity.id,
+                activity.symbol,
+                activity.title,
+                activity.detail.value_or(QString()),
+                {},
+                activity.progressAt(now).value_or(-1),
+                activity.isCancellable};
+    if (const auto remaining = activity.remainingAt(now))
+        row.value = clockText(Seconds(std::ceil(remaining->count())));
+    else if (const auto elapsed = countedTime(activity, now))
+        row.value = clockText(*elapsed);
+    else if (row.progress >= 0)
+        row.value = QStringLiteral("%1 %").arg(int(std::floor(row.progress * 100)));
+    return row;
+}
+
+/// How long until the row's text changes.
+Seconds untilNextSecond(const LiveActivity &activity, Date now)
+{
+    constexpr double leeway = 0.001;
+    const double counted = countedTime(activity, now)->count();
+    const double fraction = counted - std::floor(counted);
+    return Seconds((activity.countdown ? fraction : 1 - fraction) + leeway);
+}
+
+} // namespace
+
+LiveRows::LiveRows(ActivityCenter &activity, Scheduler &scheduler)
+    : m_activity(activity), m_scheduler(scheduler)
+{
+    connect(&activity, &ActivityCenter::liveChanged, this, &LiveRows::update);
+    update();
+}
+
+void LiveRows::setWatched(bool watched)
+{
+    if (watched == m_isWatched)
+        return;
+    m_isWatched = watched;
+    update();
+}
+
+void LiveRows::update()
+{
+    const Date now = m_scheduler.now();
+    std::vector<LiveRow> rows;
+    std::optional<Seconds> next;
+    for (const LiveActivity &activity : m_activity.live()) {
+        rows.push_back(row(activity, now));
+        if (countedTime(activity, now) && !(activity.countdown && activity.countdown->end <= now))
+            next = std::min(next.value_or(1s), untilNextSecond(activity, now));
+    }
+    m_nextSecond.cancel();
+    if (next && m_isWatched)
+        m_nextSecond = m_scheduler.after(*next, [this] { update(); });
+    if (rows == m_model.records())
+        return;
+    m_model.setRecords(rows);
+    Q_EMIT changed();
+}
+
+QString clockText(Seconds duration)
+{
+    const auto seconds = static_cast<qint64>(duration.count());
+    const auto twoDigits = [](qint64 number) {
+        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
+    };
+    const QString tail = twoDigits(seconds % 60);
+    if (seconds < 3600)
+        return QStringLiteral("%1:%2").arg(seconds / 60).arg(tail);
+    return QStringLiteral("%1:%2:%3").arg(seconds / 3600).arg(twoDigits(seconds / 60 % 60), tail);
+}
+
+} // namespace velmo

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoUI/Design/RecordListModel.h"
+
+namespace velmo {
+
+/// A live activity as a view shows it.
+struct LiveRow {
+    QString id;
+    QString symbol;
+    QString title;
+    QString detail;
+    QString value;        ///< time left or gone, or per cent; empty if it has neither
+    double progress = -1; ///< 0 to 1, negative if it isn't known
+    bool isCancellable = false;
+
+    bool operator==(const LiveRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(LiveRow, (), (id, symbol, title, detail, value, progress, isCancellable))
+
+/// The live activities as rows. While somebody looks and a row counts time, the rows are made anew
+/// at each full second; otherwise nothing runs.
+class LiveRows : public QObject {
+    Q_OBJECT
+
+public:
+    LiveRows(ActivityCenter &activity, Scheduler &scheduler);
+
+    RecordListModel<LiveRow> &model() { return m_model; }
+    const RecordListModel<LiveRow> &model() const { return m_model; }
+    void setWatched(bool watched);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void update();
+
+    ActivityCenter &m_activity;
+    Scheduler &m_scheduler;
+    RecordListModel<LiveRow> m_model;
+    bool m_isWatched = false;
+    ScheduledTask m_nextSecond;
+};
+
+/// Minutes and seconds, from an hour on with hours: "4:05", "1:00:00".
+QString clockText(Seconds duration);
+
+} // namespace velmo
