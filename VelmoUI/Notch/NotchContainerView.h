@@ -1,0 +1,46 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Geometry.h"
+#include "VelmoCore/Shelf/DroppedItem.h"
+
+#include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <vector>
+
+namespace velmo {
+
+/// The root item of a panel's window: takes taps beside the content's own controls, and drops.
+class NotchContainerView : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    /// What the view reports. Points are in the window, y downward.
+    struct Handlers {
+        std::function<void()> tapped;
+        std::function<void()> draggingEntered;
+        std::function<void(Point)> draggingUpdated;
+        std::function<void()> draggingExited;
+        /// False if nothing of it can be taken.
+        std::function<bool(Point, const std::vector<DroppedItem> &)> performDrop;
+    };
+
+    explicit NotchContainerView(QQuickItem *parent = nullptr);
+
+    void setHandlers(Handlers handlers) { m_handlers = std::move(handlers); }
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    Handlers m_handlers;
+};
+
+} // namespace velmo

@@ -1,0 +1,212 @@
+#include "VelmoUI/Notch/NotchContent.h"
+
+#include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoCore/Foundation/Scheduler.h"
+
+#include <QFileInfo>
+#include <QImageReader>
+#include <QLocale>
+
+namespace velmo {
+
+namespace {
+
+/// Whether Qt shows the file as a picture; told by its name, so that nothing is read for it.
+bool isPicture(const QFileInfo &file)
+{
+    return QImageReader::supportedImageFormats().contains(file.suffix().toLower().toLatin1());
+}
+
+DroppedRow fileRow(const QUrl &url)
+{
+    const QFileInfo file(url.toLocalFile());
+    const bool isFolder = file.isDir();
+    return {{},
+            isFolder ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill"),
+            file.fileName(),
+            isFolder ? QStringLiteral("Pasta")
+                     : QLocale().formattedDataSize(file.size(), 1, QLocale::DataSizeSIFormat),
+            !isFolder && isPicture(file) ? url : QUrl()};
+}
+
+DroppedRow droppedRow(const DroppedItem &item)
+{
+    DroppedRow row = std::visit(
+        overloaded{
+            [](const DroppedItem::File &file) { return fileRow(file.value); },
+            [](const DroppedItem::Link &link) {
+                return DroppedRow{{},
+                                  QStringLiteral("link"),
+                                  link.value.host().isEmpty() ? link.value.toDisplayString()
+                                                              : link.value.host(),
+                                  link.value.toDisplayString(),
+                                  {}};
+            },
+            [](const DroppedItem::Text &text) {
+                return DroppedRow{{},
+                                  QStringLiteral("text.alignleft"),
+                                  text.value.simplified(),
+                                  QStringLiteral("Texto"),
+                                  {}};
+            },
+        },
+        item.content);
+    row.id = item.id();
+    return row;
+}
+
+} // namespace
+
+NotchContent::NotchContent(NotchViewModel &model)
+    : m_model(model), m_live(model.services().activity, model.services().platform.scheduler)
+{
+    AppServices &services = model.services();
+    connect(&model, &NotchViewModel::presentationChanged, this, [this] {
+        m_live.setWatched(!isOpen(m_model.presentation()));
+        updatePage();
+        Q_EMIT presentationChanged();
+    });
+    connect(&model, &NotchViewModel::metricsChanged, this, &NotchContent::metricsChanged);
+    connect(&model, &NotchViewModel::selectedModuleChanged, this, [this] {
+        updateModules();
+        updatePage();
+    });
+    connect(&model, &NotchViewModel::modulesChanged, this, &NotchContent::updateModules);
+    connect(&model, &NotchViewModel::dropTargetChanged, this, &NotchContent::updateDropZones);
+    connect(&model, &NotchViewModel::droppedItemsChanged, this, &NotchContent::updateDroppedItems);
+    connect(&model, &NotchViewModel::dropletChanged, this, &NotchContent::dropletChanged);
+    connect(&model, &NotchViewModel::gulped, this, &NotchContent::gulped);
+    connect(&m_live, &LiveRows::changed, this, &NotchContent::liveChanged);
+    connect(&services.activity, &ActivityCenter::feedbackChanged, this, [this] {
+        if (const auto &event = m_model.services().activity.feedback())
+            m_feedback = *event;
+        Q_EMIT feedbackChanged();
+    });
+    connect(&services.settings, &SettingsStore::settingsChanged, this,
+            &NotchContent::appearanceChanged);
+    m_live.setWatched(true);
+    updateModules();
+    updateDropZones();
+}
+
+QString NotchContent::name(NotchPresentation presentation)
+{
+    return QString::fromLatin1(boost::describe::enum_to_string(presentation, ""));
+}
+
+qreal NotchContent::notchCenterX() const
+{
+    return m_model.metrics().centerX - NotchLayout::canvasFrame(m_model.layoutContext()).minX();
+}
+
+qreal NotchContent::pace() const
+{
+    return NotchMotions::pace(settings().animationSpeed);
+}
+
+QString NotchContent::accent() const
+{
+    return QString::fromLatin1(boost::describe::enum_to_string(settings().accent, ""));
+}
+
+QString NotchContent::previewTitle() const
+{
+    const QString day = QLocale().toString(
+        localDateTime(m_model.services().platform.scheduler.now()).date(), QLocale::LongFormat);
+    return day.left(1).toUpper() + day.mid(1);
+}
+
+QString NotchContent::previewDetail() const
+{
+    return hasLive() ? firstLive().title : QStringLiteral("Nada em andamento");
+}
+
+QString NotchContent::feedbackStyle() const
+{
+    return QString::fromLatin1(boost::describe::enum_to_string(m_feedback.style, ""));
+}
+
+QString NotchContent::droppedTitle() const
+{
+    const auto count = m_droppedItems.records().size();
+    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 itens").arg(count);
+}
+
+QPointF NotchContent::dropletStart() const
+{
+    const auto &droplet = m_model.droplet();
+    return droplet ? QPointF(droplet->start.x, droplet->start.y) : QPointF();
+}
+
+QString NotchContent::dropletSymbol() const
+{
+    const auto &droplet = m_model.droplet();
+    return droplet ? droppedRow(droplet->item).symbol : QString();
+}
+
+QUrl NotchContent::dropletImage() const
+{
+    const auto &droplet = m_model.droplet();
+    return droplet ? droppedRow(droplet->item).image : QUrl();
+}
+
+int NotchContent::dropletFlight() const
+{
+    return int(
+        std::chrono::round<std::chrono::milliseconds>(NotchViewModel::dropletFlight).count());
+}
+
+void NotchContent::dismissFeedback()
+{
+    m_model.services().activity.dismissFeedback();
+}
+
+void NotchContent::updatePage()
+{
+    auto *module = m_model.selectedModule();
+    if (m_model.presentation() != NotchPresentation::expanded || !module ||
+        module->id() == m_pageModuleID)
+        return;
+    m_pageModuleID = module->id();
+    // The page on show must leave the view before its object goes.
+    const NotchModule::View previous = std::exchange(
+        m_view, module->makeView({m_model.services(), [this] { m_model.send(NotchEvent::dismiss); },
+                                  [this](const QString &id) { m_model.selectModule(id); }}));
+    Q_EMIT pageChanged();
+}
+
+void NotchContent::updateModules()
+{
+    const auto *selected = m_model.selectedModule();
+    std::vector<ModuleTab> tabs;
+    for (const auto *module : m_model.services().modules.visible(settings()))
+        tabs.push_back({module->id(), module->title(), module->symbol(), module == selected});
+    m_modules.setRecords(tabs);
+}
+
+void NotchContent::updateDropZones()
+{
+    const auto row = [this](DropZone zone, const char16_t *symbol, const char16_t *title,
+                            const char16_t *detail) {
+        return DropZoneRow{QString::fromLatin1(boost::describe::enum_to_string(zone, "")),
+                           QString::fromUtf16(symbol), QString::fromUtf16(title),
+                           QString::fromUtf16(detail),
+                           m_model.isDropTargeted() && m_model.dropZone() == zone};
+    };
+    m_dropZones.setRecords({
+        row(DropZone::airdrop, u"square.and.arrow.up", u"Compartilhar", u"Enviar para outro lugar"),
+        row(DropZone::actions, u"wand.and.stars", u"Ações", u"Escolher o que fazer"),
+        row(DropZone::notch, u"tray.and.arrow.down", u"No notch", u"Deixar à mão"),
+    });
+}
+
+void NotchContent::updateDroppedItems()
+{
+    std::vector<DroppedRow> rows;
+    for (const DroppedItem &item : m_model.droppedItems())
+        rows.push_back(droppedRow(item));
+    m_droppedItems.setRecords(rows);
+    Q_EMIT droppedItemsChanged();
+}
+
+} // namespace velmo

@@ -1,0 +1,180 @@
+#pragma once
+
+#include "VelmoUI/Modules/Activity/LiveRows.h"
+#include "VelmoUI/Notch/NotchViewModel.h"
+
+#include <QPointF>
+#include <QtQml/qqmlregistration.h>
+
+namespace velmo {
+
+/// A module in the bar of the open panel.
+struct ModuleTab {
+    QString id;
+    QString title;
+    QString symbol;
+    bool isSelected = false;
+
+    bool operator==(const ModuleTab &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(ModuleTab, (), (id, title, symbol, isSelected))
+
+/// A part of the drop surface.
+struct DropZoneRow {
+    QString id;
+    QString symbol;
+    QString title;
+    QString detail;
+    bool isTargeted = false;
+
+    bool operator==(const DropZoneRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(DropZoneRow, (), (id, symbol, title, detail, isTargeted))
+
+/// A dropped thing on the result surface.
+struct DroppedRow {
+    QString id;
+    QString symbol;
+    QString title;
+    QString detail;
+    QUrl image; ///< a picture of it, empty if it has none
+
+    bool operator==(const DroppedRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(DroppedRow, (), (id, symbol, title, detail, image))
+
+/// What a panel's window draws, ready to show: the model's state in texts, rows and numbers of the
+/// canvas (y downward). Decides nothing.
+class NotchContent : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the panel's controller")
+    /// "collapsed", "preview", "expanded", "dropTarget" or "dropResult"
+    Q_PROPERTY(QString presentation READ presentation NOTIFY presentationChanged)
+    Q_PROPERTY(velmo::ShapeAnimator *shape READ shape CONSTANT)
+    Q_PROPERTY(qreal notchWidth READ notchWidth NOTIFY metricsChanged)
+    Q_PROPERTY(qreal notchHeight READ notchHeight NOTIFY metricsChanged)
+    /// Where the notch's middle lies in the canvas.
+    Q_PROPERTY(qreal notchCenterX READ notchCenterX NOTIFY metricsChanged)
+    Q_PROPERTY(bool hasHardwareNotch READ hasHardwareNotch NOTIFY metricsChanged)
+    Q_PROPERTY(bool animated READ isAnimated NOTIFY appearanceChanged)
+    Q_PROPERTY(bool reducedMotion READ isReducedMotion NOTIFY presentationChanged)
+    /// What every duration is multiplied with.
+    Q_PROPERTY(qreal pace READ pace NOTIFY appearanceChanged)
+    Q_PROPERTY(QString accent READ accent NOTIFY appearanceChanged)
+
+    Q_PROPERTY(QAbstractItemModel *live READ live CONSTANT)
+    Q_PROPERTY(bool hasLive READ hasLive NOTIFY liveChanged)
+    Q_PROPERTY(QString liveSymbol READ liveSymbol NOTIFY liveChanged)
+    Q_PROPERTY(QString liveTitle READ liveTitle NOTIFY liveChanged)
+    Q_PROPERTY(QString liveDetail READ liveDetail NOTIFY liveChanged)
+    Q_PROPERTY(QString liveValue READ liveValue NOTIFY liveChanged)
+    Q_PROPERTY(qreal liveProgress READ liveProgress NOTIFY liveChanged)
+
+    Q_PROPERTY(QString previewTitle READ previewTitle NOTIFY presentationChanged)
+    Q_PROPERTY(QString previewDetail READ previewDetail NOTIFY liveChanged)
+
+    Q_PROPERTY(bool hasFeedback READ hasFeedback NOTIFY feedbackChanged)
+    Q_PROPERTY(QString feedbackSymbol READ feedbackSymbol NOTIFY feedbackChanged)
+    Q_PROPERTY(QString feedbackTitle READ feedbackTitle NOTIFY feedbackChanged)
+    Q_PROPERTY(QString feedbackDetail READ feedbackDetail NOTIFY feedbackChanged)
+    Q_PROPERTY(QString feedbackStyle READ feedbackStyle NOTIFY feedbackChanged)
+
+    Q_PROPERTY(QAbstractItemModel *modules READ modules CONSTANT)
+    Q_PROPERTY(QUrl pageSource READ pageSource NOTIFY pageChanged)
+    Q_PROPERTY(QObject *page READ page NOTIFY pageChanged)
+
+    Q_PROPERTY(QAbstractItemModel *dropZones READ dropZones CONSTANT)
+    Q_PROPERTY(QAbstractItemModel *droppedItems READ droppedItems CONSTANT)
+    Q_PROPERTY(QString droppedTitle READ droppedTitle NOTIFY droppedItemsChanged)
+    Q_PROPERTY(bool hasDroplet READ hasDroplet NOTIFY dropletChanged)
+    Q_PROPERTY(QPointF dropletStart READ dropletStart NOTIFY dropletChanged)
+    Q_PROPERTY(QString dropletSymbol READ dropletSymbol NOTIFY dropletChanged)
+    Q_PROPERTY(QUrl dropletImage READ dropletImage NOTIFY dropletChanged)
+    /// Milliseconds of the droplet's flight.
+    Q_PROPERTY(int dropletFlight READ dropletFlight CONSTANT)
+
+public:
+    explicit NotchContent(NotchViewModel &model);
+
+    static QString name(NotchPresentation presentation);
+
+    QString presentation() const { return name(m_model.presentation()); }
+    ShapeAnimator *shape() { return &m_model.shape(); }
+    qreal notchWidth() const { return m_model.metrics().notchSize.width; }
+    qreal notchHeight() const { return m_model.metrics().notchSize.height; }
+    qreal notchCenterX() const;
+    bool hasHardwareNotch() const { return m_model.metrics().hasHardwareNotch; }
+    bool isAnimated() const { return settings().animationsEnabled; }
+    bool isReducedMotion() const { return m_model.reducesMotion(); }
+    qreal pace() const;
+    QString accent() const;
+
+    QAbstractItemModel *live() { return &m_live.model(); }
+    bool hasLive() const { return !liveRows().empty(); }
+    QString liveSymbol() const { return firstLive().symbol; }
+    QString liveTitle() const { return firstLive().title; }
+    QString liveDetail() const { return firstLive().detail; }
+    QString liveValue() const { return firstLive().value; }
+    qreal liveProgress() const { return firstLive().progress; }
+
+    /// The day, as "Sábado, 21 de novembro".
+    QString previewTitle() const;
+    QString previewDetail() const;
+
+    bool hasFeedback() const { return m_model.services().activity.feedback().has_value(); }
+    QString feedbackSymbol() const { return m_feedback.symbol; }
+    QString feedbackTitle() const { return m_feedback.title; }
+    QString feedbackDetail() const { return m_feedback.detail.value_or(QString()); }
+    QString feedbackStyle() const;
+
+    QAbstractItemModel *modules() { return &m_modules; }
+    QUrl pageSource() const { return m_view.source; }
+    QObject *page() const { return m_view.page.get(); }
+
+    QAbstractItemModel *dropZones() { return &m_dropZones; }
+    QAbstractItemModel *droppedItems() { return &m_droppedItems; }
+    QString droppedTitle() const;
+    bool hasDroplet() const { return m_model.droplet().has_value(); }
+    QPointF dropletStart() const;
+    QString dropletSymbol() const;
+    QUrl dropletImage() const;
+    int dropletFlight() const;
+
+    Q_INVOKABLE void selectModule(const QString &id) { m_model.selectModule(id); }
+    Q_INVOKABLE void removeDropped(const QString &id) { m_model.removeDroppedItem(id); }
+    Q_INVOKABLE void dismissFeedback();
+    Q_INVOKABLE void close() { m_model.send(NotchEvent::dismiss); }
+
+Q_SIGNALS:
+    void presentationChanged();
+    void metricsChanged();
+    void appearanceChanged();
+    void liveChanged();
+    void feedbackChanged();
+    void pageChanged();
+    void droppedItemsChanged();
+    void dropletChanged();
+    /// The notch swallows.
+    void gulped();
+
+private:
+    const AppSettings &settings() const { return m_model.services().settings.settings(); }
+    const std::vector<LiveRow> &liveRows() const { return m_live.model().records(); }
+    LiveRow firstLive() const { return hasLive() ? liveRows().front() : LiveRow(); }
+    void updatePage();
+    void updateModules();
+    void updateDropZones();
+    void updateDroppedItems();
+
+    NotchViewModel &m_model;
+    LiveRows m_live;
+    ActivityEvent m_feedback; ///< the last one, also while it fades out
+    RecordListModel<ModuleTab> m_modules;
+    RecordListModel<DropZoneRow> m_dropZones;
+    RecordListModel<DroppedRow> m_droppedItems;
+    QString m_pageModuleID;
+    NotchModule::View m_view;
+};
+
+} // namespace velmo

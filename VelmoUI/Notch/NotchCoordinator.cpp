@@ -1,0 +1,286 @@
+#include "VelmoUI/Notch/NotchCoordinator.h"
+
+#include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoCore/HotKeys/KeyNames.h"
+#include "VelmoCore/Notch/DisplaySelection.h"
+
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <set>
+
+namespace velmo {
+
+namespace {
+
+QJsonArray jsonFrom(const std::array<int, 4> &frame)
+{
+    return {frame[0], frame[1], frame[2], frame[3]};
+}
+
+/// In a panel the Ctrl key is ⌘.
+KeyCombo panelKey(std::uint32_t keyCode, Qt::KeyboardModifiers modifiers)
+{
+    KeyCombo key{keyCode, {}};
+    const auto add = [&](Qt::KeyboardModifier held, KeyModifiers bit) {
+        if (modifiers.testFlag(held))
+            key.modifiers = key.modifiers | bit;
+    };
+    add(Qt::ControlModifier, KeyCombo::command);
+    add(Qt::ShiftModifier, KeyCombo::shift);
+    add(Qt::AltModifier, KeyCombo::option);
+    add(Qt::MetaModifier, KeyCombo::control);
+    return key;
+}
+
+} // namespace
+
+NotchCoordinator::NotchCoordinator(AppServices &services)
+    : m_services(services), m_mouse(services.platform.pointer),
+      m_drag(services.platform.dragPasteboard),
+      m_fullscreen(services.platform.workspace, services.platform.displays,
+                   services.platform.scheduler)
+{
+}
+
+NotchCoordinator::~NotchCoordinator()
+{
+    m_services.settings.removeObserver(m_settingsObserver);
+}
+
+void NotchCoordinator::start()
+{
+    rebuildScreens();
+    m_mouse.start([this](const MouseEventMonitor::Event &event) { route(event); });
+    qGuiApp->installEventFilter(this);
+    m_fullscreen.onChange = [this] { applyVisibility(); };
+    m_fullscreen.start();
+
+    Workspace &workspace = m_services.platform.workspace;
+    connect(&m_services.platform.displays, &Displays::changed, this,
+            &NotchCoordinator::rebuildScreens);
+    connect(&workspace, &Workspace::didWake, this, [this] { reassertOrder(true); });
+    connect(&workspace, &Workspace::activeSpaceChanged, this, [this] { reassertOrder(true); });
+    connect(&workspace, &Workspace::windowManagerChanged, this, [this] { reassertOrder(true); });
+    connect(&workspace, &Workspace::windowsChanged, this, [this] { reassertOrder(false); });
+    m_settingsObserver =
+        m_services.settings.observe([this](const AppSettings &before, const AppSettings &after) {
+            settingsChanged(before, after);
+        });
+}
+
+void NotchCoordinator::open()
+{
+    if (auto *controller = commandTarget())
+        controller->model().send(NotchEvent::openRequested);
+}
+
+void NotchCoordinator::open(const QString &moduleID)
+{
+    if (auto *controller = commandTarget()) {
+        controller->model().selectModule(moduleID);
+        controller->model().send(NotchEvent::openRequested);
+    }
+}
+
+void NotchCoordinator::openFiles(const std::vector<QUrl> &urls)
+{
+    auto *controller = commandTarget();
+    if (!controller || urls.empty())
+        return;
+    std::vector<DroppedItem> items;
+    std::ranges::transform(urls, std::back_inserter(items),
+                           [](const QUrl &url) { return DroppedItem{DroppedItem::File{url}}; });
+    controller->model().send(NotchEvent::dragEntered);
+    controller->model().receiveDrop(items);
+}
+
+void NotchCoordinator::toggleFromHotKey()
+{
+    auto *preferred = commandTarget();
+    for (const auto &[id, controller] : m_controllers) {
+        if (controller.get() != preferred)
+            controller->model().send(NotchEvent::dismiss);
+    }
+    if (preferred)
+        preferred->model().send(NotchEvent::hotKey);
+}
+
+void NotchCoordinator::setUserHidden(bool hidden)
+{
+    m_isUserHidden = hidden;
+    applyVisibility();
+}
+
+bool NotchCoordinator::isAnyPanelOpen() const
+{
+    return std::ranges::any_of(m_controllers, [](const auto &entry) {
+        return isOpen(entry.second->model().presentation());
+    });
+}
+
+QString NotchCoordinator::statusText() const
+{
+    QJsonArray displays;
+    for (const auto &[id, controller] : m_controllers) {
+        const NotchViewModel &model = controller->model();
+        const NotchLayoutContext context = model.layoutContext();
+        const auto frame = [&](const Rect &rect) {
+            return jsonFrom(m_services.platform.displays.nativeFrame(id, rect));
+        };
+        const auto *module =
+            model.presentation() == NotchPresentation::expanded ? model.selectedModule() : nullptr;
+        displays.append(QJsonObject{
+            {QStringLiteral("id"), qint64(id)},
+            {QStringLiteral("name"), m_screens.at(id).name},
+            {QStringLiteral("visible"), controller->isVisible()},
+            {QStringLiteral("presentation"), NotchContent::name(model.presentation())},
+            {QStringLiteral("module"), module ? QJsonValue(module->id()) : QJsonValue()},
+            {QStringLiteral("shape"),
+             frame(NotchLayout::shapeFrame(NotchLayout::shape(model.presentation(), context),
+                                           context))},
+            {QStringLiteral("canvas"), frame(NotchLayout::canvasFrame(context))},
+        });
+    }
+    QJsonArray live;
+    for (const LiveActivity &activity : m_services.activity.live())
+        live.append(activity.id);
+    const auto &feedback = m_services.activity.feedback();
+    const QJsonObject status{
+        {QStringLiteral("hidden"), m_isUserHidden},
+        {QStringLiteral("displays"), displays},
+        {QStringLiteral("live"), live},
+        {QStringLiteral("feedback"), feedback ? QJsonValue(feedback->title) : QJsonValue()},
+    };
+    return QString::fromUtf8(QJsonDocument(status).toJson(QJsonDocument::Compact));
+}
+
+void NotchCoordinator::debugDropAnimation(const QString &file, Point point)
+{
+    if (auto *controller = commandTarget()) {
+        controller->model().send(NotchEvent::dragEntered);
+        controller->performDrop(point, {DroppedItem{DroppedItem::File{QUrl::fromLocalFile(file)}}});
+    }
+}
+
+bool NotchCoordinator::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress || !watched->isWindowType())
+        return false;
+    const auto keyWindow = std::ranges::find_if(
+        m_controllers, [&](const auto &entry) { return &entry.second->panel().view() == watched; });
+    if (keyWindow == m_controllers.end())
+        return false;
+    const auto *press = static_cast<QKeyEvent *>(event);
+    const auto keyCode = KeyNames::keyCode(press->nativeVirtualKey());
+    return keyCode && keyWindow->second->handleKey(panelKey(*keyCode, press->modifiers()));
+}
+
+NotchWindowController *NotchCoordinator::preferredController()
+{
+    if (const auto id = m_services.platform.displays.screenUnderMouse()) {
+        const auto under = m_controllers.find(*id);
+        if (under != m_controllers.end() && under->second->isVisible())
+            return under->second.get();
+    }
+    const auto visible = std::ranges::find_if(
+        m_controllers, [](const auto &entry) { return entry.second->isVisible(); });
+    return visible == m_controllers.end() ? nullptr : visible->second.get();
+}
+
+NotchWindowController *NotchCoordinator::commandTarget()
+{
+    if (m_isUserHidden)
+        setUserHidden(false);
+    return preferredController();
+}
+
+void NotchCoordinator::rebuildScreens()
+{
+    const auto screens = m_services.platform.displays.allDescriptors();
+    const auto targets =
+        DisplaySelection::targets(m_services.settings.settings().displayMode, screens);
+    const std::set<DisplayID> wanted(targets.begin(), targets.end());
+    std::erase_if(m_controllers, [&](const auto &entry) { return !wanted.contains(entry.first); });
+    m_screens.clear();
+    for (const ScreenDescriptor &screen : screens) {
+        if (!wanted.contains(screen.displayID))
+            continue;
+        m_screens[screen.displayID] = screen;
+        auto &controller = m_controllers[screen.displayID];
+        if (controller)
+            controller->setMetrics(NotchGeometry::metrics(screen));
+        else
+            controller = std::make_unique<NotchWindowController>(screen, m_services, m_engine);
+    }
+    applyVisibility();
+}
+
+void NotchCoordinator::applyVisibility()
+{
+    const bool hidesInFullscreen =
+        m_services.settings.settings().fullscreenBehavior == FullscreenBehavior::hide;
+    for (const auto &[id, controller] : m_controllers) {
+        const bool covered = m_fullscreen.fullscreenDisplays().contains(id);
+        controller->setVisible(!m_isUserHidden && !(hidesInFullscreen && covered));
+    }
+}
+
+void NotchCoordinator::reassertOrder(bool repair)
+{
+    for (const auto &[id, controller] : m_controllers)
+        controller->reassertOrder(repair);
+}
+
+void NotchCoordinator::settingsChanged(const AppSettings &before, const AppSettings &after)
+{
+    if (before.displayMode != after.displayMode)
+        rebuildScreens();
+    if (before.panelSize != after.panelSize || before.nonNotchStyle != after.nonNotchStyle) {
+        for (const auto &[id, controller] : m_controllers)
+            controller->reposition();
+    }
+    if (before.fullscreenBehavior != after.fullscreenBehavior)
+        applyVisibility();
+}
+
+void NotchCoordinator::route(const MouseEventMonitor::Event &event)
+{
+    const auto forEach = [this](auto &&body) {
+        for (const auto &[id, controller] : m_controllers)
+            body(*controller);
+    };
+    std::visit(overloaded{
+                   [&](const MouseEventMonitor::Moved &moved) {
+                       forEach([&](auto &controller) { controller.handleMouseMoved(moved.point); });
+                   },
+                   [&](const MouseEventMonitor::Down &down) {
+                       m_drag.mouseDown();
+                       m_dragStartedInPanel = isPanelWindow(down.window);
+                       forEach([&](auto &controller) { controller.handleMouseDown(down.window); });
+                   },
+                   [&](const MouseEventMonitor::Dragged &dragged) {
+                       if (m_dragStartedInPanel || !m_drag.mouseDragged())
+                           return;
+                       forEach([&](auto &controller) { controller.handleDrag(dragged.point); });
+                   },
+                   [&](const MouseEventMonitor::Up &) {
+                       if (m_drag.mouseUp())
+                           forEach([](auto &controller) { controller.handleDragEnded(); });
+                   },
+               },
+               event);
+}
+
+bool NotchCoordinator::isPanelWindow(WindowID window)
+{
+    return window != 0 && std::ranges::any_of(m_controllers, [&](const auto &entry) {
+               return entry.second->panel().window().id() == window;
+           });
+}
+
+} // namespace velmo

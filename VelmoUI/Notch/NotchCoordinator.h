@@ -1,0 +1,73 @@
+#pragma once
+
+#include "VelmoSystem/Input/DragSessionWatcher.h"
+#include "VelmoSystem/Input/FullscreenDetector.h"
+#include "VelmoSystem/Input/MouseEventMonitor.h"
+#include "VelmoUI/Notch/NotchWindowController.h"
+
+#include <QQmlEngine>
+
+#include <map>
+#include <memory>
+
+namespace velmo {
+
+/// Owns one controller a target screen and hands commands, pointer, keys and the desktop's changes
+/// to them. Lives for the run, on the main thread.
+class NotchCoordinator : public QObject {
+    Q_OBJECT
+
+public:
+    explicit NotchCoordinator(AppServices &services);
+    ~NotchCoordinator() override;
+
+    /// Makes the panels and starts to watch.
+    void start();
+
+    /// Opens the panel of the screen under the pointer. This and the commands below show a hidden
+    /// notch first; without a visible panel they do nothing.
+    void open();
+    void open(const QString &moduleID);
+    /// Hands files to the panel as if they were dropped on it.
+    void openFiles(const std::vector<QUrl> &urls);
+    /// Toggles the panel under the pointer and closes the others.
+    void toggleFromHotKey();
+
+    bool isUserHidden() const { return m_isUserHidden; }
+    void setUserHidden(bool hidden);
+    bool isAnyPanelOpen() const;
+
+    /// One JSON object: `hidden`; `displays`, each with `id`, `name`, `visible`, `presentation`,
+    /// `module` (null unless expanded), `shape` and `canvas` as [x, y, width, height] in the
+    /// display server's pixels; `live`, ids in order; `feedback`, its title or null.
+    QString statusText() const;
+
+    /// Plays a drop of `file` at a point of the preferred panel's window.
+    void debugDropAnimation(const QString &file, Point point);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    NotchWindowController *preferredController();
+    /// Shows a notch that the user has hidden, and gives the panel that a command is for.
+    NotchWindowController *commandTarget();
+    void rebuildScreens();
+    void applyVisibility();
+    void reassertOrder(bool repair);
+    void settingsChanged(const AppSettings &before, const AppSettings &after);
+    void route(const MouseEventMonitor::Event &event);
+    bool isPanelWindow(WindowID window);
+
+    AppServices &m_services;
+    QQmlEngine m_engine;
+    std::map<DisplayID, ScreenDescriptor> m_screens;
+    std::map<DisplayID, std::unique_ptr<NotchWindowController>> m_controllers;
+    MouseEventMonitor m_mouse;
+    DragSessionWatcher m_drag;
+    FullscreenDetector m_fullscreen;
+    bool m_isUserHidden = false;
+    bool m_dragStartedInPanel = false;
+    SettingsStore::ObserverID m_settingsObserver = 0;
+};
+
+} // namespace velmo

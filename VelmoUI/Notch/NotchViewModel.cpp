@@ -1,0 +1,230 @@
+#include "VelmoUI/Notch/NotchViewModel.h"
+
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoSystem/Ports/MotionPreference.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmo {
+
+namespace {
+
+/// What surrounds a module's content in the panel.
+constexpr double moduleWidthPadding = 20;
+
+} // namespace
+
+NotchViewModel::NotchViewModel(DisplayID displayID, const NotchMetrics &metrics,
+                               AppServices &services)
+    : m_displayID(displayID), m_services(services), m_metrics(metrics),
+      m_presentationChangedAt(services.platform.scheduler.now())
+{
+    updateShape({NotchMotion::None{}});
+    const auto contentChanged = [this] { updateShape(shapeAnimation()); };
+    connect(&services.activity, &ActivityCenter::liveChanged, this, contentChanged);
+    connect(&services.activity, &ActivityCenter::feedbackChanged, this, contentChanged);
+    m_settingsObserver =
+        services.settings.observe([this](const AppSettings &before, const AppSettings &after) {
+            settingsChanged(before, after);
+        });
+}
+
+NotchViewModel::~NotchViewModel()
+{
+    m_services.settings.removeObserver(m_settingsObserver);
+}
+
+void NotchViewModel::setMetrics(const NotchMetrics &metrics)
+{
+    if (metrics == m_metrics)
+        return;
+    m_metrics = metrics;
+    Q_EMIT metricsChanged();
+    updateShape({NotchMotion::None{}});
+}
+
+NotchLayoutContext NotchViewModel::layoutContext() const
+{
+    const AppSettings &settings = m_services.settings.settings();
+    NotchLayoutContext context;
+    context.metrics = m_metrics;
+    context.panelSize = settings.panelSize;
+    context.nonNotchStyle = settings.nonNotchStyle;
+    context.hasLiveActivity = !m_services.activity.live().empty();
+    context.hasFeedback = m_services.activity.feedback().has_value();
+    context.expandedContentWidth = moduleWidth();
+    return context;
+}
+
+void NotchViewModel::send(NotchEvent event)
+{
+    const AppSettings &settings = m_services.settings.settings();
+    const NotchBehavior behavior{settings.hoverBehavior, settings.openOnClick,
+                                 settings.closeOnMouseLeave, settings.closeOnClickOutside};
+    const NotchState next = NotchStateMachine::reduce(m_state, event, behavior);
+    if (next == m_state)
+        return;
+
+    const NotchLayoutContext context = layoutContext();
+    const bool opening = NotchLayout::shape(next.presentation, context).height() >
+                         NotchLayout::shape(m_state.presentation, context).height();
+    if (event == NotchEvent::dragEntered) {
+        m_droppedItems.clear();
+        Q_EMIT droppedItemsChanged();
+        setDropZone(DropZone::actions);
+    }
+    const NotchPresentation from = m_state.presentation;
+    m_state = next;
+    if (next.presentation == from)
+        return;
+
+    m_presentationChangedAt = m_services.platform.scheduler.now();
+    if (next.presentation == NotchPresentation::expanded) {
+        if (auto *module = selectedModule())
+            m_services.modules.activateIfNeeded(*module);
+    }
+    updateShape(motion(opening));
+    Q_EMIT presentationChanged();
+    if (onTransition)
+        onTransition(from, next.presentation, event);
+}
+
+void NotchViewModel::tap()
+{
+    if (isOpen(presentation()) && onTapWhileOpen)
+        onTapWhileOpen();
+    send(NotchEvent::tap);
+}
+
+NotchModule *NotchViewModel::selectedModule() const
+{
+    const auto modules = m_services.modules.visible(m_services.settings.settings());
+    const auto selected = std::ranges::find(modules, m_selectedModuleID, &NotchModule::id);
+    if (selected != modules.end())
+        return *selected;
+    return modules.empty() ? nullptr : modules.front();
+}
+
+void NotchViewModel::selectModule(const QString &id)
+{
+    if (id == m_selectedModuleID || !m_services.modules.find(id))
+        return;
+    m_selectedModuleID = id;
+    if (presentation() == NotchPresentation::expanded)
+        m_services.modules.activateIfNeeded(*selectedModule());
+    Q_EMIT selectedModuleChanged();
+    updateShape(shapeAnimation());
+}
+
+void NotchViewModel::selectModule(int index)
+{
+    const auto modules = m_services.modules.visible(m_services.settings.settings());
+    if (index >= 0 && index < int(modules.size()))
+        selectModule(modules[std::size_t(index)]->id());
+}
+
+void NotchViewModel::selectAdjacentModule(int direction)
+{
+    const auto modules = m_services.modules.visible(m_services.settings.settings());
+    if (modules.empty())
+        return;
+    const auto count = int(modules.size());
+    const auto place = int(std::ranges::find(modules, selectedModule()) - modules.begin());
+    selectModule((place + direction % count + count) % count);
+}
+
+void NotchViewModel::setDropTargeted(bool targeted)
+{
+    if (targeted == m_isDropTargeted)
+        return;
+    m_isDropTargeted = targeted;
+    Q_EMIT dropTargetChanged();
+}
+
+void NotchViewModel::setDropZone(DropZone zone)
+{
+    if (zone == m_dropZone)
+        return;
+    m_dropZone = zone;
+    Q_EMIT dropTargetChanged();
+}
+
+void NotchViewModel::receiveDrop(const std::vector<DroppedItem> &items)
+{
+    m_droppedItems = items;
+    Q_EMIT droppedItemsChanged();
+    setDropTargeted(false);
+    send(NotchEvent::dropCompleted);
+}
+
+void NotchViewModel::startDroplet(const Point &start, const std::vector<DroppedItem> &items)
+{
+    if (!m_services.settings.settings().animationsEnabled || items.empty())
+        return;
+    m_droplet = Droplet{makeUuid(), start, items.front()};
+    Q_EMIT dropletChanged();
+    m_dropletTask = m_services.platform.scheduler.after(dropletFlight, [this] {
+        m_droplet.reset();
+        ++m_gulpSerial;
+        Q_EMIT dropletChanged();
+        Q_EMIT gulped();
+    });
+}
+
+void NotchViewModel::removeDroppedItem(const QString &id)
+{
+    if (std::erase_if(m_droppedItems, [&](const auto &item) { return item.id() == id; }) == 0)
+        return;
+    Q_EMIT droppedItemsChanged();
+    if (m_droppedItems.empty() && presentation() == NotchPresentation::dropResult)
+        send(NotchEvent::dismiss);
+}
+
+NotchMotion NotchViewModel::motion(bool opening) const
+{
+    const AppSettings &settings = m_services.settings.settings();
+    return NotchMotions::transition(opening, settings.animationsEnabled, reducesMotion(),
+                                    settings.animationSpeed);
+}
+
+NotchMotion NotchViewModel::shapeAnimation() const
+{
+    const AppSettings &settings = m_services.settings.settings();
+    return NotchMotions::shapeChange(
+        presentation(), m_services.platform.scheduler.now() - m_presentationChangedAt,
+        settings.animationsEnabled, reducesMotion(), settings.animationSpeed);
+}
+
+bool NotchViewModel::reducesMotion() const
+{
+    return m_services.platform.motionPreference.shouldReduceMotion();
+}
+
+void NotchViewModel::updateShape(const NotchMotion &motion)
+{
+    m_shape.moveTo(NotchLayout::shape(presentation(), layoutContext()), motion);
+}
+
+std::optional<double> NotchViewModel::moduleWidth() const
+{
+    if (presentation() != NotchPresentation::expanded)
+        return std::nullopt;
+    const auto *module = selectedModule();
+    const auto width = module ? module->contentWidth(m_services) : std::nullopt;
+    if (!width)
+        return std::nullopt;
+    return std::ceil(*width + moduleWidthPadding);
+}
+
+void NotchViewModel::settingsChanged(const AppSettings &before, const AppSettings &after)
+{
+    if (before.moduleOrder != after.moduleOrder || before.hiddenModules != after.hiddenModules) {
+        Q_EMIT modulesChanged();
+        Q_EMIT selectedModuleChanged();
+    }
+    if (before.panelSize != after.panelSize || before.nonNotchStyle != after.nonNotchStyle)
+        updateShape(shapeAnimation());
+}
+
+} // namespace velmo

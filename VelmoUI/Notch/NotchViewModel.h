@@ -1,0 +1,126 @@
+#pragma once
+
+#include "VelmoCore/Notch/NotchLayout.h"
+#include "VelmoCore/Notch/NotchMotion.h"
+#include "VelmoCore/Shelf/DroppedItem.h"
+#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Notch/ShapeAnimator.h"
+
+#include <QObject>
+#include <QPointF>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace velmo {
+
+/// The parts of the drop surface, from left to right.
+enum class DropZone { airdrop, actions, notch };
+BOOST_DESCRIBE_ENUM(DropZone, airdrop, actions, notch)
+
+/// The picture of a dropped thing on its way into the notch.
+struct Droplet {
+    Uuid id;
+    Point start; ///< in the window, y downward, where the drop happened
+    DroppedItem item;
+};
+
+/// The observable state of one panel. Main thread only.
+class NotchViewModel : public QObject {
+    Q_OBJECT
+
+public:
+    /// How long a droplet flies before the notch swallows it.
+    static constexpr Seconds dropletFlight = 0.45s;
+
+    NotchViewModel(DisplayID displayID, const NotchMetrics &metrics, AppServices &services);
+    ~NotchViewModel() override;
+
+    DisplayID displayID() const { return m_displayID; }
+    AppServices &services() const { return m_services; }
+    const NotchMetrics &metrics() const { return m_metrics; }
+    void setMetrics(const NotchMetrics &metrics);
+
+    const NotchState &state() const { return m_state; }
+    NotchPresentation presentation() const { return m_state.presentation; }
+    Date presentationChangedAt() const { return m_presentationChangedAt; }
+    /// Built anew from values in memory at each call.
+    NotchLayoutContext layoutContext() const;
+    ShapeAnimator &shape() { return m_shape; }
+    /// Whether the user asked the desktop for less motion.
+    bool reducesMotion() const;
+
+    /// Lets the state machine answer `event`.
+    void send(NotchEvent event);
+
+    /// A tap beside the content's controls.
+    void tap();
+
+    /// The module on show; null only without a visible module.
+    NotchModule *selectedModule() const;
+    void selectModule(const QString &id);
+    /// Selects by place among the visible modules; out of range does nothing.
+    void selectModule(int index);
+    /// Steps through the visible modules, around the end.
+    void selectAdjacentModule(int direction);
+
+    const std::vector<DroppedItem> &droppedItems() const { return m_droppedItems; }
+    bool isDropTargeted() const { return m_isDropTargeted; }
+    DropZone dropZone() const { return m_dropZone; }
+    void setDropTargeted(bool targeted);
+    void setDropZone(DropZone zone);
+    /// Shows the items on the result surface.
+    void receiveDrop(const std::vector<DroppedItem> &items);
+    /// Sends the picture of the first item flying from `start` into the notch.
+    void startDroplet(const Point &start, const std::vector<DroppedItem> &items);
+    /// Takes the item with that id off the result surface, which closes with the last one.
+    void removeDroppedItem(const QString &id);
+    const std::optional<Droplet> &droplet() const { return m_droplet; }
+    /// Counts the swallowing animations.
+    int gulpSerial() const { return m_gulpSerial; }
+
+    /// A dialog of the system belongs to the panel, which must not close meanwhile.
+    bool isPresentingSystemUI() const { return m_isPresentingSystemUI; }
+    void setPresentingSystemUI(bool presenting) { m_isPresentingSystemUI = presenting; }
+
+    /// Set once by the window controller.
+    std::function<void(NotchPresentation from, NotchPresentation to, NotchEvent)> onTransition;
+    std::function<void()> onTapWhileOpen;
+
+Q_SIGNALS:
+    void presentationChanged();
+    void metricsChanged();
+    void selectedModuleChanged();
+    void modulesChanged();
+    void droppedItemsChanged();
+    void dropTargetChanged();
+    void dropletChanged();
+    void gulped();
+
+private:
+    NotchMotion motion(bool opening) const;
+    /// The motion of changes that don't come through `send`: a message coming, sides growing.
+    NotchMotion shapeAnimation() const;
+    void updateShape(const NotchMotion &motion);
+    std::optional<double> moduleWidth() const;
+    void settingsChanged(const AppSettings &before, const AppSettings &after);
+
+    const DisplayID m_displayID;
+    AppServices &m_services;
+    NotchMetrics m_metrics;
+    NotchState m_state;
+    Date m_presentationChangedAt;
+    ShapeAnimator m_shape;
+    QString m_selectedModuleID;
+    std::vector<DroppedItem> m_droppedItems;
+    bool m_isDropTargeted = false;
+    DropZone m_dropZone = DropZone::actions;
+    std::optional<Droplet> m_droplet;
+    int m_gulpSerial = 0;
+    bool m_isPresentingSystemUI = false;
+    ScheduledTask m_dropletTask;
+    SettingsStore::ObserverID m_settingsObserver;
+};
+
+} // namespace velmo

@@ -1,0 +1,231 @@
+#include "VelmoUI/Notch/NotchWindowController.h"
+
+#include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/HotKeys/KeyNames.h"
+#include "VelmoSystem/Ports/Pointer.h"
+#include "VelmoUI/Notch/NotchContainerView.h"
+
+#include <algorithm>
+
+namespace velmo {
+
+NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, AppServices &services,
+                                             QQmlEngine &engine)
+    : m_services(services), m_model(screen.displayID, NotchGeometry::metrics(screen), services),
+      m_content(m_model), m_panel(engine, m_content, services.platform.panelWindows)
+{
+    m_model.onTransition = [this](NotchPresentation from, NotchPresentation to, NotchEvent event) {
+        presentationChanged(from, to, event);
+    };
+    m_model.onTapWhileOpen = [this] { m_panel.window().makeKey(); };
+    m_panel.container().setHandlers({
+        .tapped = [this] { m_model.tap(); },
+        .draggingEntered =
+            [this] {
+                m_dragExitTask.cancel();
+                m_dropPerformed = false;
+                m_model.setDropTargeted(true);
+                m_model.send(NotchEvent::dragEntered);
+            },
+        .draggingUpdated = [this](Point point) { m_model.setDropZone(dropZoneAt(point)); },
+        .draggingExited = [this] { m_model.setDropTargeted(false); },
+        .performDrop =
+            [this](Point point, const std::vector<DroppedItem> &items) {
+                if (items.empty())
+                    return false;
+                performDrop(point, items);
+                return true;
+            },
+    });
+    connect(&m_model.shape(), &ShapeAnimator::frameChanged, this,
+            &NotchWindowController::updateOpaqueZone);
+    connect(&m_model.shape(), &ShapeAnimator::targetChanged, this,
+            &NotchWindowController::updateMousePassthrough);
+    reposition();
+}
+
+void NotchWindowController::setVisible(bool visible)
+{
+    if (visible == m_isVisible)
+        return;
+    m_isVisible = visible;
+    if (visible) {
+        reposition();
+        m_panel.window().orderFront();
+        return;
+    }
+    m_hoverTask.cancel();
+    m_dragExitTask.cancel();
+    m_pointerInside = false;
+    if (isOpen(m_model.presentation()))
+        m_model.send(NotchEvent::dismiss);
+    m_panel.window().orderOut();
+}
+
+void NotchWindowController::setMetrics(const NotchMetrics &metrics)
+{
+    m_model.setMetrics(metrics);
+    reposition();
+}
+
+void NotchWindowController::reposition()
+{
+    const Rect frame = NotchLayout::canvasFrame(m_model.layoutContext());
+    if (m_panel.window().frame() != frame)
+        m_panel.window().setFrame(frame);
+    updateMousePassthrough();
+    updateOpaqueZone();
+}
+
+void NotchWindowController::reassertOrder(bool repair)
+{
+    if (!m_isVisible)
+        return;
+    PanelWindow &window = m_panel.window();
+    if (repair && !window.isOnActiveSpace()) {
+        window.orderOut();
+        reposition();
+    }
+    window.orderFront();
+}
+
+void NotchWindowController::handleMouseMoved(Point point)
+{
+    if (!m_isVisible)
+        return;
+    const NotchLayoutContext context = m_model.layoutContext();
+    const bool inside =
+        NotchLayout::hoverTriggerZone(m_model.presentation(), context).contains(point);
+    if (inside == m_pointerInside)
+        return;
+    m_pointerInside = inside;
+
+    const AppSettings &settings = m_services.settings.settings();
+    if (inside) {
+        m_hoverTask = m_services.platform.scheduler.after(
+            settings.hoverDelay, [this] { m_model.send(NotchEvent::hoverEntered); });
+        return;
+    }
+    const Seconds delay = m_model.presentation() == NotchPresentation::preview
+                              ? previewCloseDelay
+                              : settings.closeDelay;
+    m_hoverTask = m_services.platform.scheduler.after(delay, [this] {
+        if (!m_model.isPresentingSystemUI())
+            m_model.send(NotchEvent::hoverExited);
+    });
+}
+
+void NotchWindowController::handleMouseDown(WindowID window)
+{
+    if (!m_isVisible || m_model.presentation() == NotchPresentation::collapsed ||
+        m_model.isPresentingSystemUI())
+        return;
+    if (window != m_panel.window().id())
+        m_model.send(NotchEvent::clickOutside);
+    else if (isOpen(m_model.presentation()))
+        m_model.onTapWhileOpen();
+}
+
+void NotchWindowController::handleDrag(Point point)
+{
+    if (!m_isVisible)
+        return;
+    const bool isDropTarget = m_model.presentation() == NotchPresentation::dropTarget;
+    if (NotchLayout::dropZone(m_model.presentation(), m_model.layoutContext()).contains(point)) {
+        m_dragExitTask.cancel();
+        if (!isDropTarget) {
+            m_dropPerformed = false;
+            m_model.send(NotchEvent::dragEntered);
+        }
+    } else if (isDropTarget && !m_dragExitTask.isPending()) {
+        m_dragExitTask = m_services.platform.scheduler.after(
+            dragExitDelay, [this] { m_model.send(NotchEvent::dragExited); });
+    }
+}
+
+void NotchWindowController::handleDragEnded()
+{
+    if (m_model.presentation() != NotchPresentation::dropTarget || m_dropPerformed)
+        return;
+    m_dragExitTask = m_services.platform.scheduler.after(
+        dragEndDelay, [this] { m_model.send(NotchEvent::dragExited); });
+}
+
+bool NotchWindowController::handleKey(const KeyCombo &key)
+{
+    const bool commandOnly = key.modifiers == KeyCombo::command;
+    if (key.keyCode == KeyNames::keyEscape || (key.keyCode == KeyNames::keyW && commandOnly)) {
+        m_model.send(NotchEvent::escape);
+        return true;
+    }
+    if (key.keyCode == KeyNames::keyComma && commandOnly) {
+        m_model.send(NotchEvent::dismiss);
+        m_services.openSettings(std::nullopt);
+        return true;
+    }
+    if (key.keyCode == KeyNames::keyTab && key.modifiers.contains(KeyCombo::command)) {
+        m_model.selectAdjacentModule(key.modifiers.contains(KeyCombo::shift) ? -1 : 1);
+        return true;
+    }
+    if (const auto index = KeyNames::digitIndex(key.keyCode); index && commandOnly) {
+        m_model.selectModule(*index);
+        return true;
+    }
+    return false;
+}
+
+void NotchWindowController::performDrop(Point point, const std::vector<DroppedItem> &items)
+{
+    m_dropPerformed = true;
+    m_dragExitTask.cancel();
+    m_model.startDroplet(point, items);
+    m_model.receiveDrop(items);
+}
+
+void NotchWindowController::presentationChanged(NotchPresentation from, NotchPresentation to,
+                                                NotchEvent event)
+{
+    qCInfo(Log::notch).noquote() << QStringLiteral("Notch %1: %2 → %3")
+                                        .arg(m_model.displayID())
+                                        .arg(NotchContent::name(from), NotchContent::name(to));
+    PanelWindow &window = m_panel.window();
+    updateMousePassthrough();
+    if (isOpen(to)) {
+        if (event == NotchEvent::tap || event == NotchEvent::hotKey ||
+            event == NotchEvent::openRequested)
+            window.makeKey();
+    } else {
+        window.resignKey();
+    }
+    if (to == NotchPresentation::preview || to == NotchPresentation::expanded) {
+        m_pointerInside = NotchLayout::hoverZone(to, m_model.layoutContext())
+                              .contains(m_services.platform.pointer.location());
+    }
+}
+
+void NotchWindowController::updateMousePassthrough()
+{
+    const NotchLayoutContext context = m_model.layoutContext();
+    const NotchPresentation presentation = m_model.presentation();
+    m_panel.window().setInteractiveZone(contextKind(presentation)
+                                            ? NotchLayout::dropZone(presentation, context)
+                                            : NotchLayout::hoverZone(presentation, context));
+}
+
+void NotchWindowController::updateOpaqueZone()
+{
+    m_panel.window().setOpaqueZone(
+        NotchLayout::shapeFrame(m_model.shape().current(), m_model.layoutContext()));
+}
+
+DropZone NotchWindowController::dropZoneAt(Point point) const
+{
+    const Rect canvas = NotchLayout::canvasFrame(m_model.layoutContext());
+    const Rect surface = NotchLayout::shapeFrame(
+        NotchLayout::shape(NotchPresentation::dropTarget, m_model.layoutContext()),
+        m_model.layoutContext());
+    const double fraction = (canvas.minX() + point.x - surface.minX()) / surface.width;
+    return DropZone(std::clamp(int(fraction * 3), 0, 2));
+}
+
+} // namespace velmo

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "VelmoCore/HotKeys/KeyCombo.h"
+#include "VelmoUI/Notch/NotchContent.h"
+#include "VelmoUI/Notch/NotchPanel.h"
+#include "VelmoUI/Notch/NotchViewModel.h"
+
+namespace velmo {
+
+/// The bridge between pointer, keys and window on one side and a panel's model on the other. One a
+/// target screen.
+class NotchWindowController : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr Seconds previewCloseDelay = 0.18s;
+    static constexpr Seconds dragExitDelay = 0.22s;
+    /// Room for a drop that finishes just after the button went up.
+    static constexpr Seconds dragEndDelay = 0.3s;
+
+    NotchWindowController(const ScreenDescriptor &screen, AppServices &services,
+                          QQmlEngine &engine);
+
+    NotchViewModel &model() { return m_model; }
+    const NotchViewModel &model() const { return m_model; }
+    NotchPanel &panel() { return m_panel; }
+    /// Whether the panel should show on its screen.
+    bool isVisible() const { return m_isVisible; }
+    /// A panel that goes while open closes first.
+    void setVisible(bool visible);
+
+    void setMetrics(const NotchMetrics &metrics);
+    /// Fits the window to the canvas anew.
+    void reposition();
+    /// Puts the panel on top again; `repair` also after the desktop may have lost it.
+    void reassertOrder(bool repair);
+
+    void handleMouseMoved(Point point);
+    void handleMouseDown(WindowID window);
+    void handleDrag(Point point);
+    void handleDragEnded();
+    /// Whether the key was used. In a panel Ctrl stands for both ⌘ and ⌃.
+    bool handleKey(const KeyCombo &key);
+
+    /// Flies a picture of `items` from a point of the window into the notch and shows them.
+    void performDrop(Point point, const std::vector<DroppedItem> &items);
+
+private:
+    void presentationChanged(NotchPresentation from, NotchPresentation to, NotchEvent event);
+    void updateMousePassthrough();
+    void updateOpaqueZone();
+    DropZone dropZoneAt(Point point) const;
+
+    AppServices &m_services;
+    NotchViewModel m_model;
+    NotchContent m_content;
+    NotchPanel m_panel;
+    bool m_isVisible = false;
+    bool m_pointerInside = false;
+    bool m_dropPerformed = false;
+    ScheduledTask m_hoverTask;
+    ScheduledTask m_dragExitTask;
+};
+
+} // namespace velmo
