@@ -19,10 +19,21 @@ public:
         QString description;
     };
 
+    /// Statuses of the Keychain family, for stores that have none of their own.
+    static constexpr int duplicateItem = -25299;
+    static constexpr int notAvailable = -25291;
+    static constexpr int interactionNotAllowed = -25308;
+
     /// The store answered with a refusal, or not at all. Not-found is no error.
     class Refusal : public LocalizedError {
     public:
-        Refusal(int status, const QString &message) : LocalizedError(message), m_status(status) { }
+        /// `message` is the store's own text; an empty one gives way to one that names the status.
+        Refusal(int status, const QString &message)
+            : LocalizedError(message.isEmpty() ? QStringLiteral("Erro do Keychain %1.").arg(status)
+                                               : message),
+              m_status(status)
+        {
+        }
         int status() const { return m_status; }
 
     private:

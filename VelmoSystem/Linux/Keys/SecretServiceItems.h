@@ -1,1 +1,24 @@
 #pragma once
+
+#include "VelmoSystem/Ports/KeyItemStore.h"
+
+namespace velmo {
+
+/// Secrets in the session's Secret Service (freedesktop Secret Storage API): items of the default
+/// collection with the attributes `service` and `account`. Items have no description there.
+///
+/// Nothing here ever prompts: a locked keyring is a `Refusal`. Each call takes 5 seconds at most.
+class SecretServiceItems : public KeyItemStore {
+public:
+    /// Whether the service runs on the session bus or would be started by a call. Throws
+    /// `Refusal` if the bus breaks off.
+    static bool isReachable();
+
+    std::optional<QByteArray> find(const Item &item) const override;
+    /// Two processes that add at the same time are to be kept apart by the caller: the service
+    /// itself lets items have the same attributes.
+    bool add(const Item &item, const QByteArray &secret) override;
+    void rename(const Item &item) override;
+};
+
+} // namespace velmo
