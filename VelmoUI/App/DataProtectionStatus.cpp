@@ -6,12 +6,10 @@
 
 namespace velmo {
 
-DataProtectionStatus
-DataProtectionStatus::fromKeychain(const std::function<std::unique_ptr<KeyItemStore>()> &openItems)
+DataProtectionStatus DataProtectionStatus::fromKeychain(KeyItemStore &items)
 {
     try {
-        const auto items = openItems();
-        const auto key = KeychainKeyStore(*items).loadOrCreate();
+        const auto key = KeychainKeyStore(items).loadOrCreate();
         return {Enabled{DataCipher(key.data), key.created}};
     } catch (const LocalizedError &error) {
         qCCritical(Log::storage).noquote()

@@ -3,8 +3,6 @@
 #include "VelmoCore/Storage/DataCipher.h"
 #include "VelmoSystem/Ports/KeyItemStore.h"
 
-#include <functional>
-#include <memory>
 #include <optional>
 #include <variant>
 
@@ -33,10 +31,9 @@ struct DataProtectionStatus {
 
     std::variant<Enabled, Unavailable, Disabled> value;
 
-    /// Reads the key, or makes it on the first run of all. `openItems` may throw
-    /// `KeyItemStore::Refusal`. Never fails: a refusal is logged and gives `Unavailable`.
-    static DataProtectionStatus
-    fromKeychain(const std::function<std::unique_ptr<KeyItemStore>()> &openItems);
+    /// Reads the key, or makes it on the first run of all. Never fails: a refusal is logged and
+    /// gives `Unavailable`.
+    static DataProtectionStatus fromKeychain(KeyItemStore &items);
 
     std::optional<DataCipher> cipher() const;
     Presentation presentation() const;
