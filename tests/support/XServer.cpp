@@ -1,0 +1,209 @@
+#include "tests/support/XServer.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QTimer>
+
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace velmo {
+
+namespace {
+
+template <class Answer>
+std::unique_ptr<Answer, void (*)(void *)> owned(Answer *answer)
+{
+    return {answer, std::free};
+}
+
+void dieWithParent()
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+
+void stop(QProcess &process)
+{
+    process.terminate();
+    if (!process.waitForFinished(5'000))
+        process.kill();
+    process.waitForFinished(5'000);
+}
+
+} // namespace
+
+XServer::XServer(const QByteArray &screen)
+{
+    m_server.setChildProcessModifier(dieWithParent);
+    m_server.setStandardErrorFile(QProcess::nullDevice());
+    m_server.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                    QStringLiteral("0"), QString::fromLatin1(screen), QStringLiteral("-nolisten"),
+                    QStringLiteral("tcp"), QStringLiteral("-noreset")});
+    if (!m_server.waitForReadyRead(20'000))
+        qFatal("Xvfb doesn't start");
+    m_display = ':' + m_server.readAllStandardOutput().trimmed();
+    m_client = xcb_connect(m_display.constData(), nullptr);
+    if (xcb_connection_has_error(m_client))
+        qFatal("Can't connect to Xvfb on %s", m_display.constData());
+    m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_client)).data;
+}
+
+XServer::~XServer()
+{
+    for (auto &program : m_programs)
+        stop(*program);
+    xcb_disconnect(m_client);
+    stop(m_server);
+}
+
+QProcess &XServer::run(const QString &program, const QStringList &arguments)
+{
+    auto process = std::make_unique<QProcess>();
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), QString::fromLatin1(m_display));
+    process->setProcessEnvironment(environment);
+    process->setChildProcessModifier(dieWithParent);
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->setStandardOutputFile(QProcess::nullDevice());
+    process->start(program, arguments);
+    if (!process->waitForStarted(10'000))
+        qFatal("%s doesn't start", qPrintable(program));
+    return *m_programs.emplace_back(std::move(process));
+}
+
+QProcess &XServer::runWindowManager(const QString &program)
+{
+    const auto before = property(root(), "_NET_SUPPORTING_WM_CHECK");
+    QProcess &manager = run(program);
+    const bool manages = eventually([&] {
+        const auto now = property(root(), "_NET_SUPPORTING_WM_CHECK");
+        return !now.empty() && now != before &&
+               !property(root(), "_NET_NUMBER_OF_DESKTOPS").empty();
+    });
+    if (!manages)
+        qFatal("%s doesn't manage windows", qPrintable(program));
+    return manager;
+}
+
+void XServer::movePointer(int x, int y)
+{
+    fake(XCB_MOTION_NOTIFY, 0, x, y);
+}
+
+void XServer::setButton(int button, bool isDown)
+{
+    fake(isDown ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, std::uint8_t(button));
+}
+
+void XServer::click(int x, int y)
+{
+    movePointer(x, y);
+    setButton(1, true);
+    setButton(1, false);
+}
+
+void XServer::setKey(xcb_keysym_t keysym, bool isDown)
+{
+    fake(isDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode(keysym));
+}
+
+void XServer::typeKey(xcb_keysym_t keysym, const std::vector<xcb_keysym_t> &modifiers)
+{
+    for (const xcb_keysym_t modifier : modifiers)
+        setKey(modifier, true);
+    setKey(keysym, true);
+    setKey(keysym, false);
+    for (const xcb_keysym_t modifier : modifiers)
+        setKey(modifier, false);
+}
+
+xcb_keycode_t XServer::keycode(xcb_keysym_t keysym) const
+{
+    auto *symbols = xcb_key_symbols_alloc(m_client);
+    const auto codes = owned(xcb_key_symbols_get_keycode(symbols, keysym));
+    xcb_key_symbols_free(symbols);
+    if (!codes)
+        qFatal("No key has the symbol 0x%x", keysym);
+    return codes.get()[0];
+}
+
+xcb_atom_t XServer::atom(const QByteArray &name) const
+{
+    const auto cookie = xcb_intern_atom(m_client, false, std::uint16_t(name.size()), name.data());
+    return owned(xcb_intern_atom_reply(m_client, cookie, nullptr))->atom;
+}
+
+std::vector<std::uint32_t> XServer::property(xcb_window_t window, const QByteArray &name) const
+{
+    const auto cookie =
+        xcb_get_property(m_client, false, window, atom(name), XCB_ATOM_ANY, 0, 4'096);
+    const auto reply = owned(xcb_get_property_reply(m_client, cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto *values = static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
+    return {values, values + reply->value_len};
+}
+
+void XServer::setProperty(xcb_window_t window, const QByteArray &name, xcb_atom_t type,
+                          const std::vector<std::uint32_t> &values)
+{
+    xcb_change_property(m_client, XCB_PROP_MODE_REPLACE, window, atom(name), type, 32,
+                        std::uint32_t(values.size()), values.data());
+    xcb_flush(m_client);
+}
+
+xcb_window_t XServer::makeWindow(const QRect &frame, bool isManaged)
+{
+    const xcb_window_t window = xcb_generate_id(m_client);
+    const std::uint32_t values[] = {isManaged ? 0U : 1U, XCB_EVENT_MASK_KEY_PRESS |
+                                                             XCB_EVENT_MASK_BUTTON_PRESS |
+                                                             XCB_EVENT_MASK_PROPERTY_CHANGE};
+    xcb_create_window(m_client, XCB_COPY_FROM_PARENT, window, root(), std::int16_t(frame.x()),
+                      std::int16_t(frame.y()), std::uint16_t(frame.width()),
+                      std::uint16_t(frame.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+    xcb_map_window(m_client, window);
+    xcb_flush(m_client);
+    return window;
+}
+
+xcb_window_t XServer::focusedWindow() const
+{
+    return owned(xcb_get_input_focus_reply(m_client, xcb_get_input_focus(m_client), nullptr))
+        ->focus;
+}
+
+int XServer::takeEvents(std::uint8_t responseType)
+{
+    while (const auto event = owned(xcb_poll_for_event(m_client)))
+        m_events.push_back(event->response_type & 0x7f);
+    return int(std::erase(m_events, responseType));
+}
+
+void XServer::fake(std::uint8_t type, std::uint8_t detail, int x, int y)
+{
+    xcb_test_fake_input(m_client, type, detail, XCB_CURRENT_TIME, root(), std::int16_t(x),
+                        std::int16_t(y), 0);
+    xcb_flush(m_client);
+}
+
+bool eventually(const std::function<bool()> &condition)
+{
+    QTimer tick; // wakes the loop for conditions that no event of ours tells
+    tick.start(5);
+    const QDeadlineTimer deadline(5'000);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
+} // namespace velmo
