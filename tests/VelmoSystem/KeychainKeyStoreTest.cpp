@@ -175,6 +175,18 @@ TEST(KeyItemStores, StayWithPrivateFilesWhenAKeyringAppears)
     }
 }
 
+TEST(KeyItemStores, TakePrivateFilesWhereTheKeyringHasNoCollection)
+{
+    const TemporaryFolder folder;
+    KeyringSession session;
+    session.start({});
+    KeyItemStores items(folder.path("Orvane"));
+    const QByteArray key = KeychainKeyStore(items).loadOrCreate().data;
+    session.kill();
+    session.start();
+    EXPECT_EQ(KeychainKeyStore(items).loadOrCreate().data, key);
+}
+
 TEST(KeyItemStores, GiveNoKeyWhenTheKeyringIsLockedOrGone)
 {
     const TemporaryFolder folder;

@@ -50,7 +50,7 @@ KeyringSession::~KeyringSession()
     qputenv("DBUS_SESSION_BUS_ADDRESS", m_addressBefore);
 }
 
-void KeyringSession::start()
+void KeyringSession::start(const QStringList &options)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *variable : {"HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
@@ -63,7 +63,8 @@ void KeyringSession::start()
     QEventLoop loop;
     QObject::connect(&watcher, &QDBusServiceWatcher::serviceRegistered, &loop, &QEventLoop::quit);
     QObject::connect(&m_keyring, &QProcess::finished, &loop, &QEventLoop::quit);
-    m_keyring.start("gnome-keyring-daemon", {"--foreground", "--unlock", "--components=secrets"});
+    m_keyring.start("gnome-keyring-daemon",
+                    options + QStringList{"--foreground", "--components=secrets"});
     m_keyring.write("senha");
     m_keyring.closeWriteChannel();
     loop.exec();

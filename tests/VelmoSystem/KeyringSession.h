@@ -15,8 +15,9 @@ public:
     ~KeyringSession();
     Q_DISABLE_COPY_MOVE(KeyringSession)
 
-    /// Starts the keyring with its password, so that the default collection is open.
-    void start();
+    /// Starts the keyring with its password, so that the default collection is open. Without the
+    /// option, a keyring that was never opened has no collection.
+    void start(const QStringList &options = {"--unlock"});
     void lock();
     void kill();
     /// The labels of all items, as any other program sees them.

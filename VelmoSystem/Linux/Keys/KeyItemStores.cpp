@@ -122,13 +122,14 @@ KeyItemStores::Kind KeyItemStores::choose(const Item &item, std::optional<Kind> 
 {
     if (remembered == Kind::privateFiles || (!remembered && m_files->find(item)))
         return Kind::privateFiles;
-    if (SecretServiceItems::isReachable())
-        return Kind::secretService;
-    if (!remembered)
+    const bool isReachable = SecretServiceItems::isReachable();
+    if (!remembered && !(isReachable && SecretServiceItems::hasDefaultKeyring()))
         return Kind::privateFiles;
-    throw Refusal(
-        notAvailable,
-        QStringLiteral("O chaveiro do sistema, que guarda a chave, não está em execução."));
+    if (!isReachable)
+        throw Refusal(
+            notAvailable,
+            QStringLiteral("O chaveiro do sistema, que guarda a chave, não está em execução."));
+    return Kind::secretService;
 }
 
 KeyItemStore &KeyItemStores::store(Kind kind) const

@@ -6,7 +6,8 @@
 
 namespace velmo {
 
-/// The key store of this system: the Secret Service where the session has one, else private files.
+/// The key store of this system: the Secret Service where the session has one with a default
+/// keyring, else private files.
 ///
 /// The first item decides for good. Which of the two holds it is written down before it is made,
 /// and a run that can't reach that one is refused: it must not make a second key in the other.

@@ -139,14 +139,21 @@ Owned<SecretItem> search(SecretService *service, const KeyItemStore::Item &item,
     return first;
 }
 
-/// Nothing if the user has no default keyring. A locked one may hide its items: throws `Refusal`.
-Owned<SecretCollection> openDefaultCollection(SecretService *service, const Deadline &deadline)
+/// Nothing if the user has no default keyring.
+Owned<SecretCollection> defaultCollection(SecretService *service, const Deadline &deadline)
 {
     Outcome outcome;
     Owned<SecretCollection> collection(
         secret_collection_for_alias_sync(service, SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE,
                                          deadline.cancellable(), outcome));
     outcome.check();
+    return collection;
+}
+
+/// As `defaultCollection`, but refused if it is locked, as it may hide its items then.
+Owned<SecretCollection> openDefaultCollection(SecretService *service, const Deadline &deadline)
+{
+    auto collection = defaultCollection(service, deadline);
     if (collection && secret_collection_get_locked(collection.get()))
         throw lockedRefusal();
     return collection;
@@ -226,6 +233,13 @@ bool SecretServiceItems::isReachable()
     const Deadline deadline;
     const auto bus = openBus(deadline);
     return bus && (isOwned(bus.get(), deadline) || isActivatable(bus.get(), deadline));
+}
+
+bool SecretServiceItems::hasDefaultKeyring()
+{
+    const Deadline deadline;
+    const auto service = openService(deadline);
+    return defaultCollection(service.get(), deadline) != nullptr;
 }
 
 std::optional<QByteArray> SecretServiceItems::find(const Item &item) const

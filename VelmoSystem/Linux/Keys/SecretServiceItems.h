@@ -13,6 +13,8 @@ public:
     /// Whether the service runs on the session bus or would be started by a call. Throws
     /// `Refusal` if the bus breaks off.
     static bool isReachable();
+    /// Whether there is a keyring for new items, open or locked. Throws `Refusal`.
+    static bool hasDefaultKeyring();
 
     std::optional<QByteArray> find(const Item &item) const override;
     /// Two processes that add at the same time are to be kept apart by the caller: the service
