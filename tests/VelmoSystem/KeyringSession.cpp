@@ -1,9 +1,9 @@
 #include "tests/VelmoSystem/KeyringSession.h"
 
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
+#include <QDBusReply>
 #include <QDBusServiceWatcher>
 #include <QEventLoop>
 
@@ -85,14 +85,17 @@ void KeyringSession::lock()
 
 QStringList KeyringSession::labels() const
 {
-    const QDBusConnection bus(m_connectionName);
-    const QDBusInterface collection(secrets, loginCollection, "org.freedesktop.Secret.Collection",
-                                    bus);
+    const auto property = [this](const QString &path, const QString &type, const QString &name) {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(secrets, path, "org.freedesktop.DBus.Properties", "Get");
+        message << "org.freedesktop.Secret." + type << name;
+        const QDBusReply<QDBusVariant> reply = QDBusConnection(m_connectionName).call(message);
+        return reply.value().variant();
+    };
     QStringList labels;
-    for (const auto &path : collection.property("Items").value<QList<QDBusObjectPath>>())
-        labels += QDBusInterface(secrets, path.path(), "org.freedesktop.Secret.Item", bus)
-                      .property("Label")
-                      .toString();
+    const QVariant items = property(loginCollection, "Collection", "Items");
+    for (const auto &item : qdbus_cast<QList<QDBusObjectPath>>(items))
+        labels += property(item.path(), "Item", "Label").toString();
     labels.sort();
     return labels;
 }
