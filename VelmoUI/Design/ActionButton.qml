@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// A button with a text.
 ControlSurface {

@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// Cards in a few rows that go on sideways.
 GridView {

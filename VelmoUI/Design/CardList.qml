@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// Cards side by side; the wheel scrolls sideways.
 ListView {

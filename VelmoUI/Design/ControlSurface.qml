@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// What every control has: a surface for hover and press, keyboard, focus ring and a name.
 Item {

@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// A button that is only a symbol.
 ControlSurface {

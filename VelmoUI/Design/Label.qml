@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// A line of text in the interface's face.
 Text {

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Shapes
+import Velmo
 
 /// How far something is, as a ring; nothing while it isn't known.
 Item {

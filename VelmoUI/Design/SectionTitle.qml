@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// The title over a column of cards.
 Label {

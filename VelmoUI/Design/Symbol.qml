@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// A symbol by its name.
 Text {

@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// Beside the notch what is going on; below it the message of the moment.
 Item {
@@ -39,7 +40,6 @@ Item {
             text: collapsed.content.liveValue
             font.pixelSize: Theme.captionSize
             font.weight: Font.Medium
-            font.features: ({ "tnum": 1 })
         }
     }
 

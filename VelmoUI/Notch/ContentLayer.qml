@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// Content that belongs to one presentation: fades in and rises once the shape is under way, fades
 /// out at once, and exists only while it can be seen.

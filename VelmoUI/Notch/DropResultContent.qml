@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// What was dropped, as tiles.
 Item {

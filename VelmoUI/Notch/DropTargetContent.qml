@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// Where to drop: three parts side by side.
 Item {

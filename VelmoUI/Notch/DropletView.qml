@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// The picture of a dropped thing on its way into the notch, and the notch's gulp.
 Item {

@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// The open panel: the modules beside the notch, the page of the selected one below.
 Item {

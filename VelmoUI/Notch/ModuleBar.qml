@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// The modules' symbols, six left and six right of the notch.
 Item {

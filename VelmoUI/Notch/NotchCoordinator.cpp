@@ -13,6 +13,10 @@
 #include <algorithm>
 #include <set>
 
+// Of the generated registrations. Naming it here keeps a static library's linker from leaving them
+// out.
+void qml_register_types_Velmo();
+
 namespace velmo {
 
 namespace {
@@ -45,6 +49,8 @@ NotchCoordinator::NotchCoordinator(AppServices &services)
       m_fullscreen(services.platform.workspace, services.platform.displays,
                    services.platform.scheduler)
 {
+    qml_register_types_Velmo();
+    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
 NotchCoordinator::~NotchCoordinator()

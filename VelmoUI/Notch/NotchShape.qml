@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Shapes
+import Velmo
 
 /// The black body that hangs from the top edge between its two ears.
 Shape {
@@ -9,7 +10,7 @@ Shape {
 
     readonly property real ear: spec.topRadius
     readonly property real corner: Math.min(spec.bottomRadius, spec.coreWidth / 2, spec.height)
-    readonly property real right: ear + spec.coreWidth
+    readonly property real rightEdge: ear + spec.coreWidth
 
     width: spec.coreWidth + 2 * ear
     height: spec.height
@@ -39,22 +40,22 @@ Shape {
             direction: PathArc.Counterclockwise
         }
         PathLine {
-            x: shape.right - shape.corner
+            x: shape.rightEdge - shape.corner
             y: shape.height
         }
         PathArc {
-            x: shape.right
+            x: shape.rightEdge
             y: shape.height - shape.corner
             radiusX: shape.corner
             radiusY: shape.corner
             direction: PathArc.Counterclockwise
         }
         PathLine {
-            x: shape.right
+            x: shape.rightEdge
             y: shape.ear
         }
         PathArc {
-            x: shape.right + shape.ear
+            x: shape.rightEdge + shape.ear
             y: 0
             radiusX: shape.ear
             radiusY: shape.ear

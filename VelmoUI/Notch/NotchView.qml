@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// All that one panel draws, in a window as large as the largest shape.
 NotchContainerView {

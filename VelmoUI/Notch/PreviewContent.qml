@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// A peek: the day, and what is going on.
 Item {
@@ -45,7 +46,6 @@ Item {
                 text: preview.content.liveValue
                 font.pixelSize: Theme.titleSize
                 font.weight: Font.Medium
-                font.features: ({ "tnum": 1 })
             }
         }
     }

@@ -4,6 +4,7 @@
 #include "VelmoCore/Notch/NotchMotion.h"
 
 #include <QAbstractAnimation>
+#include <QtQml/qqmlregistration.h>
 
 #include <array>
 
@@ -13,6 +14,8 @@ namespace velmo {
 /// animation clock. A shape that is redirected on its way keeps its speed.
 class ShapeAnimator : public QAbstractAnimation {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to a panel's model")
     Q_PROPERTY(qreal coreWidth READ coreWidth NOTIFY frameChanged)
     Q_PROPERTY(qreal height READ height NOTIFY frameChanged)
     Q_PROPERTY(qreal topRadius READ topRadius NOTIFY frameChanged)

@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// What is going on, then what has just happened, in columns that scroll sideways.
 FocusScope {

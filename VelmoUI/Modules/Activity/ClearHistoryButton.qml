@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// "Limpar", which asks in place before it clears.
 Row {

@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// One finished event.
 Rectangle {

@@ -1,4 +1,5 @@
 import QtQuick
+import Velmo
 
 /// One live activity with its progress.
 Rectangle {
@@ -57,7 +58,6 @@ Rectangle {
         text: card.value
         font.pixelSize: Theme.numberSize
         font.weight: Font.Medium
-        font.features: ({ "tnum": 1 })
     }
 
     ActionButton {
