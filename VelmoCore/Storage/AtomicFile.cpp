@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr qint64 readStep = 64 * 1024;
+constexpr qint64 readStep = 65'536;
 constexpr int longestLinkChain = 40;
 /// Leaves room for the rest of a temporary name within the 255 bytes of a file name.
 constexpr qsizetype longestNamePart = 200;
