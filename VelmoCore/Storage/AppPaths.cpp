@@ -83,6 +83,11 @@ void AppPaths::ensureExists() const
 
 void AppPaths::purgeTemporary() const
 {
+    try {
+        claimDirectory(temporary);
+    } catch (const FileError &) {
+        return; // Somebody else's link could lead anywhere.
+    }
     std::error_code error;
     std::vector<fs::path> children;
     fs::directory_iterator entry(native(temporary), error);

@@ -23,7 +23,7 @@ struct AppPaths {
     /// where `temporary` exists and belongs to somebody else.
     void ensureExists() const;
 
-    /// Removes what lies in `temporary`; what can't be removed stays.
+    /// Removes what lies in `temporary`, if it is ours; what can't be removed stays.
     void purgeTemporary() const;
 
     /// Moves the directory `from` to `to` once and leaves a link behind. Reports nothing.
