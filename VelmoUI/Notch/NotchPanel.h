@@ -24,7 +24,7 @@ public:
 
     PanelWindow &window() { return *m_window; }
     NotchContainerView &container() { return *m_container; }
-    const QQuickView &view() const { return m_view; }
+    QQuickView &view() { return m_view; }
 
 private:
     QQuickView m_view;
