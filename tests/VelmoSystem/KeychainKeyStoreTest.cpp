@@ -248,9 +248,9 @@ TEST(KeyItemStores, MakeOneKeyForAllWhoStartAtOnce)
     std::set<QByteArray> keys;
     int created = 0;
     {
-        std::vector<std::jthread> starts;
-        for (int i = 0; i < 8; ++i)
-            starts.emplace_back([&] {
+        std::vector<std::jthread> starts(8);
+        for (std::jthread &start : starts)
+            start = std::jthread([&] {
                 KeyItemStores items(folder.path("Orvane"));
                 const KeychainKeyStore::Key key = KeychainKeyStore(items).loadOrCreate();
                 const std::lock_guard lock(mutex);
