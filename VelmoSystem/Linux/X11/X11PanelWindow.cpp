@@ -127,7 +127,8 @@ void X11PanelWindow::setOpaqueZone(const Rect &zone)
     if (m_opaqueZone == zone)
         return;
     m_opaqueZone = zone;
-    applyZones();
+    if (!m_factory.m_hasCompositor) // else this runs for each frame of an animation in vain
+        applyZones();
 }
 
 void X11PanelWindow::makeKey()
