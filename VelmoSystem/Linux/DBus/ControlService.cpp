@@ -1,1 +1,74 @@
-// to be written
+#include "VelmoSystem/Linux/DBus/ControlService.h"
+
+#include "VelmoCore/Foundation/Log.h"
+#include "VelmoSystem/Linux/DBus/ControlCalls.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+
+namespace velmo {
+
+ControlService::ControlService(QDBusConnection bus, std::vector<QUrl> files)
+    : m_bus(std::move(bus)), m_files(std::move(files)),
+      m_calls(std::make_unique<ControlCalls>(m_bus))
+{
+}
+
+ControlService::~ControlService()
+{
+    // The name goes first: who is told that we have quit may start the next one at once.
+    if (m_bus.isConnected())
+        m_bus.unregisterService(ControlBus::service);
+}
+
+ControlEndpoint::Registration ControlService::claim()
+{
+    if (!m_bus.isConnected()) {
+        qCWarning(Log::app, "Sem barramento de sessão: o Orvane não atende outros programas");
+        return Registration::noBus;
+    }
+    // Before the name: calls may come with it.
+    m_bus.registerObject(ControlBus::path, m_calls.get(), QDBusConnection::ExportAdaptors);
+    // One that doesn't answer may be on its way out; then the name is ours.
+    if (ownName() || (!activateOther() && ownName()))
+        return Registration::first;
+    m_bus.unregisterObject(ControlBus::path);
+    return Registration::second;
+}
+
+void ControlService::serve(Commands commands)
+{
+    m_calls->serve(std::move(commands));
+}
+
+bool ControlService::ownName()
+{
+    const auto reply = m_bus.interface()->registerService(
+        ControlBus::service, QDBusConnectionInterface::DontQueueService,
+        QDBusConnectionInterface::DontAllowReplacement);
+    return reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
+}
+
+bool ControlService::activateOther()
+{
+    const auto method = m_files.empty() ? QStringLiteral("Activate") : QStringLiteral("Open");
+    auto message = QDBusMessage::createMethodCall(ControlBus::service, ControlBus::path,
+                                                  ControlBus::applicationInterface, method);
+    message.setAutoStartService(false);
+    if (!m_files.empty()) {
+        QStringList uris;
+        for (const QUrl &file : m_files)
+            uris.append(file.toString(QUrl::FullyEncoded));
+        message << uris;
+    }
+    message << QVariantMap();
+
+    const QDBusMessage reply = m_bus.call(message, QDBus::Block, ControlBus::timeout);
+    if (reply.type() != QDBusMessage::ErrorMessage)
+        return true;
+    qCWarning(Log::app, "O Orvane em execução não atende: %ls",
+              qUtf16Printable(reply.errorMessage()));
+    return false;
+}
+
+} // namespace velmo
