@@ -1,4 +1,4 @@
-#include "VelmoSystem/Linux/DropReader.h"
+#include "VelmoSystem/FileProcessing/DropReader.h"
 
 #include "VelmoSystem/Linux/LocalFiles.h"
 
