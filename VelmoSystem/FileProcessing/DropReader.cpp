@@ -1,6 +1,6 @@
 #include "VelmoSystem/FileProcessing/DropReader.h"
 
-#include "VelmoSystem/Linux/LocalFiles.h"
+#include "VelmoSystem/FileProcessing/LocalFiles.h"
 
 #include <QMimeData>
 #include <QStringDecoder>

@@ -1,7 +1,7 @@
 #include "VelmoSystem/Linux/DBus/ControlCalls.h"
 
 #include "VelmoCore/Foundation/LocalizedError.h"
-#include "VelmoSystem/Linux/LocalFiles.h"
+#include "VelmoSystem/FileProcessing/LocalFiles.h"
 
 #include <QDBusError>
 

@@ -1,8 +1,8 @@
 #include "VelmoSystem/Linux/DBus/ControlClient.h"
 
 #include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoSystem/FileProcessing/LocalFiles.h"
 #include "VelmoSystem/Linux/DBus/ControlService.h"
-#include "VelmoSystem/Linux/LocalFiles.h"
 
 #include <QDBusError>
 #include <QDBusMessage>

@@ -46,8 +46,11 @@ void FileManagerViewer::reveal(const std::vector<QUrl> &files)
 
 void FileManagerViewer::open(const QUrl &url)
 {
-    if (!QDesktopServices::openUrl(url))
-        qCWarning(Log::app, "Não foi possível abrir %ls", qUtf16Printable(url.toDisplayString()));
+    if (QDesktopServices::openUrl(url))
+        return;
+    qCWarning(Log::app, "Não foi possível abrir %ls", qUtf16Printable(url.toDisplayString()));
+    onFailure(QStringLiteral("Nenhum aplicativo abre “%1”.")
+                  .arg(url.toDisplayString(QUrl::PreferLocalFile)));
 }
 
 void FileManagerViewer::openFolders(const std::vector<QUrl> &files)

@@ -1,4 +1,4 @@
-#include "VelmoSystem/Linux/LocalFiles.h"
+#include "VelmoSystem/FileProcessing/LocalFiles.h"
 
 #include "VelmoCore/Foundation/LocalizedError.h"
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "VelmoSystem/Linux/DBus/AppearancePortal.h"
+#include "VelmoSystem/Linux/DBus/FileManagerViewer.h"
+#include "VelmoSystem/Linux/DBus/SleepMonitor.h"
+#include "VelmoSystem/Linux/X11/X11Connection.h"
+#include "VelmoSystem/Linux/X11/X11Displays.h"
+#include "VelmoSystem/Linux/X11/X11DragPasteboard.h"
+#include "VelmoSystem/Linux/X11/X11HotKeyGrabber.h"
+#include "VelmoSystem/Linux/X11/X11PanelWindow.h"
+#include "VelmoSystem/Linux/X11/X11Pointer.h"
+#include "VelmoSystem/Linux/X11/X11Workspace.h"
+#include "VelmoSystem/Ports/Platform.h"
+
+namespace velmo {
+
+/// The adapters of an X11 session, in the order in which they need each other.
+class LinuxPlatform {
+public:
+    /// Needs a QGuiApplication. Throws `LocalizedError` without an X server.
+    explicit LinuxPlatform(Scheduler &scheduler);
+
+    Platform ports();
+
+private:
+    Scheduler &m_scheduler;
+    X11Connection m_connection;
+    X11Displays m_displays;
+    X11Pointer m_pointer;
+    X11DragPasteboard m_dragPasteboard;
+    X11HotKeyGrabber m_hotKeyGrabber;
+    X11Workspace m_workspace;
+    X11PanelWindowFactory m_panelWindows;
+    FileManagerViewer m_fileViewer;
+    AppearancePortal m_appearance;
+    SleepMonitor m_sleep;
+};
+
+} // namespace velmo
