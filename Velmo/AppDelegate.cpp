@@ -1,0 +1,149 @@
+#include "Velmo/AppDelegate.h"
+
+#include "Velmo/Probes.h"
+#include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoSystem/Linux/Keys/KeyItemStores.h"
+#include "VelmoUI/App/ServiceWiring.h"
+#include "VelmoUI/Modules/Activity/ActivityModule.h"
+
+#include <QGuiApplication>
+#include <QSessionManager>
+
+namespace velmo {
+
+namespace {
+
+constexpr Seconds onboardingDelay = 0.8s;
+constexpr Seconds probeOpenDelay = 1.0s;
+constexpr Seconds probeDropDelay = 1.5s;
+constexpr Seconds probeDropEnd = 4.0s;
+constexpr Point probeDropPoint{260, 230};
+
+DataProtectionStatus dataProtection(const QStringList &arguments)
+{
+    if (Probes::isSelfTest(arguments))
+        return {DataProtectionStatus::Disabled{}};
+    KeyItemStores items(KeyItemStores::standardFolder());
+    return DataProtectionStatus::fromKeychain(items);
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(ControlEndpoint &control)
+    : m_control(control), m_signals([] { QCoreApplication::quit(); }), m_platform(m_scheduler)
+{
+    connect(qGuiApp, &QCoreApplication::aboutToQuit, this, [this] {
+        if (m_services)
+            m_services->flush();
+    });
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &) {
+        if (m_services)
+            m_services->flush();
+    });
+}
+
+void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &files)
+{
+    const AppPaths paths = preparePaths();
+    m_services.emplace(paths, dataProtection(arguments), m_platform.ports());
+    registerModules();
+    m_coordinator.emplace(*m_services);
+    fillCallbacks();
+    m_services->hotKeys.handlers[HotKeyAction::toggle] = [this] {
+        m_coordinator->toggleFromHotKey();
+    };
+    ServiceWiring::start(*m_services);
+    m_coordinator->start();
+    m_services->hotKeys.apply();
+    m_control.serve(controlCommands());
+    startPanelProbe(arguments);
+    if (!m_services->settings.settings().hasCompletedOnboarding)
+        after(onboardingDelay, [this] { m_coordinator->open(); });
+    m_services->openFilesInNotch(files);
+    qCInfo(Log::app).noquote() << "Orvane iniciado";
+}
+
+AppPaths AppDelegate::preparePaths() const
+{
+    const AppPaths paths = AppPaths::standard(QStringLiteral("Orvane"), QStringLiteral("Velmo"));
+    try {
+        paths.ensureExists();
+    } catch (const LocalizedError &error) {
+        qCCritical(Log::storage).noquote()
+            << "Não foi possível criar os diretórios do app:" << error.description();
+    }
+    paths.purgeTemporary();
+    return paths;
+}
+
+void AppDelegate::registerModules()
+{
+    m_services->modules.add(std::make_unique<ActivityModule>());
+}
+
+void AppDelegate::fillCallbacks()
+{
+    AppServices &services = *m_services;
+    // There is no settings window yet; the panel stands in for it.
+    services.openSettings = [this](std::optional<SettingsPane>) { m_coordinator->open(); };
+    services.showNotch = [this] { m_coordinator->open(); };
+    services.openModule = [this](const QString &moduleID) { m_coordinator->open(moduleID); };
+    services.isPanelOpen = [this] { return m_coordinator->isAnyPanelOpen(); };
+    services.openFilesInNotch = [this](const std::vector<QUrl> &urls) {
+        m_coordinator->openFiles(urls);
+    };
+}
+
+ControlEndpoint::Commands AppDelegate::controlCommands()
+{
+    AppServices &services = *m_services;
+    return {
+        .activate = [&services] { services.openSettings(std::nullopt); },
+        .openFiles = services.openFilesInNotch,
+        .open =
+            [&services](const QString &moduleID) {
+                if (moduleID.isEmpty())
+                    services.showNotch();
+                else
+                    services.openModule(moduleID);
+            },
+        .hasModule =
+            [&services](const QString &moduleID) {
+                return services.modules.find(moduleID) != nullptr;
+            },
+        .toggle = [this] { m_coordinator->toggleFromHotKey(); },
+        .hide = [this] { m_coordinator->setUserHidden(true); },
+        .show = [this] { m_coordinator->setUserHidden(false); },
+        .quit = [] { QCoreApplication::quit(); },
+        .status = [this] { return m_coordinator->statusText(); },
+    };
+}
+
+void AppDelegate::startPanelProbe(const QStringList &arguments)
+{
+    const auto probe = Probes::ofPanel(arguments);
+    if (!probe)
+        return;
+    const auto quit = [] { QCoreApplication::quit(); };
+    std::visit(overloaded{
+                   [&](const Probes::Open &open) {
+                       after(probeOpenDelay, [this] { m_coordinator->open(); });
+                       after(probeOpenDelay + open.duration, quit);
+                   },
+                   [&](const Probes::Drop &drop) {
+                       after(probeDropDelay, [this, file = drop.file] {
+                           m_coordinator->debugDropAnimation(file, probeDropPoint);
+                       });
+                       after(probeDropEnd, quit);
+                   },
+               },
+               *probe);
+}
+
+void AppDelegate::after(Seconds delay, std::function<void()> step)
+{
+    m_delayedSteps.push_back(m_scheduler.after(delay, std::move(step)));
+}
+
+} // namespace velmo

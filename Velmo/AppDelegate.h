@@ -1,0 +1,46 @@
+#pragma once
+
+#include "VelmoCore/Foundation/SystemScheduler.h"
+#include "VelmoSystem/Linux/LinuxPlatform.h"
+#include "VelmoSystem/Linux/ProcessSignals.h"
+#include "VelmoSystem/Ports/ControlEndpoint.h"
+#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Notch/NotchCoordinator.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <optional>
+
+namespace velmo {
+
+/// Launches Orvane and owns all of it. One for the run, on the main thread; made when this process
+/// has the right to run.
+class AppDelegate : public QObject {
+    Q_OBJECT
+
+public:
+    /// Throws `LocalizedError` without an X server; nothing else stops a launch.
+    explicit AppDelegate(ControlEndpoint &control);
+
+    /// `arguments` may hold self-test flags; `files` are handed to the panel.
+    void launch(const QStringList &arguments, const std::vector<QUrl> &files);
+
+private:
+    AppPaths preparePaths() const;
+    void registerModules();
+    void fillCallbacks();
+    ControlEndpoint::Commands controlCommands();
+    void startPanelProbe(const QStringList &arguments);
+    void after(Seconds delay, std::function<void()> step);
+
+    ControlEndpoint &m_control;
+    SystemScheduler m_scheduler;
+    ProcessSignals m_signals;
+    LinuxPlatform m_platform;
+    std::optional<AppServices> m_services;
+    std::optional<NotchCoordinator> m_coordinator;
+    std::vector<ScheduledTask> m_delayedSteps;
+};
+
+} // namespace velmo

@@ -1,0 +1,88 @@
+#include "Velmo/AppDelegate.h"
+#include "Velmo/Probes.h"
+#include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoCore/Storage/AtomicFile.h"
+#include "VelmoSystem/Control/CommandLine.h"
+#include "VelmoSystem/Linux/DBus/ControlClient.h"
+#include "VelmoSystem/Linux/DBus/ControlService.h"
+#include "VelmoSystem/Linux/DesktopTrust.h"
+#include "VelmoSystem/Linux/X11/X11Session.h"
+#include "VelmoUI/App/Renderer.h"
+
+#include <QGuiApplication>
+
+#include <cstdio>
+
+using namespace velmo;
+
+namespace {
+
+int say(std::FILE *stream, const QString &text, int exitCode)
+{
+    std::fputs(qPrintable(text + QLatin1Char('\n')), stream);
+    return exitCode;
+}
+
+int runClient(int &argc, char **argv, const CommandLine::Client &request)
+{
+    QCoreApplication application(argc, argv);
+    ControlClient client(QDBusConnection::sessionBus());
+    client.run(request, [](int exitCode) { QCoreApplication::exit(exitCode); });
+    return QCoreApplication::exec();
+}
+
+/// Orvane itself, unless it runs already.
+int runOrvane(int &argc, char **argv, const CommandLine::Run &request)
+{
+    Renderer::choose();
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.orvane.Orvane"));
+    const auto files = ControlClient::files(request.files);
+    ControlService control(QDBusConnection::sessionBus(), files);
+    if (control.claim() == ControlEndpoint::Registration::second)
+        return 0;
+    AppDelegate delegate(control);
+    delegate.launch(request.arguments, files);
+    return QGuiApplication::exec();
+}
+
+int run(int &argc, char **argv, const CommandLine::Run &request)
+{
+    try {
+        if (const auto probe = Probes::early(request.arguments)) {
+            const QCoreApplication application(argc, argv);
+            AtomicFile::write(DesktopTrust::ofThisDesktop().text().toUtf8() + '\n',
+                              probe->outputPath);
+            return 0;
+        }
+        X11Session::prepare();
+        return runOrvane(argc, argv, request);
+    } catch (const LocalizedError &error) {
+        return say(stderr, error.description(), 1);
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication::setApplicationName(QStringLiteral("orvane"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORVANE_VERSION));
+    QStringList words;
+    for (int i = 1; i < argc; ++i)
+        words.append(QString::fromLocal8Bit(argv[i]));
+    return std::visit(
+        overloaded{
+            [&](const CommandLine::Run &request) { return run(argc, argv, request); },
+            [&](const CommandLine::Client &request) { return runClient(argc, argv, request); },
+            [](const CommandLine::Help &) { return say(stdout, CommandLine::usage(), 0); },
+            [](const CommandLine::Version &) {
+                return say(stdout, QStringLiteral("Orvane " ORVANE_VERSION), 0);
+            },
+            [](const CommandLine::Usage &usage) {
+                return say(stderr, usage.message + QLatin1Char('\n') + CommandLine::usage(), 2);
+            },
+        },
+        CommandLine::parse(words));
+}
