@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QProcess>
+#include <QUuid>
+
+#include <stdexcept>
+
+namespace velmo {
+
+/// A message bus of the test's own.
+class PrivateBus {
+public:
+    PrivateBus()
+    {
+        m_daemon.start(QStringLiteral("dbus-daemon"),
+                       {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                        QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
+        if (!m_daemon.waitForReadyRead())
+            throw std::runtime_error("dbus-daemon doesn't start");
+        m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
+    }
+    ~PrivateBus()
+    {
+        m_daemon.terminate();
+        m_daemon.waitForFinished();
+    }
+
+    const QString &address() const { return m_address; }
+
+    /// A peer of its own, whoever else in this process is on the bus.
+    QDBusConnection connect() const
+    {
+        return QDBusConnection::connectToBus(m_address, QUuid::createUuid().toString());
+    }
+
+    /// Every call ends, by its time-out at the latest.
+    static QDBusMessage answer(const QDBusPendingCall &call)
+    {
+        const QDBusPendingCallWatcher watcher(call); // wakes the loop
+        while (!watcher.isFinished())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        return call.reply();
+    }
+
+private:
+    QProcess m_daemon;
+    QString m_address;
+};
+
+} // namespace velmo
