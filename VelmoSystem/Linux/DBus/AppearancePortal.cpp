@@ -23,6 +23,7 @@ AppearancePortal::AppearancePortal(QDBusConnection bus)
 {
     if (!bus.isConnected())
         return;
+    qRegisterMetaType<QDBusVariant>(); // `connect` looks the slot's types up by name
     bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     readAll(bus);

@@ -1,0 +1,81 @@
+#include "VelmoSystem/Linux/DBus/AppearancePortal.h"
+
+#include "tests/VelmoSystem/PrivateBus.h"
+
+#include <QDBusMetaType>
+#include <QDBusVirtualObject>
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+
+namespace {
+
+using Settings = QMap<QString, QVariantMap>;
+
+constexpr QLatin1StringView portalPath("/org/freedesktop/portal/desktop");
+constexpr QLatin1StringView portalInterface("org.freedesktop.portal.Settings");
+
+/// A desktop that holds some settings.
+class Portal : public QDBusVirtualObject {
+public:
+    Portal(QDBusConnection bus, Settings settings) : m_bus(bus), m_settings(std::move(settings))
+    {
+        qDBusRegisterMetaType<Settings>();
+        m_bus.registerVirtualObject(portalPath, this);
+        m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &call, const QDBusConnection &bus) override
+    {
+        return call.member() == u"ReadAll" &&
+               bus.send(call.createReply(QVariant::fromValue(m_settings)));
+    }
+
+    void change(const char *group, const char *key, const QVariant &value)
+    {
+        auto signal = QDBusMessage::createSignal(portalPath, portalInterface,
+                                                 QStringLiteral("SettingChanged"));
+        signal << group << key << QVariant::fromValue(QDBusVariant(value));
+        m_bus.send(signal);
+    }
+
+private:
+    QDBusConnection m_bus;
+    Settings m_settings;
+};
+
+} // namespace
+
+TEST(AppearancePortal, FollowsTheDesktopsWishForLessMotion)
+{
+    constexpr auto appearance = "org.freedesktop.appearance";
+    constexpr auto gnome = "org.gnome.desktop.interface";
+    const PrivateBus bus;
+    Portal portal(bus.connect(), {{appearance, {{"reduced-motion", 1U}, {"color-scheme", 2U}}},
+                                  {gnome, {{"enable-animations", true}}}});
+    const auto own = bus.connect();
+    const AppearancePortal preference(own);
+    EXPECT_FALSE(preference.shouldReduceMotion()) << "before the desktop has answered";
+
+    // Answers and signals keep their order: what was sent before our own question has come with it.
+    const auto settle = [&] {
+        PrivateBus::answer(own.asyncCall(QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.portal.Desktop"), portalPath, portalInterface,
+            QStringLiteral("NoSuchMethod"))));
+        QCoreApplication::processEvents();
+        return preference.shouldReduceMotion();
+    };
+    EXPECT_TRUE(settle());
+    portal.change(appearance, "reduced-motion", 0U);
+    EXPECT_FALSE(settle());
+    portal.change(gnome, "enable-animations", false);
+    EXPECT_TRUE(settle());
+    portal.change("org.example", "enable-animations", true);
+    EXPECT_TRUE(settle());
+    portal.change(gnome, "enable-animations", true);
+    EXPECT_FALSE(settle());
+}
+
+} // namespace velmo
