@@ -32,7 +32,8 @@ std::optional<NamedCutout> parsed(const QString &part)
 {
     const qsizetype colon = part.lastIndexOf(u':'); // a screen's name may hold one
     const QStringList texts = part.mid(colon + 1).split(u',');
-    if (colon < 1 || texts.size() != 3)
+    const QString screen = part.left(colon).trimmed();
+    if (colon < 1 || screen.isEmpty() || texts.size() != 3)
         return std::nullopt;
     std::array<double, 3> lengths{};
     for (std::size_t index = 0; index < lengths.size(); ++index) {
@@ -41,7 +42,7 @@ std::optional<NamedCutout> parsed(const QString &part)
         if (!isNumber || !qIsFinite(lengths[index]) || lengths[index] < 0)
             return std::nullopt;
     }
-    return NamedCutout{part.left(colon).trimmed(), {lengths[0], lengths[1], lengths[2]}};
+    return NamedCutout{screen, {lengths[0], lengths[1], lengths[2]}};
 }
 
 QString modelOfThisMachine()

@@ -4,9 +4,11 @@
 #include <QDeadlineTimer>
 #include <QTimer>
 
+#include <xcb/shape.h>
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <sys/prctl.h>
@@ -79,14 +81,24 @@ QProcess &XServer::run(const QString &program, const QStringList &arguments)
 
 QProcess &XServer::runWindowManager(const QString &program)
 {
-    const auto before = property(root(), "_NET_SUPPORTING_WM_CHECK");
+    // One that was killed leaves these behind.
+    xcb_delete_property(m_client, root(), atom("_NET_SUPPORTING_WM_CHECK"));
+    xcb_delete_property(m_client, root(), atom("_NET_NUMBER_OF_DESKTOPS"));
     QProcess &manager = run(program);
     const bool manages = eventually([&] {
-        const auto now = property(root(), "_NET_SUPPORTING_WM_CHECK");
-        return !now.empty() && now != before &&
+        return !property(root(), "_NET_SUPPORTING_WM_CHECK").empty() &&
                !property(root(), "_NET_NUMBER_OF_DESKTOPS").empty();
     });
-    if (!manages)
+    // It may still be about to look at the windows there are; and openbox leaves what came while it
+    // started until something else happens.
+    const xcb_window_t probe = makeWindow({0, 0, 50, 50});
+    const auto isListed = [&] {
+        tellManager(root(), "_NET_CURRENT_DESKTOP", {0});
+        return !property(root(), "_NET_CLIENT_LIST").empty();
+    };
+    const bool lists = manages && eventually(isListed);
+    xcb_destroy_window(m_client, probe);
+    if (!lists || !eventually([&] { return !isListed(); }))
         qFatal("%s doesn't manage windows", qPrintable(program));
     return manager;
 }
@@ -158,6 +170,21 @@ void XServer::setProperty(xcb_window_t window, const QByteArray &name, xcb_atom_
     xcb_flush(m_client);
 }
 
+void XServer::tellManager(xcb_window_t window, const QByteArray &message,
+                          const std::vector<std::uint32_t> &values)
+{
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom(message);
+    std::ranges::copy(values, event.data.data32);
+    xcb_send_event(m_client, false, root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&event));
+    xcb_flush(m_client);
+}
+
 xcb_window_t XServer::makeWindow(const QRect &frame, bool isManaged)
 {
     const xcb_window_t window = xcb_generate_id(m_client);
@@ -168,6 +195,13 @@ xcb_window_t XServer::makeWindow(const QRect &frame, bool isManaged)
                       std::int16_t(frame.y()), std::uint16_t(frame.width()),
                       std::uint16_t(frame.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                       XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+    // Flags USPosition and USSize: window managers otherwise choose a place themselves.
+    setProperty(window, "WM_NORMAL_HINTS", XCB_ATOM_WM_SIZE_HINTS,
+                {3, std::uint32_t(frame.x()), std::uint32_t(frame.y()),
+                 std::uint32_t(frame.width()), std::uint32_t(frame.height()), 0, 0, 0, 0, 0, 0, 0,
+                 0, 0, 0, 0, 0, 0});
+    // Flag InputHint: it takes the keyboard when the window manager gives it.
+    setProperty(window, "WM_HINTS", XCB_ATOM_WM_HINTS, {1, 1, 0, 0, 0, 0, 0, 0, 0});
     xcb_map_window(m_client, window);
     xcb_flush(m_client);
     return window;
@@ -177,6 +211,13 @@ xcb_window_t XServer::focusedWindow() const
 {
     return owned(xcb_get_input_focus_reply(m_client, xcb_get_input_focus(m_client), nullptr))
         ->focus;
+}
+
+int XServer::boundingWidth(xcb_window_t window) const
+{
+    const auto reply = owned(xcb_shape_query_extents_reply(
+        m_client, xcb_shape_query_extents(m_client, window), nullptr));
+    return reply ? reply->bounding_shape_extents_width : 0;
 }
 
 int XServer::takeEvents(std::uint8_t responseType)
@@ -190,7 +231,7 @@ void XServer::fake(std::uint8_t type, std::uint8_t detail, int x, int y)
 {
     xcb_test_fake_input(m_client, type, detail, XCB_CURRENT_TIME, root(), std::int16_t(x),
                         std::int16_t(y), 0);
-    xcb_flush(m_client);
+    focusedWindow(); // its answer says that the server has acted
 }
 
 bool eventually(const std::function<bool()> &condition)

@@ -42,9 +42,14 @@ public:
     std::vector<std::uint32_t> property(xcb_window_t window, const QByteArray &name) const;
     void setProperty(xcb_window_t window, const QByteArray &name, xcb_atom_t type,
                      const std::vector<std::uint32_t> &values);
+    /// Asks the window manager for something about a window, as pagers do (EWMH).
+    void tellManager(xcb_window_t window, const QByteArray &message,
+                     const std::vector<std::uint32_t> &values);
     /// A mapped top-level window of the client, which hears of keys and button presses.
     xcb_window_t makeWindow(const QRect &frame, bool isManaged = true);
     xcb_window_t focusedWindow() const;
+    /// The width of the part of a window that shows.
+    int boundingWidth(xcb_window_t window) const;
     /// The client's events so far of a type.
     int takeEvents(std::uint8_t responseType);
 

@@ -34,11 +34,10 @@ X11Workspace::X11Workspace(X11Connection &connection, const X11Displays &display
     connect(&connection, &X11Connection::eventsHandled, this, &X11Workspace::announce);
 
     watch(connection.root(), false);
-    readManager();
     readDesktop();
     readActiveWindow();
     readClients();
-    m_isManagerNew = m_isDesktopNew = m_isActiveWindowNew = m_areWindowsNew = false;
+    m_isDesktopNew = m_isActiveWindowNew = m_areWindowsNew = false;
 }
 
 std::vector<Workspace::Window> X11Workspace::windows() const
@@ -78,7 +77,11 @@ void X11Workspace::wake()
 void X11Workspace::propertyChanged(const xcb_property_notify_event_t &event)
 {
     if (event.window == m_connection.root()) {
-        rootPropertyChanged(event.atom);
+        // A window manager says so once, maybe with the window id of an earlier one.
+        if (event.atom == m_supportingManager)
+            m_isManagerNew |= event.state == XCB_PROPERTY_NEW_VALUE;
+        else
+            rootPropertyChanged(event.atom);
         return;
     }
     const auto client = m_clients.find(event.window);
@@ -95,21 +98,12 @@ void X11Workspace::propertyChanged(const xcb_property_notify_event_t &event)
 
 void X11Workspace::rootPropertyChanged(xcb_atom_t name)
 {
-    if (name == m_supportingManager)
-        readManager();
-    else if (name == m_currentDesktop)
+    if (name == m_currentDesktop)
         readDesktop();
     else if (name == m_activeWindowName)
         readActiveWindow();
     else if (name == m_stackingList)
         readClients();
-}
-
-void X11Workspace::readManager()
-{
-    const std::uint32_t manager = rootValue(m_supportingManager);
-    m_isManagerNew |= manager != 0 && manager != m_manager;
-    m_manager = manager;
 }
 
 void X11Workspace::readDesktop()

@@ -31,7 +31,6 @@ private:
 
     void propertyChanged(const xcb_property_notify_event_t &event);
     void rootPropertyChanged(xcb_atom_t name);
-    void readManager();
     void readDesktop();
     void readActiveWindow();
     void readClients();
@@ -50,7 +49,6 @@ private:
     const xcb_atom_t m_state;
     const xcb_atom_t m_windowDesktop;
 
-    std::uint32_t m_manager = 0;
     std::uint32_t m_desktop = 0;
     std::uint32_t m_activeWindow = 0;
     std::vector<xcb_window_t> m_stack; ///< from bottom to top
