@@ -105,6 +105,17 @@ TEST_F(HotKeyControllerTest, RegistersNothingWhileSuspended)
     EXPECT_EQ(grabber.grabbed.size(), 4U);
 }
 
+TEST_F(HotKeyControllerTest, LeavesAShortcutWithoutAnActionToOthers)
+{
+    change([](AppSettings &next) { next.searchHotKey = next.newNoteHotKey; });
+    controller.handlers.erase(HotKeyAction::newNote);
+    controller.apply();
+    grabber.press(settings.settings().searchHotKey);
+    EXPECT_THAT(ran, ElementsAre(HotKeyAction::search));
+    EXPECT_THAT(controller.errors(), IsEmpty());
+    EXPECT_EQ(grabber.grabbed.size(), 3U);
+}
+
 TEST_F(HotKeyControllerTest, LeavesTheShortcutsAloneWhenOtherSettingsChange)
 {
     controller.apply();

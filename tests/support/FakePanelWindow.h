@@ -52,12 +52,16 @@ class FakePanelWindowFactory : public PanelWindowFactory {
 public:
     std::unique_ptr<PanelWindow> adopt(QWindow &window) override
     {
-        auto panel = std::make_unique<FakePanelWindow>(WindowID(100 + adopted.size()));
-        adopted.emplace(&window, panel.get());
+        auto panel = std::make_unique<FakePanelWindow>(m_nextID++);
+        adopted[&window] = panel.get();
         return panel;
     }
 
+    /// By window, also of windows that are gone.
     std::map<QWindow *, FakePanelWindow *> adopted;
+
+private:
+    WindowID m_nextID = 100;
 };
 
 } // namespace velmo

@@ -1,0 +1,43 @@
+#include "VelmoUI/App/DataProtectionStatus.h"
+
+#include "tests/support/FakeKeyItems.h"
+#include "tests/support/Printers.h"
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+using Enabled = DataProtectionStatus::Enabled;
+
+TEST(DataProtectionStatus, MakesTheKeyOnceAndReadsItFromThenOn)
+{
+    FakeKeyItems items;
+    const auto first = DataProtectionStatus::fromKeychain(items);
+    const auto second = DataProtectionStatus::fromKeychain(items);
+    EXPECT_TRUE(std::get<Enabled>(first.value).keyCreated);
+    EXPECT_FALSE(std::get<Enabled>(second.value).keyCreated);
+    EXPECT_EQ(second.cipher()->open(first.cipher()->seal("segredo")), "segredo");
+}
+
+TEST(DataProtectionStatus, DoesWithoutACipherWhereTheKeyIsOutOfReach)
+{
+    FakeKeyItems locked;
+    locked.refusal = KeyItemStore::Refusal(-25308, QStringLiteral("Chaveiro bloqueado."));
+    FakeKeyItems broken;
+    DataProtectionStatus::fromKeychain(broken);
+    broken.entries.begin()->second.secret.chop(1);
+    const auto brokenBefore = broken.entries.begin()->second.secret;
+
+    for (FakeKeyItems *items : {&locked, &broken}) {
+        const auto status = DataProtectionStatus::fromKeychain(*items);
+        EXPECT_FALSE(status.cipher());
+        const QString message = std::get<DataProtectionStatus::Unavailable>(status.value).message;
+        EXPECT_FALSE(message.isEmpty());
+        EXPECT_TRUE(status.presentation().text->contains(u'(' + message + u')'));
+    }
+    EXPECT_EQ(broken.entries.begin()->second.secret, brokenBefore) << "never replaced";
+}
+
+} // namespace
+} // namespace velmo

@@ -1,0 +1,346 @@
+#include "VelmoUI/Notch/NotchContent.h"
+
+#include "tests/VelmoUI/PanelFixture.h"
+#include "tests/support/Printers.h"
+
+#include <QMimeData>
+#include <QQuickItem>
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+class NotchCoordinatorTest : public PanelFixture {};
+
+TEST_F(NotchCoordinatorTest, OpensUnderAPointerThatRests)
+{
+    start();
+    desktop.movePointer(notchOf(1));
+    wait(0.11s);
+    desktop.movePointer(outside);
+    wait(2s);
+    EXPECT_EQ(shown(), u"collapsed") << "a visit shorter than the delay";
+
+    desktop.movePointer(notchOf(1));
+    wait(0.11s);
+    desktop.movePointer({notchOf(1).x + 5, -4});
+    EXPECT_EQ(shown(), u"collapsed");
+    wait(0.01s);
+    EXPECT_EQ(shown(), u"expanded") << "a move inside starts nothing anew";
+    EXPECT_FALSE(window().isKey()) << "the keyboard stays where it is";
+}
+
+TEST_F(NotchCoordinatorTest, ClosesSomeTimeAfterThePointerLeft)
+{
+    start();
+    hover();
+    desktop.movePointer({300, -100});
+    wait(1s);
+    EXPECT_EQ(shown(), u"expanded") << "the open panel is larger than the notch";
+    desktop.movePointer(outside);
+    wait(0.4s);
+    desktop.movePointer(notchOf(1));
+    wait(1s);
+    EXPECT_EQ(shown(), u"expanded") << "it came back in time";
+    desktop.movePointer(outside);
+    wait(0.49s);
+    EXPECT_EQ(shown(), u"expanded");
+    wait(0.01s);
+    EXPECT_EQ(shown(), u"collapsed");
+
+    change([](AppSettings &next) {
+        next.hoverBehavior = HoverBehavior::preview;
+        next.closeDelay = 5s;
+    });
+    hover();
+    EXPECT_EQ(shown(), u"preview");
+    desktop.movePointer(outside);
+    wait(0.17s);
+    EXPECT_EQ(shown(), u"preview");
+    wait(0.01s);
+    EXPECT_EQ(shown(), u"collapsed");
+}
+
+TEST_F(NotchCoordinatorTest, TakesTheKeyboardByAPressInsideAndClosesByOneOutside)
+{
+    start();
+    hover();
+    desktop.pointer.press(notchOf(1), window().id());
+    EXPECT_EQ(shown(), u"expanded");
+    EXPECT_TRUE(window().isKey());
+    desktop.pointer.release(notchOf(1));
+    desktop.pointer.press(outside, 7);
+    EXPECT_EQ(shown(), u"collapsed");
+    EXPECT_FALSE(window().isKey());
+
+    desktop.pointer.press(notchOf(1), window().id());
+    EXPECT_FALSE(window().isKey()) << "a closed panel takes it when the tap has opened it";
+}
+
+TEST_F(NotchCoordinatorTest, AnswersTheKeysOfThePanel)
+{
+    const struct {
+        quint32 keysym;
+        Qt::KeyboardModifiers modifiers;
+        QString shown;
+        QString module;
+    } cases[] = {
+        {'w', Qt::ControlModifier, "collapsed", ""},
+        {'W', Qt::ControlModifier | Qt::ShiftModifier, "expanded", "um"},
+        {'w', {}, "expanded", "um"},
+        {0xff1b, {}, "collapsed", ""},
+        {0xff09, Qt::ControlModifier, "expanded", "dois"},
+        {0xfe20, Qt::ControlModifier | Qt::ShiftModifier, "expanded", "três"},
+        {0xff09, {}, "expanded", "um"},
+        {'3', Qt::ControlModifier, "expanded", "três"},
+        {'9', Qt::ControlModifier, "expanded", "um"},
+        {'3', {}, "expanded", "um"},
+        {',', Qt::ControlModifier, "collapsed", ""},
+    };
+    int settingsOpened = 0;
+    services.openSettings = [&](auto) { ++settingsOpened; };
+    start();
+    for (const auto &[keysym, modifiers, expectedState, expectedModule] : cases) {
+        coordinator.open(QStringLiteral("um"));
+        EXPECT_TRUE(window().isKey());
+        press(keysym, modifiers);
+        EXPECT_EQ(shown(), expectedState) << keysym;
+        EXPECT_EQ(module(), expectedModule) << keysym;
+    }
+    EXPECT_EQ(settingsOpened, 1);
+}
+
+TEST_F(NotchCoordinatorTest, OpensTheDropSurfaceForARealDragOnly)
+{
+    start();
+    desktop.pointer.press(outside);
+    desktop.pointer.moveTo(notchOf(1));
+    EXPECT_EQ(shown(), u"collapsed") << "an ordinary press and move";
+    desktop.pointer.release(notchOf(1));
+
+    desktop.pointer.press(notchOf(1), window().id());
+    desktop.dragPasteboard.begin({.hasFiles = true});
+    desktop.pointer.moveTo({notchOf(1).x + 9, -4});
+    EXPECT_EQ(shown(), u"collapsed") << "a drag out of the panel itself";
+    desktop.pointer.release(notchOf(1));
+
+    beginDrag();
+    desktop.pointer.moveTo(notchOf(1));
+    EXPECT_EQ(shown(), u"dropTarget");
+    desktop.pointer.moveTo(outside);
+    wait(0.21s);
+    desktop.pointer.moveTo(notchOf(1));
+    wait(1s);
+    EXPECT_EQ(shown(), u"dropTarget") << "out and back";
+    desktop.pointer.moveTo(outside);
+    wait(0.1s);
+    desktop.pointer.moveTo({101, -600});
+    wait(0.12s);
+    EXPECT_EQ(shown(), u"collapsed") << "moves outside don't prolong it";
+}
+
+TEST_F(NotchCoordinatorTest, ReturnsToWhatItWasWhenADragEndsWithoutADrop)
+{
+    start();
+    coordinator.open();
+    beginDrag();
+    EXPECT_EQ(shown(), u"collapsed") << "the press was outside";
+    desktop.pointer.release(outside);
+    coordinator.open();
+    change([](AppSettings &next) { next.closeOnClickOutside = false; });
+    beginDrag();
+    desktop.pointer.moveTo(notchOf(1));
+    EXPECT_EQ(shown(), u"dropTarget");
+    desktop.pointer.release(notchOf(1));
+    wait(0.29s);
+    EXPECT_EQ(shown(), u"dropTarget");
+    wait(0.01s);
+    EXPECT_EQ(shown(), u"expanded");
+}
+
+TEST_F(NotchCoordinatorTest, ShowsWhatWasDroppedOnItsView)
+{
+    start();
+    showView();
+    auto *content = view().rootObject()->property("content").value<NotchContent *>();
+    const auto targeted = [&] {
+        StringList zones;
+        for (int row = 0; row < content->dropZones()->rowCount(); ++row) {
+            const auto index = content->dropZones()->index(row, 0);
+            const auto roles = content->dropZones()->roleNames();
+            if (index.data(roles.key("isTargeted")).toBool())
+                zones.push_back(index.data(roles.key("id")).toString());
+        }
+        return zones;
+    };
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(desktop.folder.path(QStringLiteral("a.txt")))});
+    const double middle = window().frame().width / 2;
+
+    beginDrag();
+    QDragEnterEvent enter({int(middle), 10}, Qt::CopyAction | Qt::MoveAction, &files,
+                          Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&view(), &enter);
+    EXPECT_EQ(shown(), u"dropTarget");
+    EXPECT_EQ(enter.dropAction(), Qt::CopyAction) << "never takes a file away";
+    EXPECT_EQ(targeted(), StringList{QStringLiteral("actions")});
+    for (const auto &[x, zone] :
+         {std::pair(middle - 500, "airdrop"), {middle + 10, "actions"}, {middle + 500, "notch"}}) {
+        QDragMoveEvent move({int(x), 60}, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&view(), &move);
+        EXPECT_EQ(targeted(), StringList{QString::fromLatin1(zone)});
+    }
+    desktop.pointer.moveTo(notchOf(1));
+    desktop.pointer.release(notchOf(1));
+    wait(0.2s);
+    QDropEvent drop({middle, 60}, Qt::CopyAction, &files, {}, {});
+    QCoreApplication::sendEvent(&view(), &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    wait(2s);
+    EXPECT_EQ(shown(), u"dropResult") << "the drop finished after the button went up";
+    EXPECT_EQ(content->droppedTitle(), u"1 item");
+    EXPECT_EQ(targeted(), StringList());
+}
+
+TEST_F(NotchCoordinatorTest, OpensThePanelUnderThePointerAndClosesTheOthers)
+{
+    start({FakeDesktop::screen(1), FakeDesktop::screen(2)});
+    desktop.movePointer({1700, -500});
+    coordinator.toggleFromHotKey();
+    EXPECT_EQ(shown(1) + u'+' + shown(2), u"collapsed+expanded");
+    EXPECT_TRUE(window(2).isKey());
+    desktop.movePointer(outside);
+    coordinator.toggleFromHotKey();
+    EXPECT_EQ(shown(1) + u'+' + shown(2), u"expanded+collapsed");
+    EXPECT_TRUE(coordinator.isAnyPanelOpen());
+    coordinator.toggleFromHotKey();
+    EXPECT_FALSE(coordinator.isAnyPanelOpen());
+    EXPECT_FALSE(window(1).isKey());
+}
+
+TEST_F(NotchCoordinatorTest, FollowsTheScreens)
+{
+    start({FakeDesktop::screen(1), FakeDesktop::screen(2)});
+    desktop.movePointer({1700, -500});
+    coordinator.open();
+    ScreenDescriptor small = FakeDesktop::screen(1);
+    small.frame = small.visibleFrame = {0, -720, 1280, 720};
+    desktop.displays.arrange({small});
+    EXPECT_TRUE(display(2).isEmpty());
+    EXPECT_EQ(window().frame().maxX(), 1280);
+    coordinator.open();
+    EXPECT_EQ(shown(), u"expanded") << "any visible panel answers where none is under the pointer";
+
+    desktop.displays.arrange({});
+    coordinator.open();
+    EXPECT_EQ(status()[u"displays"].toArray().size(), 0);
+    desktop.displays.arrange({FakeDesktop::screen(1), FakeDesktop::screen(2)});
+    EXPECT_EQ(shown(1) + u'+' + shown(2), u"collapsed+collapsed");
+    change([](AppSettings &next) {
+        next.displayMode = {DisplayMode::Specific{2, QStringLiteral("Tela 2")}};
+    });
+    EXPECT_TRUE(display(1).isEmpty());
+    EXPECT_TRUE(isVisible(2));
+}
+
+TEST_F(NotchCoordinatorTest, MakesRoomForAFullScreenWindow)
+{
+    const auto fullScreen = [](DisplayID id) {
+        return Workspace::Window{7, FakeDesktop::screen(id).frame, true};
+    };
+    start({FakeDesktop::screen(1), FakeDesktop::screen(2)});
+    coordinator.open();
+    desktop.workspace.show({fullScreen(1)});
+    EXPECT_EQ(shown(), u"expanded");
+    wait(0.35s);
+    EXPECT_EQ(shown(), u"collapsed");
+    EXPECT_FALSE(isVisible(1));
+    EXPECT_FALSE(window(1).isOrderedIn);
+    EXPECT_TRUE(isVisible(2));
+    desktop.movePointer(notchOf(1));
+    wait(1s);
+    EXPECT_EQ(shown(1), u"collapsed");
+
+    change([](AppSettings &next) { next.fullscreenBehavior = FullscreenBehavior::keepVisible; });
+    EXPECT_TRUE(window(1).isOrderedIn);
+}
+
+TEST_F(NotchCoordinatorTest, ComesOutOfHidingForACommand)
+{
+    const struct {
+        std::function<void()> run;
+        QString shown;
+    } commands[] = {
+        {[&] { coordinator.open(); }, "expanded"},
+        {[&] { coordinator.open(QStringLiteral("dois")); }, "expanded"},
+        {[&] { coordinator.toggleFromHotKey(); }, "expanded"},
+        {[&] { coordinator.openFiles({}); }, "collapsed"},
+        {[&] { coordinator.openFiles({QUrl(QStringLiteral("file:///a"))}); }, "dropResult"},
+    };
+    start();
+    for (const auto &command : commands) {
+        coordinator.setUserHidden(true);
+        EXPECT_FALSE(window().isOrderedIn);
+        EXPECT_EQ(shown(), u"collapsed");
+        EXPECT_TRUE(status()[u"hidden"].toBool());
+        command.run();
+        EXPECT_FALSE(coordinator.isUserHidden());
+        EXPECT_TRUE(window().isOrderedIn);
+        EXPECT_EQ(shown(), command.shown);
+    }
+
+    desktop.workspace.show({{7, FakeDesktop::screen(1).frame, true}});
+    wait(0.35s);
+    coordinator.setUserHidden(true);
+    coordinator.open();
+    EXPECT_FALSE(coordinator.isUserHidden());
+    EXPECT_EQ(shown(), u"collapsed") << "no panel is to be seen";
+}
+
+TEST_F(NotchCoordinatorTest, StaysOnTopWhateverHappensToTheDesktop)
+{
+    start();
+    FakePanelWindow &panel = window();
+    const auto timesRaised = [&](const std::function<void()> &happens) {
+        const int before = panel.orderFrontCount;
+        happens();
+        return panel.orderFrontCount - before;
+    };
+    Workspace &workspace = desktop.workspace;
+    EXPECT_GE(timesRaised([&] { desktop.workspace.show({}); }), 1);
+    panel.isLost = true;
+    for (const auto signal :
+         {&Workspace::windowManagerChanged, &Workspace::activeSpaceChanged, &Workspace::didWake}) {
+        panel.setFrame({});
+        EXPECT_GE(timesRaised([&] { Q_EMIT(workspace.*signal)(); }), 1);
+        EXPECT_EQ(panel.frame().width, 1600);
+    }
+    coordinator.setUserHidden(true);
+    EXPECT_EQ(timesRaised([&] { Q_EMIT workspace.windowManagerChanged(); }), 0);
+}
+
+TEST_F(NotchCoordinatorTest, TellsItsStateInThePixelsOfTheScreen)
+{
+    start();
+    services.activity.upsert({.id = QStringLiteral("timer"), .priority = 1});
+    services.activity.upsert({.id = QStringLiteral("job"), .priority = 2});
+    services.activity.post(ActivityEvent::make(desktop.scheduler.now(), {}, QStringLiteral("Oi"),
+                                               FeedbackStyle::info, {}));
+    change([](AppSettings &next) { next.panelSize = PanelSize::compact; });
+    coordinator.open(QStringLiteral("dois"));
+    const auto expected = QJsonDocument::fromJson(R"({
+        "hidden": false, "live": ["job", "timer"], "feedback": "Oi",
+        "displays": [{"id": 1, "name": "Tela 1", "visible": true, "presentation": "expanded",
+                      "module": "dois", "shape": [268, 0, 1064, 180],
+                      "canvas": [0, 0, 1600, 266]}]})");
+    EXPECT_EQ(QJsonDocument(status()).toJson().toStdString(), expected.toJson().toStdString());
+
+    coordinator.toggleFromHotKey();
+    services.activity.dismissFeedback();
+    EXPECT_TRUE(display()[u"module"].isNull());
+    EXPECT_TRUE(status()[u"feedback"].isNull());
+}
+
+} // namespace
+} // namespace velmo

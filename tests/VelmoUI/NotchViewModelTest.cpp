@@ -1,0 +1,199 @@
+#include "VelmoUI/Notch/NotchViewModel.h"
+
+#include "tests/VelmoUI/FakeModule.h"
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/Printers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+using enum NotchPresentation;
+using testing::ElementsAre;
+
+class NotchViewModelTest : public testing::Test {
+protected:
+    struct Course {
+        double highest = 0;
+        Seconds duration{0};
+    };
+
+    NotchViewModelTest()
+    {
+        model.onTransition = [this](NotchPresentation, NotchPresentation to, NotchEvent) {
+            transitions.push_back(to);
+        };
+    }
+
+    FakeModule &add(const char *id)
+    {
+        return FakeModule::addTo(services.modules, QString::fromLatin1(id));
+    }
+    void change(const std::function<void(AppSettings &)> &change)
+    {
+        services.settings.update(change);
+    }
+    QString selected() const
+    {
+        const auto *module = model.selectedModule();
+        return module ? module->id() : QString();
+    }
+    void showMessage()
+    {
+        services.activity.post(ActivityEvent::make(
+            desktop.scheduler.now(), {}, QStringLiteral("Pronto"), FeedbackStyle::info, {}));
+    }
+    /// Lets the shape arrive.
+    Course watchShape()
+    {
+        Course course{model.shape().height(), Seconds{0}};
+        for (int frame = 1; model.shape().state() == ShapeAnimator::Running && frame < 600;
+             ++frame) {
+            model.shape().setCurrentTime(frame * 8);
+            course.duration = std::chrono::milliseconds(frame * 8);
+            course.highest = std::max(course.highest, model.shape().height());
+        }
+        EXPECT_EQ(model.shape().current(), model.shape().target());
+        return course;
+    }
+
+    FakeDesktop desktop;
+    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+    NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
+    std::vector<NotchPresentation> transitions;
+};
+
+const std::vector<DroppedItem> twoItems = {
+    {DroppedItem::Link{QUrl(QStringLiteral("https://orvane.app"))}},
+    {DroppedItem::Text{QStringLiteral("um texto")}}};
+
+TEST_F(NotchViewModelTest, ChangesNothingForAnEventWithoutEffect)
+{
+    desktop.scheduler.advance(1s);
+    const Date before = model.presentationChangedAt();
+    for (const NotchEvent event : {NotchEvent::hoverExited, NotchEvent::escape, NotchEvent::dismiss,
+                                   NotchEvent::dragExited, NotchEvent::clickOutside})
+        model.send(event);
+    EXPECT_THAT(transitions, ElementsAre());
+    EXPECT_EQ(model.presentationChangedAt(), before);
+
+    model.send(NotchEvent::dragEntered);
+    model.setDropZone(DropZone::notch);
+    model.send(NotchEvent::dragEntered);
+    EXPECT_EQ(model.dropZone(), DropZone::notch);
+    EXPECT_THAT(transitions, ElementsAre(dropTarget));
+    EXPECT_EQ(model.presentationChangedAt(), desktop.scheduler.now());
+}
+
+TEST_F(NotchViewModelTest, SelectsAmongTheVisibleModulesOnly)
+{
+    EXPECT_EQ(model.selectedModule(), nullptr);
+    model.selectAdjacentModule(1);
+    for (const char *id : {"a", "b", "c"})
+        add(id);
+    change([](AppSettings &next) { next.hiddenModules = {QStringLiteral("b")}; });
+    StringList seen;
+    for (const int direction : {1, 1, -1}) {
+        model.selectAdjacentModule(direction);
+        seen.push_back(selected());
+    }
+    EXPECT_THAT(seen, ElementsAre(u"c", u"a", u"c"));
+    for (const int index : {-1, 2, 8})
+        model.selectModule(index);
+    EXPECT_EQ(selected(), u"c");
+    model.selectModule(0);
+    EXPECT_EQ(selected(), u"a");
+    change([](AppSettings &next) { next.hiddenModules.push_back(QStringLiteral("a")); });
+    EXPECT_EQ(selected(), u"c");
+}
+
+TEST_F(NotchViewModelTest, TakesTheShapeThatSettingsAndActivityAskFor)
+{
+    change([](AppSettings &next) { next.nonNotchStyle = NonNotchStyle::hidden; });
+    EXPECT_FALSE(model.shape().target().isVisible);
+    services.activity.upsert({.id = QStringLiteral("timer")});
+    EXPECT_TRUE(model.shape().target().isVisible);
+    EXPECT_EQ(model.shape().targetCoreWidth(), 190 + 2 * 40);
+    showMessage();
+    EXPECT_EQ(model.shape().targetHeight(), 24 + 34);
+    model.send(NotchEvent::openRequested);
+    change([](AppSettings &next) { next.panelSize = PanelSize::large; });
+    EXPECT_EQ(model.shape().targetCoreWidth(), 1280);
+    EXPECT_EQ(model.shape().targetHeight(), 24 + 192);
+}
+
+TEST_F(NotchViewModelTest, OpensWithASpringUnlessTheUserWantsLessMotion)
+{
+    const double open = 24 + 172;
+    model.send(NotchEvent::openRequested);
+    EXPECT_GT(watchShape().highest, open + 1);
+
+    model.send(NotchEvent::escape);
+    watchShape();
+    desktop.motionPreference.isReduced = true;
+    model.send(NotchEvent::openRequested);
+    const Course eased = watchShape();
+    EXPECT_EQ(eased.highest, open);
+    EXPECT_NEAR(eased.duration.count(), 0.16, 0.01);
+
+    change([](AppSettings &next) { next.animationsEnabled = false; });
+    model.send(NotchEvent::escape);
+    EXPECT_EQ(model.shape().height(), 24) << "at once";
+}
+
+TEST_F(NotchViewModelTest, LetsAMessageComeWithoutASwingOnceThePanelIsAtRest)
+{
+    const double withMessage = 24 + 34;
+    for (const auto &[rest, swings] : {std::pair(0.69s, true), std::pair(0.71s, false)}) {
+        model.send(NotchEvent::openRequested);
+        model.send(NotchEvent::escape);
+        watchShape();
+        desktop.scheduler.advance(rest);
+        showMessage();
+        EXPECT_EQ(watchShape().highest > withMessage + 0.1, swings) << rest.count();
+        services.activity.dismissFeedback();
+        watchShape();
+    }
+}
+
+TEST_F(NotchViewModelTest, HoldsWhatWasDroppedUntilTheLastItemGoes)
+{
+    model.receiveDrop(twoItems); // a drop that finishes after the surface closed
+    EXPECT_EQ(model.presentation(), dropResult);
+    model.removeDroppedItem(QStringLiteral("text:?"));
+    model.removeDroppedItem(twoItems[0].id());
+    EXPECT_THAT(model.droppedItems(), ElementsAre(twoItems[1]));
+    EXPECT_EQ(model.presentation(), dropResult);
+    model.removeDroppedItem(twoItems[1].id());
+    EXPECT_EQ(model.presentation(), collapsed);
+
+    model.receiveDrop(twoItems);
+    model.setDropZone(DropZone::airdrop);
+    model.send(NotchEvent::dragEntered);
+    EXPECT_THAT(model.droppedItems(), ElementsAre());
+    EXPECT_EQ(model.dropZone(), DropZone::actions);
+}
+
+TEST_F(NotchViewModelTest, SwallowsADropletAtTheEndOfItsFlight)
+{
+    model.startDroplet({10, 20}, {});
+    EXPECT_FALSE(model.droplet());
+    model.startDroplet({10, 20}, twoItems);
+    desktop.scheduler.advance(0.44s);
+    EXPECT_EQ(model.droplet()->start, (Point{10, 20}));
+    model.startDroplet({30, 40}, twoItems); // takes the place of the first
+    desktop.scheduler.advance(0.44s);
+    EXPECT_EQ(model.gulpSerial(), 0);
+    desktop.scheduler.advance(0.01s);
+    EXPECT_EQ(model.gulpSerial(), 1);
+    EXPECT_FALSE(model.droplet());
+
+    change([](AppSettings &next) { next.animationsEnabled = false; });
+    model.startDroplet({10, 20}, twoItems);
+    EXPECT_FALSE(model.droplet());
+}
+
+} // namespace
+} // namespace velmo

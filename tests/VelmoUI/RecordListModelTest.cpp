@@ -1,0 +1,82 @@
+#include "VelmoUI/Design/RecordListModel.h"
+
+#include "tests/support/Printers.h"
+
+#include <QAbstractItemModelTester>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace velmo {
+namespace {
+
+struct Row {
+    QString id;
+    int value = 0;
+    std::optional<QString> note;
+
+    bool operator==(const Row &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(Row, (), (id, value, note))
+
+QVariant field(const QModelIndex &index, const char *name)
+{
+    return index.data(index.model()->roleNames().key(name));
+}
+
+TEST(RecordListModel, ShowsTheFieldsOfARecordAsItsRoles)
+{
+    RecordListModel<Row> model;
+    model.setRecords({{QStringLiteral("a"), 7, std::nullopt}, {{}, 0, QStringLiteral("sim")}});
+    EXPECT_EQ(field(model.index(0), "id"), QStringLiteral("a"));
+    EXPECT_EQ(field(model.index(0), "value"), 7);
+    EXPECT_FALSE(field(model.index(0), "note").isValid());
+    EXPECT_EQ(field(model.index(1), "note"), QStringLiteral("sim"));
+    EXPECT_FALSE(model.data(model.index(0), Qt::DisplayRole).isValid());
+}
+
+TEST(RecordListModel, AnnouncesEveryChangeSoThatAViewCanFollow)
+{
+    RecordListModel<Row> model;
+    const QAbstractItemModelTester tester(&model,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    int told = 0;
+    QObject::connect(&model, &QAbstractItemModel::dataChanged,
+                     [&](const QModelIndex &first, const QModelIndex &last) {
+                         told += last.row() - first.row() + 1;
+                     });
+    std::mt19937 random(1);
+    std::vector<Row> rows;
+    for (int round = 0, nextID = 0; round < 300; ++round) {
+        std::vector<std::pair<QPersistentModelIndex, Row>> kept;
+        std::vector<Row> next;
+        int changes = 0;
+        for (int row = 0; row < int(rows.size()); ++row) {
+            Row record = rows[std::size_t(row)];
+            if (random() % 5 == 0)
+                continue;
+            if (random() % 4 == 0) {
+                ++record.value;
+                ++changes;
+            }
+            next.push_back(record);
+            kept.emplace_back(model.index(row), record);
+        }
+        for (auto count = random() % 4; count > 0; --count)
+            next.push_back({QString::number(nextID++), 0, std::nullopt});
+        if (random() % 2 == 0)
+            std::ranges::shuffle(next, random);
+
+        told = 0;
+        model.setRecords(next);
+        ASSERT_EQ(model.records(), next);
+        ASSERT_EQ(told, changes) << "in round " << round;
+        for (const auto &[index, record] : kept)
+            ASSERT_EQ(field(index, "id"), record.id) << "in round " << round;
+        rows = next;
+    }
+}
+
+} // namespace
+} // namespace velmo
