@@ -49,6 +49,8 @@ void ModuleRegistry::activateIfNeeded(NotchModule &module)
         return;
     try {
         module.activate();
+        if (m_failures.erase(id) > 0)
+            Q_EMIT failuresChanged();
     } catch (const LocalizedError &error) {
         qCWarning(Log::modules).noquote()
             << "Módulo" << id << "não pôde ser carregado:" << error.description();

@@ -75,5 +75,14 @@ TEST_F(ModuleRegistryTest, RemembersAFailureUntilARetrySucceeds)
     modules.retry(QStringLiteral("gone"));
 }
 
+TEST_F(ModuleRegistryTest, DropsTheFailureOfAModuleThatActivatesAfterAll)
+{
+    notes.failure = QStringLiteral("Sem rede.");
+    modules.activateIfNeeded(notes);
+    notes.failure.clear();
+    modules.activateIfNeeded(notes);
+    EXPECT_THAT(modules.failures(), IsEmpty());
+}
+
 } // namespace
 } // namespace velmo
