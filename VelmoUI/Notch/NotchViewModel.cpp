@@ -80,10 +80,7 @@ void NotchViewModel::send(NotchEvent event)
         return;
 
     m_presentationChangedAt = m_services.platform.scheduler.now();
-    if (next.presentation == NotchPresentation::expanded) {
-        if (auto *module = selectedModule())
-            m_services.modules.activateIfNeeded(*module);
-    }
+    activateShownModule();
     updateShape(motion(opening));
     Q_EMIT presentationChanged();
     if (onTransition)
@@ -108,13 +105,11 @@ NotchModule *NotchViewModel::selectedModule() const
 
 void NotchViewModel::selectModule(const QString &id)
 {
-    if (id == m_selectedModuleID || !m_services.modules.find(id))
+    const auto modules = m_services.modules.visible(m_services.settings.settings());
+    if (id == m_selectedModuleID || !std::ranges::count(modules, id, &NotchModule::id))
         return;
     m_selectedModuleID = id;
-    if (presentation() == NotchPresentation::expanded)
-        m_services.modules.activateIfNeeded(*selectedModule());
-    Q_EMIT selectedModuleChanged();
-    updateShape(shapeAnimation());
+    showSelectedModule();
 }
 
 void NotchViewModel::selectModule(int index)
@@ -181,6 +176,20 @@ void NotchViewModel::removeDroppedItem(const QString &id)
         send(NotchEvent::dismiss);
 }
 
+void NotchViewModel::activateShownModule()
+{
+    auto *module = selectedModule();
+    if (module && presentation() == NotchPresentation::expanded)
+        m_services.modules.activateIfNeeded(*module);
+}
+
+void NotchViewModel::showSelectedModule()
+{
+    activateShownModule();
+    Q_EMIT selectedModuleChanged();
+    updateShape(shapeAnimation());
+}
+
 NotchMotion NotchViewModel::motion(bool opening) const
 {
     const AppSettings &settings = m_services.settings.settings();
@@ -221,7 +230,7 @@ void NotchViewModel::settingsChanged(const AppSettings &before, const AppSetting
 {
     if (before.moduleOrder != after.moduleOrder || before.hiddenModules != after.hiddenModules) {
         Q_EMIT modulesChanged();
-        Q_EMIT selectedModuleChanged();
+        showSelectedModule();
     }
     if (before.panelSize != after.panelSize || before.nonNotchStyle != after.nonNotchStyle)
         updateShape(shapeAnimation());

@@ -59,6 +59,7 @@ public:
 
     /// The module on show; null only without a visible module.
     NotchModule *selectedModule() const;
+    /// Does nothing unless a visible module has that id.
     void selectModule(const QString &id);
     /// Selects by place among the visible modules; out of range does nothing.
     void selectModule(int index);
@@ -99,6 +100,8 @@ Q_SIGNALS:
     void gulped();
 
 private:
+    void activateShownModule();
+    void showSelectedModule();
     NotchMotion motion(bool opening) const;
     /// The motion of changes that don't come through `send`: a message coming, sides growing.
     NotchMotion shapeAnimation() const;

@@ -102,11 +102,48 @@ TEST_F(NotchViewModelTest, SelectsAmongTheVisibleModulesOnly)
     EXPECT_THAT(seen, ElementsAre(u"c", u"a", u"c"));
     for (const int index : {-1, 2, 8})
         model.selectModule(index);
+    for (const char16_t *id : {u"b", u"x"})
+        model.selectModule(QString::fromUtf16(id));
     EXPECT_EQ(selected(), u"c");
     model.selectModule(0);
     EXPECT_EQ(selected(), u"a");
     change([](AppSettings &next) { next.hiddenModules.push_back(QStringLiteral("a")); });
     EXPECT_EQ(selected(), u"c");
+
+    model.send(NotchEvent::openRequested);
+    change([](AppSettings &next) { next.hiddenModules.push_back(QStringLiteral("c")); });
+    model.selectModule(QStringLiteral("b"));
+    EXPECT_EQ(model.selectedModule(), nullptr);
+}
+
+TEST_F(NotchViewModelTest, ActivatesAModuleWhenItFirstShows)
+{
+    FakeModule &a = add("a");
+    FakeModule &b = add("b");
+    FakeModule &c = add("c");
+    model.selectModule(b.id());
+    EXPECT_EQ(b.activations, 0);
+    model.send(NotchEvent::openRequested);
+    model.selectModule(a.id());
+    model.selectModule(b.id());
+    EXPECT_EQ(std::pair(a.activations, b.activations), std::pair(1, 1));
+    change([&](AppSettings &next) { next.hiddenModules = {a.id(), b.id()}; });
+    EXPECT_EQ(c.activations, 1) << "the next one takes the place of a hidden one";
+}
+
+TEST_F(NotchViewModelTest, IsAsWideAsTheModuleOnShowAsks)
+{
+    add("a").width = 700.5;
+    add("b");
+    const auto width = [this] { return model.shape().targetCoreWidth(); };
+    EXPECT_EQ(width(), 190);
+    model.send(NotchEvent::openRequested);
+    EXPECT_EQ(width(), 721);
+    model.selectModule(1);
+    EXPECT_EQ(width(), 1160);
+    model.selectModule(0);
+    change([](AppSettings &next) { next.hiddenModules = {QStringLiteral("a")}; });
+    EXPECT_EQ(width(), 1160);
 }
 
 TEST_F(NotchViewModelTest, TakesTheShapeThatSettingsAndActivityAskFor)
