@@ -58,8 +58,7 @@ void NotchWindowController::setVisible(bool visible)
     m_hoverTask.cancel();
     m_dragExitTask.cancel();
     m_pointerInside = false;
-    if (isOpen(m_model.presentation()))
-        m_model.send(NotchEvent::dismiss);
+    m_model.send(NotchEvent::dismiss);
     m_panel.window().orderOut();
 }
 

@@ -26,7 +26,7 @@ public:
     NotchPanel &panel() { return m_panel; }
     /// Whether the panel should show on its screen.
     bool isVisible() const { return m_isVisible; }
-    /// A panel that goes while open closes first.
+    /// A panel closes before it goes, so that it comes back closed.
     void setVisible(bool visible);
 
     void setMetrics(const NotchMetrics &metrics);

@@ -264,6 +264,21 @@ TEST_F(NotchCoordinatorTest, MakesRoomForAFullScreenWindow)
 
     change([](AppSettings &next) { next.fullscreenBehavior = FullscreenBehavior::keepVisible; });
     EXPECT_TRUE(window(1).isOrderedIn);
+    change([](AppSettings &next) {
+        next.fullscreenBehavior = FullscreenBehavior::hide;
+        next.hoverBehavior = HoverBehavior::preview;
+    });
+    desktop.workspace.show({});
+    wait(0.35s);
+    hover();
+    EXPECT_EQ(shown(1), u"preview");
+    desktop.workspace.show({fullScreen(1)});
+    wait(0.35s);
+    desktop.movePointer(outside);
+    desktop.workspace.show({});
+    wait(0.35s);
+    EXPECT_TRUE(isVisible(1));
+    EXPECT_EQ(shown(1), u"collapsed") << "nothing would close what was left open";
 }
 
 TEST_F(NotchCoordinatorTest, ComesOutOfHidingForACommand)
