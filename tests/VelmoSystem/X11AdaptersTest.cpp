@@ -182,7 +182,8 @@ public:
             notify.time = request.time;
             notify.requestor = request.requestor;
             notify.selection = request.selection;
-            notify.target = request.target;
+            notify.target =
+                known != answers.end() ? request.target : xcb_atom_t(XCB_ATOM_NONE); // as Qt does
             notify.property = known != answers.end() ? request.property : xcb_atom_t(XCB_ATOM_NONE);
             xcb_send_event(m_client, false, request.requestor, 0,
                            reinterpret_cast<const char *>(&notify));

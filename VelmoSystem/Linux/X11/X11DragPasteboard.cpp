@@ -50,30 +50,33 @@ void X11DragPasteboard::ownerChanged(const xcb_generic_event_t &event)
         return;
     m_contents = {};
     m_owner = change.owner;
-    m_time = change.selection_timestamp;
+    m_asked = XCB_ATOM_NONE;
     if (m_owner == XCB_NONE)
         return;
     ++m_changeCount;
-    ask(m_connection.atom("TARGETS"));
+    ask(m_connection.atom("TARGETS"), change.selection_timestamp);
 }
 
-void X11DragPasteboard::ask(xcb_atom_t target)
+void X11DragPasteboard::ask(xcb_atom_t target, xcb_timestamp_t time)
 {
+    m_asked = target;
+    m_askedTime = time;
     xcb_convert_selection(m_connection.handle(), m_window, m_selection, target,
-                          m_connection.atom("ORVANE_DRAG_TYPES"), m_time);
+                          m_connection.atom("ORVANE_DRAG_TYPES"), time);
 }
 
-// Sources differ: most answer TARGETS; some only leave the list of the drag protocol on their
-// window, where one of an earlier drag may still stand; and that protocol lets a source with three
-// types or fewer have neither, so the type of files is then asked for by itself.
+// Sources differ: most answer TARGETS. Some only leave the drag protocol's list on their window,
+// where one of an earlier drag may still stand. That protocol lets a source with three types or
+// fewer have neither, so such a one is asked for files themselves.
 void X11DragPasteboard::answered(const xcb_generic_event_t &event)
 {
     const auto &answer = reinterpret_cast<const xcb_selection_notify_event_t &>(event);
-    if (answer.requestor != m_window || answer.time != m_time || m_owner == XCB_NONE)
+    // A refusal need not repeat the target.
+    if (answer.requestor != m_window || answer.time != m_askedTime || m_asked == XCB_ATOM_NONE)
         return;
     const xcb_atom_t files = m_connection.atom(uriList);
-    const bool isList = answer.target == m_connection.atom("TARGETS");
-    if (answer.property != XCB_NONE) {
+    const bool isList = std::exchange(m_asked, XCB_ATOM_NONE) != files;
+    if (answer.property != XCB_ATOM_NONE) {
         readTypes(isList ? m_connection.property(m_window, answer.property)
                          : std::vector<std::uint32_t>{files});
         xcb_delete_property(m_connection.handle(), m_window, answer.property);
@@ -82,7 +85,7 @@ void X11DragPasteboard::answered(const xcb_generic_event_t &event)
             !listed.empty())
             readTypes(listed);
         else
-            ask(files);
+            ask(files, answer.time);
     }
 }
 

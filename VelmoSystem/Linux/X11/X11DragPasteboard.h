@@ -20,14 +20,15 @@ public:
 private:
     void ownerChanged(const xcb_generic_event_t &event);
     void answered(const xcb_generic_event_t &event);
-    void ask(xcb_atom_t target);
+    void ask(xcb_atom_t target, xcb_timestamp_t time);
     void readTypes(std::span<const xcb_atom_t> types);
 
     X11Connection &m_connection;
     xcb_window_t m_window;
     xcb_atom_t m_selection;
     xcb_window_t m_owner = 0;
-    xcb_timestamp_t m_time = 0; ///< of the present session; tells its answers from late ones
+    xcb_atom_t m_asked = 0;          ///< what the owner hasn't answered yet, 0 for nothing
+    xcb_timestamp_t m_askedTime = 0; ///< tells its answer from late ones
     std::uint64_t m_changeCount = 0;
     Contents m_contents;
     X11Connection::Subscription m_ownerChanges;
