@@ -6,7 +6,11 @@
 #include <X11/keysym.h>
 #include <algorithm>
 #include <array>
-#define explicit isExplicit // a field of that name in a C header
+// The C header has fields of that name.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
+#define explicit isExplicit
 #include <xcb/xkb.h>
 #undef explicit
 
@@ -213,7 +217,7 @@ void X11HotKeyGrabber::readModifiers(const std::function<std::uint32_t(xcb_keyco
             const auto code = codes[modifier * reply->keycodes_per_modifier + key];
             const std::uint32_t keysym = code == 0 ? XCB_NO_SYMBOL : keysymOf(code);
             if (keysym == XK_Num_Lock || keysym == XK_Scroll_Lock)
-                m_modifiers.locks.push_back(bit);
+                m_modifiers.locks.insert(bit);
             else if (keysym == XK_Alt_L || keysym == XK_Alt_R)
                 options |= bit;
             else if (keysym == XK_Super_L || keysym == XK_Super_R)
@@ -226,9 +230,6 @@ void X11HotKeyGrabber::readModifiers(const std::function<std::uint32_t(xcb_keyco
         m_modifiers.option = lowest(options);
     if (commands)
         m_modifiers.command = lowest(commands);
-    auto &locks = m_modifiers.locks;
-    std::ranges::sort(locks);
-    locks.erase(std::ranges::unique(locks).begin(), locks.end());
 }
 
 std::optional<X11HotKeyGrabber::Key> X11HotKeyGrabber::keyOf(const KeyCombo &combo) const

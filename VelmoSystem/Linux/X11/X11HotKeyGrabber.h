@@ -35,7 +35,7 @@ private:
     struct ModifierMap {
         std::uint16_t option = XCB_MOD_MASK_1;
         std::uint16_t command = XCB_MOD_MASK_4;
-        std::vector<std::uint16_t> locks;
+        std::set<std::uint16_t> locks;
     };
 
     void readKeyboard();
