@@ -19,7 +19,8 @@ bool DragSessionWatcher::mouseDragged()
 {
     if (!m_isDraggingContent && m_pasteboard.changeCount() != m_baseline) {
         const auto contents = m_pasteboard.contents();
-        m_isDraggingContent = contents.hasFiles || contents.hasLinks || contents.hasText;
+        m_isDraggingContent =
+            contents.hasFiles || contents.hasLinks || contents.hasText || contents.isUntold;
     }
     return m_isDraggingContent;
 }
