@@ -99,8 +99,11 @@ void NotchCoordinator::openFiles(const std::vector<QUrl> &urls)
     if (!controller || urls.empty())
         return;
     std::vector<DroppedItem> items;
-    std::ranges::transform(urls, std::back_inserter(items),
-                           [](const QUrl &url) { return DroppedItem{DroppedItem::File{url}}; });
+    for (const QUrl &url : urls) {
+        const DroppedItem item{DroppedItem::File{url}};
+        if (std::ranges::find(items, item) == items.end())
+            items.push_back(item);
+    }
     controller->model().send(NotchEvent::dragEntered);
     controller->model().receiveDrop(items);
 }

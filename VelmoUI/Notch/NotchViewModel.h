@@ -81,10 +81,6 @@ public:
     /// Counts the swallowing animations.
     int gulpSerial() const { return m_gulpSerial; }
 
-    /// A dialog of the system belongs to the panel, which must not close meanwhile.
-    bool isPresentingSystemUI() const { return m_isPresentingSystemUI; }
-    void setPresentingSystemUI(bool presenting) { m_isPresentingSystemUI = presenting; }
-
     /// Set once by the window controller.
     std::function<void(NotchPresentation from, NotchPresentation to, NotchEvent)> onTransition;
     std::function<void()> onTapWhileOpen;
@@ -121,7 +117,6 @@ private:
     DropZone m_dropZone = DropZone::actions;
     std::optional<Droplet> m_droplet;
     int m_gulpSerial = 0;
-    bool m_isPresentingSystemUI = false;
     ScheduledTask m_dropletTask;
     SettingsStore::ObserverID m_settingsObserver;
 };

@@ -27,8 +27,16 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
                 m_model.setDropTargeted(true);
                 m_model.send(NotchEvent::dragEntered);
             },
-        .draggingUpdated = [this](Point point) { m_model.setDropZone(dropZoneAt(point)); },
-        .draggingExited = [this] { m_model.setDropTargeted(false); },
+        .draggingUpdated =
+            [this](Point point) {
+                m_dragExitTask.cancel();
+                m_model.setDropZone(dropZoneAt(point));
+            },
+        .draggingExited =
+            [this] {
+                m_model.setDropTargeted(false);
+                leaveDropSurface(dragExitDelay);
+            },
         .performDrop =
             [this](Point point, const std::vector<DroppedItem> &items) {
                 if (items.empty())
@@ -109,16 +117,13 @@ void NotchWindowController::handleMouseMoved(Point point)
     const Seconds delay = m_model.presentation() == NotchPresentation::preview
                               ? previewCloseDelay
                               : settings.closeDelay;
-    m_hoverTask = m_services.platform.scheduler.after(delay, [this] {
-        if (!m_model.isPresentingSystemUI())
-            m_model.send(NotchEvent::hoverExited);
-    });
+    m_hoverTask = m_services.platform.scheduler.after(
+        delay, [this] { m_model.send(NotchEvent::hoverExited); });
 }
 
 void NotchWindowController::handleMouseDown(WindowID window)
 {
-    if (!m_isVisible || m_model.presentation() == NotchPresentation::collapsed ||
-        m_model.isPresentingSystemUI())
+    if (!m_isVisible || m_model.presentation() == NotchPresentation::collapsed)
         return;
     if (window != m_panel.window().id())
         m_model.send(NotchEvent::clickOutside);
@@ -130,25 +135,29 @@ void NotchWindowController::handleDrag(Point point)
 {
     if (!m_isVisible)
         return;
-    const bool isDropTarget = m_model.presentation() == NotchPresentation::dropTarget;
     if (NotchLayout::dropZone(m_model.presentation(), m_model.layoutContext()).contains(point)) {
         m_dragExitTask.cancel();
-        if (!isDropTarget) {
+        if (m_model.presentation() != NotchPresentation::dropTarget) {
             m_dropPerformed = false;
             m_model.send(NotchEvent::dragEntered);
         }
-    } else if (isDropTarget && !m_dragExitTask.isPending()) {
-        m_dragExitTask = m_services.platform.scheduler.after(
-            dragExitDelay, [this] { m_model.send(NotchEvent::dragExited); });
+    } else if (!m_dragExitTask.isPending()) {
+        leaveDropSurface(dragExitDelay);
     }
 }
 
 void NotchWindowController::handleDragEnded()
 {
-    if (m_model.presentation() != NotchPresentation::dropTarget || m_dropPerformed)
+    if (!m_dropPerformed)
+        leaveDropSurface(dragEndDelay);
+}
+
+void NotchWindowController::leaveDropSurface(Seconds delay)
+{
+    if (m_model.presentation() != NotchPresentation::dropTarget)
         return;
     m_dragExitTask = m_services.platform.scheduler.after(
-        dragEndDelay, [this] { m_model.send(NotchEvent::dragExited); });
+        delay, [this] { m_model.send(NotchEvent::dragExited); });
 }
 
 bool NotchWindowController::handleKey(const KeyCombo &key)

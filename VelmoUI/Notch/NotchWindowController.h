@@ -50,6 +50,7 @@ public:
 
 private:
     void presentationChanged(NotchPresentation from, NotchPresentation to, NotchEvent event);
+    void leaveDropSurface(Seconds delay);
     void updateMousePassthrough();
     void updateOpaqueZone();
     DropZone dropZoneAt(Point point) const;
