@@ -37,7 +37,8 @@ AppDelegate::AppDelegate(ControlEndpoint &control)
         if (m_services)
             m_services->flush();
     });
-    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &) {
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
+        session.setRestartHint(QSessionManager::RestartNever); // the login item does that
         if (m_services)
             m_services->flush();
     });
