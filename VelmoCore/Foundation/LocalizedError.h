@@ -11,8 +11,8 @@ namespace velmo {
 /// from this one.
 class LocalizedError : public std::exception {
 public:
-    explicit LocalizedError(const QString &description) :
-        m_description(description), m_bytes(description.toUtf8())
+    explicit LocalizedError(const QString &description)
+        : m_description(description), m_bytes(description.toUtf8())
     {
     }
 

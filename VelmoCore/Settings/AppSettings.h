@@ -1,23 +1,23 @@
 #pragma once
 
 #include "VelmoCore/Foundation/Date.h"
+#include "VelmoCore/HotKeys/KeyCombo.h"
 #include "VelmoCore/Notch/DisplaySelection.h"
 #include "VelmoCore/Notch/NotchLayout.h"
 #include "VelmoCore/Notch/NotchMotion.h"
 #include "VelmoCore/Notch/NotchStateMachine.h"
 #include "VelmoCore/Profiles/ContextTool.h"
 #include "VelmoCore/Radial/RadialOptions.h"
-#include "VelmoCore/HotKeys/KeyCombo.h"
 #include "VelmoCore/Settings/SettingsOptions.h"
 #include "VelmoCore/Shelf/ShelfStorage.h"
 #include "VelmoCore/Timers/PomodoroConfig.h"
 
 #include <QString>
 
+#include <boost/describe.hpp>
+
 #include <map>
 #include <vector>
-
-#include <boost/describe.hpp>
 
 namespace velmo {
 
@@ -194,7 +194,7 @@ BOOST_DESCRIBE_STRUCT(MailSettings, (), (mailNotifications, mailShowsPreview, ma
 /// The tools for the application in front.
 struct SmartNotchSettings {
     bool smartNotchEnabled = true;
-    std::map<QString, std::vector<ContextTool>> contextTools; ///< by category
+    std::map<QString, std::vector<ContextTool>> contextTools;  ///< by category
     std::map<QString, AppContextCategory> appContextOverrides; ///< by bundle identifier
     StringList smartNotchIgnoredApps;
     SmartNotchSides smartNotchSides = SmartNotchSides::right;

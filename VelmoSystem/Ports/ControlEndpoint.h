@@ -27,9 +27,9 @@ public:
     };
 
     enum class Registration {
-        first,   ///< this process answers from now on
-        second,  ///< another one answers already, and has been activated
-        noBus,   ///< there is no session bus; nobody can reach this process
+        first,  ///< this process answers from now on
+        second, ///< another one answers already, and has been activated
+        noBus,  ///< there is no session bus; nobody can reach this process
     };
 
     virtual ~ControlEndpoint() = default;
