@@ -67,7 +67,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
 
 AppPaths AppDelegate::preparePaths() const
 {
-    const AppPaths paths = AppPaths::standard(QStringLiteral("Orvane"), QStringLiteral("Velmo"));
+    AppPaths paths = AppPaths::standard(QStringLiteral("Orvane"), QStringLiteral("Velmo"));
     try {
         paths.ensureExists();
     } catch (const LocalizedError &error) {

@@ -15,6 +15,7 @@ constexpr std::size_t depthLimit = 64;
 /// Builds the value, with each double read to the last bit, which the library's own parser doesn't.
 class ValueBuilder {
 public:
+    // NOLINTBEGIN(readability-identifier-naming): the parser's own names
     static constexpr std::size_t max_object_size = boost::json::object::max_size();
     static constexpr std::size_t max_array_size = boost::json::array::max_size();
     static constexpr std::size_t max_key_size = boost::json::string::max_size();
@@ -90,6 +91,7 @@ public:
     }
     bool on_comment_part(Text, Error &) { return true; }
     bool on_comment(Text, Error &) { return true; }
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     bool part(Text text)

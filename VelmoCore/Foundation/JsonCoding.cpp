@@ -191,8 +191,7 @@ void JsonCoding<QUrl>::write(JsonWriter &writer, const QUrl &value)
 QUrl JsonCoding<QUrl>::read(const boost::json::value &json)
 {
     const std::string_view text = JsonParts::string(json);
-    const QUrl url =
-        QUrl::fromEncoded(QByteArray(text.data(), static_cast<qsizetype>(text.size())));
+    QUrl url = QUrl::fromEncoded(QByteArray(text.data(), static_cast<qsizetype>(text.size())));
     if (!text.empty() && !url.isValid())
         throw JsonError(QStringLiteral("Não é um URL."));
     return url;
