@@ -52,7 +52,7 @@ QVariantList arguments(const CommandLine::Client &request)
 
 QString description(const QDBusError &error)
 {
-    const auto notRunning = QStringLiteral("O Orvane não está em execução");
+    auto notRunning = QStringLiteral("O Orvane não está em execução");
     if (error.name() == u"org.freedesktop.DBus.Error.NameHasNoOwner")
         return notRunning;
     switch (error.type()) {
