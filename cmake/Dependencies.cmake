@@ -8,7 +8,7 @@ if(NOT ORVANE_BUILD_FUZZERS)
     pkg_check_modules(Libsecret REQUIRED IMPORTED_TARGET libsecret-1)
     pkg_check_modules(
         Xcb REQUIRED IMPORTED_TARGET
-        xcb xcb-xinput xcb-xfixes xcb-shape xcb-randr xcb-ewmh xcb-keysyms xcb-xkb)
+        xcb xcb-xinput xcb-xfixes xcb-shape xcb-xkb)
 endif()
 
 find_program(CCACHE ccache)
