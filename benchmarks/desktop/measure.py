@@ -22,12 +22,19 @@ import time
 from pathlib import Path
 
 BUILD = Path(__file__).resolve().parents[2] / "build" / "bench"
+ORVANE = str(BUILD / "Velmo" / "orvane")
 PROGRAMS = {
-    "orvane": [str(BUILD / "Velmo" / "orvane")],
+    "orvane, at rest": [ORVANE],
+    "orvane, panel open": [ORVANE],
     "empty Qt Quick window": [str(BUILD / "benchmarks" / "desktop" / "EmptyQuickWindow")],
     "copyq": ["copyq", "--start-server", "show"],
     "plank": ["plank"],
     "tint2": ["tint2"],
+}
+# Given to the running program before it is left alone.
+COMMANDS = {
+    "orvane, at rest": ("hide", "show"),
+    "orvane, panel open": ("open",),
 }
 HELPERS = {"dbus-run-sessio", "dbus-daemon", "FirstFrame"}  # as the kernel cuts them
 START_LIMIT = 20  # seconds
@@ -145,7 +152,17 @@ def start(command, home):
         signal.alarm(0)
 
 
-def measure(command, rounds, seconds):
+def tell(program, word):
+    """Runs a command of a program on the bus of the one that runs."""
+    pid = next(pid for pid in measured() if os.readlink(f"/proc/{pid}/exe") == program)
+    environment = dict(
+        entry.split("=", 1) for entry in read(f"/proc/{pid}/environ").split("\0") if "=" in entry
+    )
+    subprocess.run([program, word], env=environment, check=True)
+
+
+def measure(name, rounds, seconds):
+    command = PROGRAMS[name]
     with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as home:
         starts = []
         for remaining in range(rounds, -1, -1):
@@ -154,7 +171,10 @@ def measure(command, rounds, seconds):
                 if remaining:
                     time.sleep(0.5)
                 else:
-                    time.sleep(SETTLE)
+                    time.sleep(SETTLE / 2)
+                    for word in COMMANDS.get(name, ()):
+                        tell(command[0], word)
+                    time.sleep(SETTLE / 2)
                     return statistics.median(starts[1:]), memory(), *idle(seconds)
             finally:
                 stop_all()
@@ -181,14 +201,13 @@ def main():
     print(f"| program | first frame, ms | memory, MiB PSS | CPU, ms in {options.idle:g} s idle | wake-ups |")
     print("|---|---:|---:|---:|---:|")
     for name in options.names or PROGRAMS:
-        command = PROGRAMS[name]
-        if not shutil.which(command[0]):
+        if not shutil.which(PROGRAMS[name][0]):
             print(f"| {name} | not installed | | | |")
             continue
         try:
-            frame, pss, cpu, switches = measure(command, options.rounds, options.idle)
+            frame, pss, cpu, switches = measure(name, options.rounds, options.idle)
             print(f"| {name} | {frame:.0f} | {pss:.1f} | {cpu:.1f} | {switches} |", flush=True)
-        except (TimeoutError, ValueError) as error:
+        except (TimeoutError, ValueError, subprocess.CalledProcessError) as error:
             print(f"| {name} | failed: {error} | | | |", flush=True)
 
 
