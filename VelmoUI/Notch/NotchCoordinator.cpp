@@ -15,7 +15,7 @@
 
 // Of the generated registrations. Naming it here keeps a static library's linker from leaving them
 // out.
-void qml_register_types_Velmo();
+void qml_register_types_Velmo(); // NOLINT(readability-identifier-naming)
 
 namespace velmo {
 
@@ -138,8 +138,8 @@ QString NotchCoordinator::statusText() const
     for (const auto &[id, controller] : m_controllers) {
         const NotchViewModel &model = controller->model();
         const NotchLayoutContext context = model.layoutContext();
-        const auto frame = [&](const Rect &rect) {
-            return jsonFrom(m_services.platform.displays.nativeFrame(id, rect));
+        const auto frame = [&, display = id](const Rect &rect) {
+            return jsonFrom(m_services.platform.displays.nativeFrame(display, rect));
         };
         const auto *module =
             model.presentation() == NotchPresentation::expanded ? model.selectedModule() : nullptr;
