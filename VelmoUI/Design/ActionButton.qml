@@ -18,5 +18,6 @@ ControlSurface {
         color: button.textColor
         font.pixelSize: Theme.smallSize
         font.weight: Font.Medium
+        Accessible.ignored: true
     }
 }

@@ -1,18 +1,25 @@
 import QtQuick
 import Velmo
 
-/// Cards in a few rows that go on sideways.
+/// Cards in a few rows that go on sideways. Each cell ends with the gap to the next, so the grid is
+/// as much wider and higher than what it shows.
 GridView {
     id: grid
 
     property int rows: 2
 
     flow: GridView.FlowTopToBottom
-    cellHeight: Math.floor((height + Theme.gap) / rows)
+    cellHeight: Math.floor(height / rows)
     clip: true
     boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: count > 0
+    highlightMoveDuration: Theme.glide
 
     SidewaysWheel {
+        flickable: grid
+    }
+    EdgeFades {
+        parent: grid
         flickable: grid
     }
 }

@@ -9,8 +9,15 @@ ListView {
     spacing: Theme.gap
     clip: true
     boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: count > 0
+    highlightMoveDuration: Theme.glide
+    highlightMoveVelocity: -1
 
     SidewaysWheel {
+        flickable: list
+    }
+    EdgeFades {
+        parent: list
         flickable: list
     }
 }

@@ -9,6 +9,8 @@ Item {
     required property string name
     property color idleColor: "transparent"
     property int radius: Theme.controlRadius
+    /// The surface may be lower than what takes the pointer.
+    property real surfaceHeight: height
     readonly property bool hovered: hover.hovered
     readonly property bool pressed: area.pressed
 
@@ -18,29 +20,35 @@ Item {
     Accessible.role: Accessible.Button
     Accessible.name: name
     Accessible.focusable: true
+    Accessible.focused: activeFocus
     Accessible.onPressAction: control.triggered()
     Keys.onReturnPressed: control.triggered()
     Keys.onEnterPressed: control.triggered()
     Keys.onSpacePressed: control.triggered()
 
     Rectangle {
-        anchors.fill: parent
+        id: surface
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width
+        height: control.surfaceHeight
         radius: control.radius
         color: control.pressed ? Theme.surfacePressed
              : control.hovered ? Theme.surfaceHover : control.idleColor
-        border.width: control.activeFocus ? 1.5 : 0
-        border.color: Theme.secondaryText
 
         Behavior on color {
             ColorAnimation {
                 duration: Theme.hover
             }
         }
+
+        FocusRing {
+            radius: surface.radius
+            shown: control.activeFocus
+        }
     }
 
     HoverHandler {
         id: hover
-        cursorShape: Qt.PointingHandCursor
     }
 
     MouseArea {

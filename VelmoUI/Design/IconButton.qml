@@ -6,7 +6,6 @@ ControlSurface {
     id: button
 
     required property string symbol
-    property int symbolSize: 16
     property color symbolColor: hovered || activeFocus ? Theme.text : Theme.secondaryText
 
     implicitWidth: Theme.controlHeight
@@ -15,7 +14,7 @@ ControlSurface {
     Symbol {
         anchors.centerIn: parent
         name: button.symbol
-        size: button.symbolSize
+        size: Theme.smallSymbolSize
         color: button.symbolColor
     }
 }

@@ -1,10 +1,10 @@
 import QtQuick
 import Velmo
 
-/// The title over a column of cards.
+/// The title over a column of cards, in line with what is in them.
 Label {
     height: Theme.controlHeight
-    leftPadding: Theme.grid
+    leftPadding: Theme.cardPadding
     color: Theme.secondaryText
     font.pixelSize: Theme.captionSize
     font.weight: Font.DemiBold

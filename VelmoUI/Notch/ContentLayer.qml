@@ -2,16 +2,21 @@ import QtQuick
 import Velmo
 
 /// Content that belongs to one presentation: fades in and rises once the shape is under way, fades
-/// out at once, and exists only while it can be seen.
-Item {
+/// out at once, and exists only while it can be seen. It keeps its own size and lies still while the
+/// shape moves over it.
+FocusScope {
     id: layer
 
     required property bool shown
-    required property NotchContent content
+    required property size extent
+    /// The middle of the notch in the parent.
+    required property real middle
     property alias sourceComponent: loader.sourceComponent
-    property alias item: loader.item
-    readonly property real pace: content.animated ? content.pace : 0
 
+    x: Math.round(middle - width / 2)
+    width: extent.width
+    height: extent.height
+    focus: shown
     opacity: 0
     visible: opacity > 0
 
@@ -20,6 +25,7 @@ Item {
         width: layer.width
         height: layer.height
         active: layer.shown || layer.opacity > 0
+        focus: true
     }
 
     states: State {
@@ -33,23 +39,23 @@ Item {
     transitions: [
         Transition {
             to: "shown"
-            enabled: layer.content.animated
+            enabled: Theme.animated
             SequentialAnimation {
                 PauseAnimation {
-                    duration: Theme.contentDelay * layer.pace
+                    duration: Theme.contentDelay
                 }
                 ParallelAnimation {
                     NumberAnimation {
                         property: "opacity"
-                        duration: Theme.fadeIn * layer.pace
+                        duration: Theme.fadeIn
                         easing.type: Easing.OutCubic
                     }
                     NumberAnimation {
                         target: loader
                         property: "y"
-                        from: layer.content.reducedMotion ? 0 : Theme.contentRise
+                        from: Theme.contentRise
                         to: 0
-                        duration: Theme.fadeIn * layer.pace
+                        duration: Theme.fadeIn
                         easing.type: Easing.OutCubic
                     }
                 }
@@ -57,10 +63,10 @@ Item {
         },
         Transition {
             from: "shown"
-            enabled: layer.content.animated
+            enabled: Theme.animated
             NumberAnimation {
                 property: "opacity"
-                duration: Theme.fadeOut * layer.pace
+                duration: Theme.fadeOut
             }
         }
     ]

@@ -6,16 +6,17 @@ Item {
     id: surface
 
     required property NotchContent content
-    readonly property int count: 3
 
     Row {
+        id: zones
         x: Theme.gap
         y: surface.content.notchHeight + Theme.grid
-        width: surface.width - 2 * x
-        height: surface.height - y - Theme.gap
+        width: parent.width - 2 * x
+        height: parent.height - y - Theme.gap
         spacing: Theme.gap
 
         Repeater {
+            id: repeater
             model: surface.content.dropZones
 
             delegate: Rectangle {
@@ -26,12 +27,10 @@ Item {
                 required property string detail
                 required property bool isTargeted
 
-                width: (parent.width - (surface.count - 1) * Theme.gap) / surface.count
-                height: parent.height
-                radius: Theme.cardRadius + 4
+                width: (zones.width - (repeater.count - 1) * zones.spacing) / Math.max(1, repeater.count)
+                height: zones.height
+                radius: Theme.cardRadius
                 color: isTargeted ? Theme.surfaceSelected : Theme.surface
-                border.width: isTargeted ? 1.5 : 1
-                border.color: isTargeted ? Theme.accents[surface.content.accent] : Theme.hairline
                 Accessible.role: Accessible.Grouping
                 Accessible.name: title
 
@@ -39,6 +38,11 @@ Item {
                     ColorAnimation {
                         duration: Theme.hover
                     }
+                }
+
+                FocusRing {
+                    radius: zone.radius
+                    shown: zone.isTargeted
                 }
 
                 Column {
@@ -49,7 +53,7 @@ Item {
                         anchors.horizontalCenter: parent.horizontalCenter
                         name: zone.symbol
                         size: Theme.bigNumberSize
-                        color: zone.isTargeted ? Theme.accents[surface.content.accent] : Theme.secondaryText
+                        color: zone.isTargeted ? Theme.accent : Theme.secondaryText
                     }
                     Label {
                         anchors.horizontalCenter: parent.horizontalCenter

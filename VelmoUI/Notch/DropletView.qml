@@ -1,11 +1,15 @@
 import QtQuick
 import Velmo
 
-/// The picture of a dropped thing on its way into the notch, and the notch's gulp.
+/// The picture of a dropped thing on its way into the notch, and the notch's gulp. Where the user
+/// wants less motion, the picture fades where it was dropped.
 Item {
     id: droplet
 
     required property NotchContent content
+    readonly property real endX: content.notchCenterX - flyer.width / 2
+    readonly property real startX: content.dropletStart.x - flyer.width / 2
+    readonly property real startY: content.dropletStart.y - flyer.height / 2
 
     Item {
         id: flyer
@@ -17,7 +21,8 @@ Item {
             id: image
             anchors.fill: parent
             source: droplet.content.dropletImage
-            sourceSize: Qt.size(112, 112)
+            sourceSize.width: 112
+            sourceSize.height: 112
             asynchronous: true
             fillMode: Image.PreserveAspectFit
         }
@@ -25,27 +30,26 @@ Item {
             anchors.centerIn: parent
             visible: image.status !== Image.Ready
             name: droplet.content.dropletSymbol
-            size: 40
+            size: Theme.tileSymbolSize
         }
     }
 
     ParallelAnimation {
-        id: flight
         running: droplet.content.hasDroplet
 
         NumberAnimation {
             target: flyer
             property: "x"
-            from: droplet.content.dropletStart.x - flyer.width / 2
-            to: droplet.content.notchCenterX - flyer.width / 2
+            from: droplet.startX
+            to: Theme.reducedMotion ? droplet.startX : droplet.endX
             duration: droplet.content.dropletFlight
             easing.type: Easing.InOutQuad
         }
         NumberAnimation {
             target: flyer
             property: "y"
-            from: droplet.content.dropletStart.y - flyer.height / 2
-            to: -flyer.height / 2
+            from: droplet.startY
+            to: Theme.reducedMotion ? droplet.startY : -flyer.height / 2
             duration: droplet.content.dropletFlight
             easing.type: Easing.InBack
         }
@@ -53,7 +57,15 @@ Item {
             target: flyer
             property: "scale"
             from: 1
-            to: 0.3
+            to: Theme.reducedMotion ? 1 : 0.3
+            duration: droplet.content.dropletFlight
+            easing.type: Easing.InQuad
+        }
+        NumberAnimation {
+            target: flyer
+            property: "opacity"
+            from: 1
+            to: Theme.reducedMotion ? 0 : 0.6
             duration: droplet.content.dropletFlight
             easing.type: Easing.InQuad
         }
@@ -63,11 +75,11 @@ Item {
     Rectangle {
         id: glow
         x: droplet.content.notchCenterX - width / 2
-        y: droplet.content.notchHeight - height / 2
+        y: droplet.content.notchHeight - height
         width: droplet.content.notchWidth
-        height: 3
-        radius: 1.5
-        color: Theme.accents[droplet.content.accent]
+        height: Theme.ringWidth
+        radius: height / 2
+        color: Theme.accent
         opacity: 0
         visible: opacity > 0
     }
@@ -81,14 +93,14 @@ Item {
                 property: "opacity"
                 from: 0
                 to: 0.8
-                duration: 90
+                duration: Theme.fadeOut
             }
             NumberAnimation {
                 target: glow
                 property: "width"
-                from: 24
+                from: Theme.reducedMotion ? droplet.content.notchWidth : 0
                 to: droplet.content.notchWidth
-                duration: 220
+                duration: Theme.fadeIn
                 easing.type: Easing.OutCubic
             }
         }
@@ -96,7 +108,7 @@ Item {
             target: glow
             property: "opacity"
             to: 0
-            duration: 180
+            duration: Theme.fadeIn
         }
     }
 

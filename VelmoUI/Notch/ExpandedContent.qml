@@ -1,16 +1,23 @@
 import QtQuick
 import Velmo
 
-/// The open panel: the modules beside the notch, the page of the selected one below.
-Item {
+/// The open panel: the modules beside the notch, the page of the selected one below. The keyboard
+/// starts in the page.
+FocusScope {
     id: expanded
 
     required property NotchContent content
+
+    focus: true
+    // Of a page on which no control has the keyboard yet.
+    Keys.onTabPressed: page.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: page.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     ModuleBar {
         width: parent.width
         height: expanded.content.notchHeight
         content: expanded.content
+        z: 1
     }
 
     Loader {
@@ -19,6 +26,7 @@ Item {
         y: expanded.content.notchHeight + Theme.grid
         width: parent.width - 2 * x
         height: parent.height - y - Theme.gap
+        focus: true
         source: expanded.content.pageSource
     }
 
@@ -26,12 +34,6 @@ Item {
         target: page.item
         property: "page"
         value: expanded.content.page
-        when: page.status === Loader.Ready
-    }
-    Binding {
-        target: page.item
-        property: "accent"
-        value: Theme.accents[expanded.content.accent]
         when: page.status === Loader.Ready
     }
     Binding {

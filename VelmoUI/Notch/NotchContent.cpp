@@ -26,7 +26,8 @@ DroppedRow fileRow(const QUrl &url)
             file.fileName(),
             isFolder ? QStringLiteral("Pasta")
                      : QLocale().formattedDataSize(file.size(), 1, QLocale::DataSizeSIFormat),
-            !isFolder && isPicture(file) ? url : QUrl()};
+            !isFolder && isPicture(file) ? url : QUrl(),
+            {}};
 }
 
 DroppedRow droppedRow(const DroppedItem &item)
@@ -40,6 +41,7 @@ DroppedRow droppedRow(const DroppedItem &item)
                                   link.value.host().isEmpty() ? link.value.toDisplayString()
                                                               : link.value.host(),
                                   link.value.toDisplayString(),
+                                  {},
                                   {}};
             },
             [](const DroppedItem::Text &text) {
@@ -47,11 +49,13 @@ DroppedRow droppedRow(const DroppedItem &item)
                                   QStringLiteral("text.alignleft"),
                                   text.value.simplified(),
                                   QStringLiteral("Texto"),
+                                  {},
                                   {}};
             },
         },
         item.content);
     row.id = item.id();
+    row.removal = QStringLiteral("Remover %1").arg(row.title);
     return row;
 }
 
@@ -67,6 +71,8 @@ NotchContent::NotchContent(NotchViewModel &model)
         Q_EMIT presentationChanged();
     });
     connect(&model, &NotchViewModel::metricsChanged, this, &NotchContent::metricsChanged);
+    connect(&model, &NotchViewModel::metricsChanged, this, &NotchContent::sizesChanged);
+    connect(&model.shape(), &ShapeAnimator::targetChanged, this, &NotchContent::sizesChanged);
     connect(&model, &NotchViewModel::selectedModuleChanged, this, [this] {
         updateModules();
         updatePage();
@@ -99,6 +105,16 @@ qreal NotchContent::notchCenterX() const
     return m_model.metrics().centerX - NotchLayout::canvasFrame(m_model.layoutContext()).minX();
 }
 
+QSizeF NotchContent::size(NotchPresentation presentation, bool hasFeedback) const
+{
+    NotchLayoutContext context = m_model.layoutContext();
+    context.hasLiveActivity = true;
+    context.hasFeedback = hasFeedback;
+    context.expandedContentWidth = m_model.moduleWidth();
+    const Size core = NotchLayout::shape(presentation, context).coreSize;
+    return {core.width, core.height};
+}
+
 qreal NotchContent::pace() const
 {
     return NotchMotions::pace(settings().animationSpeed);
@@ -119,6 +135,13 @@ QString NotchContent::previewTitle() const
 QString NotchContent::previewDetail() const
 {
     return hasLive() ? firstLive().title : QStringLiteral("Nada em andamento");
+}
+
+QString NotchContent::feedbackSpoken() const
+{
+    const QString detail = feedbackDetail();
+    return detail.isEmpty() ? m_feedback.title
+                            : QStringLiteral("%1, %2").arg(m_feedback.title, detail);
 }
 
 QString NotchContent::feedbackStyle() const
@@ -156,11 +179,6 @@ int NotchContent::dropletFlight() const
         std::chrono::round<std::chrono::milliseconds>(NotchViewModel::dropletFlight).count());
 }
 
-void NotchContent::dismissFeedback()
-{
-    m_model.services().activity.dismissFeedback();
-}
-
 void NotchContent::updatePage()
 {
     auto *module = m_model.selectedModule();
@@ -178,10 +196,17 @@ void NotchContent::updatePage()
 void NotchContent::updateModules()
 {
     const auto *selected = m_model.selectedModule();
-    std::vector<ModuleTab> tabs;
-    for (const auto *module : m_model.services().modules.visible(settings()))
-        tabs.push_back({module->id(), module->title(), module->symbol(), module == selected});
-    m_modules.setRecords(tabs);
+    std::vector<ModuleTab> left;
+    std::vector<ModuleTab> right;
+    std::size_t number = 0;
+    for (const auto *module : m_model.services().modules.visible(settings())) {
+        auto &side = number < modulesPerSide ? left : right;
+        ++number;
+        side.push_back({module->id(), module->title(), module->symbol(), module == selected,
+                        number <= 9 ? QStringLiteral("Ctrl+%1").arg(number) : QString()});
+    }
+    m_leftModules.setRecords(left);
+    m_rightModules.setRecords(right);
 }
 
 void NotchContent::updateDropZones()

@@ -4,6 +4,7 @@
 #include "VelmoUI/Notch/NotchViewModel.h"
 
 #include <QPointF>
+#include <QSizeF>
 #include <QtQml/qqmlregistration.h>
 
 namespace velmo {
@@ -14,10 +15,11 @@ struct ModuleTab {
     QString title;
     QString symbol;
     bool isSelected = false;
+    QString shortcut; ///< "Ctrl+1"; empty from the tenth on
 
     bool operator==(const ModuleTab &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(ModuleTab, (), (id, title, symbol, isSelected))
+BOOST_DESCRIBE_STRUCT(ModuleTab, (), (id, title, symbol, isSelected, shortcut))
 
 /// A part of the drop surface.
 struct DropZoneRow {
@@ -37,11 +39,12 @@ struct DroppedRow {
     QString symbol;
     QString title;
     QString detail;
-    QUrl image; ///< a picture of it, empty if it has none
+    QUrl image;      ///< a picture of it, empty if it has none
+    QString removal; ///< the name of the button that takes it away
 
     bool operator==(const DroppedRow &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(DroppedRow, (), (id, symbol, title, detail, image))
+BOOST_DESCRIBE_STRUCT(DroppedRow, (), (id, symbol, title, detail, image, removal))
 
 /// What a panel's window draws, ready to show: the model's state in texts, rows and numbers of the
 /// canvas (y downward). Decides nothing.
@@ -56,19 +59,25 @@ class NotchContent : public QObject {
     Q_PROPERTY(qreal notchHeight READ notchHeight NOTIFY metricsChanged)
     /// Where the notch's middle lies in the canvas.
     Q_PROPERTY(qreal notchCenterX READ notchCenterX NOTIFY metricsChanged)
-    Q_PROPERTY(bool hasHardwareNotch READ hasHardwareNotch NOTIFY metricsChanged)
+    /// The body of the shape in each presentation, whichever is on show: content lies still while
+    /// the shape moves.
+    Q_PROPERTY(QSizeF liveSize READ liveSize NOTIFY sizesChanged)
+    Q_PROPERTY(QSizeF feedbackSize READ feedbackSize NOTIFY sizesChanged)
+    Q_PROPERTY(QSizeF previewSize READ previewSize NOTIFY sizesChanged)
+    Q_PROPERTY(QSizeF expandedSize READ expandedSize NOTIFY sizesChanged)
+    Q_PROPERTY(QSizeF dropTargetSize READ dropTargetSize NOTIFY sizesChanged)
+    Q_PROPERTY(QSizeF dropResultSize READ dropResultSize NOTIFY sizesChanged)
     Q_PROPERTY(bool animated READ isAnimated NOTIFY appearanceChanged)
     Q_PROPERTY(bool reducedMotion READ isReducedMotion NOTIFY presentationChanged)
     /// What every duration is multiplied with.
     Q_PROPERTY(qreal pace READ pace NOTIFY appearanceChanged)
     Q_PROPERTY(QString accent READ accent NOTIFY appearanceChanged)
 
-    Q_PROPERTY(QAbstractItemModel *live READ live CONSTANT)
     Q_PROPERTY(bool hasLive READ hasLive NOTIFY liveChanged)
     Q_PROPERTY(QString liveSymbol READ liveSymbol NOTIFY liveChanged)
-    Q_PROPERTY(QString liveTitle READ liveTitle NOTIFY liveChanged)
-    Q_PROPERTY(QString liveDetail READ liveDetail NOTIFY liveChanged)
     Q_PROPERTY(QString liveValue READ liveValue NOTIFY liveChanged)
+    Q_PROPERTY(QString liveShortTime READ liveShortTime NOTIFY liveChanged)
+    Q_PROPERTY(QString liveSpoken READ liveSpoken NOTIFY liveChanged)
     Q_PROPERTY(qreal liveProgress READ liveProgress NOTIFY liveChanged)
 
     Q_PROPERTY(QString previewTitle READ previewTitle NOTIFY presentationChanged)
@@ -78,9 +87,12 @@ class NotchContent : public QObject {
     Q_PROPERTY(QString feedbackSymbol READ feedbackSymbol NOTIFY feedbackChanged)
     Q_PROPERTY(QString feedbackTitle READ feedbackTitle NOTIFY feedbackChanged)
     Q_PROPERTY(QString feedbackDetail READ feedbackDetail NOTIFY feedbackChanged)
+    Q_PROPERTY(QString feedbackSpoken READ feedbackSpoken NOTIFY feedbackChanged)
     Q_PROPERTY(QString feedbackStyle READ feedbackStyle NOTIFY feedbackChanged)
 
-    Q_PROPERTY(QAbstractItemModel *modules READ modules CONSTANT)
+    /// The modules left and right of the notch.
+    Q_PROPERTY(QAbstractItemModel *leftModules READ leftModules CONSTANT)
+    Q_PROPERTY(QAbstractItemModel *rightModules READ rightModules CONSTANT)
     Q_PROPERTY(QUrl pageSource READ pageSource NOTIFY pageChanged)
     Q_PROPERTY(QObject *page READ page NOTIFY pageChanged)
 
@@ -95,6 +107,9 @@ class NotchContent : public QObject {
     Q_PROPERTY(int dropletFlight READ dropletFlight CONSTANT)
 
 public:
+    /// Modules from this place on stand right of the notch.
+    static constexpr std::size_t modulesPerSide = 6;
+
     explicit NotchContent(NotchViewModel &model);
 
     static QString name(NotchPresentation presentation);
@@ -104,18 +119,22 @@ public:
     qreal notchWidth() const { return m_model.metrics().notchSize.width; }
     qreal notchHeight() const { return m_model.metrics().notchSize.height; }
     qreal notchCenterX() const;
-    bool hasHardwareNotch() const { return m_model.metrics().hasHardwareNotch; }
+    QSizeF liveSize() const { return size(NotchPresentation::collapsed); }
+    QSizeF feedbackSize() const { return size(NotchPresentation::collapsed, true); }
+    QSizeF previewSize() const { return size(NotchPresentation::preview); }
+    QSizeF expandedSize() const { return size(NotchPresentation::expanded); }
+    QSizeF dropTargetSize() const { return size(NotchPresentation::dropTarget); }
+    QSizeF dropResultSize() const { return size(NotchPresentation::dropResult); }
     bool isAnimated() const { return settings().animationsEnabled; }
     bool isReducedMotion() const { return m_model.reducesMotion(); }
     qreal pace() const;
     QString accent() const;
 
-    QAbstractItemModel *live() { return &m_live.model(); }
     bool hasLive() const { return !liveRows().empty(); }
     QString liveSymbol() const { return firstLive().symbol; }
-    QString liveTitle() const { return firstLive().title; }
-    QString liveDetail() const { return firstLive().detail; }
     QString liveValue() const { return firstLive().value; }
+    QString liveShortTime() const { return firstLive().shortTime; }
+    QString liveSpoken() const { return firstLive().spoken; }
     qreal liveProgress() const { return firstLive().progress; }
 
     /// The day, as "Sábado, 21 de novembro".
@@ -126,9 +145,11 @@ public:
     QString feedbackSymbol() const { return m_feedback.symbol; }
     QString feedbackTitle() const { return m_feedback.title; }
     QString feedbackDetail() const { return m_feedback.detail.value_or(QString()); }
+    QString feedbackSpoken() const;
     QString feedbackStyle() const;
 
-    QAbstractItemModel *modules() { return &m_modules; }
+    QAbstractItemModel *leftModules() { return &m_leftModules; }
+    QAbstractItemModel *rightModules() { return &m_rightModules; }
     QUrl pageSource() const { return m_view.source; }
     QObject *page() const { return m_view.page.get(); }
 
@@ -143,12 +164,12 @@ public:
 
     Q_INVOKABLE void selectModule(const QString &id) { m_model.selectModule(id); }
     Q_INVOKABLE void removeDropped(const QString &id) { m_model.removeDroppedItem(id); }
-    Q_INVOKABLE void dismissFeedback();
     Q_INVOKABLE void close() { m_model.send(NotchEvent::dismiss); }
 
 Q_SIGNALS:
     void presentationChanged();
     void metricsChanged();
+    void sizesChanged();
     void appearanceChanged();
     void liveChanged();
     void feedbackChanged();
@@ -161,6 +182,7 @@ Q_SIGNALS:
 private:
     const AppSettings &settings() const { return m_model.services().settings.settings(); }
     const std::vector<LiveRow> &liveRows() const { return m_live.model().records(); }
+    QSizeF size(NotchPresentation presentation, bool hasFeedback = false) const;
     LiveRow firstLive() const { return hasLive() ? liveRows().front() : LiveRow(); }
     void updatePage();
     void updateModules();
@@ -170,7 +192,8 @@ private:
     NotchViewModel &m_model;
     LiveRows m_live;
     ActivityEvent m_feedback; ///< the last one, also while it fades out
-    RecordListModel<ModuleTab> m_modules;
+    RecordListModel<ModuleTab> m_leftModules;
+    RecordListModel<ModuleTab> m_rightModules;
     RecordListModel<DropZoneRow> m_dropZones;
     RecordListModel<DroppedRow> m_droppedItems;
     QString m_pageModuleID;

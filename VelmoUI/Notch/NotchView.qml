@@ -6,120 +6,121 @@ NotchContainerView {
     id: view
 
     required property NotchContent content
-    readonly property ShapeAnimator spec: content.shape
-    readonly property bool isOpen: content.presentation !== "collapsed" && content.presentation !== "preview"
+    readonly property string presentation: content.presentation
+    readonly property bool isOpen: presentation !== "collapsed" && presentation !== "preview"
 
     Accessible.role: Accessible.Pane
     Accessible.name: "Orvane"
 
+    Binding {
+        target: Theme
+        property: "accentName"
+        value: view.content.accent
+    }
+    Binding {
+        target: Theme
+        property: "animated"
+        value: view.content.animated
+    }
+    Binding {
+        target: Theme
+        property: "reducedMotion"
+        value: view.content.reducedMotion
+    }
+    Binding {
+        target: Theme
+        property: "pace"
+        value: view.content.pace
+    }
+
     Shadow {
-        id: shadow
-        x: body.x + body.width / 2 - width / 2
-        width: view.spec.targetCoreWidth + 4 * Theme.shadowBlur
-        height: view.spec.targetHeight + 2 * Theme.shadowBlur
-        visible: opacity > 0
-        opacity: 0
-        cornerRadius: 28
+        anchors.fill: parent
+        body: shape.body
+        cornerRadius: Theme.shadowCorner
         blur: Theme.shadowBlur
         drop: Theme.shadowDrop
+        opacity: view.isOpen ? Theme.shadowOpacity : 0
+        visible: opacity > 0
 
-        states: State {
-            name: "shown"
-            when: view.isOpen
-            PropertyChanges {
-                shadow.opacity: Theme.shadowOpacity
-                shadow.bodySize: Qt.size(view.spec.targetCoreWidth, view.spec.targetHeight)
+        Behavior on opacity {
+            NumberAnimation {
+                duration: Theme.fadeIn
             }
         }
-        transitions: [
-            Transition {
-                to: "shown"
-                enabled: view.content.animated
-                SequentialAnimation {
-                    PauseAnimation {
-                        duration: Theme.contentDelay * view.content.pace
-                    }
-                    NumberAnimation {
-                        property: "opacity"
-                        duration: Theme.fadeIn * view.content.pace
-                    }
-                }
-            },
-            Transition {
-                from: "shown"
-                enabled: view.content.animated
-                NumberAnimation {
-                    property: "opacity"
-                    duration: Theme.fadeOut * view.content.pace
-                }
-            }
-        ]
     }
 
     NotchShape {
-        id: body
-        spec: view.spec
-        x: view.content.notchCenterX + view.spec.horizontalOffset - width / 2
+        id: shape
+        anchors.fill: parent
+        spec: view.content.shape
+        centerX: view.content.notchCenterX
+        color: Theme.shape
     }
 
-    // The content lies where the shape will be at the end of its way, and shows as far as the shape
-    // has come.
+    // The content shows as far as the shape has come, in whole points. What a rounded corner takes of
+    // a square is less than a third of its radius.
     Item {
         id: clip
-        x: view.content.notchCenterX + view.spec.horizontalOffset - width / 2
-        width: view.spec.coreWidth
-        height: view.spec.height
+
+        readonly property real middle: view.content.notchCenterX + view.content.shape.horizontalOffset - x
+        readonly property real inset: view.content.shape.bottomRadius * 0.3
+
+        x: Math.ceil(shape.body.x + inset)
+        width: Math.floor(shape.body.right - inset) - x
+        height: Math.floor(shape.body.height - inset)
         clip: true
 
-        Item {
-            id: stage
-            x: (clip.width - width) / 2
-            width: view.spec.targetCoreWidth
-            height: view.spec.targetHeight
-
-            ContentLayer {
-                anchors.fill: parent
+        ContentLayer {
+            shown: view.presentation === "collapsed" && view.content.hasLive && !view.content.hasFeedback
+            middle: clip.middle
+            extent: view.content.liveSize
+            sourceComponent: LiveContent {
                 content: view.content
-                shown: view.content.presentation === "collapsed"
-                sourceComponent: CollapsedContent {
-                    content: view.content
-                }
             }
+        }
 
-            ContentLayer {
-                anchors.fill: parent
+        ContentLayer {
+            shown: view.presentation === "collapsed" && view.content.hasFeedback
+            middle: clip.middle
+            extent: view.content.feedbackSize
+            sourceComponent: FeedbackContent {
                 content: view.content
-                shown: view.content.presentation === "preview"
-                sourceComponent: PreviewContent {
-                    content: view.content
-                }
             }
+        }
 
-            ContentLayer {
-                anchors.fill: parent
+        ContentLayer {
+            shown: view.presentation === "preview"
+            middle: clip.middle
+            extent: view.content.previewSize
+            sourceComponent: PreviewContent {
                 content: view.content
-                shown: view.content.presentation === "expanded"
-                sourceComponent: ExpandedContent {
-                    content: view.content
-                }
             }
+        }
 
-            ContentLayer {
-                anchors.fill: parent
+        ContentLayer {
+            shown: view.presentation === "expanded"
+            middle: clip.middle
+            extent: view.content.expandedSize
+            sourceComponent: ExpandedContent {
                 content: view.content
-                shown: view.content.presentation === "dropTarget"
-                sourceComponent: DropTargetContent {
-                    content: view.content
-                }
             }
+        }
 
-            ContentLayer {
-                anchors.fill: parent
+        ContentLayer {
+            shown: view.presentation === "dropTarget"
+            middle: clip.middle
+            extent: view.content.dropTargetSize
+            sourceComponent: DropTargetContent {
                 content: view.content
-                shown: view.content.presentation === "dropResult"
-                sourceComponent: DropResultContent {
-                    content: view.content
-                }
+            }
+        }
+
+        ContentLayer {
+            shown: view.presentation === "dropResult"
+            middle: clip.middle
+            extent: view.content.dropResultSize
+            sourceComponent: DropResultContent {
+                content: view.content
             }
         }
     }

@@ -53,7 +53,8 @@ NotchLayoutContext NotchViewModel::layoutContext() const
     context.nonNotchStyle = settings.nonNotchStyle;
     context.hasLiveActivity = !m_services.activity.live().empty();
     context.hasFeedback = m_services.activity.feedback().has_value();
-    context.expandedContentWidth = moduleWidth();
+    if (presentation() == NotchPresentation::expanded)
+        context.expandedContentWidth = moduleWidth();
     return context;
 }
 
@@ -217,8 +218,6 @@ void NotchViewModel::updateShape(const NotchMotion &motion)
 
 std::optional<double> NotchViewModel::moduleWidth() const
 {
-    if (presentation() != NotchPresentation::expanded)
-        return std::nullopt;
     const auto *module = selectedModule();
     const auto width = module ? module->contentWidth(m_services) : std::nullopt;
     if (!width)

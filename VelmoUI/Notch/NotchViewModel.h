@@ -60,6 +60,8 @@ public:
     /// The module on show; null only without a visible module.
     NotchModule *selectedModule() const;
     /// Does nothing unless a visible module has that id.
+    /// The width of the panel that the selected module asks for, open or not.
+    std::optional<double> moduleWidth() const;
     void selectModule(const QString &id);
     /// Selects by place among the visible modules; out of range does nothing.
     void selectModule(int index);
@@ -102,7 +104,6 @@ private:
     /// The motion of changes that don't come through `send`: a message coming, sides growing.
     NotchMotion shapeAnimation() const;
     void updateShape(const NotchMotion &motion);
-    std::optional<double> moduleWidth() const;
     void settingsChanged(const AppSettings &before, const AppSettings &after);
 
     const DisplayID m_displayID;

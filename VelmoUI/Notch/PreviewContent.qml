@@ -8,19 +8,18 @@ Item {
     required property NotchContent content
 
     Item {
-        y: preview.content.notchHeight
         x: 2 * Theme.gap
-        width: preview.width - 2 * x
-        height: preview.height - y - Theme.grid
+        y: preview.content.notchHeight
+        width: parent.width - 2 * x
+        height: parent.height - y - Theme.grid
 
         Column {
             anchors.verticalCenter: parent.verticalCenter
-            width: parent.width - liveValue.width - Theme.gap
+            width: parent.width - progress.width - (progress.width > 0 ? 2 * Theme.gap : 0)
 
             Label {
                 width: parent.width
                 text: preview.content.previewTitle
-                font.pixelSize: Theme.bodySize
                 font.weight: Font.Medium
             }
             Label {
@@ -32,20 +31,25 @@ Item {
         }
 
         Row {
-            id: liveValue
+            id: progress
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             spacing: 2 * Theme.grid
 
             ProgressRing {
                 anchors.verticalCenter: parent.verticalCenter
+                width: Theme.smallSymbolSize
+                height: Theme.smallSymbolSize
+                visible: preview.content.liveProgress >= 0
                 progress: preview.content.liveProgress
-                color: Theme.accents[preview.content.accent]
+                color: Theme.accent
+                trackColor: Theme.surfaceSelected
             }
-            Label {
+            NumberLabel {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: text.length > 0
                 text: preview.content.liveValue
-                font.pixelSize: Theme.titleSize
-                font.weight: Font.Medium
+                size: Theme.titleSize
             }
         }
     }

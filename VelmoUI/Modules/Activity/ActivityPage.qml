@@ -6,9 +6,9 @@ FocusScope {
     id: view
 
     property ActivityPageModel page: null
-    property color accent: Theme.text
     property bool watched: false
-    readonly property bool isEmpty: page !== null && !page.hasLive && !page.hasRecent
+    readonly property bool hasLive: page !== null && page.hasLive
+    readonly property bool hasRecent: page !== null && page.hasRecent
 
     onWatchedChanged: tell()
     onPageChanged: tell()
@@ -20,9 +20,9 @@ FocusScope {
 
     Column {
         anchors.centerIn: parent
-        visible: view.isEmpty
-        width: Math.min(parent.width, 480)
-        spacing: 2 * Theme.grid
+        visible: view.page !== null && !view.hasLive && !view.hasRecent
+        width: Math.min(parent.width, 640)
+        spacing: Theme.grid
 
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -31,7 +31,8 @@ FocusScope {
             color: Theme.tertiaryText
         }
         Label {
-            anchors.horizontalCenter: parent.horizontalCenter
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
             text: "Nenhuma atividade ainda"
             font.pixelSize: Theme.titleSize
             font.weight: Font.Medium
@@ -46,65 +47,64 @@ FocusScope {
         }
     }
 
-    Row {
-        anchors.fill: parent
-        spacing: 2 * Theme.gap
-        visible: !view.isEmpty
+    Item {
+        id: liveSection
+        visible: view.hasLive
+        width: view.page === null || !view.hasLive ? 0
+             : Math.min(view.page.liveWidth, view.hasRecent ? view.width / 2 : view.width)
+        height: parent.height
 
-        Column {
-            id: liveSection
-            visible: view.page !== null && view.page.hasLive
-            width: visible ? Math.min(liveList.contentWidth, view.width / 2) : 0
-            height: parent.height
-
-            SectionTitle {
-                text: "Em andamento"
-            }
-
-            CardList {
-                id: liveList
-                width: parent.width
-                height: parent.height - Theme.controlHeight
-                model: view.page !== null ? view.page.live : null
-                delegate: LiveCard {
-                    height: ListView.view.height
-                    accent: view.accent
-                    onCancelled: view.page.cancel(id)
-                }
-            }
+        SectionTitle {
+            id: liveTitle
+            text: "Em andamento"
         }
 
-        Column {
-            visible: view.page !== null && view.page.hasRecent
-            width: view.width - (liveSection.visible ? liveSection.width + parent.spacing : 0)
-            height: parent.height
+        CardList {
+            y: Theme.controlHeight
+            width: parent.width
+            height: parent.height - y
+            model: view.page !== null ? view.page.live : null
+            Accessible.role: Accessible.List
+            Accessible.name: liveTitle.text
 
-            Item {
-                width: parent.width
-                height: Theme.controlHeight
-
-                SectionTitle {
-                    id: recentTitle
-                    text: "Recentes"
-                }
-
-                ClearHistoryButton {
-                    anchors.right: parent.right
-                    onConfirmed: view.page.clearHistory()
-                }
+            delegate: LiveCard {
+                width: view.page.liveCardWidth
+                height: ListView.view.height
+                onCancelled: view.page.cancel(id)
             }
+        }
+    }
 
-            CardGrid {
-                width: parent.width
-                height: parent.height - Theme.controlHeight
-                cellWidth: 276
-                rows: 2
-                model: view.page !== null ? view.page.recent : null
-                delegate: HistoryCard {
-                    width: GridView.view.cellWidth - Theme.gap
-                    height: GridView.view.cellHeight - Theme.gap
-                    onRevealed: view.page.reveal(id)
-                }
+    Item {
+        x: view.hasLive ? liveSection.width + 2 * Theme.gap : 0
+        visible: view.hasRecent
+        width: parent.width - x
+        height: parent.height
+
+        SectionTitle {
+            id: recentTitle
+            text: "Recentes"
+        }
+
+        ClearHistoryButton {
+            anchors.right: parent.right
+            onConfirmed: view.page.clearHistory()
+        }
+
+        CardGrid {
+            id: grid
+            y: Theme.controlHeight
+            width: parent.width + Theme.gap
+            height: parent.height - y + Theme.gap
+            cellWidth: 276
+            model: view.page !== null ? view.page.recent : null
+            Accessible.role: Accessible.List
+            Accessible.name: recentTitle.text
+
+            delegate: HistoryCard {
+                width: grid.cellWidth - Theme.gap
+                height: grid.cellHeight - Theme.gap
+                onRevealed: view.page.reveal(id)
             }
         }
     }

@@ -25,6 +25,22 @@ QString timeText(Date date, Date now)
                                         time);
 }
 
+HistoryRow historyRow(const ActivityEvent &event, Date now)
+{
+    const QString time = timeText(event.date, now);
+    const QString detail = event.detail.value_or(QString());
+    const QString summary = detail.isEmpty() ? time : QStringLiteral("%1 · %2").arg(time, detail);
+    return {uuidText(event.id),
+            event.symbol,
+            event.title,
+            detail,
+            time,
+            QString::fromLatin1(boost::describe::enum_to_string(event.style, "")),
+            event.fileURLs.has_value(),
+            summary,
+            QStringLiteral("%1, %2").arg(event.title, summary)};
+}
+
 } // namespace
 
 ActivityPageModel::ActivityPageModel(AppServices &services)
@@ -66,12 +82,8 @@ void ActivityPageModel::updateRecent()
 {
     const Date now = m_services.platform.scheduler.now();
     std::vector<HistoryRow> rows;
-    for (const ActivityEvent &event : m_services.activity.history()) {
-        rows.push_back({uuidText(event.id), event.symbol, event.title,
-                        event.detail.value_or(QString()), timeText(event.date, now),
-                        QString::fromLatin1(boost::describe::enum_to_string(event.style, "")),
-                        event.fileURLs.has_value()});
-    }
+    for (const ActivityEvent &event : m_services.activity.history())
+        rows.push_back(historyRow(event, now));
     m_recent.setRecords(rows);
     Q_EMIT changed();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoUI/Design/PanelMetrics.h"
 #include "VelmoUI/Modules/Activity/LiveRows.h"
 
 #include <QtQml/qqmlregistration.h>
@@ -17,10 +18,13 @@ struct HistoryRow {
     QString time; ///< "14:32" today, "ontem, 14:32", else "12 mar., 14:32"
     QString style;
     bool hasFiles = false;
+    QString summary; ///< time and detail in one line
+    QString spoken;  ///< for screen readers
 
     bool operator==(const HistoryRow &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(HistoryRow, (), (id, symbol, title, detail, time, style, hasFiles))
+BOOST_DESCRIBE_STRUCT(HistoryRow, (),
+                      (id, symbol, title, detail, time, style, hasFiles, summary, spoken))
 
 /// The Activity page of one panel.
 class ActivityPageModel : public QObject {
@@ -29,6 +33,9 @@ class ActivityPageModel : public QObject {
     QML_UNCREATABLE("Made by its module")
     Q_PROPERTY(QAbstractItemModel *live READ live CONSTANT)
     Q_PROPERTY(QAbstractItemModel *recent READ recent CONSTANT)
+    /// Of one live card, and of all side by side, in points.
+    Q_PROPERTY(qreal liveCardWidth READ liveCardWidth CONSTANT)
+    Q_PROPERTY(qreal liveWidth READ liveWidth NOTIFY changed)
     Q_PROPERTY(bool hasLive READ hasLive NOTIFY changed)
     Q_PROPERTY(bool hasRecent READ hasRecent NOTIFY changed)
 
@@ -37,6 +44,8 @@ public:
 
     QAbstractItemModel *live() { return &m_live.model(); }
     QAbstractItemModel *recent() { return &m_recent; }
+    qreal liveCardWidth() const { return 250; }
+    qreal liveWidth() { return PanelMetrics::row(m_live.model().rowCount(), liveCardWidth()); }
     bool hasLive() { return m_live.model().rowCount() > 0; }
     bool hasRecent() const { return m_recent.rowCount() > 0; }
 

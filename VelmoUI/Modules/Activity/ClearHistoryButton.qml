@@ -9,10 +9,9 @@ Row {
 
     signal confirmed
 
-    spacing: 2 * Theme.grid
-
     Label {
         height: Theme.controlHeight
+        rightPadding: 2 * Theme.grid
         visible: clear.asks
         text: "Apagar o histórico de atividade?"
         color: Theme.secondaryText
@@ -22,6 +21,7 @@ Row {
     ActionButton {
         visible: clear.asks
         name: "Apagar"
+        idleColor: "transparent"
         textColor: Theme.error
         onTriggered: {
             clear.asks = false;
@@ -31,6 +31,8 @@ Row {
 
     ActionButton {
         name: clear.asks ? "Manter" : "Limpar"
+        idleColor: "transparent"
+        textColor: clear.asks || hovered || activeFocus ? Theme.text : Theme.secondaryText
         onTriggered: clear.asks = !clear.asks
     }
 }

@@ -2,23 +2,23 @@ import QtQuick
 import Velmo
 
 /// One finished event.
-Rectangle {
+Card {
     id: card
 
+    required property int index
     required property string id
     required property string symbol
     required property string title
-    required property string detail
-    required property string time
+    required property string summary
     required property string style
     required property bool hasFiles
+    required property string spoken
 
     signal revealed
 
-    radius: Theme.cardRadius
-    color: Theme.surface
-    Accessible.role: Accessible.ListItem
-    Accessible.name: title + ", " + time
+    name: spoken
+    onActiveFocusChanged: if (activeFocus)
+        GridView.view.currentIndex = index
 
     Symbol {
         id: glyph
@@ -39,23 +39,33 @@ Rectangle {
             width: parent.width
             text: card.title
             font.weight: Font.Medium
+            Accessible.ignored: true
         }
         Label {
             width: parent.width
-            text: card.detail.length > 0 ? card.time + " · " + card.detail : card.time
+            text: card.summary
             color: Theme.secondaryText
             font.pixelSize: Theme.smallSize
+            Accessible.ignored: true
         }
     }
 
     IconButton {
         id: reveal
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid + 2
+        anchors.rightMargin: Theme.grid
         anchors.verticalCenter: parent.verticalCenter
         visible: card.hasFiles
         name: "Mostrar no Finder"
         symbol: "folder"
         onTriggered: card.revealed()
+
+        Tip {
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.rightMargin: parent.width + Theme.grid
+            shown: reveal.hovered
+            text: reveal.name
+        }
     }
 }

@@ -2,9 +2,10 @@ import QtQuick
 import Velmo
 
 /// One live activity with its progress.
-Rectangle {
+Card {
     id: card
 
+    required property int index
     required property string id
     required property string symbol
     required property string title
@@ -12,22 +13,20 @@ Rectangle {
     required property string value
     required property real progress
     required property bool isCancellable
-    property color accent: Theme.text
+    required property string spoken
 
     signal cancelled
 
-    width: 250
-    radius: Theme.cardRadius
-    color: Theme.surface
-    Accessible.role: Accessible.ListItem
-    Accessible.name: title + " " + value
+    name: spoken
+    onActiveFocusChanged: if (activeFocus)
+        ListView.view.currentIndex = index
 
     Symbol {
         id: glyph
         x: Theme.cardPadding
         y: Theme.cardPadding
         name: card.symbol
-        color: card.accent
+        color: Theme.accent
     }
 
     Column {
@@ -41,6 +40,7 @@ Rectangle {
             width: parent.width
             text: card.title
             font.weight: Font.Medium
+            Accessible.ignored: true
         }
         Label {
             width: parent.width
@@ -51,47 +51,34 @@ Rectangle {
         }
     }
 
-    Label {
+    // The bar's place stays free without one, so that the numbers of all cards stand in line.
+    Item {
+        id: numbers
         x: Theme.cardPadding
-        anchors.bottom: bar.visible ? bar.top : parent.bottom
-        anchors.bottomMargin: bar.visible ? 2 * Theme.grid : Theme.cardPadding
-        text: card.value
-        font.pixelSize: Theme.numberSize
-        font.weight: Font.Medium
+        y: bar.y - height - 2 * Theme.grid
+        width: parent.width - 2 * x
+        height: Theme.controlHeight
+
+        NumberLabel {
+            anchors.verticalCenter: parent.verticalCenter
+            text: card.value
+            size: Theme.numberSize
+        }
+
+        ActionButton {
+            anchors.right: parent.right
+            visible: card.isCancellable
+            name: "Cancelar"
+            onTriggered: card.cancelled()
+        }
     }
 
-    ActionButton {
-        anchors.right: parent.right
-        anchors.rightMargin: Theme.cardPadding
-        anchors.bottom: bar.visible ? bar.top : parent.bottom
-        anchors.bottomMargin: bar.visible ? 2 * Theme.grid : Theme.cardPadding
-        visible: card.isCancellable
-        name: "Cancelar"
-        onTriggered: card.cancelled()
-    }
-
-    Rectangle {
+    ProgressBar {
         id: bar
         x: Theme.cardPadding
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: Theme.cardPadding
+        y: parent.height - height - Theme.cardPadding
         width: parent.width - 2 * x
-        height: 4
-        radius: 2
-        color: Theme.surfaceSelected
         visible: card.progress >= 0
-
-        Rectangle {
-            width: parent.width * Math.max(0, Math.min(1, card.progress))
-            height: parent.height
-            radius: 2
-            color: card.accent
-
-            Behavior on width {
-                NumberAnimation {
-                    duration: 150
-                }
-            }
-        }
+        progress: card.progress
     }
 }

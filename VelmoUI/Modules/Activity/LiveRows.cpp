@@ -7,6 +7,11 @@ namespace velmo {
 
 namespace {
 
+QString twoDigits(qint64 number)
+{
+    return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
+}
+
 /// The time that the row counts: what is left, or what has gone by.
 std::optional<Seconds> countedTime(const LiveActivity &activity, Date now)
 {
@@ -17,6 +22,13 @@ std::optional<Seconds> countedTime(const LiveActivity &activity, Date now)
     return std::nullopt;
 }
 
+/// The time as it is shown: what is left counts until its last moment is over.
+std::optional<Seconds> shownTime(const LiveActivity &activity, Date now)
+{
+    const auto time = countedTime(activity, now);
+    return time && activity.countdown ? Seconds(std::ceil(time->count())) : time;
+}
+
 LiveRow row(const LiveActivity &activity, Date now)
 {
     LiveRow row{activity.id,
@@ -25,13 +37,17 @@ LiveRow row(const LiveActivity &activity, Date now)
                 activity.detail.value_or(QString()),
                 {},
                 activity.progressAt(now).value_or(-1),
-                activity.isCancellable};
-    if (const auto remaining = activity.remainingAt(now))
-        row.value = clockText(Seconds(std::ceil(remaining->count())));
-    else if (const auto elapsed = countedTime(activity, now))
-        row.value = clockText(*elapsed);
-    else if (row.progress >= 0)
+                activity.isCancellable,
+                {},
+                {}};
+    if (const auto time = shownTime(activity, now)) {
+        row.value = clockText(*time);
+        row.shortTime = shortClockText(*time);
+    } else if (row.progress >= 0) {
         row.value = QStringLiteral("%1 %").arg(int(std::floor(row.progress * 100)));
+    }
+    row.spoken =
+        row.value.isEmpty() ? row.title : QStringLiteral("%1, %2").arg(row.title, row.value);
     return row;
 }
 
@@ -83,13 +99,21 @@ void LiveRows::update()
 QString clockText(Seconds duration)
 {
     const auto seconds = static_cast<qint64>(duration.count());
-    const auto twoDigits = [](qint64 number) {
-        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-    };
-    const QString tail = twoDigits(seconds % 60);
     if (seconds < 3600)
-        return QStringLiteral("%1:%2").arg(seconds / 60).arg(tail);
-    return QStringLiteral("%1:%2:%3").arg(seconds / 3600).arg(twoDigits(seconds / 60 % 60), tail);
+        return QStringLiteral("%1:%2").arg(seconds / 60).arg(twoDigits(seconds % 60));
+    return QStringLiteral("%1:%2:%3")
+        .arg(seconds / 3600)
+        .arg(twoDigits(seconds / 60 % 60), twoDigits(seconds % 60));
+}
+
+QString shortClockText(Seconds duration)
+{
+    const auto minutes = static_cast<qint64>(duration.count()) / 60;
+    if (minutes < 60)
+        return clockText(duration);
+    if (minutes < 100 * 60)
+        return QStringLiteral("%1h%2").arg(minutes / 60).arg(twoDigits(minutes % 60));
+    return QStringLiteral("%1h").arg(minutes / 60);
 }
 
 } // namespace velmo

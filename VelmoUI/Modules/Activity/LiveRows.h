@@ -14,10 +14,14 @@ struct LiveRow {
     QString value;        ///< time left or gone, or per cent; empty if it has neither
     double progress = -1; ///< 0 to 1, negative if it isn't known
     bool isCancellable = false;
+    QString shortTime; ///< the time in at most five characters; empty if the row counts none
+    QString spoken;    ///< for screen readers
 
     bool operator==(const LiveRow &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(LiveRow, (), (id, symbol, title, detail, value, progress, isCancellable))
+BOOST_DESCRIBE_STRUCT(LiveRow, (),
+                      (id, symbol, title, detail, value, progress, isCancellable, shortTime,
+                       spoken))
 
 /// The live activities as rows. While somebody looks and a row counts time, the rows are made anew
 /// at each full second; otherwise nothing runs.
@@ -46,5 +50,7 @@ private:
 
 /// Minutes and seconds, from an hour on with hours: "4:05", "1:00:00".
 QString clockText(Seconds duration);
+/// The same in at most five characters: "59:59", "1h05", "120h".
+QString shortClockText(Seconds duration);
 
 } // namespace velmo

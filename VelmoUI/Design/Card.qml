@@ -1,0 +1,41 @@
+import QtQuick
+import Velmo
+
+/// A surface in a list of cards. The list's arrow keys go from card to card, Tab to the controls in
+/// them.
+FocusScope {
+    id: card
+
+    /// What a screen reader says.
+    required property string name
+    default property alias content: body.data
+    readonly property bool hovered: hover.hovered
+    readonly property bool isRinged: activeFocus && Window.activeFocusItem === card
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.focusable: true
+    Accessible.focused: isRinged
+
+    Rectangle {
+        id: body
+        anchors.fill: parent
+        radius: Theme.cardRadius
+        color: card.hovered ? Theme.surfaceHover : Theme.surface
+
+        Behavior on color {
+            ColorAnimation {
+                duration: Theme.hover
+            }
+        }
+    }
+
+    FocusRing {
+        radius: Theme.cardRadius
+        shown: card.isRinged
+    }
+
+    HoverHandler {
+        id: hover
+    }
+}

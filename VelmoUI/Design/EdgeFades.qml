@@ -1,0 +1,46 @@
+import QtQuick
+import Velmo
+
+/// Lets what goes on beyond a list's ends fade into the black instead of being cut.
+Item {
+    id: fades
+
+    required property Flickable flickable
+
+    anchors.fill: parent
+
+    Rectangle {
+        width: Theme.fadeWidth
+        height: parent.height
+        visible: !fades.flickable.atXBeginning
+        gradient: Gradient {
+            orientation: Gradient.Horizontal
+            GradientStop {
+                position: 0
+                color: Theme.shape
+            }
+            GradientStop {
+                position: 1
+                color: Theme.shapeEdge
+            }
+        }
+    }
+
+    Rectangle {
+        anchors.right: parent.right
+        width: Theme.fadeWidth
+        height: parent.height
+        visible: !fades.flickable.atXEnd
+        gradient: Gradient {
+            orientation: Gradient.Horizontal
+            GradientStop {
+                position: 0
+                color: Theme.shapeEdge
+            }
+            GradientStop {
+                position: 1
+                color: Theme.shape
+            }
+        }
+    }
+}

@@ -1,0 +1,27 @@
+import QtQuick
+import Velmo
+
+/// How far something is, as a bar.
+Rectangle {
+    id: bar
+
+    required property real progress ///< 0 to 1
+
+    implicitHeight: Theme.barHeight
+    radius: height / 2
+    color: Theme.surfaceSelected
+
+    Rectangle {
+        width: Math.max(height, parent.width * Math.min(1, bar.progress))
+        height: parent.height
+        radius: parent.radius
+        visible: bar.progress > 0
+        color: Theme.accent
+
+        Behavior on width {
+            NumberAnimation {
+                duration: Theme.glide
+            }
+        }
+    }
+}

@@ -1,0 +1,67 @@
+import QtQuick
+import Velmo
+
+/// The modules of one side. The selected one shows its title where there is room.
+Row {
+    id: tabs
+
+    required property NotchContent content
+    required property var modules
+    /// What the row may take, in points.
+    required property real room
+    readonly property real titleRoom: room - repeater.count * Theme.tabWidth - Theme.gap
+
+    Repeater {
+        id: repeater
+        model: tabs.modules
+
+        delegate: ControlSurface {
+            id: tab
+
+            required property string id
+            required property string title
+            required property string symbol
+            required property bool isSelected
+            required property string shortcut
+            readonly property bool showsTitle: isSelected && label.implicitWidth <= tabs.titleRoom
+
+            name: title
+            idleColor: isSelected ? Theme.surfaceSelected : "transparent"
+            width: Theme.tabWidth + (showsTitle ? label.implicitWidth + Theme.gap : 0)
+            height: tabs.height
+            surfaceHeight: Math.min(Theme.controlHeight, height - Theme.ringWidth)
+            radius: surfaceHeight / 2
+            z: tip.visible ? 1 : 0
+            Accessible.role: Accessible.PageTab
+            Accessible.selected: isSelected
+            onTriggered: tabs.content.selectModule(tab.id)
+
+            Symbol {
+                width: Theme.tabWidth
+                height: parent.height
+                name: tab.symbol
+                color: tab.isSelected || tab.hovered || tab.activeFocus ? Theme.text : Theme.secondaryText
+            }
+
+            Label {
+                id: label
+                x: Theme.tabWidth
+                height: parent.height
+                visible: tab.showsTitle
+                text: tab.title
+                font.pixelSize: Theme.smallSize
+                font.weight: Font.Medium
+                Accessible.ignored: true
+            }
+
+            Tip {
+                id: tip
+                y: parent.height + Theme.grid
+                anchors.horizontalCenter: parent.horizontalCenter
+                shown: tab.hovered && !tab.showsTitle
+                text: tab.title
+                shortcut: tab.shortcut
+            }
+        }
+    }
+}
