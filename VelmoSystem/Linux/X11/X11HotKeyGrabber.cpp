@@ -159,10 +159,18 @@ void X11HotKeyGrabber::keyboardChanged()
         &m_context,
         [this] {
             m_isRereadPending = false;
+            const auto keysyms = std::exchange(m_keysyms, {});
+            auto modifiers = std::exchange(m_modifiers, {});
+            readKeyboard();
+            // Often it's only another keyboard that types: no grab is then let go, not even for
+            // the moment in which the rest of a shortcut may be pressed.
+            if (m_keysyms == keysyms && m_modifiers == modifiers)
+                return;
+            std::swap(m_modifiers, modifiers);
             for (auto &[id, entry] : m_entries)
                 if (const auto key = std::exchange(entry.key, std::nullopt))
                     releaseKey(*key);
-            readKeyboard();
+            std::swap(m_modifiers, modifiers);
             for (auto &[id, entry] : m_entries) {
                 const auto key = keyOf(entry.combo);
                 if (key && std::holds_alternative<Grabbed>(grabKey(*key)))

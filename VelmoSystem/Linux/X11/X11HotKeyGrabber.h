@@ -36,6 +36,8 @@ private:
         std::uint16_t option = XCB_MOD_MASK_1;
         std::uint16_t command = XCB_MOD_MASK_4;
         std::set<std::uint16_t> locks;
+
+        bool operator==(const ModifierMap &) const = default;
     };
 
     void readKeyboard();
