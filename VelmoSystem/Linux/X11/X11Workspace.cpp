@@ -17,6 +17,7 @@ X11Workspace::X11Workspace(X11Connection &connection, const X11Displays &display
       m_supportingManager(connection.atom("_NET_SUPPORTING_WM_CHECK")),
       m_currentDesktop(connection.atom("_NET_CURRENT_DESKTOP")),
       m_activeWindowName(connection.atom("_NET_ACTIVE_WINDOW")),
+      m_clientList(connection.atom("_NET_CLIENT_LIST")),
       m_stackingList(connection.atom("_NET_CLIENT_LIST_STACKING")),
       m_state(connection.atom("_NET_WM_STATE")), m_windowDesktop(connection.atom("_NET_WM_DESKTOP"))
 {
@@ -102,7 +103,7 @@ void X11Workspace::rootPropertyChanged(xcb_atom_t name)
         readDesktop();
     else if (name == m_activeWindowName)
         readActiveWindow();
-    else if (name == m_stackingList)
+    else if (name == m_clientList || name == m_stackingList)
         readClients();
 }
 
@@ -123,6 +124,10 @@ void X11Workspace::readActiveWindow()
 void X11Workspace::readClients()
 {
     auto stack = m_connection.property(m_connection.root(), m_stackingList);
+    // Some window managers (xfwm4) don't tell of the stacking while there is one window.
+    for (const xcb_window_t window : m_connection.property(m_connection.root(), m_clientList))
+        if (std::ranges::find(stack, window) == stack.end())
+            stack.push_back(window);
     if (stack == m_stack)
         return;
     std::erase_if(m_clients, [&](const auto &entry) {

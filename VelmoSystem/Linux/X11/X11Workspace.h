@@ -45,6 +45,7 @@ private:
     const xcb_atom_t m_supportingManager;
     const xcb_atom_t m_currentDesktop;
     const xcb_atom_t m_activeWindowName;
+    const xcb_atom_t m_clientList;
     const xcb_atom_t m_stackingList;
     const xcb_atom_t m_state;
     const xcb_atom_t m_windowDesktop;
