@@ -39,8 +39,11 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
             },
         .performDrop =
             [this](Point point, const std::vector<DroppedItem> &items) {
-                if (items.empty())
+                if (items.empty()) {
+                    m_model.setDropTargeted(false);
+                    leaveDropSurface(dragEndDelay);
                     return false;
+                }
                 performDrop(point, items);
                 return true;
             },
