@@ -178,15 +178,21 @@ void NotchCoordinator::debugDropAnimation(const QString &file, Point point)
 
 bool NotchCoordinator::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress || !watched->isWindowType())
+    const bool isCrossing = event->type() == QEvent::Enter || event->type() == QEvent::Leave;
+    if ((!isCrossing && event->type() != QEvent::KeyPress) || !watched->isWindowType())
         return false;
-    const auto keyWindow = std::ranges::find_if(
+    const auto own = std::ranges::find_if(
         m_controllers, [&](const auto &entry) { return &entry.second->panel().view() == watched; });
-    if (keyWindow == m_controllers.end())
+    if (own == m_controllers.end())
         return false;
+    if (isCrossing) { // programs may set the pointer down without a motion
+        if (!m_isButtonDown)
+            own->second->handleMouseMoved(m_services.platform.pointer.location());
+        return false;
+    }
     const auto *press = static_cast<QKeyEvent *>(event);
     const auto keyCode = KeyNames::keyCode(press->nativeVirtualKey());
-    return keyCode && keyWindow->second->handleKey(panelKey(*keyCode, press->modifiers()));
+    return keyCode && own->second->handleKey(panelKey(*keyCode, press->modifiers()));
 }
 
 NotchWindowController *NotchCoordinator::preferredController()
@@ -268,6 +274,7 @@ void NotchCoordinator::route(const MouseEventMonitor::Event &event)
                        forEach([&](auto &controller) { controller.handleMouseMoved(moved.point); });
                    },
                    [&](const MouseEventMonitor::Down &down) {
+                       m_isButtonDown = true;
                        m_drag.mouseDown();
                        m_dragStartedInPanel = isPanelWindow(down.window);
                        forEach([&](auto &controller) { controller.handleMouseDown(down.window); });
@@ -278,6 +285,7 @@ void NotchCoordinator::route(const MouseEventMonitor::Event &event)
                        forEach([&](auto &controller) { controller.handleDrag(dragged.point); });
                    },
                    [&](const MouseEventMonitor::Up &) {
+                       m_isButtonDown = false;
                        if (m_drag.mouseUp())
                            forEach([](auto &controller) { controller.handleDragEnded(); });
                    },

@@ -66,6 +66,7 @@ private:
     DragSessionWatcher m_drag;
     FullscreenDetector m_fullscreen;
     bool m_isUserHidden = false;
+    bool m_isButtonDown = false;
     bool m_dragStartedInPanel = false;
     SettingsStore::ObserverID m_settingsObserver = 0;
 };

@@ -52,7 +52,6 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
             &NotchWindowController::updateOpaqueZone);
     connect(&m_model.shape(), &ShapeAnimator::targetChanged, this,
             &NotchWindowController::updateMousePassthrough);
-    m_panel.view().installEventFilter(this);
     reposition();
 }
 
@@ -192,13 +191,6 @@ void NotchWindowController::performDrop(Point point, const std::vector<DroppedIt
     m_dragExitTask.cancel();
     m_model.startDroplet(point, items);
     m_model.receiveDrop(items);
-}
-
-bool NotchWindowController::eventFilter(QObject *, QEvent *event)
-{
-    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave)
-        handleMouseMoved(m_services.platform.pointer.location());
-    return false;
 }
 
 void NotchWindowController::presentationChanged(NotchPresentation from, NotchPresentation to,

@@ -45,9 +45,6 @@ public:
     /// Flies a picture of `items` from a point of the window into the notch and shows them.
     void performDrop(Point point, const std::vector<DroppedItem> &items);
 
-    /// Sees the pointer come and go where no motion tells of it: programs may set it down anywhere.
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     void presentationChanged(NotchPresentation from, NotchPresentation to, NotchEvent event);
     void leaveDropSurface(Seconds delay);
