@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Json.h"
 
+#include <QRect>
 #include <QString>
 
 #include <ostream>
@@ -15,6 +16,10 @@ inline void PrintTo(const QString &text, std::ostream *out)
 inline void PrintTo(const QByteArray &data, std::ostream *out)
 {
     *out << '"' << data.toStdString() << '"';
+}
+inline void PrintTo(const QRect &rect, std::ostream *out)
+{
+    *out << rect.width() << 'x' << rect.height() << '+' << rect.x() << '+' << rect.y();
 }
 QT_END_NAMESPACE
 

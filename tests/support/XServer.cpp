@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -39,7 +40,9 @@ void stop(QProcess &process)
 
 } // namespace
 
-XServer::XServer(const QByteArray &screen)
+XServer::XServer(const QByteArray &screen, const QProcessEnvironment &environment)
+    : m_environment(environment.inheritsFromParent() ? QProcessEnvironment::systemEnvironment()
+                                                     : environment)
 {
     m_server.setChildProcessModifier(dieWithParent);
     m_server.setStandardErrorFile(QProcess::nullDevice());
@@ -50,6 +53,7 @@ XServer::XServer(const QByteArray &screen)
     if (!m_server.waitForReadyRead(20'000))
         qFatal("Xvfb doesn't start");
     m_display = ':' + m_server.readAllStandardOutput().trimmed();
+    m_environment.insert(QStringLiteral("DISPLAY"), QString::fromLatin1(m_display));
     m_client = xcb_connect(m_display.constData(), nullptr);
     if (xcb_connection_has_error(m_client))
         qFatal("Can't connect to Xvfb on %s", m_display.constData());
@@ -67,9 +71,7 @@ XServer::~XServer()
 QProcess &XServer::run(const QString &program, const QStringList &arguments)
 {
     auto process = std::make_unique<QProcess>();
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DISPLAY"), QString::fromLatin1(m_display));
-    process->setProcessEnvironment(environment);
+    process->setProcessEnvironment(m_environment);
     process->setChildProcessModifier(dieWithParent);
     process->setStandardErrorFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
@@ -79,14 +81,15 @@ QProcess &XServer::run(const QString &program, const QStringList &arguments)
     return *m_programs.emplace_back(std::move(process));
 }
 
-QProcess &XServer::runWindowManager(const QString &program)
+QProcess &XServer::runWindowManager(const QString &program, const QStringList &arguments)
 {
-    // One that was killed leaves these behind.
-    xcb_delete_property(m_client, root(), atom("_NET_SUPPORTING_WM_CHECK"));
-    xcb_delete_property(m_client, root(), atom("_NET_NUMBER_OF_DESKTOPS"));
-    QProcess &manager = run(program);
+    // What an earlier manager left on the root window says nothing.
+    const xcb_atom_t selection = atom("WM_S0");
+    QProcess &manager = run(program, arguments);
     const bool manages = eventually([&] {
-        return !property(root(), "_NET_SUPPORTING_WM_CHECK").empty() &&
+        const auto owner = owned(xcb_get_selection_owner_reply(
+            m_client, xcb_get_selection_owner(m_client, selection), nullptr));
+        return owner->owner != XCB_NONE && !property(root(), "_NET_SUPPORTING_WM_CHECK").empty() &&
                !property(root(), "_NET_NUMBER_OF_DESKTOPS").empty();
     });
     // It may still be about to look at the windows there are; and openbox leaves what came while it
@@ -94,7 +97,8 @@ QProcess &XServer::runWindowManager(const QString &program)
     const xcb_window_t probe = makeWindow({0, 0, 50, 50});
     const auto isListed = [&] {
         tellManager(root(), "_NET_CURRENT_DESKTOP", {0});
-        return !property(root(), "_NET_CLIENT_LIST").empty();
+        const auto clients = property(root(), "_NET_CLIENT_LIST");
+        return std::ranges::find(clients, probe) != clients.end();
     };
     const bool lists = manages && eventually(isListed);
     xcb_destroy_window(m_client, probe);
@@ -202,6 +206,8 @@ xcb_window_t XServer::makeWindow(const QRect &frame, bool isManaged)
                  0, 0, 0, 0, 0, 0});
     // Flag InputHint: it takes the keyboard when the window manager gives it.
     setProperty(window, "WM_HINTS", XCB_ATOM_WM_HINTS, {1, 1, 0, 0, 0, 0, 0, 0, 0});
+    // Without decorations.
+    setProperty(window, "_MOTIF_WM_HINTS", atom("_MOTIF_WM_HINTS"), {2, 0, 0, 0, 0});
     xcb_map_window(m_client, window);
     xcb_flush(m_client);
     return window;
@@ -220,6 +226,22 @@ int XServer::boundingWidth(xcb_window_t window) const
     return reply ? reply->bounding_shape_extents_width : 0;
 }
 
+std::vector<std::uint32_t> XServer::pixels(const QRect &area) const
+{
+    const auto cookie = xcb_get_image(
+        m_client, XCB_IMAGE_FORMAT_Z_PIXMAP, root(), std::int16_t(area.x()), std::int16_t(area.y()),
+        std::uint16_t(area.width()), std::uint16_t(area.height()), ~0U);
+    const auto image = owned(xcb_get_image_reply(m_client, cookie, nullptr));
+    if (!image)
+        qFatal("The screen can't be read");
+    std::vector<std::uint32_t> pixels(std::size_t(area.width()) * std::size_t(area.height()));
+    std::memcpy(pixels.data(), xcb_get_image_data(image.get()),
+                pixels.size() * sizeof pixels.front());
+    for (std::uint32_t &pixel : pixels)
+        pixel &= 0xffffff;
+    return pixels;
+}
+
 int XServer::takeEvents(std::uint8_t responseType)
 {
     while (const auto event = owned(xcb_poll_for_event(m_client)))
@@ -234,11 +256,11 @@ void XServer::fake(std::uint8_t type, std::uint8_t detail, int x, int y)
     focusedWindow(); // its answer says that the server has acted
 }
 
-bool eventually(const std::function<bool()> &condition)
+bool eventually(const std::function<bool()> &condition, std::chrono::milliseconds patience)
 {
     QTimer tick; // wakes the loop for conditions that no event of ours tells
     tick.start(5);
-    const QDeadlineTimer deadline(5'000);
+    const QDeadlineTimer deadline(patience);
     while (!condition()) {
         if (deadline.hasExpired())
             return false;

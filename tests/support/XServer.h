@@ -2,10 +2,12 @@
 
 #include <QByteArray>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QRect>
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -16,8 +18,11 @@ namespace velmo {
 /// presses its keys as a user would. Ends with the process that it was made in.
 class XServer {
 public:
-    /// Aborts the test where the server doesn't start. `screen` is width x height x depth.
-    explicit XServer(const QByteArray &screen = "1600x900x24");
+    /// Aborts the test where the server doesn't start. `screen` is width x height x depth;
+    /// programs get `environment`, with the display.
+    explicit XServer(const QByteArray &screen = "1600x900x24",
+                     const QProcessEnvironment &environment = {
+                         QProcessEnvironment::InheritFromParent});
     ~XServer();
 
     /// As DISPLAY has it.
@@ -28,7 +33,8 @@ public:
     /// Starts a program on the display. It ends with the server.
     QProcess &run(const QString &program, const QStringList &arguments = {});
     /// Starts a window manager and waits until it manages.
-    QProcess &runWindowManager(const QString &program = QStringLiteral("openbox"));
+    QProcess &runWindowManager(const QString &program = QStringLiteral("openbox"),
+                               const QStringList &arguments = {});
 
     void movePointer(int x, int y);
     void setButton(int button, bool isDown);
@@ -45,11 +51,14 @@ public:
     /// Asks the window manager for something about a window, as pagers do (EWMH).
     void tellManager(xcb_window_t window, const QByteArray &message,
                      const std::vector<std::uint32_t> &values);
-    /// A mapped top-level window of the client, which hears of keys and button presses.
+    /// A mapped top-level window of the client without a frame around it, which hears of keys and
+    /// button presses.
     xcb_window_t makeWindow(const QRect &frame, bool isManaged = true);
     xcb_window_t focusedWindow() const;
     /// The width of the part of a window that shows.
     int boundingWidth(xcb_window_t window) const;
+    /// The screen row by row, each pixel as 0xRRGGBB.
+    std::vector<std::uint32_t> pixels(const QRect &area) const;
     /// The client's events so far of a type.
     int takeEvents(std::uint8_t responseType);
 
@@ -57,6 +66,7 @@ private:
     void fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
 
     QProcess m_server;
+    QProcessEnvironment m_environment;
     QByteArray m_display;
     xcb_connection_t *m_client = nullptr;
     xcb_screen_t *m_screen = nullptr;
@@ -64,7 +74,8 @@ private:
     std::vector<std::unique_ptr<QProcess>> m_programs;
 };
 
-/// Runs the event loop until `condition` holds; false if it doesn't within five seconds.
-bool eventually(const std::function<bool()> &condition);
+/// Runs the event loop until `condition` holds; false if it doesn't within `patience`.
+bool eventually(const std::function<bool()> &condition,
+                std::chrono::milliseconds patience = std::chrono::seconds(5));
 
 } // namespace velmo

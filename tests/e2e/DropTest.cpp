@@ -1,0 +1,93 @@
+#include "tests/e2e/OrvaneTest.h"
+
+namespace velmo {
+
+namespace {
+
+constexpr QPoint source{610, 600}; ///< in the window of the drag source, beside its picture
+constexpr QPoint surface{756, 60}; ///< in the drop surface
+constexpr QPoint outside{700, 700};
+constexpr std::uint32_t blue = 0x0000ff;
+constexpr std::uint32_t yellow = 0xffff00;
+
+} // namespace
+
+class DropTest : public ManagedTest {
+protected:
+    /// Begins to drag what the source has. `file` may be empty.
+    void beginDrag(const QString &file)
+    {
+        screen.run(DRAG_SOURCE, {file});
+        ASSERT_TRUE(eventually([&] { return pixel(source) == blue; }));
+        screen.movePointer(source.x(), source.y());
+        screen.setButton(1, true);
+        pause(50ms); // no hand is faster
+    }
+
+    /// No hand holds a dragged thing still.
+    void drag(const QPoint &point)
+    {
+        screen.movePointer(point.x() + 1, point.y());
+        screen.movePointer(point.x(), point.y());
+    }
+
+    bool dragUntilItShows(const QPoint &point, const QString &wanted)
+    {
+        return eventually([&] {
+            drag(point);
+            return presentation() == wanted;
+        });
+    }
+
+    void dropOnTheSurface()
+    {
+        EXPECT_TRUE(eventually([&] {
+            drag(surface);
+            return pixel(source) == yellow;
+        }));
+        screen.setButton(1, false);
+    }
+};
+
+ORVANE_UNDER_EACH_MANAGER(DropTest);
+
+TEST_P(DropTest, TakesAFileThatIsDraggedOntoTheNotch)
+{
+    home.write("Relatório.txt", "x");
+    launch();
+    beginDrag(home.path("Relatório.txt"));
+    ASSERT_TRUE(dragUntilItShows(notch, "dropTarget"));
+    drag(outside);
+    pause(80ms);
+    drag(surface);
+    EXPECT_TRUE(keeps("dropTarget", 400ms));
+    EXPECT_TRUE(dragUntilItShows(outside, "collapsed"));
+    ASSERT_TRUE(dragUntilItShows(notch, "dropTarget"));
+    dropOnTheSurface();
+    EXPECT_TRUE(shows("dropResult"));
+}
+
+TEST_P(DropTest, ClosesAfterADropWithNothingInIt)
+{
+    launch();
+    beginDrag({});
+    ASSERT_TRUE(dragUntilItShows(notch, "dropTarget"));
+    dropOnTheSurface();
+    EXPECT_TRUE(shows("collapsed"));
+}
+
+TEST_P(DropTest, TakesNoNoticeOfAPressThatDragsNothing)
+{
+    makeGreenWindow();
+    launch();
+    screen.movePointer(source.x(), source.y());
+    screen.setButton(1, true);
+    pause(50ms);
+    for (int y = source.y(); y > notch.y(); y -= 40)
+        screen.movePointer(notch.x(), y);
+    screen.movePointer(notch.x(), notch.y());
+    EXPECT_TRUE(keeps("collapsed", 400ms));
+    screen.setButton(1, false);
+}
+
+} // namespace velmo
