@@ -15,38 +15,16 @@ namespace {
 constexpr auto secrets = "org.freedesktop.secrets";
 constexpr auto loginCollection = "/org/freedesktop/secrets/collection/login";
 
-const QByteArray busConfiguration = R"(<busconfig>
-  <type>session</type>
-  <listen>unix:tmpdir=/tmp</listen>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>)";
-
 } // namespace
 
 KeyringSession::KeyringSession()
-    : m_connectionName(m_home.path()), m_addressBefore(qgetenv("DBUS_SESSION_BUS_ADDRESS"))
 {
-    m_home.write("bus.conf", busConfiguration);
-    m_busProcess.start("dbus-daemon", {"--config-file=" + m_home.path("bus.conf"), "--nofork",
-                                       "--nopidfile", "--print-address"});
-    if (!m_busProcess.waitForReadyRead())
-        throw std::runtime_error("no dbus-daemon");
-    const QByteArray address = m_busProcess.readLine().trimmed();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", address);
-    QDBusConnection::connectToBus(QString::fromUtf8(address), m_connectionName);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toUtf8());
 }
 
 KeyringSession::~KeyringSession()
 {
-    QDBusConnection::disconnectFromBus(m_connectionName);
-    for (QProcess *process : {&m_keyring, &m_busProcess}) {
-        process->kill();
-        process->waitForFinished();
-    }
+    kill();
     qputenv("DBUS_SESSION_BUS_ADDRESS", m_addressBefore);
 }
 
@@ -58,8 +36,7 @@ void KeyringSession::start(const QStringList &options)
     environment.remove("DISPLAY");
     m_keyring.setProcessEnvironment(environment);
 
-    QDBusConnection bus(m_connectionName);
-    QDBusServiceWatcher watcher(secrets, bus, QDBusServiceWatcher::WatchForRegistration);
+    QDBusServiceWatcher watcher(secrets, m_peer, QDBusServiceWatcher::WatchForRegistration);
     QEventLoop loop;
     QObject::connect(&watcher, &QDBusServiceWatcher::serviceRegistered, &loop, &QEventLoop::quit);
     QObject::connect(&m_keyring, &QProcess::finished, &loop, &QEventLoop::quit);
@@ -68,7 +45,7 @@ void KeyringSession::start(const QStringList &options)
     m_keyring.write("senha");
     m_keyring.closeWriteChannel();
     loop.exec();
-    if (!bus.interface()->isServiceRegistered(secrets))
+    if (!m_peer.interface()->isServiceRegistered(secrets))
         throw std::runtime_error("no gnome-keyring: " +
                                  m_keyring.readAllStandardError().toStdString());
 }
@@ -78,7 +55,7 @@ void KeyringSession::lock()
     QDBusMessage message = QDBusMessage::createMethodCall(secrets, "/org/freedesktop/secrets",
                                                           "org.freedesktop.Secret.Service", "Lock");
     message << QVariant::fromValue(QList{QDBusObjectPath(loginCollection)});
-    const QDBusMessage reply = QDBusConnection(m_connectionName).call(message);
+    const QDBusMessage reply = m_peer.call(message);
     if (reply.type() == QDBusMessage::ErrorMessage)
         throw std::runtime_error(reply.errorMessage().toStdString());
 }
@@ -89,7 +66,7 @@ QStringList KeyringSession::labels() const
         QDBusMessage message =
             QDBusMessage::createMethodCall(secrets, path, "org.freedesktop.DBus.Properties", "Get");
         message << "org.freedesktop.Secret." + type << name;
-        const QDBusReply<QDBusVariant> reply = QDBusConnection(m_connectionName).call(message);
+        const QDBusReply<QDBusVariant> reply = m_peer.call(message);
         return reply.value().variant();
     };
     QStringList labels;

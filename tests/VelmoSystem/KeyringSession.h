@@ -1,14 +1,11 @@
 #pragma once
 
-#include "tests/support/TemporaryFolder.h"
-
-#include <QDBusConnection>
-#include <QProcess>
+#include "tests/VelmoSystem/PrivateBus.h"
 
 namespace velmo {
 
 /// A session bus with a real gnome-keyring, both our own, in a home that goes with the test. The
-/// bus starts no service by itself. The process's session bus is this one while it lives.
+/// process's session bus is this one while it lives.
 class KeyringSession {
 public:
     KeyringSession();
@@ -25,10 +22,10 @@ public:
 
 private:
     TemporaryFolder m_home;
-    QProcess m_busProcess;
+    PrivateBus m_bus;
+    QDBusConnection m_peer = m_bus.connect();
     QProcess m_keyring;
-    QString m_connectionName;
-    QByteArray m_addressBefore;
+    QByteArray m_addressBefore = qgetenv("DBUS_SESSION_BUS_ADDRESS");
 };
 
 } // namespace velmo

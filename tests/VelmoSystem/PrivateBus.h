@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
@@ -10,21 +12,29 @@
 
 namespace velmo {
 
-/// A message bus of the test's own.
+/// A message bus of the test's own, which starts no service by itself.
 class PrivateBus {
 public:
     PrivateBus()
     {
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-                       {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                        QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
+        m_folder.write("bus.conf", R"(<busconfig>
+            <type>session</type>
+            <listen>unix:tmpdir=/tmp</listen>
+            <policy context="default">
+                <allow send_destination="*" eavesdrop="true"/>
+                <allow eavesdrop="true"/>
+                <allow own="*"/>
+            </policy>
+            </busconfig>)");
+        m_daemon.start("dbus-daemon", {"--config-file=" + m_folder.path("bus.conf"), "--nofork",
+                                       "--nopidfile", "--print-address"});
         if (!m_daemon.waitForReadyRead())
             throw std::runtime_error("dbus-daemon doesn't start");
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     }
     ~PrivateBus()
     {
-        m_daemon.terminate();
+        m_daemon.kill();
         m_daemon.waitForFinished();
     }
 
@@ -46,6 +56,7 @@ public:
     }
 
 private:
+    TemporaryFolder m_folder;
     QProcess m_daemon;
     QString m_address;
 };
