@@ -9,75 +9,51 @@
 namespace velmo {
 namespace {
 
+constexpr Rect left{0, -1080, 1920, 1080};
+constexpr Rect right{1920, -1440, 2560, 1440};
+
+Workspace::Window fullscreen(const Rect &frame)
+{
+    return {.id = 7, .frame = frame, .isFullscreen = true};
+}
+
 class FullscreenDetectorTest : public testing::Test {
 protected:
-    FullscreenDetectorTest()
-    {
-        detector.onChange = [this] { ++changes; };
-        detector.start();
-    }
-
-    static Workspace::Window fullscreen(const Rect &frame)
-    {
-        return {.id = 7, .frame = frame, .isFullscreen = true};
-    }
-
-    static constexpr Rect left{0, -1080, 1920, 1080};
-    static constexpr Rect right{1920, -1440, 2560, 1440};
+    FullscreenDetectorTest() { detector.start(); }
 
     FakeWorkspace workspace;
     FakeDisplays displays{{{.displayID = 1, .frame = left}, {.displayID = 2, .frame = right}}};
     ManualScheduler scheduler;
     FullscreenDetector detector{workspace, displays, scheduler};
-    int changes = 0;
 };
 
-TEST_F(FullscreenDetectorTest, CountsAChangeWhenASecondLookConfirmsIt)
-{
-    workspace.show({fullscreen(left)});
-    scheduler.advance(0.34s);
-    EXPECT_EQ(changes, 0);
-    scheduler.advance(0.01s);
-    EXPECT_EQ(changes, 1);
-    EXPECT_EQ(detector.fullscreenDisplays(), std::set<DisplayID>{1});
-
-    workspace.show({});
-    scheduler.advance(0.35s);
-    EXPECT_EQ(changes, 2);
-    EXPECT_TRUE(detector.fullscreenDisplays().empty());
-    EXPECT_EQ(scheduler.pendingCount(), 0U);
-}
-
-TEST_F(FullscreenDetectorTest, ForgetsAFlicker)
-{
-    workspace.show({fullscreen(left)});
-    scheduler.advance(0.2s);
-    workspace.show({});
-    scheduler.advance(1s);
-    EXPECT_EQ(changes, 0);
-}
-
-TEST_F(FullscreenDetectorTest, StartsAnewWhenTheSecondLookDiffersFromTheFirst)
-{
-    workspace.show({fullscreen(left)});
-    scheduler.advance(0.3s);
-    workspace.show({fullscreen(right)});
-    scheduler.advance(0.3s);
-    EXPECT_EQ(changes, 0);
-    scheduler.advance(0.05s);
-    EXPECT_EQ(detector.fullscreenDisplays(), std::set<DisplayID>{2});
-    EXPECT_EQ(changes, 1);
-}
-
-TEST_F(FullscreenDetectorTest, ConfirmsInTimeWhileOtherWindowsStir)
+TEST_F(FullscreenDetectorTest, CountsAChangeOnceItHasStoodForAWhile)
 {
     const Workspace::Window other{.id = 8, .frame = {10, -300, 200, 100}};
-    workspace.show({fullscreen(left)});
-    for (int stir = 0; stir < 4; ++stir) {
-        scheduler.advance(0.1s);
-        workspace.show({fullscreen(left), other});
+    const struct {
+        Seconds wait; ///< since the line before
+        std::vector<Workspace::Window> windows;
+        int changes; ///< told so far
+    } course[] = {
+        {0s, {fullscreen(left)}, 0},
+        {0.2s, {}, 0}, // a flicker
+        {1s, {fullscreen(left)}, 0},
+        {0.3s, {fullscreen(right)}, 0},         // starts anew
+        {0.34s, {fullscreen(right), other}, 0}, // stirs, but no screen changes
+        {0.01s, {fullscreen(right), other}, 1},
+        {1s, {}, 1},
+        {0.35s, {}, 2},
+    };
+    int changes = 0;
+    detector.onChange = [&] { ++changes; };
+    for (const auto &[wait, windows, expected] : course) {
+        scheduler.advance(wait);
+        workspace.show(windows);
+        EXPECT_EQ(changes, expected);
+        EXPECT_EQ(detector.fullscreenDisplays(),
+                  changes == 1 ? std::set<DisplayID>{2} : std::set<DisplayID>{});
     }
-    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
 }
 
 TEST_F(FullscreenDetectorTest, AsksForTheStateAndForTheWholeScreen)
@@ -97,15 +73,9 @@ TEST_F(FullscreenDetectorTest, AsksForTheStateAndForTheWholeScreen)
         scheduler.advance(1s);
         EXPECT_EQ(detector.fullscreenDisplays(), covered) << name;
     }
-}
-
-TEST_F(FullscreenDetectorTest, LooksAgainWhenTheScreensChange)
-{
-    workspace.show({fullscreen({0, -1080, 1280, 720})});
+    displays.arrange({{.displayID = 3, .frame = left}});
     scheduler.advance(1s);
-    displays.arrange({{.displayID = 3, .frame = {0, -1080, 1280, 720}}});
-    scheduler.advance(1s);
-    EXPECT_EQ(detector.fullscreenDisplays(), std::set<DisplayID>{3});
+    EXPECT_EQ(detector.fullscreenDisplays(), std::set<DisplayID>{3}) << "the screens changed";
 }
 
 } // namespace

@@ -80,8 +80,7 @@ TEST(KeyItemStore, IsKeptByPrivateFiles)
     const TemporaryFolder folder;
     FileKeyItems items(folder.path("estado/Orvane"));
     checkContract(items);
-    FileKeyItems again(folder.path("estado/Orvane"));
-    EXPECT_TRUE(again.find(item).has_value());
+    EXPECT_TRUE(FileKeyItems(folder.path("estado/Orvane")).find(item).has_value());
     EXPECT_EQ(modeOf(folder.path("estado/Orvane")), 0700U);
     for (const QFileInfo &file : QDir(folder.path("estado/Orvane")).entryInfoList(QDir::Files))
         EXPECT_EQ(modeOf(file.filePath()), 0600U);

@@ -106,19 +106,19 @@ public:
             if ((event->response_type & 0x7f) != XCB_SELECTION_REQUEST)
                 continue;
             const auto &request = reinterpret_cast<const xcb_selection_request_event_t &>(*event);
-            const auto known = answers.find(request.target);
-            if (known != answers.end())
-                xcb_change_property(m_client, XCB_PROP_MODE_REPLACE, request.requestor,
-                                    request.property, XCB_ATOM_ATOM, 32,
-                                    std::uint32_t(known->second.size()), known->second.data());
             xcb_selection_notify_event_t notify{};
             notify.response_type = XCB_SELECTION_NOTIFY;
             notify.time = request.time;
             notify.requestor = request.requestor;
             notify.selection = request.selection;
-            notify.target =
-                known != answers.end() ? request.target : xcb_atom_t(XCB_ATOM_NONE); // as Qt does
-            notify.property = known != answers.end() ? request.property : xcb_atom_t(XCB_ATOM_NONE);
+            // A refusal doesn't name the type, as Qt's.
+            if (const auto known = answers.find(request.target); known != answers.end()) {
+                notify.target = request.target;
+                notify.property = request.property;
+                xcb_change_property(m_client, XCB_PROP_MODE_REPLACE, request.requestor,
+                                    request.property, XCB_ATOM_ATOM, 32,
+                                    std::uint32_t(known->second.size()), known->second.data());
+            }
             xcb_send_event(m_client, false, request.requestor, 0,
                            reinterpret_cast<const char *>(&notify));
             xcb_flush(m_client);
@@ -221,21 +221,19 @@ TEST_F(X11HotKeyTest, HearsItsKeysWhateverLocksAreOn)
 {
     ASSERT_TRUE(grabs<HotKeyGrabber::Grabbed>(1, controlAltN));
     ASSERT_TRUE(grabs<HotKeyGrabber::Grabbed>(2, {keyN, KeyCombo::command | KeyCombo::shift}));
+    server->typeKey(XK_Num_Lock);
+    server->typeKey(XK_Caps_Lock);
     server->typeKey(XK_n, {XK_Control_L, XK_Alt_L});
     EXPECT_TRUE(isPressed({1}));
     server->typeKey(XK_Num_Lock);
     server->typeKey(XK_Caps_Lock);
-    server->typeKey(XK_n, {XK_Control_L, XK_Alt_L});
-    EXPECT_TRUE(isPressed({1, 1}));
-    server->typeKey(XK_Num_Lock);
-    server->typeKey(XK_Caps_Lock);
     server->typeKey(XK_n, {XK_Alt_L}); // not grabbed
     server->typeKey(XK_n, {XK_Super_L, XK_Shift_L});
-    EXPECT_TRUE(isPressed({1, 1, 2}));
+    EXPECT_TRUE(isPressed({1, 2}));
     grabber.release(1);
     server->typeKey(XK_n, {XK_Control_L, XK_Alt_L});
     server->typeKey(XK_n, {XK_Super_L, XK_Shift_L});
-    EXPECT_TRUE(isPressed({1, 1, 2, 2}));
+    EXPECT_TRUE(isPressed({1, 2, 2}));
 }
 
 TEST_F(X11HotKeyTest, TellsAHeldKeyOnce)
