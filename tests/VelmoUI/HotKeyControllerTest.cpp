@@ -37,17 +37,6 @@ protected:
     int errorChanges = 0;
 };
 
-TEST_F(HotKeyControllerTest, RunsTheHandlerOfEachShortcut)
-{
-    controller.apply();
-    grabber.press(settings.settings().searchHotKey);
-    grabber.press(settings.settings().toggleHotKey);
-    EXPECT_THAT(ran, ElementsAre(HotKeyAction::search, HotKeyAction::toggle));
-    EXPECT_EQ(controller.displayString(HotKeyAction::toggle), u"⌃⌥N");
-    EXPECT_THAT(controller.errors(), IsEmpty());
-    EXPECT_EQ(errorChanges, 0);
-}
-
 TEST_F(HotKeyControllerTest, GivesADoubleShortcutToTheEarlierAction)
 {
     const KeyCombo combo = settings.settings().newNoteHotKey;
