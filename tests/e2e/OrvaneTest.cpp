@@ -127,7 +127,7 @@ QJsonObject OrvaneTest::status() const
 QJsonObject OrvaneTest::display(const QString &name) const
 {
     const QJsonArray displays = status()[QStringLiteral("displays")].toArray();
-    for (const QJsonValue &display : displays)
+    for (const auto &display : displays)
         if (name.isEmpty() || display[QStringLiteral("name")].toString() == name)
             return display.toObject();
     return {};

@@ -14,9 +14,10 @@ QRect blackPart(const XServer &screen)
     const QRect area(0, 0, 1512, 491);
     const auto pixels = screen.pixels(area);
     QRect black;
+    auto pixel = pixels.begin();
     for (int y = 0; y < area.height(); ++y)
         for (int x = 0; x < area.width(); ++x)
-            if (pixels[std::size_t(y * area.width() + x)] == 0)
+            if (*pixel++ == 0)
                 black |= QRect(x, y, 1, 1);
     return black;
 }
