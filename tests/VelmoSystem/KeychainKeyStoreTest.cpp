@@ -59,9 +59,7 @@ void checkContract(KeyItemStore &items)
     EXPECT_TRUE(items.add(item, secret));
     EXPECT_EQ(items.find(item), secret);
     EXPECT_FALSE(items.add(item, "outro segredo"));
-    KeyItemStore::Item renamed = item;
-    renamed.label = "Rótulo novo";
-    items.rename(renamed);
+    items.rename({item.service, item.account, "Rótulo novo", item.description});
     EXPECT_EQ(items.find(item), secret);
     EXPECT_EQ(items.find(other), std::nullopt);
     EXPECT_TRUE(items.add(other, "x"));

@@ -129,18 +129,6 @@ TEST_P(X11KeyboardTest, GoesToThePanelAndBackToTheWindowThatHadIt)
     EXPECT_TRUE(eventually([&] { return !panel->isKey() && !secondPanel->isKey(); }));
 }
 
-TEST_P(X11KeyboardTest, IsLeftToAWindowThatTheUserClicks)
-{
-    const xcb_window_t other = makeFocusedWindow({100, 300, 300, 200});
-    KeyWindow window;
-    const auto panel = show(window, {600, -100, 400, 100});
-    panel->makeKey();
-    ASSERT_TRUE(eventually([&] { return panel->isKey(); }));
-    server->click(250, 420);
-    EXPECT_TRUE(eventually([&] { return server->focusedWindow() == other; }));
-    EXPECT_TRUE(eventually([&] { return !panel->isKey(); }));
-}
-
 TEST_P(X11KeyboardTest, FallsToTheActiveWindowWhenTheOneThatHadItHasGone)
 {
     const xcb_window_t first = makeFocusedWindow({100, 300, 300, 200});
