@@ -12,6 +12,7 @@ FocusScope {
     readonly property bool hovered: hover.hovered
     readonly property bool isRinged: activeFocus && Window.activeFocusItem === card
 
+    Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Accessible.role: Accessible.ListItem
     Accessible.name: name
     Accessible.focusable: true

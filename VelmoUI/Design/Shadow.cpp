@@ -104,10 +104,11 @@ QSGNode *Shadow::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
     if (!node)
         node = new Node(*window(), render(scale), scale);
 
-    // Whole pixels, so that the pieces meet.
+    // Whole pixels, so that the pieces meet. None is ever empty: Qt's software renderer doesn't
+    // clear what a picture leaves that shrinks to nothing.
     const auto snapped = [scale](qreal length) { return std::round(length * scale) / scale; };
     const auto cuts = [&](qreal from, qreal to) {
-        const qreal inner = std::min(corner(), (to - from) / 2);
+        const qreal inner = std::min(corner(), (to - from) / 2 - 1);
         return Cuts{snapped(from - reach()), snapped(from + inner), snapped(to - inner),
                     snapped(to + reach())};
     };

@@ -137,8 +137,7 @@ QSGNode *NotchShape::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
     QColor part = m_color;
     part.setAlphaF(float(m_color.alphaF() * (box.bottom() - whole)));
     fill(*node->middle, inPoints(QRectF(innerLeft, 0, innerRight - innerLeft, whole)), m_color);
-    fill(*node->lip, inPoints(QRectF(innerLeft, whole, innerRight - innerLeft, bottom - whole)),
-         part);
+    fill(*node->lip, inPoints(QRectF(innerLeft, whole, innerRight - innerLeft, 1)), part);
     return node;
 }
 
