@@ -8,6 +8,7 @@ namespace velmo {
 void Renderer::choose()
 {
     QQuickWindow::setDefaultAlphaBuffer(true);
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     if (qEnvironmentVariableIsSet("QT_QUICK_BACKEND") ||
         qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
         return;
