@@ -66,6 +66,11 @@ TEST_F(LiveRowsTest, CountsUpAcrossMinutesAndHours)
     EXPECT_EQ(value(), u"59:59");
     scheduler.advance(0.51s);
     EXPECT_EQ(value(), u"1:00:00");
+    EXPECT_EQ(rows.model().records().at(0).shortTime, u"1h00");
+    upsert({.startedAt = scheduler.now() - 36'059s});
+    EXPECT_EQ(rows.model().records().at(0).shortTime, u"10h00");
+    upsert({.startedAt = scheduler.now() - 360'000s});
+    EXPECT_EQ(rows.model().records().at(0).shortTime, u"100h");
     upsert({.startedAt = scheduler.now() + 5s});
     EXPECT_EQ(value(), u"0:00") << "a clock that was set back";
 }

@@ -3,6 +3,9 @@
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
 
+#include <QQuickItem>
+#include <QRegularExpression>
+
 #include <gtest/gtest.h>
 
 namespace velmo {
@@ -34,6 +37,18 @@ protected:
         for (const QPoint around :
              {QPoint(left - 40, height / 2), {left + 1, height - 1}, {left + 40, height + 50}})
             EXPECT_GT(picture.pixelColor(around).lightness(), 80) << state;
+        const QRect notch(picture.width() / 2 - 80, 0, 160, 24);
+        QImage hidden(notch.size(), picture.format());
+        hidden.fill(Qt::black);
+        EXPECT_EQ(picture.copy(notch), hidden) << state << " draws behind the notch";
+    }
+
+    /// The name of the control that has the keyboard after that key.
+    QString nameAfter(Qt::Key key)
+    {
+        QKeyEvent event(QEvent::KeyPress, key, {});
+        QCoreApplication::sendEvent(&view(), &event);
+        return view().activeFocusItem()->property("name").toString();
     }
 };
 
@@ -86,6 +101,42 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     coordinator.toggleFromHotKey();
     change([](AppSettings &next) { next.accent = AccentChoice::blue; });
     check("closed");
+}
+
+TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
+{
+    services.modules.add(std::make_unique<ActivityModule>());
+    bool isCancelled = false;
+    services.activity.upsert({.id = QStringLiteral("job"),
+                              .title = QStringLiteral("Job"),
+                              .progress = 0.5,
+                              .isCancellable = true},
+                             [&] { isCancelled = true; });
+    services.activity.post(ActivityEvent::make(
+        desktop.scheduler.now(), {}, QStringLiteral("Pronto"), FeedbackStyle::success,
+        QStringLiteral("test"), {}, {QUrl(QStringLiteral("file:///a"))}));
+    start();
+    showView();
+    view().requestActivate();
+    coordinator.open(QStringLiteral("activity"));
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(view().activeFocusItem());
+    EXPECT_EQ(view().activeFocusItem()->property("name").toString(), QString())
+        << "no control is set off by a key that was meant for another window";
+
+    QStringList names;
+    while (names.size() < 20 && !names.contains(QStringLiteral("Fechar")))
+        names.append(nameAfter(Qt::Key_Tab));
+    names.replaceInStrings(QRegularExpression(QStringLiteral("Pronto, .*")),
+                           QStringLiteral("Pronto"));
+    EXPECT_EQ(names, QStringList({QStringLiteral("Job, 50 %"), QStringLiteral("Cancelar"),
+                                  QStringLiteral("Limpar"), QStringLiteral("Pronto"),
+                                  QStringLiteral("Mostrar no Finder"), QStringLiteral("UM"),
+                                  QStringLiteral("DOIS"), QStringLiteral("TRÊS"),
+                                  QStringLiteral("Atividade"), QStringLiteral("Fechar")}));
+    EXPECT_EQ(nameAfter(Qt::Key_Tab), u"Cancelar");
+    nameAfter(Qt::Key_Space);
+    EXPECT_TRUE(isCancelled);
 }
 
 } // namespace
