@@ -46,7 +46,7 @@ constexpr std::array glyphs = {
     Glyph{u"tray.full", u"inbox"},
     Glyph{u"video", u"videocam"},
     Glyph{u"wand.and.stars", u"auto_fix_high"},
-    Glyph{u"waveform.path.ecg", u"monitor_heart"},
+    Glyph{u"waveform.path.ecg", u"timeline"},
     Glyph{u"xmark", u"close"},
     Glyph{u"xmark.circle.fill", u"cancel"},
 };

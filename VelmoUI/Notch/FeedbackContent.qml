@@ -6,7 +6,7 @@ Item {
     id: feedback
 
     required property NotchContent content
-    readonly property real room: width - 4 * Theme.gap - symbol.width - row.spacing
+    readonly property real room: width - 8 * Theme.grid - symbol.width - row.spacing
 
     Accessible.role: Accessible.AlertMessage
     Accessible.name: content.feedbackSpoken

@@ -21,6 +21,7 @@ Item {
 
     ModuleTabs {
         anchors.right: close.left
+        tipsToTheLeft: true
         height: parent.height
         room: bar.side - close.width - 2 * Theme.gap
         content: bar.content

@@ -9,6 +9,8 @@ Row {
     required property var modules
     /// What the row may take, in points.
     required property real room
+    /// At which end of a tab its tip begins, so that it stays in the panel.
+    property bool tipsToTheLeft: false
     readonly property real titleRoom: room - repeater.count * Theme.tabWidth - Theme.gap
 
     Repeater {
@@ -57,7 +59,7 @@ Row {
             Tip {
                 id: tip
                 y: parent.height + Theme.grid
-                anchors.horizontalCenter: parent.horizontalCenter
+                x: tabs.tipsToTheLeft ? tab.width - width : 0
                 shown: tab.hovered && !tab.showsTitle
                 text: tab.title
                 shortcut: tab.shortcut
