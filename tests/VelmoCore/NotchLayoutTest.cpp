@@ -22,67 +22,52 @@ Context onScreen(double width, Size notch, bool hasHardwareNotch = true)
                         .screenFrame = {0, 0, width, 1000}}};
 }
 
-Context with(Context context, auto change)
-{
-    change(context);
-    return context;
-}
-
-struct ShapeCase {
-    const char *name;
-    NotchPresentation presentation;
-    Context context;
-    NotchShapeSpec shape;
-};
-
-void expectShapes(std::initializer_list<ShapeCase> cases)
-{
-    for (const auto &[name, presentation, context, shape] : cases)
-        EXPECT_EQ(NotchLayout::shape(presentation, context), shape) << name;
-}
-
 TEST(NotchLayout, ShapesEachPresentation)
 {
+    using enum PanelSize;
     const Context wide = onScreen(1728, {200, 32});
+    const Context small = onScreen(1728, {112, 32});
     const Context broad = onScreen(1728, {400, 32});
-    const Context compact = with(wide, [](auto &c) { c.panelSize = PanelSize::compact; });
-    const Context large = with(wide, [](auto &c) { c.panelSize = PanelSize::large; });
-    const auto strip = [](auto &c) { c.hasContextStrip = true; };
-    expectShapes({
-        {"compact", expanded, compact, {{1040, 188}, 12, 28}},
-        {"regular", expanded, wide, {{1160, 204}, 12, 28}},
-        {"large", expanded, large, {{1280, 224}, 12, 28}},
-        {"narrow module", expanded, wide.withExpandedContentWidth(300), {{680, 204}, 12, 28}},
-        {"module", expanded, wide.withExpandedContentWidth(700.5), {{701, 204}, 12, 28}},
-        {"wide module", expanded, wide.withExpandedContentWidth(3000), {{1160, 204}, 12, 28}},
-        {"preview", preview, wide, {{430, 86}, 10, 22}},
-        {"preview, small notch", preview, onScreen(1728, {112, 32}), {{420, 86}, 10, 22}},
-        {"strip", preview, with(wide, strip), {{980, 86}, 10, 22}},
-        {"strip, small notch",
-         preview,
-         with(onScreen(1728, {112, 32}), strip),
-         {{960, 86}, 10, 22}},
-        {"drop target", dropTarget, large.withExpandedContentWidth(700), {{1280, 224}, 12, 28}},
-        {"result, compact", dropResult, compact, {{1000, 210}, 12, 30}},
-        {"result, regular", dropResult, wide, {{1120, 210}, 12, 30}},
-        {"result, large", dropResult, large, {{1240, 210}, 12, 30}},
-        {"module over a broad notch",
-         expanded,
-         broad.withExpandedContentWidth(0),
-         {{880, 204}, 12, 28}},
-    });
+    const struct {
+        NotchPresentation presentation;
+        Context context;
+        PanelSize size;
+        bool hasStrip;
+        NotchShapeSpec shape;
+    } cases[] = {
+        {expanded, wide, compact, false, {{1040, 188}, 12, 28}},
+        {expanded, wide, regular, false, {{1160, 204}, 12, 28}},
+        {expanded, onScreen(800, {200, 32}), regular, false, {{748, 204}, 12, 28}},
+        {expanded, onScreen(180, {190.5, 32}), regular, false, {{191, 204}, 12, 28}},
+        {expanded, wide, large, false, {{1280, 224}, 12, 28}},
+        {preview, wide, regular, false, {{430, 86}, 10, 22}},
+        {preview, small, regular, false, {{420, 86}, 10, 22}},
+        {preview, wide, regular, true, {{980, 86}, 10, 22}},
+        {preview, small, regular, true, {{960, 86}, 10, 22}},
+        {dropResult, wide, large, false, {{1240, 210}, 12, 30}},
+        // What a module asks for, between the notch with its bars and the panel's full width.
+        {expanded, wide.withExpandedContentWidth(300), compact, false, {{680, 188}, 12, 28}},
+        {expanded, wide.withExpandedContentWidth(700.5), compact, false, {{701, 188}, 12, 28}},
+        {expanded, wide.withExpandedContentWidth(3000), compact, false, {{1040, 188}, 12, 28}},
+        {expanded, broad.withExpandedContentWidth(0), compact, false, {{880, 188}, 12, 28}},
+        {dropTarget, wide.withExpandedContentWidth(700), compact, false, {{1040, 188}, 12, 28}},
+    };
+    for (auto [presentation, context, size, hasStrip, shape] : cases) {
+        context.panelSize = size;
+        context.hasContextStrip = hasStrip;
+        EXPECT_EQ(NotchLayout::shape(presentation, context), shape)
+            << testing::PrintToString(presentation) << testing::PrintToString(context);
+    }
 }
 
 TEST(NotchLayout, ShowsTheMostUrgentThingOfACollapsedPanel)
 {
     Context context = onScreen(1728, {200, 32});
-    const Size broad{460, 32};
-    const auto expectBoth = [&](const char *name, NotchShapeSpec shape, double broadWidth) {
-        Context wider = context;
-        wider.metrics.notchSize = broad;
-        NotchShapeSpec widerShape = shape;
-        widerShape.coreSize.width = broadWidth;
-        expectShapes({{name, collapsed, context, shape}, {name, collapsed, wider, widerShape}});
+    const auto expectBoth = [&](const char *shown, const NotchShapeSpec &shape, double broadWidth) {
+        EXPECT_EQ(NotchLayout::shape(collapsed, context), shape) << shown;
+        Context broad = context;
+        broad.metrics.notchSize.width = 460;
+        EXPECT_EQ(NotchLayout::shape(collapsed, broad).coreSize.width, broadWidth) << shown;
     };
     expectBoth("plain", {{200, 32}, 6, 10}, 460);
     context.hasLiveActivity = true;
@@ -99,25 +84,6 @@ TEST(NotchLayout, ShowsTheMostUrgentThingOfACollapsedPanel)
     expectBoth("HUD", {{500, 84}, 8, 20}, 740);
     context.hasLargeHUD = true;
     expectBoth("large HUD", {{420, 198}, 10, 30}, 540);
-
-    Context slim = onScreen(1728, {220, 32});
-    slim.hasHUD = true;
-    EXPECT_EQ(NotchLayout::shape(collapsed, slim).coreSize.width, 500);
-    slim.metrics.notchSize.width = 221;
-    EXPECT_EQ(NotchLayout::shape(collapsed, slim).coreSize.width, 501);
-}
-
-TEST(NotchLayout, StaysOnANarrowScreen)
-{
-    Context context = onScreen(800, {190.5, 24}, false);
-    context.hasContextStrip = true;
-    for (const PanelSize size : {PanelSize::compact, PanelSize::regular, PanelSize::large}) {
-        context.panelSize = size;
-        for (const NotchPresentation presentation : {preview, expanded, dropTarget, dropResult})
-            EXPECT_EQ(NotchLayout::shape(presentation, context).coreSize.width, 748);
-    }
-    EXPECT_EQ(NotchLayout::shape(expanded, onScreen(180, {190.5, 24})).coreSize.width, 191)
-        << "never narrower than the notch";
 }
 
 TEST(NotchLayout, GrowsTowardTheSideThatHasContent)
@@ -140,67 +106,47 @@ TEST(NotchLayout, GrowsTowardTheSideThatHasContent)
 
 TEST(NotchLayout, HidesOnlyAnIdlePanelWithoutACutout)
 {
-    const Context hidden = with(onScreen(1920, {190, 30}, false),
-                                [](auto &c) { c.nonNotchStyle = NonNotchStyle::hidden; });
-    expectShapes({
-        {"idle", collapsed, hidden, {{190, 30}, 6, 12, false}},
-        {"thin bar", collapsed, onScreen(1920, {190, 20}, false), {{190, 20}, 6, 10}},
-        {"cut-out",
-         collapsed,
-         with(hidden, [](auto &c) { c.metrics.hasHardwareNotch = true; }),
-         {{190, 30}, 6, 10}},
-        {"activity",
-         collapsed,
-         with(hidden, [](auto &c) { c.hasLiveActivity = true; }),
-         {{270, 30}, 6, 12}},
-        {"sides",
-         collapsed,
-         with(hidden,
-              [](auto &c) {
-                  c.collapsedSides = CollapsedSides{0, 9};
-              }),
-         {{199, 30}, 6, 12, true, 5}},
-        {"feedback",
-         collapsed,
-         with(hidden, [](auto &c) { c.hasFeedback = true; }),
-         {{300, 64}, 8, 18}},
-    });
-    EXPECT_EQ(NotchLayout::hoverZone(collapsed, hidden), (Rect{865, 994, 190, 6}));
-    EXPECT_TRUE(NotchLayout::shape(preview, hidden).isVisible);
+    Context context = onScreen(1920, {190, 30}, false);
+    EXPECT_EQ(NotchLayout::shape(collapsed, context), (NotchShapeSpec{{190, 30}, 6, 12, true}));
+    context.metrics.notchSize.height = 20;
+    EXPECT_EQ(NotchLayout::shape(collapsed, context), (NotchShapeSpec{{190, 20}, 6, 10, true}));
+
+    context.nonNotchStyle = NonNotchStyle::hidden;
+    EXPECT_FALSE(NotchLayout::shape(collapsed, context).isVisible);
+    EXPECT_EQ(NotchLayout::hoverZone(collapsed, context), (Rect{865, 994, 190, 6}));
+    EXPECT_TRUE(NotchLayout::shape(preview, context).isVisible);
+    for (bool Context::*shown : {&Context::hasLiveActivity, &Context::hasFeedback}) {
+        Context busy = context;
+        busy.*shown = true;
+        EXPECT_TRUE(NotchLayout::shape(collapsed, busy).isVisible);
+    }
+    context.metrics.hasHardwareNotch = true;
+    EXPECT_TRUE(NotchLayout::shape(collapsed, context).isVisible);
 }
 
 TEST(NotchLayout, SurroundsTheShapeWithItsZones)
 {
     const Context notched = onScreen(1728, {200, 32});
     const Context pill = onScreen(1728, {200, 32}, false);
-    const Rect flat{758, 968, 212, 32};
+    const Rect flat{758, 968, 212, 32}, peek{639, 914, 450, 86}, open{272, 796, 1184, 204};
     using namespace NotchLayout;
     EXPECT_EQ(hoverZone(collapsed, notched), flat.outset(4, 4, 6, 0));
     EXPECT_EQ(hoverZone(collapsed, pill), flat.outset(10, 10, 6, 0));
-    EXPECT_EQ(hoverTriggerZone(collapsed, notched), flat.outset(4, 4, 6, 0));
-    EXPECT_EQ(dropZone(collapsed, pill), flat.outset(80, 80, 70, 0));
-
-    const Rect peek{639, 914, 450, 86};
     EXPECT_EQ(hoverZone(preview, notched), peek.outset(6));
     EXPECT_EQ(hoverTriggerZone(preview, notched), peek.outset(6));
+    EXPECT_EQ(dropZone(collapsed, pill), flat.outset(80, 80, 70, 0));
     EXPECT_EQ(dropZone(preview, notched), peek.outset(80, 80, 70, 0));
-
-    const Rect open{272, 796, 1184, 204};
-    EXPECT_EQ(hoverZone(expanded, notched), open.outset(6));
-    EXPECT_EQ(dropZone(expanded, notched), open.outset(20));
     EXPECT_EQ(dropZone(dropTarget, notched), open.outset(20));
 }
 
 TEST(NotchLayout, OpensOnlyOverTheNotchWhereButtonsAreBesideIt)
 {
     Context context = onScreen(1728, {200, 32});
-    context.collapsedSides = CollapsedSides{0, 120};
     using namespace NotchLayout;
+    EXPECT_EQ(hoverTriggerZone(collapsed, context), hoverZone(collapsed, context));
+    context.collapsedSides = CollapsedSides{0, 120};
     EXPECT_EQ(hoverZone(collapsed, context), (Rect{754, 962, 340, 38}));
     EXPECT_EQ(hoverTriggerZone(collapsed, context), (Rect{760, 962, 208, 38}));
-    context.hasHUD = true;
-    EXPECT_EQ(hoverTriggerZone(collapsed, context), (Rect{760, 910, 208, 90}));
-    context.hasHUD = false;
     context.hasMailBanner = true;
     EXPECT_EQ(hoverTriggerZone(collapsed, context), (Rect{760, 962, 208, 38}));
     EXPECT_EQ(hoverTriggerZone(preview, context), hoverZone(preview, context));
@@ -211,7 +157,6 @@ TEST(NotchLayout, OpensOnlyOverTheNotchWhereButtonsAreBesideIt)
 TEST(NotchLayout, PlacesTheCanvasUnderTheTopEdge)
 {
     Context context = onScreen(1728, {200, 32});
-    EXPECT_EQ(NotchLayout::canvasSize(context), (Size{1728, 274}));
     context.panelSize = PanelSize::large;
     context.metrics.screenFrame = {-1728, 200, 1728, 1000};
     context.metrics.centerX = -900;
