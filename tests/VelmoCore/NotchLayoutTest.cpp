@@ -88,19 +88,16 @@ TEST(NotchLayout, ShowsTheMostUrgentThingOfACollapsedPanel)
 
 TEST(NotchLayout, GrowsTowardTheSideThatHasContent)
 {
-    struct Case {
-        CollapsedSides sides;
-        double width, offset;
-    };
     // On a screen 1000 wide a notch of 200 leaves (948 - 200) / 2 = 374 on either side.
-    for (const auto &[sides, width, offset] :
-         {Case{{0, 90}, 290, 45}, Case{{90, 0}, 290, -45}, Case{{75, 50}, 325, -13},
-          Case{{500, 100}, 674, -137}, Case{{500, 900}, 948, 0}}) {
-        Context context = onScreen(1000, {200, 32});
+    const std::pair<CollapsedSides, NotchShapeSpec> cases[] = {
+        {{0, 90}, {{290, 32}, 6, 10, true, 45}},   {{90, 0}, {{290, 32}, 6, 10, true, -45}},
+        {{75, 50}, {{325, 32}, 6, 10, true, -13}}, {{500, 100}, {{674, 32}, 6, 10, true, -137}},
+        {{500, 900}, {{948, 32}, 6, 10, true, 0}},
+    };
+    Context context = onScreen(1000, {200, 32});
+    for (const auto &[sides, shape] : cases) {
         context.collapsedSides = sides;
-        const NotchShapeSpec shape = NotchLayout::shape(collapsed, context);
-        EXPECT_EQ(shape.coreSize.width, width) << testing::PrintToString(sides);
-        EXPECT_EQ(shape.horizontalOffset, offset) << testing::PrintToString(sides);
+        EXPECT_EQ(NotchLayout::shape(collapsed, context), shape) << testing::PrintToString(sides);
     }
 }
 
@@ -115,13 +112,11 @@ TEST(NotchLayout, HidesOnlyAnIdlePanelWithoutACutout)
     EXPECT_FALSE(NotchLayout::shape(collapsed, context).isVisible);
     EXPECT_EQ(NotchLayout::hoverZone(collapsed, context), (Rect{865, 994, 190, 6}));
     EXPECT_TRUE(NotchLayout::shape(preview, context).isVisible);
-    for (bool Context::*shown : {&Context::hasLiveActivity, &Context::hasFeedback}) {
-        Context busy = context;
-        busy.*shown = true;
-        EXPECT_TRUE(NotchLayout::shape(collapsed, busy).isVisible);
-    }
+    Context busy = context;
+    busy.hasLiveActivity = true;
     context.metrics.hasHardwareNotch = true;
-    EXPECT_TRUE(NotchLayout::shape(collapsed, context).isVisible);
+    for (const Context &visible : {busy, context})
+        EXPECT_TRUE(NotchLayout::shape(collapsed, visible).isVisible);
 }
 
 TEST(NotchLayout, SurroundsTheShapeWithItsZones)
