@@ -191,7 +191,7 @@ TEST(AppPaths, FollowsTheBaseDirectories)
     EXPECT_EQ(QFile::symLinkTarget(folder.path("data/Velmo")), folder.path("data/Orvane"));
     EXPECT_EQ(AppPaths::standard("Orvane", "Velmo"), paths);
 
-    qputenv("XDG_RUNTIME_DIR", "/proc/absent");
+    qputenv("XDG_RUNTIME_DIR", folder.path("data/Orvane/notes.json").toUtf8());
     EXPECT_EQ(AppPaths::standard("Orvane").temporary, QString("/tmp/Orvane-%1").arg(::geteuid()));
 }
 

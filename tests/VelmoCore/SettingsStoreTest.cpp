@@ -135,9 +135,10 @@ TEST_F(SettingsStoreTest, LetsObserversRemoveThemselvesAndOthers)
         told += name;
     });
     second = store.observe([&](auto &, auto &) { ADD_FAILURE(); });
+    store.observe([&](auto &, auto &) { told += '!'; });
     store.update(setMinutes(6));
     store.update(setMinutes(7));
-    EXPECT_EQ(told, "a name that lives on the heap");
+    EXPECT_EQ(told, "a name that lives on the heap!!");
 }
 
 TEST_F(SettingsStoreTest, NeverBringsTheWelcomeBackByResetOrImport)
