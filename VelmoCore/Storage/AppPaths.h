@@ -11,7 +11,7 @@ struct AppPaths {
     QString temporary;
 
     /// `$XDG_DATA_HOME`, `$XDG_CACHE_HOME` and `$XDG_RUNTIME_DIR`, each with `appName` appended
-    /// (XDG Base Directory Specification). Without a runtime directory, the temporary one is
+    /// (freedesktop base directories). Without a runtime directory, the temporary one is
     /// /tmp/{appName}-{uid}. Data and caches of `legacyName` are moved over first, if there are
     /// any. A runtime directory that isn't this user's counts as none.
     static AppPaths standard(const QString &appName, const QString &legacyName = {});

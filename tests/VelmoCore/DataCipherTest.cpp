@@ -28,7 +28,7 @@ TEST(DataCipher, TakesKeysOfThirtyTwoBytesOnly)
 
 TEST(DataCipher, OpensWhatAnotherImplementationSealed)
 {
-    // Test case 14 of the GCM specification: a zero key, nonce and block.
+    // Test case 14 of the GCM paper (McGrew and Viega): a zero key, nonce and block.
     const QByteArray sealed = "VLMO1" + QByteArray(12, '\0') +
                               QByteArray::fromHex("cea7403d4d606b6e074ec5d3baf39d18"
                                                   "d0d1c8a799996bf0265b98b5d48ab919");

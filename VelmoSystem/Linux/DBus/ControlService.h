@@ -15,7 +15,7 @@ namespace ControlBus {
 inline constexpr QLatin1StringView service("app.orvane.Orvane");
 inline constexpr QLatin1StringView path("/app/orvane/Orvane");
 inline constexpr QLatin1StringView interface("app.orvane.Orvane.Control");
-/// Of `org.freedesktop.Application` (Desktop Entry Specification, "D-Bus Activation").
+/// Of `org.freedesktop.Application` (freedesktop desktop entries, "D-Bus Activation").
 inline constexpr QLatin1StringView applicationInterface("org.freedesktop.Application");
 inline constexpr int timeout = 5000; ///< milliseconds a caller waits for an answer
 } // namespace ControlBus

@@ -13,7 +13,7 @@ namespace velmo {
 /// and a run that can't reach that one is refused: it must not make a second key in the other.
 class KeyItemStores : public KeyItemStore {
 public:
-    /// `$XDG_STATE_HOME/Orvane` (XDG Base Directory Specification).
+    /// `$XDG_STATE_HOME/Orvane` (freedesktop base directories).
     static QString standardFolder();
 
     /// `folder` holds the choice, and the private files if it falls on them.
