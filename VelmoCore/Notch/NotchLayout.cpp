@@ -201,6 +201,33 @@ Rect NotchLayout::shapeFrame(const NotchShapeSpec &spec, const NotchLayoutContex
             metrics.topY - spec.height(), spec.totalWidth(), spec.height()};
 }
 
+std::vector<Rect> NotchLayout::outline(const NotchShapeSpec &spec,
+                                       const NotchLayoutContext &context)
+{
+    const Rect frame = shapeFrame(spec, context);
+    const double ear = std::min(spec.topRadius, frame.height);
+    const double corner =
+        std::min({spec.bottomRadius, spec.coreSize.width / 2, frame.height - ear});
+    // How far a quarter of a circle has come in, `depth` points from where it starts.
+    const auto inset = [](double radius, double depth) {
+        const double rest = radius - std::clamp(depth, 0.0, radius);
+        return radius - std::sqrt(radius * radius - rest * rest);
+    };
+    std::vector<Rect> rows;
+    const auto add = [&](double top, double bottom, double fromSides) {
+        if (bottom > top)
+            rows.push_back({frame.minX() + fromSides, frame.maxY() - bottom,
+                            frame.width - 2 * fromSides, bottom - top});
+    };
+    for (double y = 0; y < ear; ++y)
+        add(y, std::min(y + 1, ear), spec.topRadius - inset(ear, y + 0.5));
+    add(ear, frame.height - corner, spec.topRadius);
+    for (double y = frame.height - corner; y < frame.height; ++y)
+        add(y, std::min(y + 1, frame.height),
+            spec.topRadius + inset(corner, frame.height - y - 0.5));
+    return rows;
+}
+
 Rect NotchLayout::hoverZone(NotchPresentation presentation, const NotchLayoutContext &context)
 {
     const NotchMetrics &metrics = context.metrics;

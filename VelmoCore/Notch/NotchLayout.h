@@ -6,6 +6,7 @@
 #include <boost/describe.hpp>
 
 #include <optional>
+#include <vector>
 
 namespace velmo {
 
@@ -96,6 +97,9 @@ double minimumExpandedWidth(double notchWidth);
 Size canvasSize(const NotchLayoutContext &context);
 Rect canvasFrame(const NotchLayoutContext &context);
 Rect shapeFrame(const NotchShapeSpec &spec, const NotchLayoutContext &context);
+/// The shape as rectangles that don't overlap, from top to bottom: a row a point where an edge is
+/// round, one rectangle between.
+std::vector<Rect> outline(const NotchShapeSpec &spec, const NotchLayoutContext &context);
 
 /// Where the panel takes the pointer.
 Rect hoverZone(NotchPresentation presentation, const NotchLayoutContext &context);

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 class QWindow;
 
@@ -28,9 +29,9 @@ public:
     /// The part of the desktop where the window takes the pointer; elsewhere it passes through.
     /// Nothing: it passes through everywhere.
     virtual void setInteractiveZone(const std::optional<Rect> &zone) = 0;
-    /// Where nothing blends windows, the window is cut to this rectangle instead of being
-    /// transparent around it. Without effect on a desktop with a compositor.
-    virtual void setOpaqueZone(const Rect &zone) = 0;
+    /// Where nothing blends windows, the window is cut to these rectangles instead of being
+    /// transparent around them. Without effect on a desktop with a compositor.
+    virtual void setOutline(const std::vector<Rect> &rows) = 0;
 
     /// Takes the keyboard, and remembers who had it.
     virtual void makeKey() = 0;

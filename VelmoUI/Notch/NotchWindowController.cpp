@@ -49,7 +49,7 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
             },
     });
     connect(&m_model.shape(), &ShapeAnimator::frameChanged, this,
-            &NotchWindowController::updateOpaqueZone);
+            &NotchWindowController::updateOutline);
     connect(&m_model.shape(), &ShapeAnimator::targetChanged, this,
             &NotchWindowController::updateMousePassthrough);
     reposition();
@@ -84,7 +84,7 @@ void NotchWindowController::reposition()
     if (m_panel.window().frame() != frame)
         m_panel.window().setFrame(frame);
     updateMousePassthrough();
-    updateOpaqueZone();
+    updateOutline();
 }
 
 void NotchWindowController::reassertOrder(bool repair)
@@ -223,10 +223,10 @@ void NotchWindowController::updateMousePassthrough()
                                             : NotchLayout::hoverZone(presentation, context));
 }
 
-void NotchWindowController::updateOpaqueZone()
+void NotchWindowController::updateOutline()
 {
-    m_panel.window().setOpaqueZone(
-        NotchLayout::shapeFrame(m_model.shape().current(), m_model.layoutContext()));
+    m_panel.window().setOutline(
+        NotchLayout::outline(m_model.shape().current(), m_model.layoutContext()));
 }
 
 DropZone NotchWindowController::dropZoneAt(Point point) const

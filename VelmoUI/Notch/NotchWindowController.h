@@ -49,7 +49,7 @@ private:
     void presentationChanged(NotchPresentation from, NotchPresentation to, NotchEvent event);
     void leaveDropSurface(Seconds delay);
     void updateMousePassthrough();
-    void updateOpaqueZone();
+    void updateOutline();
     DropZone dropZoneAt(Point point) const;
 
     AppServices &m_services;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <numbers>
 #include <random>
 
 namespace velmo {
@@ -205,4 +206,28 @@ TEST(NotchLayout, HoldsEveryShapeInOneCanvasWhateverShows)
 }
 
 } // namespace
+TEST(NotchLayout, OutlinesTheShapeInRowsWithoutGaps)
+{
+    NotchLayoutContext context;
+    context.metrics = NotchGeometry::metrics({.frame = {0, -982, 1512, 982}});
+    const NotchShapeSpec spec{{1160, 196.4}, 12, 28};
+    const auto rows = NotchLayout::outline(spec, context);
+    const Rect frame = NotchLayout::shapeFrame(spec, context);
+
+    double top = frame.maxY();
+    double area = 0;
+    for (const Rect &row : rows) {
+        EXPECT_NEAR(row.maxY(), top, 1e-9);
+        EXPECT_NEAR(row.midX(), frame.midX(), 1e-9);
+        top = row.minY();
+        area += row.width * row.height;
+    }
+    EXPECT_NEAR(top, frame.minY(), 1e-9);
+    // Each of two ears adds what a quarter of a circle leaves of a square; each corner takes it.
+    const double leftOver = 1 - std::numbers::pi / 4;
+    EXPECT_NEAR(area, 1160 * 196.4 + 2 * leftOver * (12 * 12 - 28 * 28), 2);
+    EXPECT_GT(rows.front().width, rows[1].width);
+    EXPECT_LT(rows.back().width, 1160 - 28);
+}
+
 } // namespace velmo

@@ -30,7 +30,7 @@ public:
         interactiveZone = zone;
         ++zoneCount;
     }
-    void setOpaqueZone(const Rect &zone) override { opaqueZone = zone; }
+    void setOutline(const std::vector<Rect> &rows) override { outline = rows; }
     void makeKey() override { m_isKey = true; }
     void resignKey() override { m_isKey = false; }
     bool isKey() const override { return m_isKey; }
@@ -40,7 +40,7 @@ public:
     int orderFrontCount = 0;
     int zoneCount = 0;
     std::optional<Rect> interactiveZone;
-    std::optional<Rect> opaqueZone;
+    std::vector<Rect> outline;
 
 private:
     WindowID m_id;

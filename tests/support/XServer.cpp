@@ -219,13 +219,6 @@ xcb_window_t XServer::focusedWindow() const
         ->focus;
 }
 
-int XServer::boundingWidth(xcb_window_t window) const
-{
-    const auto reply = owned(xcb_shape_query_extents_reply(
-        m_client, xcb_shape_query_extents(m_client, window), nullptr));
-    return reply ? reply->bounding_shape_extents_width : 0;
-}
-
 std::vector<std::uint32_t> XServer::pixels(const QRect &area) const
 {
     const auto cookie = xcb_get_image(

@@ -55,8 +55,6 @@ public:
     /// button presses.
     xcb_window_t makeWindow(const QRect &frame, bool isManaged = true);
     xcb_window_t focusedWindow() const;
-    /// The width of the part of a window that shows.
-    int boundingWidth(xcb_window_t window) const;
     /// The screen row by row, each pixel as 0xRRGGBB.
     std::vector<std::uint32_t> pixels(const QRect &area) const;
     /// The client's events so far of a type.

@@ -122,11 +122,11 @@ void X11PanelWindow::setInteractiveZone(const std::optional<Rect> &zone)
     applyZones();
 }
 
-void X11PanelWindow::setOpaqueZone(const Rect &zone)
+void X11PanelWindow::setOutline(const std::vector<Rect> &rows)
 {
-    if (m_opaqueZone == zone)
+    if (m_outline == rows)
         return;
-    m_opaqueZone = zone;
+    m_outline = rows;
     if (!m_factory.m_hasCompositor) // else this runs for each frame of an animation in vain
         applyZones();
 }
@@ -199,10 +199,13 @@ void X11PanelWindow::applyZones() const
     const auto clicks = m_interactiveZone ? native(*m_interactiveZone) : xcb_rectangle_t{};
     xcb_shape_rectangles(server, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
                          id(), 0, 0, m_interactiveZone ? 1 : 0, &clicks);
-    if (m_opaqueZone && !m_factory.m_hasCompositor) {
-        const auto visible = native(*m_opaqueZone);
+    if (!m_outline.empty() && !m_factory.m_hasCompositor) {
+        std::vector<xcb_rectangle_t> visible;
+        for (const Rect &row : m_outline)
+            visible.push_back(native(row));
         xcb_shape_rectangles(server, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                             XCB_CLIP_ORDERING_UNSORTED, id(), 0, 0, 1, &visible);
+                             XCB_CLIP_ORDERING_UNSORTED, id(), 0, 0, std::uint32_t(visible.size()),
+                             visible.data());
     } else {
         xcb_shape_mask(server, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id(), 0, 0,
                        XCB_PIXMAP_NONE);

@@ -51,7 +51,7 @@ public:
     bool isOnActiveSpace() const override;
 
     void setInteractiveZone(const std::optional<Rect> &zone) override;
-    void setOpaqueZone(const Rect &zone) override;
+    void setOutline(const std::vector<Rect> &rows) override;
 
     void makeKey() override;
     void resignKey() override;
@@ -75,7 +75,7 @@ private:
     X11PanelWindowFactory &m_factory;
     QWindow &m_window;
     std::optional<Rect> m_interactiveZone;
-    std::optional<Rect> m_opaqueZone;
+    std::vector<Rect> m_outline;
 };
 
 } // namespace velmo
