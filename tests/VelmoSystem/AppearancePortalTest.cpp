@@ -1,6 +1,6 @@
 #include "VelmoSystem/Linux/DBus/AppearancePortal.h"
 
-#include "tests/VelmoSystem/PrivateBus.h"
+#include "tests/support/PrivateBus.h"
 
 #include <QDBusMetaType>
 #include <QDBusVirtualObject>

@@ -2,8 +2,8 @@
 
 #include "VelmoSystem/Linux/DBus/ControlClient.h"
 
-#include "tests/VelmoSystem/PrivateBus.h"
 #include "tests/support/Printers.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QDBusError>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/VelmoSystem/PrivateBus.h"
+#include "tests/support/PrivateBus.h"
 
 namespace velmo {
 

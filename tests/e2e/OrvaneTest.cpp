@@ -4,7 +4,6 @@
 #include <QDBusMessage>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QUuid>
 
 #include <X11/keysym.h>
 #include <csignal>
@@ -14,18 +13,6 @@ namespace velmo {
 
 namespace {
 
-/// A bus that starts no service by itself.
-constexpr char busConfiguration[] = R"(<busconfig>
-  <type>session</type>
-  <listen>unix:tmpdir=/tmp</listen>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-)";
-
 /// Longer than any wait for something that does happen.
 constexpr int longestRun = 20'000;
 
@@ -33,9 +20,7 @@ constexpr int longestRun = 20'000;
 
 OrvaneTest::OrvaneTest()
     : environment(makeEnvironment()), screen("1512x982x24", environment),
-      m_connection(QDBusConnection::connectToBus(
-          environment.value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")),
-          QUuid::createUuid().toString()))
+      m_connection(bus.connect())
 {
     environment.insert(QStringLiteral("DISPLAY"), QString::fromLatin1(screen.display()));
     prepare(orvane);
@@ -52,9 +37,7 @@ void OrvaneTest::TearDown()
     }
     if (HasFailure() && m_hasStarted)
         std::fputs(qPrintable(QStringLiteral("Orvane wrote:\n") + log()), stderr);
-    QDBusConnection::disconnectFromBus(m_connection->name());
-    bus.terminate();
-    bus.waitForFinished();
+    QDBusConnection::disconnectFromBus(m_connection.name());
 }
 
 void OrvaneTest::writeSettings(QJsonObject settings) const
@@ -118,7 +101,7 @@ QJsonObject OrvaneTest::status() const
         QStringLiteral("app.orvane.Orvane"), QStringLiteral("/app/orvane/Orvane"),
         QStringLiteral("app.orvane.Orvane.Control"), QStringLiteral("Status"));
     call.setAutoStartService(false);
-    const QDBusMessage answer = m_connection->call(call);
+    const QDBusMessage answer = m_connection.call(call);
     if (answer.type() != QDBusMessage::ReplyMessage)
         return {};
     return QJsonDocument::fromJson(answer.arguments().value(0).toString().toUtf8()).object();
@@ -207,20 +190,11 @@ void OrvaneTest::pause(std::chrono::milliseconds duration)
 
 QProcessEnvironment OrvaneTest::makeEnvironment()
 {
-    home.write(QStringLiteral("bus.conf"), busConfiguration);
-    prepare(bus);
-    bus.start(QStringLiteral("dbus-daemon"),
-              {QStringLiteral("--config-file=") + home.path(QStringLiteral("bus.conf")),
-               QStringLiteral("--nofork"), QStringLiteral("--print-address=1")});
-    if (!bus.waitForReadyRead())
-        qFatal("dbus-daemon doesn't start");
-
     auto values = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"WAYLAND_DISPLAY", "XAUTHORITY", "SESSION_MANAGER", "QT_QPA_PLATFORM",
                              "QT_SCALE_FACTOR", "ORVANE_SCREEN_CUTOUT"})
         values.remove(QString::fromLatin1(name));
-    values.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
-                  QString::fromUtf8(bus.readLine()).trimmed());
+    values.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
     const std::pair<const char *, const char *> folders[] = {{"HOME", "home"},
                                                              {"XDG_CONFIG_HOME", "config"},
                                                              {"XDG_DATA_HOME", "data"},

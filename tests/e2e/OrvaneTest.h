@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/Printers.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/XServer.h"
 
@@ -9,8 +10,6 @@
 #include <QPoint>
 
 #include <gtest/gtest.h>
-
-#include <optional>
 
 namespace velmo {
 
@@ -69,7 +68,7 @@ protected:
     static void pause(std::chrono::milliseconds duration);
 
     TemporaryFolder home;
-    QProcess bus;
+    PrivateBus bus;
     QProcessEnvironment environment; ///< Orvane's
     XServer screen;
     QProcess orvane;
@@ -78,7 +77,7 @@ private:
     QProcessEnvironment makeEnvironment();
     void prepare(QProcess &process) const;
 
-    std::optional<QDBusConnection> m_connection;
+    QDBusConnection m_connection;
     QString m_log;
     bool m_hasStarted = false;
 };
