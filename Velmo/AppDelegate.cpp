@@ -6,6 +6,8 @@
 #include "VelmoSystem/Linux/Keys/KeyItemStores.h"
 #include "VelmoUI/App/ServiceWiring.h"
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/Home/HomeModule.h"
+#include "VelmoUI/Modules/System/SystemModule.h"
 
 #include <QGuiApplication>
 #include <QSessionManager>
@@ -49,6 +51,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     const AppPaths paths = preparePaths();
     m_services.emplace(paths, dataProtection(arguments), m_platform.ports());
     registerModules();
+    m_settingsWindow.emplace(*m_services);
     m_coordinator.emplace(*m_services);
     fillCallbacks();
     m_services->hotKeys.handlers[HotKeyAction::toggle] = [this] {
@@ -57,6 +60,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     ServiceWiring::start(*m_services);
     m_coordinator->start();
     m_services->hotKeys.apply();
+    m_statusItem.emplace(*m_services, *m_coordinator);
     m_control.serve(controlCommands());
     startPanelProbe(arguments);
     if (!m_services->settings.settings().hasCompletedOnboarding)
@@ -80,14 +84,17 @@ AppPaths AppDelegate::preparePaths() const
 
 void AppDelegate::registerModules()
 {
+    m_services->modules.add(std::make_unique<HomeModule>());
+    m_services->modules.add(std::make_unique<SystemModule>());
     m_services->modules.add(std::make_unique<ActivityModule>());
 }
 
 void AppDelegate::fillCallbacks()
 {
     AppServices &services = *m_services;
-    // There is no settings window yet; the panel stands in for it.
-    services.openSettings = [this](std::optional<SettingsPane>) { m_coordinator->open(); };
+    services.openSettings = [this](std::optional<SettingsPane> pane) {
+        m_settingsWindow->show(pane);
+    };
     services.showNotch = [this] { m_coordinator->open(); };
     services.openModule = [this](const QString &moduleID) { m_coordinator->open(moduleID); };
     services.isPanelOpen = [this] { return m_coordinator->isAnyPanelOpen(); };

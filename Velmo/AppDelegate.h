@@ -5,7 +5,9 @@
 #include "VelmoSystem/Linux/ProcessSignals.h"
 #include "VelmoSystem/Ports/ControlEndpoint.h"
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/App/StatusItemController.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
+#include "VelmoUI/Settings/SettingsWindowController.h"
 
 #include <QObject>
 #include <QStringList>
@@ -39,7 +41,9 @@ private:
     ProcessSignals m_signals;
     LinuxPlatform m_platform;
     std::optional<AppServices> m_services;
+    std::optional<SettingsWindowController> m_settingsWindow;
     std::optional<NotchCoordinator> m_coordinator;
+    std::optional<StatusItemController> m_statusItem;
     std::vector<ScheduledTask> m_delayedSteps;
 };
 

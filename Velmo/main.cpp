@@ -9,7 +9,7 @@
 #include "VelmoSystem/Linux/X11/X11Session.h"
 #include "VelmoUI/App/Renderer.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <cstdio>
 
@@ -35,16 +35,16 @@ int runClient(int &argc, char **argv, const CommandLine::Client &request)
 int runOrvane(int &argc, char **argv, const CommandLine::Run &request)
 {
     Renderer::choose();
-    QGuiApplication application(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    QGuiApplication::setDesktopFileName(QStringLiteral("app.orvane.Orvane"));
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setDesktopFileName(QStringLiteral("app.orvane.Orvane"));
     const auto files = ControlClient::files(request.files);
     ControlService control(QDBusConnection::sessionBus(), files);
     if (control.claim() == ControlEndpoint::Registration::second)
         return 0;
     AppDelegate delegate(control);
     delegate.launch(request.arguments, files);
-    return QGuiApplication::exec();
+    return QApplication::exec();
 }
 
 int run(int &argc, char **argv, const CommandLine::Run &request)

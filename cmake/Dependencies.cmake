@@ -3,9 +3,11 @@ find_package(Boost 1.81 REQUIRED COMPONENTS json)
 find_package(OpenSSL 3 REQUIRED)
 
 if(NOT ORVANE_BUILD_FUZZERS)
-    find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Qml Quick DBus)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Qml Quick DBus Widgets)
     find_package(PkgConfig REQUIRED)
     pkg_check_modules(Libsecret REQUIRED IMPORTED_TARGET libsecret-1)
+    pkg_check_modules(Gio REQUIRED IMPORTED_TARGET gio-unix-2.0)
+    pkg_check_modules(Canberra REQUIRED IMPORTED_TARGET libcanberra)
     pkg_check_modules(
         Xcb REQUIRED IMPORTED_TARGET
         xcb xcb-xinput xcb-xfixes xcb-shape xcb-xkb)

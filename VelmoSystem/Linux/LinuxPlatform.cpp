@@ -7,15 +7,22 @@ LinuxPlatform::LinuxPlatform(Scheduler &scheduler)
       m_pointer(m_connection, m_displays, scheduler), m_dragPasteboard(m_connection),
       m_hotKeyGrabber(m_connection), m_workspace(m_connection, m_displays),
       m_panelWindows(m_connection), m_fileViewer(QDBusConnection::sessionBus()),
-      m_appearance(QDBusConnection::sessionBus()), m_sleep(QDBusConnection::systemBus())
+      m_appearance(QDBusConnection::sessionBus()), m_sleep(QDBusConnection::systemBus()),
+      m_powerDevices(QDBusConnection::systemBus()), m_power(m_powerDevices),
+      m_accessories(m_powerDevices), m_network(QDBusConnection::systemBus()),
+      m_bluetooth(QDBusConnection::systemBus()),
+      m_permissions(QDBusConnection::sessionBus(), m_bluetooth),
+      m_notifications(QDBusConnection::sessionBus()), m_loginItem(XdgAutostart::standardFolder())
 {
     QObject::connect(&m_sleep, &SleepMonitor::didWake, &m_workspace, &X11Workspace::wake);
 }
 
 Platform LinuxPlatform::ports()
 {
-    return {m_scheduler, m_displays,     m_pointer,    m_dragPasteboard, m_hotKeyGrabber,
-            m_workspace, m_panelWindows, m_fileViewer, m_appearance};
+    return {m_scheduler,   m_displays,      m_pointer,    m_dragPasteboard, m_hotKeyGrabber,
+            m_workspace,   m_panelWindows,  m_fileViewer, m_appearance,     m_power,
+            m_accessories, m_network,       m_bluetooth,  m_load,           m_applications,
+            m_permissions, m_notifications, m_sounds,     m_loginItem};
 }
 
 } // namespace velmo

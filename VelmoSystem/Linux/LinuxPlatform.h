@@ -1,8 +1,17 @@
 #pragma once
 
 #include "VelmoSystem/Linux/DBus/AppearancePortal.h"
+#include "VelmoSystem/Linux/DBus/DBusNotifications.h"
 #include "VelmoSystem/Linux/DBus/FileManagerViewer.h"
 #include "VelmoSystem/Linux/DBus/SleepMonitor.h"
+#include "VelmoSystem/Linux/Desktop/CanberraPlayer.h"
+#include "VelmoSystem/Linux/Desktop/DesktopApplications.h"
+#include "VelmoSystem/Linux/Desktop/DesktopPermissions.h"
+#include "VelmoSystem/Linux/Desktop/XdgAutostart.h"
+#include "VelmoSystem/Linux/Device/BlueZAdapter.h"
+#include "VelmoSystem/Linux/Device/NetworkManagerMonitor.h"
+#include "VelmoSystem/Linux/Device/ProcMachineLoad.h"
+#include "VelmoSystem/Linux/Device/UPowerDevices.h"
 #include "VelmoSystem/Linux/X11/X11Connection.h"
 #include "VelmoSystem/Linux/X11/X11Displays.h"
 #include "VelmoSystem/Linux/X11/X11DragPasteboard.h"
@@ -34,6 +43,17 @@ private:
     FileManagerViewer m_fileViewer;
     AppearancePortal m_appearance;
     SleepMonitor m_sleep;
+    UPowerDevices m_powerDevices;
+    UPowerBattery m_power;
+    UPowerAccessories m_accessories;
+    NetworkManagerMonitor m_network;
+    BlueZAdapter m_bluetooth;
+    ProcMachineLoad m_load;
+    DesktopApplications m_applications;
+    DesktopPermissions m_permissions;
+    DBusNotifications m_notifications;
+    CanberraPlayer m_sounds;
+    XdgAutostart m_loginItem;
 };
 
 } // namespace velmo

@@ -2,14 +2,24 @@
 
 namespace velmo {
 
+class Accessories;
+class Applications;
+class BluetoothAdapter;
+class DesktopAppearance;
 class Displays;
 class DragPasteboard;
 class FileViewer;
 class HotKeyGrabber;
-class MotionPreference;
+class LoginItem;
+class MachineLoad;
+class NetworkMonitor;
+class NotificationServer;
 class PanelWindowFactory;
+class PermissionSource;
 class Pointer;
+class PowerInfo;
 class Scheduler;
+class SoundPlayer;
 class Workspace;
 
 /// Everything Orvane needs of the desktop it runs on. The objects outlive whoever is given this.
@@ -22,7 +32,17 @@ struct Platform {
     Workspace &workspace;
     PanelWindowFactory &panelWindows;
     FileViewer &fileViewer;
-    MotionPreference &motionPreference;
+    DesktopAppearance &appearance;
+    PowerInfo &power;
+    Accessories &accessories;
+    NetworkMonitor &network;
+    BluetoothAdapter &bluetooth;
+    MachineLoad &load;
+    Applications &applications;
+    PermissionSource &permissions;
+    NotificationServer &notifications;
+    SoundPlayer &sounds;
+    LoginItem &loginItem;
 };
 
 } // namespace velmo

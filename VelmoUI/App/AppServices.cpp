@@ -9,7 +9,9 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
       activity(desktop.scheduler,
                ActivityCenter::Store(appPaths.activityHistoryFile(), protection.cipher()),
                settings.settings().activityRetentionDays),
-      hotKeyCenter(desktop.hotKeyGrabber), hotKeys(settings, hotKeyCenter)
+      permissions(desktop.permissions), notifier(desktop.notifications, desktop.scheduler),
+      launchAtLogin(desktop.loginItem), hotKeyCenter(desktop.hotKeyGrabber),
+      hotKeys(settings, hotKeyCenter), connectivity(desktop.network, desktop.bluetooth)
 {
     settings.observe([this](const AppSettings &before, const AppSettings &after) {
         if (before.activityRetentionDays == after.activityRetentionDays)

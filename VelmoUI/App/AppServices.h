@@ -3,7 +3,11 @@
 #include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Storage/AppPaths.h"
+#include "VelmoSystem/Device/ConnectivityService.h"
+#include "VelmoSystem/Device/LaunchAtLoginService.h"
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
+#include "VelmoSystem/Notifications/SystemNotifier.h"
+#include "VelmoSystem/Permissions/PermissionsCenter.h"
 #include "VelmoSystem/Ports/Platform.h"
 #include "VelmoUI/App/DataProtectionStatus.h"
 #include "VelmoUI/HotKeys/HotKeyController.h"
@@ -45,9 +49,13 @@ public:
     const DataProtectionStatus dataProtection;
     SettingsStore settings;
     ActivityCenter activity;
+    PermissionsCenter permissions;
+    SystemNotifier notifier;
+    LaunchAtLoginService launchAtLogin;
     ModuleRegistry modules;
     GlobalHotKeyCenter hotKeyCenter;
     HotKeyController hotKeys;
+    ConnectivityService connectivity;
 
     /// Views and services call upward through these only. Until the panels exist they do nothing.
     std::function<void(std::optional<SettingsPane>)> openSettings = [](auto) {};

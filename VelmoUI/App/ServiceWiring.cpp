@@ -14,6 +14,13 @@ void start(AppServices &services)
             QStringLiteral("Não foi possível abrir"), FeedbackStyle::error, QStringLiteral("files"),
             description));
     };
+    services.notifier.onActivated = [&services](const QString &moduleID) {
+        if (moduleID.isEmpty())
+            services.showNotch();
+        else
+            services.openModule(moduleID);
+    };
+    services.connectivity.start();
 }
 
 } // namespace velmo::ServiceWiring

@@ -1,24 +1,29 @@
 #pragma once
 
+#include "VelmoCore/Permissions/PermissionKind.h"
+
 #include <QObject>
 #include <QString>
 #include <QUrl>
 
-#include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace velmo {
 
 class AppServices;
+class NotchViewModel;
 
-/// What a module's page may do with the panel it stands in.
+/// What a module's page is made from. Both outlive the page.
 struct ModuleContext {
     AppServices &services;
+    NotchViewModel &panel;
+
     /// Closes the panel.
-    std::function<void()> close;
+    void close() const;
     /// Shows another module.
-    std::function<void(const QString &moduleID)> select;
+    void select(const QString &moduleID) const;
 };
 
 /// A page of the open panel. One object a module for the run; each panel makes its own view.
@@ -35,10 +40,13 @@ public:
     virtual QString id() const = 0;
     virtual QString title() const = 0;
     virtual QString symbol() const = 0;
+    /// What the module works with only where it is granted.
+    virtual std::vector<PermissionKind> permissions() const { return {}; }
 
     /// Runs before the page first shows. Throws `LocalizedError` where it can't work.
     virtual void activate() {}
-    /// The width that the page asks for, in points; nothing for the panel's own.
+    /// The width that the page asks for, in points; nothing for the panel's own. A page whose wish
+    /// changes says so by `NotchViewModel::contentWidthChanged`.
     virtual std::optional<double> contentWidth(const AppServices &) const { return std::nullopt; }
     virtual View makeView(const ModuleContext &context) = 0;
 };

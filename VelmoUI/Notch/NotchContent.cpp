@@ -187,9 +187,8 @@ void NotchContent::updatePage()
         return;
     m_pageModuleID = module->id();
     // The page on show must leave the view before its object goes.
-    const NotchModule::View previous = std::exchange(
-        m_view, module->makeView({m_model.services(), [this] { m_model.send(NotchEvent::dismiss); },
-                                  [this](const QString &id) { m_model.selectModule(id); }}));
+    const NotchModule::View previous =
+        std::exchange(m_view, module->makeView({m_model.services(), m_model}));
     Q_EMIT pageChanged();
 }
 

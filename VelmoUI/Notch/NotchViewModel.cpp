@@ -1,7 +1,7 @@
 #include "VelmoUI/Notch/NotchViewModel.h"
 
 #include "VelmoCore/Foundation/Scheduler.h"
-#include "VelmoSystem/Ports/MotionPreference.h"
+#include "VelmoSystem/Ports/DesktopAppearance.h"
 
 #include <algorithm>
 #include <cmath>
@@ -208,7 +208,7 @@ NotchMotion NotchViewModel::shapeAnimation() const
 
 bool NotchViewModel::reducesMotion() const
 {
-    return m_services.platform.motionPreference.shouldReduceMotion();
+    return m_services.platform.appearance.shouldReduceMotion();
 }
 
 void NotchViewModel::updateShape(const NotchMotion &motion)

@@ -59,14 +59,18 @@ public:
 
     /// The module on show; null only without a visible module.
     NotchModule *selectedModule() const;
-    /// Does nothing unless a visible module has that id.
     /// The width of the panel that the selected module asks for, open or not.
     std::optional<double> moduleWidth() const;
+    /// The module on show asks for another width.
+    void contentWidthChanged() { updateShape(shapeAnimation()); }
+    /// Does nothing unless a visible module has that id.
     void selectModule(const QString &id);
     /// Selects by place among the visible modules; out of range does nothing.
     void selectModule(int index);
     /// Steps through the visible modules, around the end.
     void selectAdjacentModule(int direction);
+    /// Asks Home for its next (1) or previous (-1) page.
+    void requestHomePage(int direction) { Q_EMIT homePageRequested(direction); }
 
     const std::vector<DroppedItem> &droppedItems() const { return m_droppedItems; }
     bool isDropTargeted() const { return m_isDropTargeted; }
@@ -92,6 +96,7 @@ Q_SIGNALS:
     void metricsChanged();
     void selectedModuleChanged();
     void modulesChanged();
+    void homePageRequested(int direction);
     void droppedItemsChanged();
     void dropTargetChanged();
     void dropletChanged();

@@ -178,6 +178,11 @@ bool NotchWindowController::handleKey(const KeyCombo &key)
         m_model.selectAdjacentModule(key.modifiers.contains(KeyCombo::shift) ? -1 : 1);
         return true;
     }
+    if ((key.keyCode == KeyNames::keyLeft || key.keyCode == KeyNames::keyRight) &&
+        key.modifiers.contains(KeyCombo::command)) {
+        m_model.requestHomePage(key.keyCode == KeyNames::keyLeft ? -1 : 1);
+        return true;
+    }
     if (const auto index = KeyNames::digitIndex(key.keyCode); index && commandOnly) {
         m_model.selectModule(*index);
         return true;

@@ -162,7 +162,7 @@ TEST_F(NotchViewModelTest, OpensWithASpringUnlessTheUserWantsLessMotion)
 
     model.send(NotchEvent::escape);
     watchShape();
-    desktop.motionPreference.isReduced = true;
+    desktop.appearance.isReduced = true;
     model.send(NotchEvent::openRequested);
     EXPECT_EQ(watchShape(), open);
     change([](AppSettings &next) { next.animationsEnabled = false; });

@@ -2,9 +2,9 @@
 
 #include "VelmoCore/Storage/AppPaths.h"
 #include "VelmoSystem/Ports/FileViewer.h"
-#include "VelmoSystem/Ports/MotionPreference.h"
 #include "VelmoSystem/Ports/Platform.h"
 
+#include "tests/support/FakeDevices.h"
 #include "tests/support/FakeDisplays.h"
 #include "tests/support/FakeDragPasteboard.h"
 #include "tests/support/FakeHotKeyGrabber.h"
@@ -25,12 +25,6 @@ public:
 
         std::vector<QUrl> revealed;
         std::vector<QUrl> opened;
-    };
-
-    struct Motion : MotionPreference {
-        bool shouldReduceMotion() const override { return isReduced; }
-
-        bool isReduced = false;
     };
 
     /// Screens stand side by side in the order of their ids, the first one is the primary one.
@@ -65,9 +59,21 @@ public:
     FakeWorkspace workspace;
     FakePanelWindowFactory panelWindows;
     Viewer fileViewer;
-    Motion motionPreference;
-    const Platform platform{scheduler, displays,     pointer,    dragPasteboard,  hotKeyGrabber,
-                            workspace, panelWindows, fileViewer, motionPreference};
+    FakeAppearance appearance;
+    FakePower power;
+    FakeAccessories accessories;
+    FakeNetwork network;
+    FakeBluetooth bluetooth;
+    FakeLoad load;
+    FakeApplications applications;
+    FakePermissions permissions;
+    FakeNotifications notifications;
+    FakeSounds sounds;
+    FakeLoginItem loginItem;
+    const Platform platform{scheduler,   displays,      pointer,    dragPasteboard, hotKeyGrabber,
+                            workspace,   panelWindows,  fileViewer, appearance,     power,
+                            accessories, network,       bluetooth,  load,           applications,
+                            permissions, notifications, sounds,     loginItem};
 };
 
 } // namespace velmo

@@ -68,6 +68,11 @@ void AppearancePortal::take(const QString &group, const QString &key, const QVar
         m_isMotionReduced = value.toUInt() == 1;
     else if (group == gnomeInterface && key == u"enable-animations")
         m_areAnimationsEnabled = value.toBool();
+    else if (group == appearance && key == u"color-scheme")
+        m_isDark = value.toUInt() == 1;
+    else
+        return;
+    Q_EMIT changed();
 }
 
 } // namespace velmo

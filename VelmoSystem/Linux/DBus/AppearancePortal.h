@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VelmoSystem/Ports/MotionPreference.h"
+#include "VelmoSystem/Ports/DesktopAppearance.h"
 
 #include <QDBusConnection>
 #include <QDBusVariant>
@@ -8,16 +8,17 @@
 
 namespace velmo {
 
-/// The wish for less motion from `org.freedesktop.portal.Settings`: "reduced-motion" of
-/// `org.freedesktop.appearance`, or GNOME's "enable-animations" switched off. Followed as it
-/// changes.
-class AppearancePortal : public QObject, public MotionPreference {
+/// The user's wishes from `org.freedesktop.portal.Settings`: "reduced-motion" and "color-scheme" of
+/// `org.freedesktop.appearance`, and GNOME's "enable-animations" switched off. Followed as they
+/// change.
+class AppearancePortal : public DesktopAppearance {
     Q_OBJECT
 
 public:
     explicit AppearancePortal(QDBusConnection bus);
 
     bool shouldReduceMotion() const override;
+    bool prefersDarkScheme() const override { return m_isDark; }
 
 private Q_SLOTS:
     void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
@@ -27,6 +28,7 @@ private:
     void take(const QString &group, const QString &key, const QVariant &value);
 
     bool m_isMotionReduced = false;
+    bool m_isDark = false;
     bool m_areAnimationsEnabled = true;
 };
 

@@ -1,0 +1,5 @@
+#include "VelmoCore/Home/HomeCard.h"
+
+namespace velmo {
+
+} // namespace velmo

@@ -1,0 +1,10 @@
+#include "VelmoCore/Permissions/PermissionKind.h"
+
+namespace velmo {
+
+PermissionTexts Permissions::texts(PermissionKind)
+{
+    return {};
+}
+
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoCore/Permissions/PermissionStatus.h"
+
+namespace velmo {
+
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoCore/Settings/SettingsBounds.h"
+
+namespace velmo {
+
+} // namespace velmo

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Date.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <optional>
+
+namespace velmo {
+
+/// The range in which a numeric setting is offered. A file may hold any number: whoever uses it
+/// clamps it first.
+struct Bounds {
+    double minimum = 0;
+    double maximum = 0;
+    double step = 0;
+
+    constexpr double clamp(double value) const { return std::clamp(value, minimum, maximum); }
+    constexpr Seconds clamp(Seconds value) const { return Seconds(clamp(value.count())); }
+    constexpr int clamp(int value) const { return int(clamp(double(value))); }
+
+    bool operator==(const Bounds &) const = default;
+};
+
+namespace SettingsBounds {
+
+inline constexpr Bounds hoverDelay{0, 1, 0.02};
+inline constexpr Bounds closeDelay{0.1, 3, 0.1};
+inline constexpr Bounds activityRetentionDays{1, 30, 1};
+
+/// By the key's name; nothing for a key that isn't a number.
+std::optional<Bounds> of(const QString &key);
+
+} // namespace SettingsBounds
+} // namespace velmo

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "VelmoSystem/Ports/LoginItem.h"
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace velmo {
+
+/// The user's wish that Orvane starts with the session.
+class LaunchAtLoginService : public QObject {
+    Q_OBJECT
+
+public:
+    explicit LaunchAtLoginService(LoginItem &item);
+
+    LoginItem::Status status() const { return m_status; }
+    /// Why the last change failed, for the user.
+    const std::optional<QString> &lastError() const { return m_lastError; }
+    /// What the user reads beside the switch: the error, or that the desktop has it switched off.
+    QString message() const;
+
+    void setEnabled(bool isEnabled);
+    /// Reads the status anew; others may have changed it.
+    void refresh();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    LoginItem &m_item;
+    LoginItem::Status m_status;
+    std::optional<QString> m_lastError;
+};
+
+} // namespace velmo

@@ -1,0 +1,9 @@
+#include "VelmoSystem/Linux/Desktop/CanberraPlayer.h"
+
+namespace velmo {
+
+void CanberraPlayer::play(SystemSound)
+{
+}
+
+} // namespace velmo

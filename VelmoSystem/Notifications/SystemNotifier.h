@@ -1,0 +1,40 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoSystem/Ports/NotificationServer.h"
+
+#include <functional>
+#include <map>
+
+namespace velmo {
+
+/// Notifications now and later. What is scheduled lives as long as the run: its sources schedule it
+/// again at the next start. Main thread only.
+class SystemNotifier : public QObject {
+    Q_OBJECT
+
+public:
+    using Notification = NotificationServer::Notification;
+
+    SystemNotifier(NotificationServer &server, Scheduler &scheduler);
+
+    /// `moduleID` is the module that a click opens; empty for the panel as it was.
+    void send(const QString &identifier, const Notification &notification, const QString &moduleID);
+    /// At `date`, or at once if that is over; one that fell due during sleep comes on waking.
+    /// Replaces what waits under the same identifier.
+    void schedule(const QString &identifier, const Notification &notification, Date date,
+                  const QString &moduleID);
+    /// Forgets what waits or shows under the identifier.
+    void cancel(const QString &identifier);
+
+    /// Set once at start.
+    std::function<void(const QString &moduleID)> onActivated = [](const QString &) {};
+
+private:
+    NotificationServer &m_server;
+    Scheduler &m_scheduler;
+    std::map<QString, ScheduledTask> m_pending;
+    std::map<QString, QString> m_modules; ///< by identifier
+};
+
+} // namespace velmo

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "VelmoUI/App/AppServices.h"
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+namespace velmo {
+
+/// The settings window: an ordinary window, made when it is asked for and gone when it is closed.
+class SettingsWindowController : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SettingsWindowController(AppServices &services);
+    ~SettingsWindowController() override;
+
+    /// Shows the window in front, on `pane` or on the one it was last on.
+    void show(std::optional<SettingsPane> pane);
+
+private:
+    struct Window; ///< the window, its engine and its models
+
+    AppServices &m_services;
+    std::unique_ptr<Window> m_window;
+    SettingsPane m_pane = SettingsPane::general;
+};
+
+} // namespace velmo

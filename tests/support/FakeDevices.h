@@ -1,0 +1,173 @@
+#pragma once
+
+#include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoSystem/Ports/Accessories.h"
+#include "VelmoSystem/Ports/Applications.h"
+#include "VelmoSystem/Ports/BluetoothAdapter.h"
+#include "VelmoSystem/Ports/DesktopAppearance.h"
+#include "VelmoSystem/Ports/LoginItem.h"
+#include "VelmoSystem/Ports/MachineLoad.h"
+#include "VelmoSystem/Ports/NetworkMonitor.h"
+#include "VelmoSystem/Ports/NotificationServer.h"
+#include "VelmoSystem/Ports/PermissionSource.h"
+#include "VelmoSystem/Ports/PowerInfo.h"
+#include "VelmoSystem/Ports/SoundPlayer.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <map>
+#include <vector>
+
+namespace velmo {
+
+struct FakeAppearance : DesktopAppearance {
+    bool shouldReduceMotion() const override { return isReduced; }
+    bool prefersDarkScheme() const override { return isDark; }
+
+    bool isReduced = false;
+    bool isDark = false;
+};
+
+struct FakePower : PowerInfo {
+    std::optional<BatteryInfo> battery() const override { return info; }
+    QString issue() const override { return missing; }
+    void set(std::optional<BatteryInfo> battery)
+    {
+        info = std::move(battery);
+        Q_EMIT changed();
+    }
+
+    std::optional<BatteryInfo> info;
+    QString missing;
+};
+
+struct FakeAccessories : Accessories {
+    std::vector<AccessoryInfo> connected() const override { return devices; }
+
+    std::vector<AccessoryInfo> devices;
+};
+
+struct FakeNetwork : NetworkMonitor {
+    void start() override { ++starts; }
+    std::optional<Path> path() const override { return current; }
+    std::optional<bool> isWiFiPoweredOn() const override { return wifi; }
+    QString issue() const override { return missing; }
+    void set(std::optional<Path> path)
+    {
+        current = std::move(path);
+        Q_EMIT changed();
+    }
+
+    int starts = 0;
+    std::optional<Path> current;
+    std::optional<bool> wifi;
+    QString missing;
+};
+
+struct FakeBluetooth : BluetoothAdapter {
+    void start() override { ++starts; }
+    std::optional<bool> isPoweredOn() const override { return power; }
+    QString issue() const override { return missing; }
+    void set(std::optional<bool> isOn, const QString &issue = {})
+    {
+        power = isOn;
+        missing = issue;
+        Q_EMIT changed();
+    }
+
+    int starts = 0;
+    std::optional<bool> power;
+    QString missing;
+};
+
+struct FakeLoad : MachineLoad {
+    std::optional<Memory> memory() const override
+    {
+        ++reads;
+        return memoryNow;
+    }
+    std::optional<double> processor() const override { return processorNow; }
+    std::optional<Storage> storage() const override { return storageNow; }
+
+    mutable int reads = 0;
+    std::optional<Memory> memoryNow;
+    std::optional<double> processorNow;
+    std::optional<Storage> storageNow;
+};
+
+struct FakeApplications : Applications {
+    std::vector<Application> installed() const override { return entries; }
+    std::optional<Application> find(const QString &id) const override
+    {
+        const auto found = std::ranges::find(entries, id, &Application::id);
+        return found == entries.end() ? std::nullopt : std::optional(*found);
+    }
+    std::optional<QString> idOf(const QUrl &file) const override
+    {
+        const QString name = QFileInfo(file.toLocalFile()).fileName();
+        return find(name) ? std::optional(name) : std::nullopt;
+    }
+    void launch(const QString &id) override
+    {
+        if (!find(id))
+            throw LocalizedError(QStringLiteral("O aplicativo não está mais instalado."));
+        launched.push_back(id);
+    }
+
+    std::vector<Application> entries;
+    std::vector<QString> launched;
+};
+
+struct FakePermissions : PermissionSource {
+    void read(PermissionKind kind, Answer answer) override { answer(statuses[kind]); }
+    void request(PermissionKind kind, Answer answer) override
+    {
+        requested.push_back(kind);
+        answer(statuses[kind]);
+    }
+    void openSettings(PermissionKind kind) override
+    {
+        if (!hasPages)
+            throw LocalizedError(QStringLiteral("Este ambiente não tem essa página."));
+        shown.push_back(kind);
+    }
+    bool hasBundle() const override { return isPackaged; }
+
+    std::map<PermissionKind, PermissionStatus> statuses;
+    std::vector<PermissionKind> requested;
+    std::vector<PermissionKind> shown;
+    bool hasPages = true;
+    bool isPackaged = true;
+};
+
+struct FakeNotifications : NotificationServer {
+    void show(const QString &identifier, const Notification &notification) override
+    {
+        shown[identifier] = notification;
+    }
+    void withdraw(const QString &identifier) override { shown.erase(identifier); }
+
+    std::map<QString, Notification> shown;
+};
+
+struct FakeSounds : SoundPlayer {
+    void play(SystemSound sound) override { played.push_back(sound); }
+
+    std::vector<SystemSound> played;
+};
+
+struct FakeLoginItem : LoginItem {
+    Status status() const override { return current; }
+    void setEnabled(bool isEnabled) override
+    {
+        if (!failure.isEmpty())
+            throw LocalizedError(failure);
+        current = isEnabled ? Status::enabled : Status::disabled;
+    }
+
+    Status current = Status::disabled;
+    QString failure; ///< what `setEnabled` throws, nothing if empty
+};
+
+} // namespace velmo
