@@ -8,6 +8,7 @@
 /// native ones).
 namespace velmo::KeyNames {
 
+inline constexpr std::uint32_t keyQ = 12;
 inline constexpr std::uint32_t keyW = 13;
 inline constexpr std::uint32_t keyComma = 43;
 inline constexpr std::uint32_t keyTab = 48;

@@ -30,6 +30,16 @@ FocusScope {
         source: expanded.content.pageSource
     }
 
+    Loader {
+        anchors.fill: page
+        active: expanded.content.pageFailure.length > 0
+        sourceComponent: FailurePage {
+            title: expanded.content.pageFailureTitle
+            message: expanded.content.pageFailure
+            onRetried: expanded.content.retryPage()
+        }
+    }
+
     Binding {
         target: page.item
         property: "page"

@@ -1,3 +1,48 @@
 import QtQuick
+import Velmo
 
-Item {}
+/// In place of a page that could not be loaded.
+Item {
+    id: failure
+
+    required property string title
+    required property string message
+
+    signal retried
+
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: title
+
+    Column {
+        anchors.centerIn: parent
+        width: parent.width - 2 * Theme.cardPadding
+        spacing: 2 * Theme.grid
+
+        Symbol {
+            anchors.horizontalCenter: parent.horizontalCenter
+            name: "exclamationmark.triangle.fill"
+            color: Theme.warning
+        }
+        Label {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: failure.title
+            font.pixelSize: Theme.titleSize
+            font.weight: Font.Medium
+        }
+        Label {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+            text: failure.message
+            color: Theme.secondaryText
+            font.pixelSize: Theme.smallSize
+        }
+        ActionButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            name: "Tentar novamente"
+            onTriggered: failure.retried()
+        }
+    }
+}

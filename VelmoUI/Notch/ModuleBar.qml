@@ -7,6 +7,8 @@ Item {
 
     required property NotchContent content
     readonly property real side: (width - content.notchWidth) / 2
+    /// Esc closes too: where it is narrow the modules go before the button.
+    readonly property bool hasClose: side >= right.tabsWidth + 2 * Theme.controlHeight + 2 * Theme.gap
 
     Accessible.role: Accessible.PageTabList
     Accessible.name: "Módulos"
@@ -20,23 +22,31 @@ Item {
     }
 
     ModuleTabs {
-        anchors.right: close.left
+        id: right
+        anchors.right: buttons.left
         tipsToTheLeft: true
         height: parent.height
-        room: bar.side - close.width - 2 * Theme.gap
+        room: bar.side - buttons.width - 2 * Theme.gap
         content: bar.content
         modules: bar.content.rightModules
     }
 
-    IconButton {
-        id: close
+    Row {
+        id: buttons
         anchors.right: parent.right
         anchors.rightMargin: Theme.gap
         height: parent.height
-        surfaceHeight: Math.min(Theme.controlHeight, height - Theme.ringWidth)
-        radius: surfaceHeight / 2
-        name: "Fechar"
-        symbol: "xmark"
-        onTriggered: bar.content.close()
+
+        BarButton {
+            name: "Ajustes"
+            symbol: "gearshape"
+            onTriggered: bar.content.openSettings()
+        }
+        BarButton {
+            name: "Fechar"
+            symbol: "xmark"
+            visible: bar.hasClose
+            onTriggered: bar.content.close()
+        }
     }
 }

@@ -11,7 +11,9 @@ Row {
     required property real room
     /// At which end of a tab its tip begins, so that it stays in the panel.
     property bool tipsToTheLeft: false
-    readonly property real titleRoom: room - repeater.count * Theme.tabWidth - Theme.gap
+    /// Of the symbols alone.
+    readonly property real tabsWidth: repeater.count * Theme.tabWidth
+    readonly property real titleRoom: room - tabsWidth - Theme.gap
 
     Repeater {
         id: repeater

@@ -83,6 +83,7 @@ NotchContent::NotchContent(NotchViewModel &model)
     connect(&model, &NotchViewModel::dropletChanged, this, &NotchContent::dropletChanged);
     connect(&model, &NotchViewModel::gulped, this, &NotchContent::gulped);
     connect(&m_live, &LiveRows::changed, this, &NotchContent::liveChanged);
+    connect(&services.modules, &ModuleRegistry::failuresChanged, this, &NotchContent::updatePage);
     connect(&services.activity, &ActivityCenter::feedbackChanged, this, [this] {
         if (const auto &event = m_model.services().activity.feedback())
             m_feedback = *event;
@@ -179,16 +180,34 @@ int NotchContent::dropletFlight() const
         std::chrono::round<std::chrono::milliseconds>(NotchViewModel::dropletFlight).count());
 }
 
+QString NotchContent::pageFailureTitle() const
+{
+    return QStringLiteral("%1 não pôde ser carregado").arg(m_pageTitle);
+}
+
+void NotchContent::openSettings()
+{
+    close();
+    m_model.services().openSettings(std::nullopt);
+}
+
 void NotchContent::updatePage()
 {
     auto *module = m_model.selectedModule();
-    if (m_model.presentation() != NotchPresentation::expanded || !module ||
-        module->id() == m_pageModuleID)
+    if (m_model.presentation() != NotchPresentation::expanded || !module)
+        return;
+    const auto &failures = m_model.services().modules.failures();
+    const auto failure = failures.find(module->id());
+    const QString reason = failure == failures.end() ? QString() : failure->second;
+    if (module->id() == m_pageModuleID && reason == m_pageFailure)
         return;
     m_pageModuleID = module->id();
+    m_pageTitle = module->title();
+    m_pageFailure = reason;
     // The page on show must leave the view before its object goes.
     const NotchModule::View previous =
-        std::exchange(m_view, module->makeView({m_model.services(), m_model}));
+        std::exchange(m_view, reason.isEmpty() ? module->makeView({m_model.services(), m_model})
+                                               : NotchModule::View());
     Q_EMIT pageChanged();
 }
 

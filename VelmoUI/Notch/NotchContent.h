@@ -95,6 +95,9 @@ class NotchContent : public QObject {
     Q_PROPERTY(QAbstractItemModel *rightModules READ rightModules CONSTANT)
     Q_PROPERTY(QUrl pageSource READ pageSource NOTIFY pageChanged)
     Q_PROPERTY(QObject *page READ page NOTIFY pageChanged)
+    /// Why the module could not be loaded; empty if it could.
+    Q_PROPERTY(QString pageFailure READ pageFailure NOTIFY pageChanged)
+    Q_PROPERTY(QString pageFailureTitle READ pageFailureTitle NOTIFY pageChanged)
 
     Q_PROPERTY(QAbstractItemModel *dropZones READ dropZones CONSTANT)
     Q_PROPERTY(QAbstractItemModel *droppedItems READ droppedItems CONSTANT)
@@ -152,6 +155,8 @@ public:
     QAbstractItemModel *rightModules() { return &m_rightModules; }
     QUrl pageSource() const { return m_view.source; }
     QObject *page() const { return m_view.page.get(); }
+    QString pageFailure() const { return m_pageFailure; }
+    QString pageFailureTitle() const;
 
     QAbstractItemModel *dropZones() { return &m_dropZones; }
     QAbstractItemModel *droppedItems() { return &m_droppedItems; }
@@ -164,6 +169,8 @@ public:
 
     Q_INVOKABLE void selectModule(const QString &id) { m_model.selectModule(id); }
     Q_INVOKABLE void removeDropped(const QString &id) { m_model.removeDroppedItem(id); }
+    Q_INVOKABLE void retryPage() { m_model.services().modules.retry(m_pageModuleID); }
+    Q_INVOKABLE void openSettings();
     Q_INVOKABLE void close() { m_model.send(NotchEvent::dismiss); }
 
 Q_SIGNALS:
@@ -197,6 +204,8 @@ private:
     RecordListModel<DropZoneRow> m_dropZones;
     RecordListModel<DroppedRow> m_droppedItems;
     QString m_pageModuleID;
+    QString m_pageTitle;
+    QString m_pageFailure;
     NotchModule::View m_view;
 };
 

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <set>
@@ -39,6 +40,12 @@ KeyCombo panelKey(std::uint32_t keyCode, Qt::KeyboardModifiers modifiers)
     add(Qt::AltModifier, KeyCombo::option);
     add(Qt::MetaModifier, KeyCombo::control);
     return key;
+}
+
+bool isEditingText()
+{
+    const QObject *focus = QGuiApplication::focusObject();
+    return focus && focus->property("cursorPosition").isValid();
 }
 
 } // namespace
@@ -121,8 +128,11 @@ void NotchCoordinator::toggleFromHotKey()
 
 void NotchCoordinator::setUserHidden(bool hidden)
 {
+    if (hidden == m_isUserHidden)
+        return;
     m_isUserHidden = hidden;
     applyVisibility();
+    Q_EMIT userHiddenChanged();
 }
 
 bool NotchCoordinator::isAnyPanelOpen() const
@@ -190,9 +200,32 @@ bool NotchCoordinator::eventFilter(QObject *watched, QEvent *event)
             own->second->handleMouseMoved(m_services.platform.pointer.location());
         return false;
     }
-    const auto *press = static_cast<QKeyEvent *>(event);
-    const auto keyCode = KeyNames::keyCode(press->nativeVirtualKey());
-    return keyCode && own->second->handleKey(panelKey(*keyCode, press->modifiers()));
+    return !m_isOfferingKey && handleKey(*own->second, *static_cast<QKeyEvent *>(event));
+}
+
+bool NotchCoordinator::handleKey(NotchWindowController &controller, const QKeyEvent &press)
+{
+    const auto keyCode = KeyNames::keyCode(press.nativeVirtualKey());
+    if (!keyCode)
+        return false;
+    const KeyCombo key = panelKey(*keyCode, press.modifiers());
+    if (keyCode == KeyNames::keyQ && key.modifiers == KeyCombo::command) {
+        QCoreApplication::quit();
+        return true;
+    }
+    const bool isArrow = keyCode == KeyNames::keyLeft || keyCode == KeyNames::keyRight;
+    if (isArrow && isEditingText())
+        return false;
+    // A question or a search in the page goes before the panel does.
+    if (keyCode == KeyNames::keyEscape) {
+        const QScopedValueRollback offering(m_isOfferingKey, true);
+        const std::unique_ptr<QKeyEvent> offer(press.clone());
+        offer->ignore();
+        QCoreApplication::sendEvent(&controller.panel().view(), offer.get());
+        if (offer->isAccepted())
+            return true;
+    }
+    return controller.handleKey(key);
 }
 
 NotchWindowController *NotchCoordinator::preferredController()

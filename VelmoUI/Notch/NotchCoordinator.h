@@ -10,6 +10,8 @@
 #include <map>
 #include <memory>
 
+class QKeyEvent;
+
 namespace velmo {
 
 /// Owns one controller a target screen and hands commands, pointer, keys and the desktop's changes
@@ -47,6 +49,9 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+Q_SIGNALS:
+    void userHiddenChanged();
+
 private:
     NotchWindowController *preferredController();
     /// Shows a notch that the user has hidden, and gives the panel that a command is for.
@@ -57,6 +62,7 @@ private:
     void settingsChanged(const AppSettings &before, const AppSettings &after);
     void route(const MouseEventMonitor::Event &event);
     bool isPanelWindow(WindowID window);
+    bool handleKey(NotchWindowController &controller, const QKeyEvent &press);
 
     AppServices &m_services;
     QQmlEngine m_engine;
@@ -68,6 +74,7 @@ private:
     bool m_isUserHidden = false;
     bool m_isButtonDown = false;
     bool m_dragStartedInPanel = false;
+    bool m_isOfferingKey = false; ///< a page looks at a key first
     SettingsStore::ObserverID m_settingsObserver = 0;
 };
 

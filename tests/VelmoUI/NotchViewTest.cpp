@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <X11/keysym.h>
+
 namespace velmo {
 namespace {
 
@@ -41,6 +43,28 @@ protected:
         QImage hidden(notch.size(), picture.format());
         hidden.fill(Qt::black);
         EXPECT_EQ(picture.copy(notch), hidden) << state << " draws behind the notch";
+    }
+
+    /// Everything that is to be seen.
+    std::vector<QQuickItem *> items()
+    {
+        QCoreApplication::processEvents();
+        std::vector<QQuickItem *> found{view().rootObject()};
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            for (QQuickItem *child : found[i]->childItems()) {
+                if (child->isVisible())
+                    found.push_back(child);
+            }
+        }
+        return found;
+    }
+    /// The names and texts of it.
+    QStringList names()
+    {
+        QStringList found;
+        for (const QQuickItem *item : items())
+            found << item->property("name").toString() << item->property("text").toString();
+        return found;
     }
 
     /// The name of the control that has the keyboard after that key.
@@ -133,10 +157,82 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
                                   QStringLiteral("Limpar"), QStringLiteral("Pronto"),
                                   QStringLiteral("Mostrar no Finder"), QStringLiteral("UM"),
                                   QStringLiteral("DOIS"), QStringLiteral("TRÊS"),
-                                  QStringLiteral("Atividade"), QStringLiteral("Fechar")}));
+                                  QStringLiteral("Atividade"), QStringLiteral("Ajustes"),
+                                  QStringLiteral("Fechar")}));
     EXPECT_EQ(nameAfter(Qt::Key_Tab), u"Cancelar");
     nameAfter(Qt::Key_Space);
     EXPECT_TRUE(isCancelled);
+}
+
+TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)
+{
+    auto &module = FakeModule::addTo(services.modules, QStringLiteral("quebrado"));
+    module.failure = QStringLiteral("Falta um serviço.");
+    start();
+    showView();
+    coordinator.open(QStringLiteral("quebrado"));
+    EXPECT_TRUE(names().contains(QStringLiteral("QUEBRADO não pôde ser carregado")));
+    EXPECT_TRUE(names().contains(QStringLiteral("Falta um serviço.")));
+    coordinator.open(QStringLiteral("um"));
+    EXPECT_FALSE(names().contains(QStringLiteral("Tentar novamente")));
+
+    coordinator.open(QStringLiteral("quebrado"));
+    module.failure.clear();
+    view().requestActivate();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(nameAfter(Qt::Key_Tab), u"Tentar novamente");
+    warnings.clear(); // of the failures
+    nameAfter(Qt::Key_Space);
+    EXPECT_EQ(module.activations, 3);
+    EXPECT_FALSE(names().contains(QStringLiteral("Tentar novamente")));
+}
+
+TEST_F(NotchViewTest, FitsTwelveModulesBesideTheNotchOfTheNarrowestPanel)
+{
+    for (int i = 4; i <= 12; ++i)
+        FakeModule::addTo(services.modules, QString::number(i)).width = 1;
+    start();
+    showView();
+    view().setColor(Qt::white);
+    coordinator.open(QStringLiteral("12"));
+    check("twelve modules");
+    std::vector<QRectF> places;
+    for (const QQuickItem *item : items()) {
+        if (item->property("surfaceHeight").isValid())
+            places.push_back(item->mapRectToScene({0, 0, item->width(), item->height()}));
+    }
+    EXPECT_EQ(places.size(), 13U) << "and the settings; Esc closes";
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        EXPECT_TRUE(QRectF(shape()[0].toInt(), 0, shape()[2].toInt(), 99).contains(places[i]));
+        for (std::size_t j = 0; j < i; ++j)
+            EXPECT_FALSE(places[i].intersects(places[j]));
+    }
+}
+
+TEST_F(NotchViewTest, LetsThePageHaveItsKeysFirst)
+{
+    desktop.folder.write(QStringLiteral("Page.qml"), R"(import QtQuick
+        FocusScope {
+            focus: true
+            property QtObject page; property bool watched; property bool asks: true
+            TextInput {
+                focus: true; text: "duas palavras"; cursorPosition: 13
+                Keys.onEscapePressed: event => { event.accepted = parent.asks; parent.asks = false }
+            }
+        })");
+    FakeModule::addTo(services.modules, QStringLiteral("texto")).page =
+        QUrl::fromLocalFile(desktop.folder.path(QStringLiteral("Page.qml")));
+    start();
+    showView();
+    view().requestActivate();
+    coordinator.open(QStringLiteral("texto"));
+    QCoreApplication::processEvents();
+    press(XK_Left, Qt::ControlModifier, Qt::Key_Left);
+    EXPECT_EQ(view().activeFocusItem()->property("cursorPosition"), 5);
+    press(XK_Escape, {}, Qt::Key_Escape);
+    EXPECT_EQ(shown(), u"expanded");
+    press(XK_Escape, {}, Qt::Key_Escape);
+    EXPECT_EQ(shown(), u"collapsed");
 }
 
 } // namespace

@@ -77,9 +77,9 @@ protected:
     {
         return *desktop.panelWindows.adopted.at(&view(id));
     }
-    void press(quint32 keysym, Qt::KeyboardModifiers modifiers = {})
+    void press(quint32 keysym, Qt::KeyboardModifiers modifiers = {}, int key = Qt::Key_unknown)
     {
-        QKeyEvent event(QEvent::KeyPress, Qt::Key_unknown, modifiers, 0, keysym, 0);
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, 0, keysym, 0);
         QCoreApplication::sendEvent(&view(), &event);
     }
     /// Shows the view where the tests' windows are.
