@@ -30,6 +30,16 @@ DataProtectionStatus dataProtection(const QStringList &arguments)
     return DataProtectionStatus::fromKeychain(items);
 }
 
+/// Nothing for what is no page; pages whose subsystem isn't there are none.
+std::optional<SettingsPane> settingsPane(const QString &name)
+{
+    SettingsPane pane{};
+    if (!boost::describe::enum_from_string(name.toUtf8().constData(), pane) ||
+        pane == SettingsPane::smartNotch || pane == SettingsPane::radial)
+        return std::nullopt;
+    return pane;
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(ControlEndpoint &control)
@@ -120,6 +130,8 @@ ControlEndpoint::Commands AppDelegate::controlCommands()
             [&services](const QString &moduleID) {
                 return services.modules.find(moduleID) != nullptr;
             },
+        .settings = [&services](const QString &pane) { services.openSettings(settingsPane(pane)); },
+        .hasSettingsPane = [](const QString &pane) { return settingsPane(pane).has_value(); },
         .toggle = [this] { m_coordinator->toggleFromHotKey(); },
         .hide = [this] { m_coordinator->setUserHidden(true); },
         .show = [this] { m_coordinator->setUserHidden(false); },

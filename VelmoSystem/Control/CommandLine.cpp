@@ -19,8 +19,8 @@ constexpr auto unlimited = std::numeric_limits<qsizetype>::max();
 constexpr std::array commands{
     Syntax{"open", Command::open, 0, 1},         Syntax{"toggle", Command::toggle, 0, 0},
     Syntax{"hide", Command::hide, 0, 0},         Syntax{"show", Command::show, 0, 0},
-    Syntax{"drop", Command::drop, 1, unlimited}, Syntax{"status", Command::status, 0, 0},
-    Syntax{"quit", Command::quit, 0, 0},
+    Syntax{"settings", Command::settings, 0, 1}, Syntax{"drop", Command::drop, 1, unlimited},
+    Syntax{"status", Command::status, 0, 0},     Syntax{"quit", Command::quit, 0, 0},
 };
 
 Request parseWords(const QStringList &words)
@@ -76,6 +76,8 @@ Comandos para o Orvane em execução:
   toggle          abre ou fecha o painel
   hide            oculta o notch
   show            mostra o notch oculto
+  settings [PÁGINA]
+                  mostra os ajustes
   drop ARQUIVO…   solta os arquivos no notch
   status          escreve o estado em JSON
   quit            encerra o Orvane

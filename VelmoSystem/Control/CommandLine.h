@@ -9,7 +9,7 @@
 namespace velmo::CommandLine {
 
 /// A command for the running Orvane.
-enum class Command { open, toggle, hide, show, drop, status, quit };
+enum class Command { open, toggle, hide, show, settings, drop, status, quit };
 
 /// Start Orvane, or hand the files to the one that runs.
 struct Run {

@@ -19,6 +19,9 @@ public:
         std::function<void(const QString &moduleID)> open; ///< empty for the module last shown
         /// Whether a module with that id exists.
         std::function<bool(const QString &moduleID)> hasModule;
+        /// Shows the settings; empty for the page last shown.
+        std::function<void(const QString &pane)> settings;
+        std::function<bool(const QString &pane)> hasSettingsPane;
         std::function<void()> toggle;
         std::function<void()> hide;
         std::function<void()> show;

@@ -15,6 +15,8 @@
 
 #include <QUrl>
 
+#include <boost/describe.hpp>
+
 #include <functional>
 #include <optional>
 #include <vector>
@@ -32,6 +34,8 @@ enum class SettingsPane {
     data,
     about,
 };
+BOOST_DESCRIBE_ENUM(SettingsPane, general, appearance, displays, modules, smartNotch, radial,
+                    privacy, data, about)
 
 /// The single owner of every store and service, for the whole run. Later members may take earlier
 /// ones, so their order is the order of creation. Main thread only.

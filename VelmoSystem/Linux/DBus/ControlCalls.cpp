@@ -29,6 +29,16 @@ ControlCalls::Body openModule(const QString &module)
     };
 }
 
+ControlCalls::Body showSettings(const QString &pane)
+{
+    return [pane](const Commands &commands) {
+        if (!pane.isEmpty() && !commands.hasSettingsPane(pane))
+            throw LocalizedError(QStringLiteral("Não há uma página de ajustes “%1”").arg(pane));
+        commands.settings(pane);
+        return QVariantList();
+    };
+}
+
 ControlCalls::Body openFiles(const QStringList &uris)
 {
     return [uris](const Commands &commands) {
@@ -148,6 +158,11 @@ void ControlAdaptor::Hide(const QDBusMessage &call)
 void ControlAdaptor::Show(const QDBusMessage &call)
 {
     m_calls.take(call, plain(&Commands::show));
+}
+
+void ControlAdaptor::Settings(const QString &pane, const QDBusMessage &call)
+{
+    m_calls.take(call, showSettings(pane));
 }
 
 void ControlAdaptor::Drop(const QStringList &uris, const QDBusMessage &call)

@@ -70,6 +70,7 @@ public Q_SLOTS: // NOLINTBEGIN(readability-identifier-naming): the bus' own name
     void Toggle(const QDBusMessage &call);
     void Hide(const QDBusMessage &call);
     void Show(const QDBusMessage &call);
+    void Settings(const QString &pane, const QDBusMessage &call);
     void Drop(const QStringList &uris, const QDBusMessage &call);
     QString Status(const QDBusMessage &call);
     void Quit(const QDBusMessage &call);

@@ -27,6 +27,8 @@ QString methodName(CommandLine::Command command)
         return QStringLiteral("Hide");
     case show:
         return QStringLiteral("Show");
+    case settings:
+        return QStringLiteral("Settings");
     case drop:
         return QStringLiteral("Drop");
     case status:
@@ -40,7 +42,8 @@ QString methodName(CommandLine::Command command)
 /// Throws as `ControlClient::files` does.
 QVariantList arguments(const CommandLine::Client &request)
 {
-    if (request.command == CommandLine::Command::open)
+    if (request.command == CommandLine::Command::open ||
+        request.command == CommandLine::Command::settings)
         return {request.arguments.value(0)};
     if (request.command != CommandLine::Command::drop)
         return {};
