@@ -1,14 +1,42 @@
 #include "VelmoUI/App/StatusItemController.h"
 
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Design/Symbols.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
 
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QPainter>
+
 namespace velmo {
+
+namespace {
+
+/// A symbol as menus take it, in the menu's own colour of text.
+QIcon menuIcon(const QString &symbol, const QColor &color)
+{
+    constexpr int side = 32;
+    QPixmap picture(side, side);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    QFont font(QStringLiteral("Material Icons"));
+    font.setPixelSize(side);
+    painter.setFont(font);
+    painter.setPen(color);
+    painter.drawText(picture.rect(), Qt::AlignCenter, Symbols::glyph(symbol));
+    return picture;
+}
+
+} // namespace
 
 StatusItemController::StatusItemController(AppServices &services, NotchCoordinator &coordinator)
     : m_services(services), m_coordinator(coordinator),
       m_observer(services.settings.observe([this](const auto &, const auto &) { update(); }))
 {
+    // A status area that holds a copy of the menu doesn't say when it opens.
+    connect(&coordinator, &NotchCoordinator::userHiddenChanged, this,
+            &StatusItemController::buildMenu);
+    connect(&m_menu, &QMenu::aboutToShow, this, &StatusItemController::buildMenu);
     update();
 }
 
@@ -19,10 +47,42 @@ StatusItemController::~StatusItemController()
 
 void StatusItemController::update()
 {
+    buildMenu();
+    if (!m_services.settings.settings().showMenuBarIcon) {
+        m_item.reset();
+        return;
+    }
+    if (m_item)
+        return;
+    m_item = std::make_unique<QSystemTrayIcon>(QGuiApplication::windowIcon());
+    m_item->setToolTip(QStringLiteral("Orvane"));
+    m_item->setContextMenu(&m_menu);
+    connect(m_item.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger)
+                    m_coordinator.open();
+            });
+    m_item->show();
 }
 
 void StatusItemController::buildMenu()
 {
+    m_menu.clear();
+    const HotKeySettings &keys = m_services.settings.settings();
+    QString open = QStringLiteral("Abrir painel");
+    if (keys.toggleHotKeyEnabled)
+        open += QStringLiteral("    ") + m_services.hotKeys.displayString(HotKeyAction::toggle);
+    m_menu.addAction(open, this, [this] { m_coordinator.open(); });
+    const bool isHidden = m_coordinator.isUserHidden();
+    m_menu.addAction(menuIcon(isHidden ? QStringLiteral("eye") : QStringLiteral("eye.slash"),
+                              m_menu.palette().color(QPalette::WindowText)),
+                     isHidden ? QStringLiteral("Mostrar notch") : QStringLiteral("Ocultar notch"),
+                     this, [this, isHidden] { m_coordinator.setUserHidden(!isHidden); });
+    m_menu.addSeparator();
+    m_menu.addAction(QStringLiteral("Ajustes…"), QKeySequence(QStringLiteral("Ctrl+,")), this,
+                     [this] { m_services.openSettings(std::nullopt); });
+    m_menu.addAction(QStringLiteral("Sair do Orvane"), QKeySequence(QStringLiteral("Ctrl+Q")), this,
+                     [] { QCoreApplication::quit(); });
 }
 
 } // namespace velmo

@@ -27,6 +27,8 @@ constexpr std::array glyphs = {
     Glyph{u"envelope.badge.shield.half.filled", u"mark_email_unread"},
     Glyph{u"exclamationmark.lock.fill", u"lock_clock"},
     Glyph{u"exclamationmark.triangle.fill", u"warning"},
+    Glyph{u"eye", u"visibility"},
+    Glyph{u"eye.slash", u"visibility_off"},
     Glyph{u"folder", u"folder_open"},
     Glyph{u"folder.fill", u"folder"},
     Glyph{u"gearshape", u"settings"},
