@@ -12,7 +12,8 @@ LinuxPlatform::LinuxPlatform(Scheduler &scheduler)
       m_accessories(m_powerDevices), m_network(QDBusConnection::systemBus()),
       m_bluetooth(QDBusConnection::systemBus()),
       m_permissions(QDBusConnection::sessionBus(), m_bluetooth),
-      m_notifications(QDBusConnection::sessionBus()), m_loginItem(XdgAutostart::standardFolder())
+      m_notifications(QDBusConnection::sessionBus()), m_loginItem(XdgAutostart::standardFolder()),
+      m_statusArea(QDBusConnection::sessionBus(), m_connection)
 {
     QObject::connect(&m_sleep, &SleepMonitor::didWake, &m_workspace, &X11Workspace::wake);
 }
@@ -22,7 +23,7 @@ Platform LinuxPlatform::ports()
     return {m_scheduler,   m_displays,      m_pointer,    m_dragPasteboard, m_hotKeyGrabber,
             m_workspace,   m_panelWindows,  m_fileViewer, m_appearance,     m_power,
             m_accessories, m_network,       m_bluetooth,  m_load,           m_applications,
-            m_permissions, m_notifications, m_sounds,     m_loginItem};
+            m_permissions, m_notifications, m_sounds,     m_loginItem,      m_statusArea};
 }
 
 } // namespace velmo

@@ -7,6 +7,7 @@
 #include "VelmoSystem/Linux/Desktop/CanberraPlayer.h"
 #include "VelmoSystem/Linux/Desktop/DesktopApplications.h"
 #include "VelmoSystem/Linux/Desktop/DesktopPermissions.h"
+#include "VelmoSystem/Linux/Desktop/DesktopStatusArea.h"
 #include "VelmoSystem/Linux/Desktop/XdgAutostart.h"
 #include "VelmoSystem/Linux/Device/BlueZAdapter.h"
 #include "VelmoSystem/Linux/Device/NetworkManagerMonitor.h"
@@ -54,6 +55,7 @@ private:
     DBusNotifications m_notifications;
     CanberraPlayer m_sounds;
     XdgAutostart m_loginItem;
+    DesktopStatusArea m_statusArea;
 };
 
 } // namespace velmo

@@ -20,6 +20,7 @@ class Pointer;
 class PowerInfo;
 class Scheduler;
 class SoundPlayer;
+class StatusArea;
 class Workspace;
 
 /// Everything Orvane needs of the desktop it runs on. The objects outlive whoever is given this.
@@ -43,6 +44,7 @@ struct Platform {
     NotificationServer &notifications;
     SoundPlayer &sounds;
     LoginItem &loginItem;
+    StatusArea &statusArea;
 };
 
 } // namespace velmo

@@ -1,5 +1,6 @@
 #include "VelmoUI/App/StatusItemController.h"
 
+#include "VelmoSystem/Ports/StatusArea.h"
 #include "VelmoUI/App/AppServices.h"
 #include "VelmoUI/Design/Symbols.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
@@ -37,6 +38,8 @@ StatusItemController::StatusItemController(AppServices &services, NotchCoordinat
     connect(&coordinator, &NotchCoordinator::userHiddenChanged, this,
             &StatusItemController::buildMenu);
     connect(&m_menu, &QMenu::aboutToShow, this, &StatusItemController::buildMenu);
+    connect(&services.platform.statusArea, &StatusArea::becameAvailable, this,
+            &StatusItemController::update);
     update();
 }
 
@@ -52,7 +55,7 @@ void StatusItemController::update()
         m_item.reset();
         return;
     }
-    if (m_item)
+    if (m_item || !m_services.platform.statusArea.isAvailable())
         return;
     m_item = std::make_unique<QSystemTrayIcon>(QGuiApplication::windowIcon());
     m_item->setToolTip(QStringLiteral("Orvane"));

@@ -13,8 +13,8 @@ namespace velmo {
 class AppServices;
 class NotchCoordinator;
 
-/// Orvane's item in the desktop's status area, while `showMenuBarIcon` is on. Its menu is built
-/// anew each time it opens.
+/// Orvane's item in the desktop's status area, while `showMenuBarIcon` is on and the desktop has
+/// one. Its menu is built anew each time it opens.
 class StatusItemController : public QObject {
     Q_OBJECT
 

@@ -70,10 +70,11 @@ public:
     FakeNotifications notifications;
     FakeSounds sounds;
     FakeLoginItem loginItem;
+    FakeStatusArea statusArea;
     const Platform platform{scheduler,   displays,      pointer,    dragPasteboard, hotKeyGrabber,
                             workspace,   panelWindows,  fileViewer, appearance,     power,
                             accessories, network,       bluetooth,  load,           applications,
-                            permissions, notifications, sounds,     loginItem};
+                            permissions, notifications, sounds,     loginItem,      statusArea};
 };
 
 } // namespace velmo

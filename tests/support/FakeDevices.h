@@ -12,6 +12,7 @@
 #include "VelmoSystem/Ports/PermissionSource.h"
 #include "VelmoSystem/Ports/PowerInfo.h"
 #include "VelmoSystem/Ports/SoundPlayer.h"
+#include "VelmoSystem/Ports/StatusArea.h"
 
 #include <QFileInfo>
 
@@ -168,6 +169,10 @@ struct FakeLoginItem : LoginItem {
 
     Status current = Status::disabled;
     QString failure; ///< what `setEnabled` throws, nothing if empty
+};
+
+struct FakeStatusArea : StatusArea {
+    bool isAvailable() const override { return false; }
 };
 
 } // namespace velmo
