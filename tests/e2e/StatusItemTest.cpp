@@ -1,0 +1,104 @@
+#include "tests/e2e/OrvaneTest.h"
+#include "tests/support/DBusMock.h"
+
+#include <QDBusArgument>
+
+namespace velmo {
+
+namespace {
+
+constexpr auto watcher = "org.kde.StatusNotifierWatcher";
+constexpr auto mockInterface = "org.freedesktop.DBus.Mock";
+constexpr auto watcherPath = "/StatusNotifierWatcher";
+
+} // namespace
+
+/// With a status area that comes up after Orvane.
+class StatusItemTest : public OrvaneTest {
+protected:
+    StatusItemTest() : m_connection(bus.connect()) {}
+
+    void startStatusArea()
+    {
+        m_area.emplace(bus, watcher, QStringList{watcher, watcherPath, watcher});
+        m_area->call(watcherPath, mockInterface, "AddMethod",
+                     {watcher, "RegisterStatusNotifierItem", "s", "", "self.item = args[0]"});
+        m_area->call(watcherPath, mockInterface, "AddMethod",
+                     {watcher, "Item", "", "s", "ret = getattr(self, 'item', '')"});
+        m_area->call(
+            watcherPath, mockInterface, "AddProperty",
+            {watcher, "IsStatusNotifierHostRegistered", QVariant::fromValue(QDBusVariant(true))});
+        m_area->call(watcherPath, mockInterface, "EmitSignal",
+                     {watcher, "StatusNotifierHostRegistered", "", QVariantList()});
+    }
+
+    /// The items' ids by their labels, as a status area shows them.
+    QMap<QString, int> menu()
+    {
+        const QDBusMessage answer = ask("GetLayout", {0, -1, QStringList()});
+        QMap<QString, int> items;
+        const auto layout = answer.arguments().value(1).value<QDBusArgument>();
+        for (const QVariant &child : children(layout)) {
+            const auto item = child.value<QDBusArgument>();
+            int id = 0;
+            QVariantMap properties;
+            item.beginStructure();
+            item >> id >> properties;
+            item.endStructure();
+            items[properties["label"].toString()] = id;
+        }
+        return items;
+    }
+    void click(const QString &label)
+    {
+        ask("Event", {menu()[label], "clicked", QVariant::fromValue(QDBusVariant(0)), 0U});
+    }
+    void TearDown() override
+    {
+        QDBusConnection::disconnectFromBus(m_connection.name());
+        OrvaneTest::TearDown();
+    }
+
+private:
+    static QVariantList children(const QDBusArgument &layout)
+    {
+        int id = 0;
+        QVariantMap properties;
+        QVariantList found;
+        if (layout.currentType() != QDBusArgument::StructureType)
+            return found;
+        layout.beginStructure();
+        layout >> id >> properties >> found;
+        layout.endStructure();
+        return found;
+    }
+    QDBusMessage ask(const QString &method, const QVariantList &arguments)
+    {
+        const QString item = m_area->call(watcherPath, watcher, "Item").toString();
+        auto call =
+            QDBusMessage::createMethodCall(item, "/MenuBar", "com.canonical.dbusmenu", method);
+        call.setArguments(arguments);
+        return m_connection.call(call);
+    }
+
+    QDBusConnection m_connection;
+    std::optional<DBusMock> m_area;
+};
+
+TEST_F(StatusItemTest, OffersWhatCanBeDoneOnceThereIsAStatusArea)
+{
+    launch();
+    startStatusArea();
+    ASSERT_TRUE(eventually([this] { return menu().contains("Abrir painel    ⌃⌥N"); }));
+    EXPECT_TRUE(menu().contains("Ajustes…"));
+
+    click("Ocultar notch");
+    EXPECT_TRUE(becomesVisible(false));
+    ASSERT_TRUE(eventually([this] { return menu().contains("Mostrar notch"); }));
+    click("Abrir painel    ⌃⌥N");
+    EXPECT_TRUE(shows("expanded"));
+    click("Sair do Orvane");
+    EXPECT_EQ(exitCode(), 0);
+}
+
+} // namespace velmo
