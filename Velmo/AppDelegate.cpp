@@ -5,9 +5,7 @@
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoSystem/Linux/Keys/KeyItemStores.h"
 #include "VelmoUI/App/ServiceWiring.h"
-#include "VelmoUI/Modules/Activity/ActivityModule.h"
-#include "VelmoUI/Modules/Home/HomeModule.h"
-#include "VelmoUI/Modules/System/SystemModule.h"
+#include "VelmoUI/Modules/BuiltInModules.h"
 
 #include <QGuiApplication>
 #include <QSessionManager>
@@ -60,7 +58,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
 {
     const AppPaths paths = preparePaths();
     m_services.emplace(paths, dataProtection(arguments), m_platform.ports());
-    registerModules();
+    addBuiltInModules(m_services->modules);
     m_settingsWindow.emplace(*m_services);
     m_coordinator.emplace(*m_services);
     fillCallbacks();
@@ -90,13 +88,6 @@ AppPaths AppDelegate::preparePaths() const
     }
     paths.purgeTemporary();
     return paths;
-}
-
-void AppDelegate::registerModules()
-{
-    m_services->modules.add(std::make_unique<HomeModule>());
-    m_services->modules.add(std::make_unique<SystemModule>());
-    m_services->modules.add(std::make_unique<ActivityModule>());
 }
 
 void AppDelegate::fillCallbacks()

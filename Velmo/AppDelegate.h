@@ -30,7 +30,6 @@ public:
 
 private:
     AppPaths preparePaths() const;
-    void registerModules();
     void fillCallbacks();
     ControlEndpoint::Commands controlCommands();
     void startPanelProbe(const QStringList &arguments);

@@ -1,0 +1,17 @@
+#include "VelmoUI/Modules/BuiltInModules.h"
+
+#include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/Home/HomeModule.h"
+#include "VelmoUI/Modules/ModuleRegistry.h"
+#include "VelmoUI/Modules/System/SystemModule.h"
+
+namespace velmo {
+
+void addBuiltInModules(ModuleRegistry &modules)
+{
+    modules.add(std::make_unique<HomeModule>());
+    modules.add(std::make_unique<SystemModule>());
+    modules.add(std::make_unique<ActivityModule>());
+}
+
+} // namespace velmo
