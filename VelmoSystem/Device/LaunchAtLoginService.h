@@ -23,13 +23,15 @@ public:
     QString message() const;
 
     void setEnabled(bool isEnabled);
-    /// Reads the status anew; others may have changed it.
+    /// Reads the status anew; others may have changed it, which settles an earlier failure.
     void refresh();
 
 Q_SIGNALS:
     void changed();
 
 private:
+    void take(LoginItem::Status status, const std::optional<QString> &error);
+
     LoginItem &m_item;
     LoginItem::Status m_status;
     std::optional<QString> m_lastError;

@@ -33,6 +33,7 @@ Q_SIGNALS:
     void changed();
 
 private:
+    PermissionSource::Answer keeper(PermissionKind kind);
     void keep(PermissionKind kind, const PermissionStatus &status);
 
     PermissionSource &m_source;

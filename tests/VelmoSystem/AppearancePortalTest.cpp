@@ -48,16 +48,17 @@ private:
 
 } // namespace
 
-TEST(AppearancePortal, FollowsTheDesktopsWishForLessMotion)
+TEST(AppearancePortal, FollowsTheDesktopsWishes)
 {
     constexpr auto appearance = "org.freedesktop.appearance";
     constexpr auto gnome = "org.gnome.desktop.interface";
     const PrivateBus bus;
-    Portal portal(bus.connect(), {{appearance, {{"reduced-motion", 1U}, {"color-scheme", 2U}}},
+    Portal portal(bus.connect(), {{appearance, {{"reduced-motion", 1U}, {"color-scheme", 1U}}},
                                   {gnome, {{"enable-animations", true}}}});
     const auto own = bus.connect();
     const AppearancePortal preference(own);
     EXPECT_FALSE(preference.shouldReduceMotion()) << "before the desktop has answered";
+    EXPECT_FALSE(preference.prefersDarkScheme());
 
     // Answers and signals keep their order: what was sent before our own question has come with it.
     const auto settle = [&] {
@@ -68,8 +69,15 @@ TEST(AppearancePortal, FollowsTheDesktopsWishForLessMotion)
         return preference.shouldReduceMotion();
     };
     EXPECT_TRUE(settle());
+    EXPECT_TRUE(preference.prefersDarkScheme());
     portal.change(appearance, "reduced-motion", 0U);
     EXPECT_FALSE(settle());
+    EXPECT_TRUE(preference.prefersDarkScheme());
+    for (const auto lightOrNone : {2U, 0U}) {
+        portal.change(appearance, "color-scheme", 1U);
+        portal.change(appearance, "color-scheme", lightOrNone);
+        EXPECT_FALSE(settle() || preference.prefersDarkScheme());
+    }
     portal.change(gnome, "enable-animations", false);
     EXPECT_TRUE(settle());
     portal.change("org.example", "enable-animations", true);

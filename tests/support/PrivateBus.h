@@ -12,13 +12,15 @@
 
 namespace velmo {
 
-/// A message bus of the test's own, which starts no service by itself.
+/// A message bus of the test's own. It starts only services that `serviceFolder` describes.
 class PrivateBus {
 public:
-    PrivateBus()
+    explicit PrivateBus(const QString &serviceFolder = QStringLiteral("/nonexistent"))
     {
         m_folder.write("bus.conf", R"(<busconfig>
             <type>session</type>
+            <servicedir>)" + serviceFolder.toUtf8() +
+                                       R"(</servicedir>
             <listen>unix:tmpdir=/tmp</listen>
             <policy context="default">
                 <allow send_destination="*" eavesdrop="true"/>

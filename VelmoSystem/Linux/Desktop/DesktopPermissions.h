@@ -4,6 +4,9 @@
 
 #include <QDBusConnection>
 #include <QObject>
+#include <QVariant>
+
+#include <functional>
 
 namespace velmo {
 
@@ -21,6 +24,11 @@ public:
     bool hasBundle() const override { return m_bus.isConnected(); }
 
 private:
+    void findService(const QString &name, Answer answer);
+    /// `answered` gets the first argument of the answer, an invalid one where there is none.
+    void askBus(const QString &method, const QVariantList &arguments,
+                std::function<void(const QVariant &)> answered);
+
     QDBusConnection m_bus;
     BluetoothAdapter &m_bluetooth;
     QObject m_context; ///< calls under way end with it
