@@ -86,8 +86,12 @@ FocusScope {
             text: "Recentes"
         }
 
-        ClearHistoryButton {
+        ConfirmButton {
             anchors.right: parent.right
+            name: "Limpar"
+            question: "Apagar o histórico de atividade?"
+            confirmName: "Apagar"
+            idleColor: "transparent"
             onConfirmed: view.page.clearHistory()
         }
 

@@ -1,0 +1,55 @@
+import QtQuick
+import Velmo
+
+/// A button for what can't be undone: it asks in place first.
+Row {
+    id: button
+
+    required property string name
+    required property string question
+    required property string confirmName
+    property color idleColor: Theme.surface
+    property bool asks: false
+
+    signal confirmed
+
+    function close() {
+        asks = false;
+        first.forceActiveFocus();
+    }
+
+    spacing: Theme.grid
+    Keys.onEscapePressed: event => {
+        event.accepted = asks;
+        if (asks)
+            close();
+    }
+
+    Label {
+        height: Theme.controlHeight
+        rightPadding: Theme.grid
+        visible: button.asks
+        text: button.question
+        color: Theme.secondaryText
+        font.pixelSize: Theme.smallSize
+    }
+
+    ActionButton {
+        visible: button.asks
+        name: button.confirmName
+        idleColor: button.idleColor
+        textColor: Theme.error
+        onTriggered: {
+            button.close();
+            button.confirmed();
+        }
+    }
+
+    ActionButton {
+        id: first
+        name: button.asks ? "Manter" : button.name
+        idleColor: button.idleColor
+        textColor: button.asks || hovered || activeFocus ? Theme.text : Theme.secondaryText
+        onTriggered: button.asks = !button.asks
+    }
+}
