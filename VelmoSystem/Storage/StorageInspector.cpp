@@ -43,13 +43,14 @@ double rounded(double value, int decimals)
 
 } // namespace
 
-qint64 StorageInspector::size(const QString &path)
+qint64 StorageInspector::size(const QString &path, const std::stop_token &stop)
 {
     qint64 total = 0;
     std::error_code error;
     fs::recursive_directory_iterator entry(native(path),
                                            fs::directory_options::skip_permission_denied, error);
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+    const fs::recursive_directory_iterator end;
+    for (; !error && entry != end && !stop.stop_requested(); entry.increment(error)) {
         struct stat status = {};
         if (::lstat(entry->path().c_str(), &status) == 0 && S_ISREG(status.st_mode))
             total += status.st_blocks * blockSize;

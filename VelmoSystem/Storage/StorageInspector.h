@@ -2,12 +2,14 @@
 
 #include <QString>
 
+#include <stop_token>
+
 /// Sizes on disk, and clearing a folder.
 namespace velmo::StorageInspector {
 
 /// Allocated bytes of all regular files under `path`, hidden ones included; links are not followed.
-/// 0 for what can't be listed.
-qint64 size(const QString &path);
+/// 0 for what can't be listed. Once `stop` asks for it, what is counted by then.
+qint64 size(const QString &path, const std::stop_token &stop = {});
 
 /// A byte count as a file manager writes it, in the user's locale.
 QString format(qint64 bytes);

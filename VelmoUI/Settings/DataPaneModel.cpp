@@ -1,11 +1,182 @@
 #include "VelmoUI/Settings/DataPaneModel.h"
 
+#include "VelmoSystem/Ports/FileViewer.h"
+#include "VelmoSystem/Storage/StorageInspector.h"
 #include "VelmoUI/App/AppServices.h"
+
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QPointer>
+#include <QStandardPaths>
+#include <QWindow>
 
 namespace velmo {
 
+namespace {
+
+PaneNote success(const QString &text)
+{
+    return {text, QStringLiteral("success")};
+}
+
+PaneNote failure(const LocalizedError &error)
+{
+    return {error.description(), QStringLiteral("error")};
+}
+
+/// Runs `action` and says how it ended.
+template <class Action>
+PaneNote outcome(Action action)
+{
+    try {
+        return success(action());
+    } catch (const LocalizedError &error) {
+        return failure(error);
+    }
+}
+
+/// Shows over the settings window, wherever the user has it.
+std::unique_ptr<QFileDialog> fileDialog(const QString &title, const QString &acceptText)
+{
+    auto dialog = std::make_unique<QFileDialog>();
+    dialog->setWindowTitle(title);
+    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    dialog->setNameFilter(QStringLiteral("Ajustes do Orvane (*.json)"));
+    dialog->setDefaultSuffix(QStringLiteral("json"));
+    dialog->setLabelText(QFileDialog::Accept, acceptText);
+    dialog->setLabelText(QFileDialog::Reject, QStringLiteral("Cancelar"));
+    dialog->setLabelText(QFileDialog::LookIn, QStringLiteral("Pasta:"));
+    dialog->setLabelText(QFileDialog::FileName, QStringLiteral("Nome:"));
+    dialog->setLabelText(QFileDialog::FileType, QStringLiteral("Tipo:"));
+    dialog->winId();
+    dialog->windowHandle()->setTransientParent(QGuiApplication::focusWindow());
+    return dialog;
+}
+
+} // namespace
+
 DataPaneModel::DataPaneModel(AppServices &services) : m_services(services)
 {
+    showSizes({});
+}
+
+DataPaneModel::~DataPaneModel() = default;
+
+void DataPaneModel::measure()
+{
+    m_measuring = std::jthread([model = QPointer(this), &scheduler = m_services.platform.scheduler,
+                                paths = m_services.paths](const std::stop_token &stop) {
+        Sizes sizes;
+        std::size_t row = 0;
+        for (const QString &folder : {paths.support, paths.caches, paths.temporary})
+            sizes[row++] = StorageInspector::size(folder, stop);
+        if (stop.stop_requested())
+            return;
+        scheduler.post([model, sizes] {
+            if (model)
+                model->showSizes(sizes);
+        });
+    });
+}
+
+void DataPaneModel::reveal(const QString &path)
+{
+    m_services.platform.fileViewer.reveal({QUrl::fromLocalFile(path)});
+}
+
+void DataPaneModel::clear()
+{
+    if (m_isClearing)
+        return;
+    m_isClearing = true;
+    Q_EMIT clearingChanged();
+    m_clearing = std::jthread([model = QPointer(this), &scheduler = m_services.platform.scheduler,
+                               paths = m_services.paths] {
+        const PaneNote note = outcome([&] {
+            paths.ensureExists(); // A temporary folder that became somebody else's throws here.
+            StorageInspector::clearContents(paths.caches);
+            StorageInspector::clearContents(paths.temporary);
+            return QStringLiteral("Cache e temporários removidos.");
+        });
+        scheduler.post([model, note] {
+            if (model)
+                model->finishClearing(note);
+        });
+    });
+}
+
+void DataPaneModel::chooseExport()
+{
+    auto dialog = fileDialog(QStringLiteral("Exportar ajustes"), QStringLiteral("Exportar"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile(QStringLiteral("Ajustes do Orvane.json"));
+    choose(std::move(dialog), &DataPaneModel::exportTo);
+}
+
+void DataPaneModel::chooseImport()
+{
+    auto dialog = fileDialog(QStringLiteral("Importar ajustes"), QStringLiteral("Importar"));
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    choose(std::move(dialog), &DataPaneModel::importFrom);
+}
+
+void DataPaneModel::exportTo(const QString &path)
+{
+    tellOfSettings(outcome([&] {
+        m_services.settings.exportTo(path);
+        return QStringLiteral("Ajustes exportados.");
+    }));
+}
+
+void DataPaneModel::importFrom(const QString &path)
+{
+    tellOfSettings(outcome([&] {
+        const StringList discarded = m_services.settings.importFrom(path);
+        if (discarded.empty())
+            return QStringLiteral("Ajustes importados.");
+        return QStringLiteral("Ajustes importados. Descartados: %1.")
+            .arg(QStringList(discarded.begin(), discarded.end()).join(QStringLiteral(", ")));
+    }));
+}
+
+void DataPaneModel::resetSettings()
+{
+    m_services.settings.resetToDefaults();
+    tellOfSettings(success(QStringLiteral("Ajustes padrão restaurados.")));
+}
+
+void DataPaneModel::showSizes(const Sizes &sizes)
+{
+    const auto text = [](std::optional<qint64> size) {
+        return size ? StorageInspector::format(*size) : QStringLiteral("Calculando…");
+    };
+    const AppPaths &paths = m_services.paths;
+    m_folders.setRecords({{paths.support, QStringLiteral("Dados do app"), text(sizes[0])},
+                          {paths.caches, QStringLiteral("Cache"), text(sizes[1])},
+                          {paths.temporary, QStringLiteral("Temporários"), text(sizes[2])}});
+}
+
+void DataPaneModel::finishClearing(const PaneNote &note)
+{
+    m_isClearing = false;
+    Q_EMIT clearingChanged();
+    m_folderNote = note;
+    Q_EMIT folderNoteChanged();
+    measure();
+}
+
+void DataPaneModel::tellOfSettings(const PaneNote &note)
+{
+    m_settingsNote = note;
+    Q_EMIT settingsNoteChanged();
+}
+
+void DataPaneModel::choose(std::unique_ptr<QFileDialog> dialog,
+                           void (DataPaneModel::*use)(const QString &))
+{
+    connect(dialog.get(), &QFileDialog::fileSelected, this, use);
+    m_dialog = std::move(dialog);
+    m_dialog->open();
 }
 
 } // namespace velmo

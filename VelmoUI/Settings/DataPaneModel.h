@@ -1,23 +1,97 @@
 #pragma once
 
+#include "VelmoUI/Design/RecordListModel.h"
+
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <thread>
+
+class QFileDialog;
 
 namespace velmo {
 
 class AppServices;
+
+/// A folder of Orvane's as the pane shows it.
+struct FolderRow {
+    QString id; ///< its path
+    QString title;
+    QString size; ///< "Calculando…" until it is known
+
+    bool operator==(const FolderRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(FolderRow, (), (id, title, size))
+
+/// What came of an action, for the user; an empty text where there is nothing to tell.
+class PaneNote {
+    Q_GADGET
+    QML_ANONYMOUS
+    Q_PROPERTY(QString text MEMBER text CONSTANT)
+    Q_PROPERTY(QString style MEMBER style CONSTANT)
+
+public:
+    QString text;
+    QString style; ///< "success" or "error"
+};
 
 /// Sizes on disk, export, import and reset.
 class DataPaneModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made in C++")
+    Q_PROPERTY(QAbstractItemModel *folders READ folders CONSTANT)
+    Q_PROPERTY(bool isClearing READ isClearing NOTIFY clearingChanged)
+    Q_PROPERTY(velmo::PaneNote folderNote READ folderNote NOTIFY folderNoteChanged)
+    Q_PROPERTY(velmo::PaneNote settingsNote READ settingsNote NOTIFY settingsNoteChanged)
 
 public:
     explicit DataPaneModel(AppServices &services);
+    /// Waits for a clearing that has begun.
+    ~DataPaneModel() override;
+
+    QAbstractItemModel *folders() { return &m_folders; }
+    bool isClearing() const { return m_isClearing; }
+    PaneNote folderNote() const { return m_folderNote; }
+    PaneNote settingsNote() const { return m_settingsNote; }
+
+    /// Measures the folders on a thread of its own.
+    Q_INVOKABLE void measure();
+    Q_INVOKABLE void reveal(const QString &path);
+    /// Removes caches, then temporary files, on a thread of its own; the data stays.
+    Q_INVOKABLE void clear();
+
+    Q_INVOKABLE void chooseExport();
+    Q_INVOKABLE void chooseImport();
+    void exportTo(const QString &path);
+    void importFrom(const QString &path);
+    Q_INVOKABLE void resetSettings();
+
+Q_SIGNALS:
+    void clearingChanged();
+    void folderNoteChanged();
+    void settingsNoteChanged();
 
 private:
+    using Sizes = std::array<std::optional<qint64>, 3>;
+
+    void showSizes(const Sizes &sizes);
+    void finishClearing(const PaneNote &note);
+    void tellOfSettings(const PaneNote &note);
+    void choose(std::unique_ptr<QFileDialog> dialog, void (DataPaneModel::*use)(const QString &));
+
     AppServices &m_services;
+    RecordListModel<FolderRow> m_folders;
+    PaneNote m_folderNote;
+    PaneNote m_settingsNote;
+    bool m_isClearing = false;
+    std::unique_ptr<QFileDialog> m_dialog;
+    std::jthread m_measuring;
+    std::jthread m_clearing;
 };
 
 } // namespace velmo

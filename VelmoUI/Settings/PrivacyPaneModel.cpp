@@ -1,11 +1,171 @@
 #include "VelmoUI/Settings/PrivacyPaneModel.h"
 
+#include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoUI/App/AppServices.h"
+
+#include <algorithm>
+#include <set>
 
 namespace velmo {
 
-PrivacyPaneModel::PrivacyPaneModel(AppServices &services) : m_services(services)
+namespace {
+
+constexpr std::array retentionDays = {1, 7, 30};
+
+QString idOf(PermissionKind kind)
 {
+    return QString::fromLatin1(boost::describe::enum_to_string(kind, ""));
+}
+
+std::optional<PermissionKind> kindOf(const QString &id)
+{
+    const auto found = std::ranges::find(Permissions::all, id, idOf);
+    return found == Permissions::all.end() ? std::nullopt : std::optional(*found);
+}
+
+QString style(const PermissionStatus &status)
+{
+    return std::visit(
+        overloaded{
+            [](const PermissionStatus::Granted &) { return QStringLiteral("success"); },
+            [](const PermissionStatus::Denied &) { return QStringLiteral("error"); },
+            [](const PermissionStatus::Restricted &) { return QStringLiteral("error"); },
+            [](const auto &) { return QStringLiteral("info"); },
+        },
+        status.value);
+}
+
+PermissionRow permissionRow(PermissionKind kind, const PermissionStatus &status,
+                            const QString &error)
+{
+    const PermissionTexts texts = Permissions::texts(kind);
+    return {.id = idOf(kind),
+            .title = texts.title,
+            .symbol = texts.symbol,
+            .explanation = texts.explanation,
+            .usedBy = QStringLiteral("Usada por: %1").arg(texts.usedBy),
+            .status = status.label(),
+            .style = style(status),
+            .canRequest = std::holds_alternative<PermissionStatus::NotDetermined>(status.value),
+            .error = error,
+            .spoken = QStringLiteral("%1: %2").arg(texts.title, status.label())};
+}
+
+/// What is offered, and what is set where that is something else.
+std::vector<int> retentionOptions(int current)
+{
+    std::vector<int> options(retentionDays.begin(), retentionDays.end());
+    if (std::ranges::find(options, current) == options.end())
+        options.insert(std::ranges::upper_bound(options, current), current);
+    return options;
+}
+
+} // namespace
+
+PrivacyPaneModel::PrivacyPaneModel(AppServices &services)
+    : m_services(services),
+      m_observer(services.settings.observe([this](const auto &before, const auto &after) {
+          if (before.activityRetentionDays != after.activityRetentionDays)
+              Q_EMIT retentionChanged();
+      }))
+{
+    connect(&services.permissions, &PermissionsCenter::changed, this, &PrivacyPaneModel::update);
+    connect(&services.activity, &ActivityCenter::historyChanged, this,
+            &PrivacyPaneModel::historyChanged);
+    update();
+}
+
+PrivacyPaneModel::~PrivacyPaneModel()
+{
+    m_services.settings.removeObserver(m_observer);
+}
+
+QString PrivacyPaneModel::protectionSymbol() const
+{
+    return m_services.dataProtection.presentation().symbol;
+}
+
+QString PrivacyPaneModel::protectionTitle() const
+{
+    return m_services.dataProtection.presentation().title;
+}
+
+QString PrivacyPaneModel::protectionText() const
+{
+    return m_services.dataProtection.presentation().text.value_or(QString());
+}
+
+QStringList PrivacyPaneModel::retentionChoices() const
+{
+    QStringList choices;
+    for (const int days : retentionOptions(m_services.settings.settings().activityRetentionDays))
+        choices += days == 1 ? QStringLiteral("1 dia") : QStringLiteral("%1 dias").arg(days);
+    return choices;
+}
+
+int PrivacyPaneModel::retentionIndex() const
+{
+    const int current = m_services.settings.settings().activityRetentionDays;
+    const std::vector<int> options = retentionOptions(current);
+    return int(std::ranges::find(options, current) - options.begin());
+}
+
+bool PrivacyPaneModel::hasHistory() const
+{
+    return !m_services.activity.history().empty();
+}
+
+void PrivacyPaneModel::refresh()
+{
+    m_errors.clear();
+    m_services.permissions.refreshAll();
+    update();
+}
+
+void PrivacyPaneModel::request(const QString &id)
+{
+    if (const auto kind = kindOf(id))
+        m_services.permissions.request(*kind);
+}
+
+void PrivacyPaneModel::openSettings(const QString &id)
+{
+    const auto kind = kindOf(id);
+    if (!kind)
+        return;
+    m_errors[*kind] = m_services.permissions.openSettings(*kind).value_or(QString());
+    update();
+}
+
+void PrivacyPaneModel::setRetention(int index)
+{
+    const auto options = retentionOptions(m_services.settings.settings().activityRetentionDays);
+    if (index < 0 || index >= int(options.size()))
+        return;
+    m_services.settings.update([days = options[std::size_t(index)]](AppSettings &next) {
+        next.activityRetentionDays = days;
+    });
+}
+
+void PrivacyPaneModel::clearHistory()
+{
+    m_services.activity.clearHistory();
+}
+
+void PrivacyPaneModel::update()
+{
+    std::set kinds{PermissionKind::notifications};
+    for (const NotchModule *module : m_services.modules.ordered(m_services.settings.settings())) {
+        const auto needed = module->permissions();
+        kinds.insert(needed.begin(), needed.end());
+    }
+    std::vector<PermissionRow> rows;
+    for (const PermissionKind kind : Permissions::all) {
+        if (kinds.contains(kind))
+            rows.push_back(
+                permissionRow(kind, m_services.permissions.status(kind), m_errors[kind]));
+    }
+    m_permissions.setRecords(rows);
 }
 
 } // namespace velmo

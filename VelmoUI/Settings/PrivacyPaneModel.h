@@ -1,23 +1,83 @@
 #pragma once
 
+#include "VelmoCore/Permissions/PermissionKind.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoUI/Design/RecordListModel.h"
+
 #include <QObject>
+#include <QStringList>
 #include <QtQml/qqmlregistration.h>
+
+#include <map>
 
 namespace velmo {
 
 class AppServices;
+
+/// A permission as the pane shows it.
+struct PermissionRow {
+    QString id;
+    QString title;
+    QString symbol;
+    QString explanation;
+    QString usedBy;
+    QString status;
+    QString style; ///< of the status: "success", "error" or "info"
+    bool canRequest = false;
+    QString error;  ///< why the desktop's page didn't open
+    QString spoken; ///< for screen readers
+
+    bool operator==(const PermissionRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(PermissionRow, (),
+                      (id, title, symbol, explanation, usedBy, status, style, canRequest, error,
+                       spoken))
 
 /// Permissions, protection of the data and the history.
 class PrivacyPaneModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made in C++")
+    Q_PROPERTY(QAbstractItemModel *permissions READ permissions CONSTANT)
+    Q_PROPERTY(QString protectionSymbol READ protectionSymbol CONSTANT)
+    Q_PROPERTY(QString protectionTitle READ protectionTitle CONSTANT)
+    /// Empty where there is nothing to say.
+    Q_PROPERTY(QString protectionText READ protectionText CONSTANT)
+    Q_PROPERTY(QStringList retentionChoices READ retentionChoices NOTIFY retentionChanged)
+    Q_PROPERTY(int retentionIndex READ retentionIndex NOTIFY retentionChanged)
+    Q_PROPERTY(bool hasHistory READ hasHistory NOTIFY historyChanged)
 
 public:
     explicit PrivacyPaneModel(AppServices &services);
+    ~PrivacyPaneModel() override;
+
+    QAbstractItemModel *permissions() { return &m_permissions; }
+    QString protectionSymbol() const;
+    QString protectionTitle() const;
+    QString protectionText() const;
+    /// "1 dia" and so on; also the number that is set, where it is none of those offered.
+    QStringList retentionChoices() const;
+    int retentionIndex() const;
+    bool hasHistory() const;
+
+    /// Reads all permissions anew and forgets what didn't open.
+    Q_INVOKABLE void refresh();
+    Q_INVOKABLE void request(const QString &id);
+    Q_INVOKABLE void openSettings(const QString &id);
+    Q_INVOKABLE void setRetention(int index);
+    Q_INVOKABLE void clearHistory();
+
+Q_SIGNALS:
+    void retentionChanged();
+    void historyChanged();
 
 private:
+    void update();
+
     AppServices &m_services;
+    RecordListModel<PermissionRow> m_permissions;
+    std::map<PermissionKind, QString> m_errors;
+    SettingsStore::ObserverID m_observer;
 };
 
 } // namespace velmo

@@ -1,0 +1,121 @@
+#include "VelmoUI/Settings/DataPaneModel.h"
+
+#include "VelmoCore/Storage/AtomicFile.h"
+#include "VelmoSystem/Storage/StorageInspector.h"
+#include "VelmoUI/App/AppServices.h"
+
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/Printers.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+#include <thread>
+
+namespace velmo {
+namespace {
+
+class DataPaneModelTest : public testing::Test {
+protected:
+    DataPaneModelTest() { services.paths.ensureExists(); }
+
+    QString write(const QString &folder, const QByteArray &data)
+    {
+        const QString path = QDir(folder).filePath(QStringLiteral("deep/file.json"));
+        AtomicFile::write(data, path);
+        return path;
+    }
+    QString size(int row)
+    {
+        auto &folders = *pane->folders();
+        return folders.data(folders.index(row, 0), folders.roleNames().key("size")).toString();
+    }
+    void wait(const std::function<bool()> &isDone)
+    {
+        while (!isDone()) {
+            desktop.scheduler.runPosted();
+            std::this_thread::yield();
+        }
+    }
+
+    FakeDesktop desktop;
+    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+    std::optional<DataPaneModel> pane{std::in_place, services};
+};
+
+TEST_F(DataPaneModelTest, ClearsCacheAndTemporaryFilesButNeverTheData)
+{
+    const QString data = write(services.paths.support, QByteArray(9000, 'x'));
+    const QString cache = write(services.paths.caches, QByteArray(9000, 'x'));
+    const QString temporary = write(services.paths.temporary, "{}");
+    pane->measure();
+    EXPECT_EQ(size(0), u"Calculando…");
+    wait([&] { return size(1) != u"Calculando…"; });
+    EXPECT_EQ(size(1), StorageInspector::format(StorageInspector::size(services.paths.caches)));
+    EXPECT_NE(size(1), u"Zero KB");
+
+    pane->clear();
+    wait([&] { return !pane->isClearing() && size(1) == u"Zero KB"; });
+    EXPECT_EQ(pane->folderNote().text, u"Cache e temporários removidos.");
+    EXPECT_TRUE(QFile::exists(data));
+    EXPECT_FALSE(QFile::exists(cache) || QFile::exists(temporary));
+    EXPECT_TRUE(QDir(services.paths.temporary).exists());
+}
+
+TEST_F(DataPaneModelTest, TellsWhyItCouldNotClear)
+{
+    QDir().rmdir(services.paths.temporary);
+    const QString elsewhere = write(desktop.folder.path(QStringLiteral("elsewhere")), "{}");
+    QFile::link(desktop.folder.path(QStringLiteral("elsewhere")), services.paths.temporary);
+    pane->clear();
+    wait([&] { return !pane->isClearing(); });
+    EXPECT_EQ(pane->folderNote().style, u"error");
+    EXPECT_TRUE(QFile::exists(elsewhere)) << "a link leads out of our folders";
+}
+
+TEST_F(DataPaneModelTest, MayCloseWhileThreadsAreAtWork)
+{
+    const QString cache = write(services.paths.caches, "{}");
+    pane->measure();
+    pane->clear();
+    pane.reset();
+    desktop.scheduler.runPosted();
+    EXPECT_FALSE(QFile::exists(cache));
+}
+
+TEST_F(DataPaneModelTest, ImportsWhatItExportedAndSaysWhatItDiscarded)
+{
+    const QString file = desktop.folder.path(QStringLiteral("Ajustes.json"));
+    services.settings.update([](AppSettings &next) { next.closeDelay = 2s; });
+    pane->exportTo(file);
+    EXPECT_EQ(pane->settingsNote().text, u"Ajustes exportados.");
+    pane->resetSettings();
+    EXPECT_EQ(services.settings.settings().closeDelay, 0.5s);
+    pane->importFrom(file);
+    EXPECT_EQ(services.settings.settings().closeDelay, 2s);
+    EXPECT_EQ(pane->settingsNote().text, u"Ajustes importados.");
+
+    AtomicFile::write(R"({"theme":"neon","panelSize":"huge","closeDelay":1})", file);
+    pane->importFrom(file);
+    EXPECT_EQ(services.settings.settings().closeDelay, 1s);
+    EXPECT_EQ(pane->settingsNote().text, u"Ajustes importados. Descartados: panelSize, theme.");
+}
+
+TEST_F(DataPaneModelTest, ChangesNothingForAForeignFile)
+{
+    const AppSettings before = services.settings.settings();
+    const QString file = write(desktop.folder.path(QStringLiteral("foreign")), "[1,2]");
+    pane->importFrom(file);
+    EXPECT_EQ(pane->settingsNote().text, u"O arquivo não contém configurações válidas do Orvane.");
+    pane->importFrom(file + u'x');
+    EXPECT_EQ(pane->settingsNote().style, u"error");
+    EXPECT_TRUE(services.settings.settings() == before);
+    pane->exportTo(file + u"/inside"_qs);
+    EXPECT_EQ(pane->settingsNote().style, u"error");
+}
+
+} // namespace
+} // namespace velmo
