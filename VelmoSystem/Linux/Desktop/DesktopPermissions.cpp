@@ -120,7 +120,7 @@ void DesktopPermissions::read(PermissionKind kind, Answer answer)
     switch (kind) {
     case PermissionKind::notifications:
         if (hasBundle())
-            findService(QStringLiteral("org.freedesktop.Notifications"), std::move(answer));
+            findService(QStringLiteral("org.freedesktop.Notifications"), answer);
         else
             answer({PermissionStatus::Partial{
                 QStringLiteral("Disponível apenas no app empacotado (.app).")}});
@@ -136,7 +136,7 @@ void DesktopPermissions::read(PermissionKind kind, Answer answer)
     case PermissionKind::screenRecording:
         return answer(grantedIf(seesTheScreen()));
     case PermissionKind::accessibility:
-        return findService(QStringLiteral("org.a11y.Bus"), std::move(answer));
+        return findService(QStringLiteral("org.a11y.Bus"), answer);
     case PermissionKind::automation:
         return answer({PermissionStatus::PerApp()});
     case PermissionKind::bluetooth:
@@ -171,7 +171,7 @@ void DesktopPermissions::openSettings(PermissionKind kind)
                              .arg(Permissions::texts(kind).title));
 }
 
-void DesktopPermissions::findService(const QString &name, Answer answer)
+void DesktopPermissions::findService(const QString &name, const Answer &answer)
 {
     askBus(QStringLiteral("NameHasOwner"), {name}, [this, name, answer](const QVariant &isOwned) {
         if (!isOwned.isValid() || isOwned.toBool())

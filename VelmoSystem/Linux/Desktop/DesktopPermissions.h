@@ -24,7 +24,7 @@ public:
     bool hasBundle() const override { return m_bus.isConnected(); }
 
 private:
-    void findService(const QString &name, Answer answer);
+    void findService(const QString &name, const Answer &answer);
     /// `answered` gets the first argument of the answer, an invalid one where there is none.
     void askBus(const QString &method, const QVariantList &arguments,
                 std::function<void(const QVariant &)> answered);

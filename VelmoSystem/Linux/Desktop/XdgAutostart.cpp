@@ -15,7 +15,7 @@
 namespace velmo {
 namespace {
 
-constexpr qint64 longestEntry = 64 * 1024;
+constexpr qint64 longestEntry = 65'536;
 
 /// A path as the first word of an "Exec" value, which is unescaped as any text of a desktop entry
 /// and then as a quoted word with field codes.
