@@ -1,0 +1,5 @@
+#include "VelmoCore/Actions/ActionCatalog.h"
+
+namespace velmo {
+
+} // namespace velmo

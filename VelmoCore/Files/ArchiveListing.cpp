@@ -1,0 +1,5 @@
+#include "VelmoCore/Files/ArchiveListing.h"
+
+namespace velmo {
+
+} // namespace velmo

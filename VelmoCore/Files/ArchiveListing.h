@@ -1,0 +1,81 @@
+#pragma once
+
+#include "VelmoCore/Foundation/LocalizedError.h"
+
+#include <QString>
+
+#include <boost/describe.hpp>
+
+#include <variant>
+#include <vector>
+
+namespace velmo {
+
+/// One entry of an archive, as its listing claims it to be.
+struct ArchiveEntry {
+    QString path;
+    qint64 size = 0;
+    bool isDirectory = false;
+
+    bool operator==(const ArchiveEntry &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(ArchiveEntry, (), (path, size, isDirectory))
+
+/// Why an archive could not be read or made.
+class ArchiveError : public LocalizedError {
+public:
+    struct Unsupported {
+        QString text;
+        bool operator==(const Unsupported &) const = default;
+    };
+    struct Failed {
+        QString text;
+        bool operator==(const Failed &) const = default;
+    };
+    struct TooLarge {
+        qint64 limit = 0; ///< bytes
+        bool operator==(const TooLarge &) const = default;
+    };
+    struct UnsafeEntry {
+        QString path;
+        bool operator==(const UnsafeEntry &) const = default;
+    };
+    struct PasswordRequired {
+        bool operator==(const PasswordRequired &) const = default;
+    };
+    struct WrongPassword {
+        bool operator==(const WrongPassword &) const = default;
+    };
+    using Value =
+        std::variant<Unsupported, Failed, TooLarge, UnsafeEntry, PasswordRequired, WrongPassword>;
+
+    explicit ArchiveError(const Value &value);
+
+    const Value &value() const { return m_value; }
+
+private:
+    Value m_value;
+};
+
+/// What the archive tools print, read. Foreign text: whatever it holds gives entries or none.
+namespace ArchiveListing {
+
+/// Of `7zz l -slt -ba`.
+std::vector<ArchiveEntry> parseTechnicalListing(const QString &text);
+/// Of `bsdtar -tvf`.
+std::vector<ArchiveEntry> parseTarListing(const QString &text);
+
+/// What 7-Zip's failure means.
+ArchiveError classify7z(const QString &text, int status, bool passwordGiven);
+/// What bsdtar's failure means.
+ArchiveError classify(const QString &text, bool passwordGiven);
+
+/// The archive's name without its extension, ".tar.gz" and the like being one.
+QString baseName(const QString &fileName);
+
+/// Throws `UnsafeEntry` for an absolute path or one with a component "..", `TooLarge` if the listed
+/// sizes are more than `sizeLimit` together.
+void check(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit);
+
+} // namespace ArchiveListing
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoCore/Files/FileCategory.h"
+
+namespace velmo {
+
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoCore/Files/FileNaming.h"
+
+namespace velmo {
+
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoCore/Files/FileTransfer.h"
+
+namespace velmo {
+
+} // namespace velmo

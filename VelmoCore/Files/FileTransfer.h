@@ -1,0 +1,35 @@
+#pragma once
+
+#include "VelmoCore/Storage/AtomicFile.h"
+
+#include <QUrl>
+
+#include <stop_token>
+
+namespace velmo {
+
+/// A work that its user stopped.
+class Cancelled : public LocalizedError {
+public:
+    Cancelled();
+};
+
+/// Moving and copying a user's files and folders. What stands at a target is never replaced, and a
+/// file is always whole in exactly one known place: after a failure where it was.
+namespace FileTransfer {
+
+/// Renames; across file systems copies, verifies, then removes the original. Throws `FileError`
+/// (EEXIST where something stands at `to`) and `Cancelled`; then the original stands untouched and
+/// nothing is left at `to`.
+void move(const QString &from, const QString &to, std::stop_token stop = {});
+
+/// Modification times, modes, links and extended attributes survive. Throws as `move` does.
+void copy(const QString &from, const QString &to, std::stop_token stop = {});
+
+/// To `to` or, where that is taken, to the name that `FileNaming::uniqueURL` gives; also when it is
+/// taken in the last moment. Give where it went.
+QUrl moveUnique(const QUrl &from, const QUrl &to, std::stop_token stop = {});
+QUrl copyUnique(const QUrl &from, const QUrl &to, std::stop_token stop = {});
+
+} // namespace FileTransfer
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoCore/Files/PageRanges.h"
+
+namespace velmo {
+
+} // namespace velmo

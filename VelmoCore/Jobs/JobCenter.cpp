@@ -1,0 +1,5 @@
+#include "VelmoCore/Jobs/JobCenter.h"
+
+namespace velmo {
+
+} // namespace velmo

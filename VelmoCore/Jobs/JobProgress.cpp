@@ -1,0 +1,5 @@
+#include "VelmoCore/Jobs/JobProgress.h"
+
+namespace velmo {
+
+} // namespace velmo

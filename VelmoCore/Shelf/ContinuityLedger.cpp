@@ -1,0 +1,5 @@
+#include "VelmoCore/Shelf/ContinuityLedger.h"
+
+namespace velmo {
+
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoCore/Shelf/ShelfStore.h"
+
+namespace velmo {
+
+} // namespace velmo

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoCore/Shelf/ShelfItem.h"
+#include "VelmoCore/Storage/JSONFileStore.h"
+
+#include <QObject>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace velmo {
+
+/// What the user keeps in the notch, and the folder "No Notch" with the files that were moved in.
+/// Saves at once: a file that has moved must not be ahead of its record. Main thread only.
+class ShelfStore : public QObject {
+    Q_OBJECT
+
+public:
+    struct Snapshot {
+        std::vector<ShelfItem> items;
+        bool operator==(const Snapshot &) const = default;
+    };
+    struct Places {
+        /// For "shelf.json" and "Copies"; without it nothing is kept on disk.
+        std::optional<QString> directory;
+        /// The user's own folder for files moved in; without it one beside the copies.
+        std::optional<QString> notchFolder;
+        QString downloads; ///< where a file goes whose original folder is gone
+    };
+    using IDs = std::vector<Uuid>;
+
+    /// Loads at once; never fails.
+    ShelfStore(const Places &places, const std::optional<DataCipher> &cipher, Scheduler &scheduler);
+
+    /// Newest first.
+    const std::vector<ShelfItem> &items() const { return m_items; }
+    std::vector<ShelfItem> items(const QString &query, const std::optional<QString> &group) const;
+    /// The distinct names, sorted.
+    std::vector<QString> groups() const;
+
+    const std::optional<QString> &loadIssue() const { return m_loadIssue; }
+    const std::optional<QString> &lastSaveError() const { return m_lastSaveError; }
+    /// How many moved files could not go back.
+    std::optional<int> lastReturnFailure() const { return m_lastReturnFailure; }
+    void dismissIssues();
+
+    std::optional<QString> mesaDirectory() const;
+    std::optional<QString> newCopyFolder() const;
+    bool isInNotch(const QUrl &url) const;
+    /// The file of an item where it stands; nothing for links, texts and files that are gone.
+    std::optional<QUrl> resolve(const ShelfItem &item) const;
+    QString returnFolder(const ShelfItem &item) const;
+
+    void addReferences(const std::vector<QUrl> &urls,
+                       const std::optional<QString> &group = std::nullopt);
+    void addCopy(const QUrl &copy, const QString &originalName,
+                 const std::optional<QString> &group = std::nullopt);
+    void addLink(const QUrl &url, const std::optional<QString> &group = std::nullopt);
+    void addText(const QString &text, const std::optional<QString> &group = std::nullopt);
+    /// Throw `FileError`; then no item is made and the file stands where it was.
+    QUrl moveIn(const QUrl &url, const std::optional<QString> &group = std::nullopt);
+    QUrl copyIn(const QUrl &url);
+    /// Lists files that a tool made in our folders.
+    void adoptOutputs(const std::vector<QUrl> &urls);
+
+    void togglePin(const Uuid &id);
+    void setGroup(const QString &name, const IDs &ids);
+    void rename(const Uuid &id, const QString &name);
+    /// Copies go to the trash, moved files back; one that can't go back stays.
+    void remove(const IDs &ids);
+    /// Removes what is older, but nothing pinned and no moved file. Gives how many.
+    int autoClean(int olderThanDays, Date now);
+    void forgetMissingFiles();
+    int removeDuplicateFiles();
+    /// Brings files of earlier versions into `notchFolder`. Gives how many.
+    int migrateIntoNotchFolder();
+
+    /// Throws `FileError`; the desktop's trash unless replaced.
+    std::function<void(const QUrl &)> trash;
+
+Q_SIGNALS:
+    void itemsChanged();
+    void issuesChanged();
+
+private:
+    void insert(ShelfItem item);
+    void save();
+    bool deleteManagedCopy(const ShelfItem &item);
+    bool returnMovedFile(const ShelfItem &item);
+    void removeEmptyCopyFolder(const ShelfItem &item) const;
+
+    Places m_places;
+    Scheduler &m_scheduler;
+    std::optional<JSONFileStore<Snapshot>> m_store;
+    std::vector<ShelfItem> m_items;
+    std::optional<QString> m_loadIssue;
+    std::optional<QString> m_lastSaveError;
+    std::optional<int> m_lastReturnFailure;
+};
+BOOST_DESCRIBE_STRUCT(ShelfStore::Snapshot, (), (items))
+
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoSystem/FileProcessing/ArchiveProcessor.h"
+
+namespace velmo {
+
+} // namespace velmo

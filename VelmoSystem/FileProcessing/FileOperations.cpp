@@ -1,0 +1,5 @@
+#include "VelmoSystem/FileProcessing/FileOperations.h"
+
+namespace velmo {
+
+} // namespace velmo

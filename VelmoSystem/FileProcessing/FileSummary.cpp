@@ -1,0 +1,5 @@
+#include "VelmoSystem/FileProcessing/FileSummary.h"
+
+namespace velmo {
+
+} // namespace velmo

@@ -1,0 +1,5 @@
+#include "VelmoSystem/FileProcessing/QuickActions.h"
+
+namespace velmo {
+
+} // namespace velmo
