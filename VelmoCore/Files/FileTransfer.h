@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoCore/Foundation/Cancelled.h"
 #include "VelmoCore/Storage/AtomicFile.h"
 
 #include <QUrl>
@@ -7,12 +8,6 @@
 #include <stop_token>
 
 namespace velmo {
-
-/// A work that its user stopped.
-class Cancelled : public LocalizedError {
-public:
-    Cancelled();
-};
 
 /// Moving and copying a user's files and folders. What stands at a target is never replaced, and a
 /// file is always whole in exactly one known place: after a failure where it was.
