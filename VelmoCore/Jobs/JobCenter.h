@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <exception>
 #include <functional>
 #include <map>
 #include <stop_token>
@@ -52,9 +53,16 @@ private:
         QString symbol;
         QString source;
     };
+    struct Result {
+        JobOutcome outcome;
+        std::exception_ptr failure; ///< null where there is an outcome
+    };
 
-    LiveActivity row(const Job &job) const;
-    void complete(const Job &job, const std::function<JobOutcome()> &result);
+    void showProgress(const Job &job, std::optional<double> progress,
+                      const std::optional<QString> &detail);
+    void cancel(const QString &id);
+    void complete(const Job &job, const Result &result);
+    ActivityEvent event(const Job &job, const Result &result) const;
 
     ActivityCenter &m_activity;
     Scheduler &m_scheduler;

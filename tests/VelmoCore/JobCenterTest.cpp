@@ -1,0 +1,125 @@
+#include "VelmoCore/Jobs/JobCenter.h"
+
+#include "VelmoCore/Foundation/Cancelled.h"
+#include "VelmoCore/Foundation/SystemScheduler.h"
+#include "VelmoCore/Storage/AtomicFile.h"
+
+#include "tests/support/ManualScheduler.h"
+#include "tests/support/Printers.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <thread>
+
+namespace velmo {
+namespace {
+
+using Updates = std::vector<std::optional<double>>;
+
+/// Jobs run on real threads and come back by a real event loop.
+class JobCenterTest : public testing::Test {
+protected:
+    QString run(JobCenter::Work work)
+    {
+        return jobs.run(QStringLiteral("Compactar"), QStringLiteral("doc.zipper"),
+                        QStringLiteral("files"), std::move(work));
+    }
+    void wait(const std::function<bool()> &isDone)
+    {
+        while (!isDone())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    ActivityEvent end(JobCenter::Work work)
+    {
+        run(std::move(work));
+        wait([&] { return jobs.runningCount() == 0; });
+        EXPECT_TRUE(activity.live().empty());
+        return activity.history().front();
+    }
+
+    SystemScheduler scheduler;
+    ActivityCenter activity{scheduler, std::nullopt, 7};
+    JobCenter jobs{activity, scheduler};
+};
+
+} // namespace
+
+TEST(JobProgress, DropsWhatComesTooSoonUnlessForced)
+{
+    ManualScheduler scheduler;
+    Updates sent;
+    JobProgress progress(scheduler, [&](auto share, const auto &) { sent.push_back(share); });
+    progress.update(1.7);
+    progress.update(0.5);
+    progress.update(-0.2, std::nullopt, true);
+    scheduler.advance(0.1s);
+    progress.update(0.5);
+    scheduler.advance(0.11s);
+    progress.update(std::nullopt);
+    EXPECT_EQ(sent, (Updates{1, 0, std::nullopt}));
+}
+
+TEST_F(JobCenterTest, EndsInTheHistoryWithItsOwnWords)
+{
+    const std::vector<QUrl> made{QUrl(QStringLiteral("file:///a.zip"))};
+    std::vector<QUrl> adopted;
+    jobs.onOutputs = [&](const auto &urls) { adopted = urls; };
+    const ActivityEvent done = end([&](auto &, auto) {
+        return JobOutcome{QStringLiteral("Pronto"), QStringLiteral("1 arquivo"), made};
+    });
+    EXPECT_EQ(done.symbol, u"checkmark.circle.fill");
+    EXPECT_EQ(done.title, u"Pronto");
+    EXPECT_EQ(done.fileURLs, made);
+    EXPECT_EQ(adopted, made);
+
+    const ActivityEvent bad = end([](auto &, auto) {
+        return JobOutcome{QStringLiteral("Metade"), {}, {}, FeedbackStyle::error};
+    });
+    EXPECT_EQ(bad.symbol, u"exclamationmark.triangle.fill");
+    EXPECT_EQ(bad.title, u"Metade");
+    const ActivityEvent failed = end(
+        [](auto &, auto) -> JobOutcome { throw LocalizedError(QStringLiteral("Sem espaço.")); });
+    EXPECT_EQ(failed.title, u"Compactar: falhou");
+    EXPECT_EQ(failed.detail, u"Sem espaço.");
+    const ActivityEvent stopped =
+        end([](auto &, auto) -> JobOutcome { throw FileError(QStringLiteral("/a"), ECANCELED); });
+    EXPECT_EQ(stopped.title, u"Compactar: cancelado");
+    EXPECT_EQ(stopped.style, FeedbackStyle::info);
+}
+
+TEST_F(JobCenterTest, StopsWorkThatHeedsItAndShowsNothingOfItAfterwards)
+{
+    const QString id = run([](JobProgress &progress, std::stop_token stop) -> JobOutcome {
+        progress.update(0.5, QStringLiteral("metade"));
+        while (!stop.stop_requested())
+            std::this_thread::yield();
+        progress.update(0.6, std::nullopt, true);
+        throw Cancelled();
+    });
+    wait([&] { return activity.live().front().progress == 0.5; });
+    activity.cancel(id);
+    EXPECT_TRUE(activity.live().empty());
+    bool cameBack = false;
+    QObject::connect(&activity, &ActivityCenter::liveChanged, &activity,
+                     [&] { cameBack = cameBack || !activity.live().empty(); });
+    wait([&] { return jobs.runningCount() == 0; });
+    EXPECT_FALSE(cameBack);
+    EXPECT_EQ(activity.history().front().title, u"Compactar: cancelado");
+}
+
+TEST_F(JobCenterTest, CountsWhatACancelledJobHasDoneAllTheSame)
+{
+    const QString id = run([](auto &, std::stop_token stop) {
+        while (!stop.stop_requested())
+            std::this_thread::yield();
+        return JobOutcome{QStringLiteral("Pronto")};
+    });
+    activity.cancel(id);
+    wait([&] { return jobs.runningCount() == 0; });
+    EXPECT_EQ(activity.history().front().title, u"Pronto");
+}
+
+} // namespace velmo
