@@ -1,5 +1,194 @@
 #include "VelmoCore/Files/ArchiveListing.h"
 
+#include "VelmoCore/Foundation/Overloaded.h"
+
+#include <QLocale>
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
 namespace velmo {
+
+namespace {
+
+using Value = ArchiveError::Value;
+
+QString describe(const Value &value)
+{
+    return std::visit(
+        overloaded{
+            [](const ArchiveError::Unsupported &error) {
+                return QStringLiteral("Formato ou recurso não suportado: %1").arg(error.text);
+            },
+            [](const ArchiveError::Failed &error) {
+                return error.text.isEmpty() ? QStringLiteral("A extração falhou.") : error.text;
+            },
+            [](const ArchiveError::TooLarge &error) {
+                return QStringLiteral("Extração interrompida: o conteúdo passou de %1. Pode ser um "
+                                      "arquivo malicioso (zip bomb).")
+                    .arg(QLocale().formattedDataSize(error.limit, 1, QLocale::DataSizeSIFormat));
+            },
+            [](const ArchiveError::UnsafeEntry &error) {
+                return QStringLiteral("Entrada insegura recusada: %1").arg(error.path);
+            },
+            [](const ArchiveError::PasswordRequired &) {
+                return QStringLiteral("Este arquivo está protegido por senha.");
+            },
+            [](const ArchiveError::WrongPassword &) { return QStringLiteral("Senha incorreta."); },
+        },
+        value);
+}
+
+ArchiveError passwordError(bool passwordGiven)
+{
+    return ArchiveError(passwordGiven ? Value(ArchiveError::WrongPassword())
+                                      : Value(ArchiveError::PasswordRequired()));
+}
+
+bool holds(const QString &text, std::initializer_list<const char *> phrases)
+{
+    return std::ranges::any_of(phrases, [&](const char *phrase) {
+        return text.contains(QLatin1String(phrase), Qt::CaseInsensitive);
+    });
+}
+
+/// The text from the field with that number on; fields are what spaces divide.
+QStringView fromField(QStringView line, int number)
+{
+    qsizetype at = 0;
+    for (int field = 0; at < line.size(); ++field) {
+        while (at < line.size() && line[at] == u' ')
+            ++at;
+        if (field == number)
+            break;
+        while (at < line.size() && line[at] != u' ')
+            ++at;
+    }
+    return line.mid(at);
+}
+
+QStringView field(QStringView line, int number)
+{
+    const QStringView rest = fromField(line, number);
+    const qsizetype end = rest.indexOf(u' ');
+    return end < 0 ? rest : rest.left(end);
+}
+
+} // namespace
+
+ArchiveError::ArchiveError(const Value &value) : LocalizedError(describe(value)), m_value(value)
+{
+}
+
+std::vector<ArchiveEntry> ArchiveListing::parseTechnicalListing(const QString &text)
+{
+    std::vector<ArchiveEntry> entries;
+    std::optional<QString> path;
+    ArchiveEntry entry;
+    const auto flush = [&] {
+        if (path) {
+            entry.path = *path;
+            entries.push_back(entry);
+        }
+        path.reset();
+        entry = {};
+    };
+    for (const QStringView line : QStringTokenizer(QStringView(text), u'\n')) {
+        if (line.isEmpty()) {
+            flush();
+            continue;
+        }
+        const qsizetype cut = line.indexOf(u" = ");
+        const QStringView key = line.left(cut);
+        if (cut < 0)
+            continue;
+        const QStringView value = line.mid(cut + 3);
+        if (key == u"Path")
+            path = value.toString();
+        else if (key == u"Size")
+            entry.size = value.toLongLong();
+        else if (key == u"Folder")
+            entry.isDirectory = entry.isDirectory || value == u"+";
+        else if (key == u"Attributes")
+            entry.isDirectory = entry.isDirectory || value.startsWith(u'D');
+    }
+    flush();
+    return entries;
+}
+
+std::vector<ArchiveEntry> ArchiveListing::parseTarListing(const QString &text)
+{
+    constexpr int sizeField = 4;
+    constexpr int nameField = 8;
+    std::vector<ArchiveEntry> entries;
+    for (const QStringView line : QStringTokenizer(QStringView(text), u'\n')) {
+        QStringView name = fromField(line, nameField);
+        if (name.isEmpty())
+            continue;
+        if (const qsizetype target = name.indexOf(u" -> "); target >= 0)
+            name = name.left(target);
+        entries.push_back({name.toString(), field(line, sizeField).toLongLong(),
+                           line.startsWith(u'd') || name.endsWith(u'/')});
+    }
+    return entries;
+}
+
+ArchiveError ArchiveListing::classify7z(const QString &text, int status, bool passwordGiven)
+{
+    constexpr int interrupted = 255;
+    if (holds(text, {"wrong password"}) ||
+        (status == interrupted && holds(text, {"break signaled", "enter password"})))
+        return passwordError(passwordGiven);
+    if (holds(text, {"can't open as archive", "cannot open the file as archive", "is not archive"}))
+        return ArchiveError(ArchiveError::Unsupported{QStringLiteral(
+            "o arquivo não é um formato compactado reconhecido ou está danificado.")});
+    if (holds(text, {"unsupported method"}))
+        return ArchiveError(
+            ArchiveError::Unsupported{QStringLiteral("método de compressão não suportado.")});
+    for (const QStringView line : QStringTokenizer(QStringView(text), u'\n')) {
+        if (line.startsWith(u"ERROR"))
+            return ArchiveError(ArchiveError::Failed{line.toString()});
+    }
+    return ArchiveError(
+        ArchiveError::Failed{QStringLiteral("A extração falhou (código %1).").arg(status)});
+}
+
+ArchiveError ArchiveListing::classify(const QString &text, bool passwordGiven)
+{
+    if (holds(text, {"passphrase", "password"}))
+        return passwordError(passwordGiven);
+    if (holds(text, {"unrecognized archive format"}))
+        return ArchiveError(ArchiveError::Unsupported{QStringLiteral(
+            "o arquivo não é um formato compactado reconhecido ou está danificado.")});
+    return ArchiveError(ArchiveError::Failed{text.trimmed()});
+}
+
+QString ArchiveListing::baseName(const QString &fileName)
+{
+    constexpr std::array doubled = {".tar.gz", ".tar.bz2", ".tar.xz", ".tgz", ".tbz", ".txz"};
+    for (const char *ending : doubled) {
+        if (fileName.endsWith(QLatin1String(ending), Qt::CaseInsensitive))
+            return fileName.chopped(qsizetype(std::char_traits<char>::length(ending)));
+    }
+    const qsizetype dot = fileName.lastIndexOf(u'.');
+    return dot > 0 ? fileName.left(dot) : fileName;
+}
+
+void ArchiveListing::check(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit)
+{
+    qint64 left = sizeLimit;
+    for (const ArchiveEntry &entry : entries) {
+        if (entry.path.startsWith(u'/') || entry.path.split(u'/').contains(QStringLiteral("..")))
+            throw ArchiveError(ArchiveError::UnsafeEntry{entry.path});
+    }
+    for (const ArchiveEntry &entry : entries) {
+        const qint64 size = std::max<qint64>(entry.size, 0);
+        if (size > left)
+            throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
+        left -= size;
+    }
+}
 
 } // namespace velmo
