@@ -40,6 +40,7 @@ private:
 
     NetworkMonitor &m_network;
     BluetoothAdapter &m_bluetooth;
+    bool m_isBluetoothWanted = false;
     std::optional<QString> m_bluetoothState;
 };
 

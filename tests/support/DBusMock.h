@@ -52,6 +52,15 @@ public:
         return reply.arguments().value(0);
     }
 
+    /// Runs Python in the mock: `self` is its object at `path`, `objects` are all by path.
+    void run(const QString &path, const QString &code)
+    {
+        const QString interface = "app.orvane.Test";
+        call(path, "org.freedesktop.DBus.Mock", "AddMethod",
+             {interface, "Run", "s", "", "exec(args[0], dict(globals(), self=self))"});
+        call(path, interface, "Run", {code});
+    }
+
     /// While it is stopped it takes calls and answers none.
     void stop() { ::kill(pid_t(m_process.processId()), SIGSTOP); }
     void resume() { ::kill(pid_t(m_process.processId()), SIGCONT); }

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "VelmoSystem/Linux/DBus/RemoteObjects.h"
 #include "VelmoSystem/Ports/BluetoothAdapter.h"
-
-#include <QDBusConnection>
 
 namespace velmo {
 
-/// `BluetoothAdapter` with BlueZ on the system bus: on if any adapter is powered.
+/// `BluetoothAdapter` with BlueZ on the system bus: on if any adapter is powered. BlueZ is not
+/// started for it.
 class BlueZAdapter : public BluetoothAdapter {
     Q_OBJECT
 
@@ -17,8 +17,17 @@ public:
     std::optional<bool> isPoweredOn() const override { return m_isPoweredOn; }
     QString issue() const override { return m_issue; }
 
+private Q_SLOTS:
+    void interfacesAdded(const QDBusMessage &message);
+    void interfacesRemoved(const QDBusObjectPath &path, const QStringList &interfaces);
+
 private:
-    QDBusConnection m_bus;
+    void ask();
+    void update();
+
+    RemoteObjects m_objects;
+    bool m_isStarted = false;
+    bool m_isListed = false; ///< BlueZ has told its adapters
     std::optional<bool> m_isPoweredOn;
     QString m_issue;
 };

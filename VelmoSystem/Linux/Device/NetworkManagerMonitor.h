@@ -1,8 +1,7 @@
 #pragma once
 
+#include "VelmoSystem/Linux/DBus/RemoteObjects.h"
 #include "VelmoSystem/Ports/NetworkMonitor.h"
-
-#include <QDBusConnection>
 
 namespace velmo {
 
@@ -14,15 +13,25 @@ public:
     explicit NetworkManagerMonitor(QDBusConnection systemBus);
 
     void start() override;
-    std::optional<Path> path() const override { return m_path; }
-    std::optional<bool> isWiFiPoweredOn() const override { return m_isWiFiPoweredOn; }
-    QString issue() const override { return m_issue; }
+    std::optional<Path> path() const override { return m_reading.path; }
+    std::optional<bool> isWiFiPoweredOn() const override { return m_reading.isWiFiPoweredOn; }
+    QString issue() const override { return m_reading.issue; }
 
 private:
-    QDBusConnection m_bus;
-    std::optional<Path> m_path;
-    std::optional<bool> m_isWiFiPoweredOn;
-    QString m_issue;
+    struct Reading {
+        std::optional<Path> path;
+        std::optional<bool> isWiFiPoweredOn;
+        QString issue;
+
+        bool operator==(const Reading &) const = default;
+    };
+
+    void update();
+    Reading read() const;
+    Path readPath(uint state) const;
+
+    RemoteObjects m_objects;
+    Reading m_reading;
 };
 
 } // namespace velmo

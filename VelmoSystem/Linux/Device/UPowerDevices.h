@@ -1,9 +1,8 @@
 #pragma once
 
+#include "VelmoSystem/Linux/DBus/RemoteObjects.h"
 #include "VelmoSystem/Ports/Accessories.h"
 #include "VelmoSystem/Ports/PowerInfo.h"
-
-#include <QDBusConnection>
 
 namespace velmo {
 
@@ -15,15 +14,36 @@ class UPowerDevices : public QObject {
 public:
     explicit UPowerDevices(QDBusConnection systemBus);
 
-    std::optional<BatteryInfo> battery();
-    std::vector<AccessoryInfo> accessories();
-    QString issue();
+    std::optional<BatteryInfo> battery() { return reading().battery; }
+    std::vector<AccessoryInfo> accessories() { return reading().accessories; }
+    QString issue() { return reading().issue; }
 
 Q_SIGNALS:
     void changed();
 
+private Q_SLOTS:
+    void deviceAdded(const QDBusObjectPath &path);
+    void deviceRemoved(const QDBusObjectPath &path);
+
 private:
-    QDBusConnection m_bus;
+    struct Reading {
+        std::optional<BatteryInfo> battery;
+        std::vector<AccessoryInfo> accessories;
+        QString issue;
+
+        bool operator==(const Reading &) const = default;
+    };
+
+    const Reading &reading();
+    void ask();
+    void update();
+    Reading read() const;
+    AccessoryInfo accessory(const QString &device, uint type) const;
+
+    RemoteObjects m_objects;
+    bool m_isStarted = false;
+    bool m_isListed = false; ///< UPower has told its devices
+    Reading m_reading;
 };
 
 class UPowerBattery : public PowerInfo {
