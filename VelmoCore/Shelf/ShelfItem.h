@@ -13,15 +13,21 @@
 
 namespace velmo {
 
+/// A file on the shelf.
+struct ShelfFile {
+    static constexpr const char *caseName = "file";
+
+    QString path;
+    std::optional<QByteArray> bookmark; ///< of other systems; kept, never made here
+    ShelfStorage storage = ShelfStorage::reference;
+
+    bool operator==(const ShelfFile &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(ShelfFile, (), (path, bookmark, storage))
+
 /// One thing that the user keeps in the notch.
 struct ShelfItem {
-    struct File {
-        static constexpr const char *caseName = "file";
-        QString path;
-        std::optional<QByteArray> bookmark; ///< of other systems; kept, never made here
-        ShelfStorage storage = ShelfStorage::reference;
-        bool operator==(const File &) const = default;
-    };
+    using File = ShelfFile;
     struct Link {
         static constexpr const char *caseName = "link";
         QUrl value;
@@ -47,7 +53,6 @@ struct ShelfItem {
 
     bool operator==(const ShelfItem &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(ShelfItem::File, (), (path, bookmark, storage))
 BOOST_DESCRIBE_STRUCT(ShelfItem::Link, (), (value))
 BOOST_DESCRIBE_STRUCT(ShelfItem::Text, (), (value))
 BOOST_DESCRIBE_STRUCT(ShelfItem::Content, (), (value))

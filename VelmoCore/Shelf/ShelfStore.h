@@ -46,6 +46,7 @@ public:
     std::optional<int> lastReturnFailure() const { return m_lastReturnFailure; }
     void dismissIssues();
 
+    std::optional<QString> copiesDirectory() const;
     std::optional<QString> mesaDirectory() const;
     std::optional<QString> newCopyFolder() const;
     bool isInNotch(const QUrl &url) const;
@@ -67,7 +68,10 @@ public:
 
     void togglePin(const Uuid &id);
     void setGroup(const QString &name, const IDs &ids);
-    void rename(const Uuid &id, const QString &name);
+    /// The item's file has another name or place now.
+    void setFile(const Uuid &id, const QUrl &url);
+    /// What the item is called; an empty name changes nothing.
+    void setName(const Uuid &id, const QString &name);
     /// Copies go to the trash, moved files back; one that can't go back stays.
     void remove(const IDs &ids);
     /// Removes what is older, but nothing pinned and no moved file. Gives how many.
@@ -85,9 +89,13 @@ Q_SIGNALS:
     void issuesChanged();
 
 private:
+    bool isListed(const QUrl &url) const;
+    /// Throws `FileError`; nowhere to move to is a missing file.
+    QString preparedMesa() const;
     void insert(ShelfItem item);
+    void changed();
     void save();
-    bool deleteManagedCopy(const ShelfItem &item);
+    void deleteManagedCopy(const ShelfItem &item);
     bool returnMovedFile(const ShelfItem &item);
     void removeEmptyCopyFolder(const ShelfItem &item) const;
 
