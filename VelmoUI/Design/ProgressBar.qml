@@ -6,6 +6,7 @@ Rectangle {
     id: bar
 
     required property real progress ///< 0 to 1
+    property color filling: Theme.accent
 
     implicitHeight: Theme.barHeight
     radius: height / 2
@@ -16,7 +17,7 @@ Rectangle {
         height: parent.height
         radius: parent.radius
         visible: bar.progress > 0
-        color: Theme.accent
+        color: bar.filling
 
         Behavior on width {
             NumberAnimation {

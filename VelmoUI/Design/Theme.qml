@@ -64,6 +64,7 @@ QtObject {
     readonly property int smallSymbolSize: 16
     readonly property int symbolSize: 20
     readonly property int tileSymbolSize: 40
+    readonly property int leastTileWidth: 128
     readonly property int barHeight: 4
     readonly property int ringWidth: 2
     readonly property int fadeWidth: 32

@@ -4,6 +4,7 @@
 
 namespace velmo {
 
+/// How the machine is doing.
 class SystemModule : public NotchModule {
 public:
     QString id() const override { return QStringLiteral("system"); }

@@ -1,3 +1,46 @@
 import QtQuick
+import Velmo
 
-Item {}
+/// The machine in one row of tiles, which share the width.
+FocusScope {
+    id: view
+
+    property SystemPageModel page: null
+    property bool watched: false
+
+    onWatchedChanged: tell()
+    onPageChanged: tell()
+
+    function tell() {
+        if (page !== null)
+            page.setWatched(watched);
+    }
+
+    CardList {
+        id: tiles
+
+        /// A column of accessories is half as wide again as a tile.
+        readonly property real columnShare: 1.5
+        readonly property int accessoryRows: Math.max(1, Math.floor(
+            (height - 2 * Theme.cardPadding - Theme.symbolSize) / Theme.controlHeight))
+        readonly property int accessoryColumns: view.page === null ? 1
+            : Math.max(1, Math.ceil(view.page.accessoryCount / accessoryRows))
+        readonly property real tileWidth: Math.max(Theme.leastTileWidth, Math.floor(
+            (width - (count - 1) * spacing) / (count - 1 + columnShare * accessoryColumns)))
+
+        anchors.fill: parent
+        focus: true
+        model: view.page !== null ? view.page.tiles : null
+        Accessible.role: Accessible.List
+        Accessible.name: "Sistema"
+
+        delegate: SystemTile {
+            columnWidth: isAccessories ? Math.floor(tiles.tileWidth * tiles.columnShare)
+                                            : tiles.tileWidth
+            height: ListView.view.height
+            accessoryRows: tiles.accessoryRows
+            accessories: isAccessories ? view.page.accessories : null
+            onTriggered: view.page.checkBluetooth()
+        }
+    }
+}

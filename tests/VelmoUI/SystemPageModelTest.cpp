@@ -1,0 +1,166 @@
+#include "VelmoUI/Modules/System/SystemPageModel.h"
+
+#include "VelmoUI/App/AppServices.h"
+
+#include "tests/support/FakeDesktop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+using testing::ElementsAre;
+
+class SystemPageModelTest : public testing::Test {
+protected:
+    SystemPageModelTest()
+    {
+        services.connectivity.start();
+        QObject::connect(page.tiles(), &QAbstractItemModel::dataChanged, [this] { ++changes; });
+    }
+
+    const SystemTileRow &tile(const char *id)
+    {
+        const auto &rows = page.tiles()->records();
+        return *std::ranges::find(rows, QString::fromLatin1(id), &SystemTileRow::id);
+    }
+    std::vector<QString> ids()
+    {
+        std::vector<QString> ids;
+        for (const SystemTileRow &row : page.tiles()->records())
+            ids.push_back(row.id);
+        return ids;
+    }
+
+    FakeDesktop desktop;
+    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+    SystemPageModel page{services};
+    int changes = 0;
+};
+
+TEST(BatteryText, TellsWhatTheBatteryDoes)
+{
+    const std::vector<std::pair<BatteryInfo, const char16_t *>> cases = {
+        {{.minutesRemaining = 80}, u"1 h 20 min restantes"},
+        {{.minutesRemaining = 120}, u"2 h restantes"},
+        {{.minutesRemaining = 60}, u"1 h restante"},
+        {{.minutesRemaining = 1}, u"1 min restante"},
+        {{}, u"Fora da tomada"},
+        {{.isCharging = true, .isOnAC = true, .minutesRemaining = 40}, u"Carrega em 40 min"},
+        {{.isCharging = true, .isOnAC = true}, u"Carregando"},
+        {{.isOnAC = true, .minutesRemaining = 40}, u"Na tomada"},
+    };
+    for (const auto &[battery, text] : cases)
+        EXPECT_EQ(batteryText(battery).replace(QChar::Nbsp, u' '), text);
+}
+
+TEST_F(SystemPageModelTest, ReadsOnlyWhileSomebodyWatches)
+{
+    desktop.power.set(BatteryInfo{.percent = 50});
+    desktop.network.set(NetworkMonitor::Path{});
+    EXPECT_EQ(desktop.load.reads, 0);
+    EXPECT_EQ(desktop.scheduler.pendingCount(), 0U);
+
+    desktop.load.memoryNow = {.used = 4'000'000'000, .total = 16'000'000'000};
+    page.setWatched(true);
+    EXPECT_EQ(tile("memory").value, u"4\u00a0GB");
+    desktop.load.memoryNow->used = 15'000'000'000;
+    desktop.scheduler.advance(1.9s);
+    EXPECT_EQ(tile("memory").value, u"4\u00a0GB");
+    desktop.scheduler.advance(0.1s);
+    EXPECT_EQ(tile("memory").value, u"15\u00a0GB");
+    EXPECT_TRUE(tile("memory").isWarning);
+    EXPECT_EQ(changes, 1);
+    desktop.scheduler.advance(10s);
+    EXPECT_EQ(changes, 1) << "nothing else was new";
+
+    page.setWatched(false);
+    EXPECT_EQ(desktop.scheduler.pendingCount(), 0U);
+}
+
+TEST_F(SystemPageModelTest, WarnsByMoreThanColour)
+{
+    page.setWatched(true);
+    const auto warns = [&](int percent, bool isCharging) {
+        desktop.power.set(BatteryInfo{.percent = percent, .isCharging = isCharging});
+        const SystemTileRow &battery = tile("battery");
+        EXPECT_EQ(battery.isWarning, battery.symbol == u"exclamationmark.triangle.fill");
+        EXPECT_EQ(battery.isWarning, battery.title == u"Bateria fraca");
+        return battery.isWarning;
+    };
+    EXPECT_TRUE(warns(15, false));
+    EXPECT_FALSE(warns(15, true));
+    EXPECT_FALSE(warns(16, false));
+
+    desktop.load.storageNow = {.available = 9, .total = 100};
+    desktop.scheduler.advance(2s);
+    EXPECT_TRUE(tile("storage").spoken.startsWith(u"Pouco espaço: 9\u00a0bytes"));
+    desktop.load.storageNow = {.available = 10, .total = 100};
+    desktop.scheduler.advance(2s);
+    EXPECT_FALSE(tile("storage").isWarning);
+}
+
+TEST_F(SystemPageModelTest, AsksForBluetoothOnlyWhenTold)
+{
+    page.setWatched(true);
+    EXPECT_EQ(desktop.bluetooth.starts, 0);
+    EXPECT_EQ(tile("bluetooth").action, u"Verificar");
+
+    desktop.permissions.statuses[PermissionKind::bluetooth] = {PermissionStatus::Granted{}};
+    page.checkBluetooth();
+    EXPECT_EQ(desktop.bluetooth.starts, 1);
+    EXPECT_EQ(services.permissions.status(PermissionKind::bluetooth),
+              desktop.permissions.statuses[PermissionKind::bluetooth]);
+    desktop.bluetooth.set(true);
+    EXPECT_EQ(tile("bluetooth").value, u"Ligado");
+    EXPECT_EQ(tile("bluetooth").action, QString());
+    desktop.bluetooth.set(std::nullopt, QStringLiteral("O BlueZ não respondeu."));
+    EXPECT_EQ(tile("bluetooth").value, u"Sem informação");
+    EXPECT_EQ(tile("bluetooth").detail, u"O BlueZ não respondeu.");
+}
+
+TEST_F(SystemPageModelTest, SaysWhatIsMissing)
+{
+    desktop.power.missing = QStringLiteral("O UPower não respondeu.");
+    desktop.network.missing = QStringLiteral("O NetworkManager não respondeu.");
+    page.setWatched(true);
+    for (const char *id : {"battery", "accessories"})
+        EXPECT_EQ(tile(id).detail, desktop.power.missing);
+    EXPECT_EQ(tile("network").detail, desktop.network.missing);
+    for (const char *id : {"storage", "memory", "processor"})
+        EXPECT_EQ(tile(id).value, u"Sem informação");
+
+    desktop.power.missing.clear();
+    desktop.power.set(std::nullopt);
+    EXPECT_THAT(ids(), ElementsAre(u"network", u"bluetooth", u"accessories", u"storage", u"memory",
+                                   u"processor"));
+    EXPECT_EQ(tile("accessories").value, u"Nenhum acessório conectado");
+}
+
+TEST_F(SystemPageModelTest, NamesTheNetwork)
+{
+    using Path = NetworkMonitor::Path;
+    page.setWatched(true);
+    struct Case {
+        Path path;
+        bool wifi;
+        QString shown;
+    };
+    for (const Case &one : {
+             Case{{true, true, true, QStringLiteral("Casa")}, true, QStringLiteral("Casa, Wi-Fi")},
+             Case{{true, false, true, {}}, true, QStringLiteral("Ethernet, Conectada")},
+             Case{{true, false, true, QStringLiteral("Cabo")},
+                  false,
+                  QStringLiteral("Cabo, Ethernet · Wi-Fi desligado")},
+             Case{{false, false, false, {}}, false, QStringLiteral("Sem conexão, Wi-Fi desligado")},
+             Case{{}, true, QStringLiteral("Sem conexão")},
+         }) {
+        desktop.network.wifi = one.wifi;
+        desktop.network.set(one.path);
+        EXPECT_EQ(tile("network").spoken, QStringLiteral("Rede: %1").arg(one.shown));
+    }
+}
+
+} // namespace
+} // namespace velmo
