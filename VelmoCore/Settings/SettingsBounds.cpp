@@ -2,4 +2,15 @@
 
 namespace velmo {
 
+std::optional<Bounds> SettingsBounds::of(const QString &key)
+{
+    if (key == u"hoverDelay")
+        return hoverDelay;
+    if (key == u"closeDelay")
+        return closeDelay;
+    if (key == u"activityRetentionDays")
+        return activityRetentionDays;
+    return std::nullopt;
+}
+
 } // namespace velmo

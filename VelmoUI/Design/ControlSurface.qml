@@ -8,6 +8,8 @@ Item {
     /// What a screen reader says.
     required property string name
     property color idleColor: "transparent"
+    property color hoverColor: Theme.surfaceHover
+    property color pressedColor: Theme.surfacePressed
     property int radius: Theme.controlRadius
     /// The surface may be lower than what takes the pointer.
     property real surfaceHeight: height
@@ -32,8 +34,8 @@ Item {
         width: parent.width
         height: control.surfaceHeight
         radius: control.radius
-        color: control.pressed ? Theme.surfacePressed
-             : control.hovered ? Theme.surfaceHover : control.idleColor
+        color: control.pressed ? control.pressedColor
+             : control.hovered ? control.hoverColor : control.idleColor
 
         Behavior on color {
             ColorAnimation {

@@ -1,3 +1,93 @@
 import QtQuick
+import Velmo
 
-Item {}
+/// One of a few choices, side by side. The arrow keys go from one to the next.
+FocusScope {
+    id: picker
+
+    /// What a screen reader says.
+    required property string name
+    /// What the user reads of each choice.
+    required property var options
+    /// The place of the choice; negative for none of them.
+    required property int current
+
+    signal picked(int index)
+
+    function step(by: int) {
+        const next = Math.max(0, Math.min(options.length - 1, current + by));
+        if (next !== current)
+            picked(next);
+    }
+
+    implicitWidth: row.width
+    implicitHeight: Theme.controlHeight
+    activeFocusOnTab: true
+    opacity: enabled ? 1 : 0.4
+    Keys.onLeftPressed: step(-1)
+    Keys.onRightPressed: step(1)
+    Accessible.role: Accessible.Grouping
+    Accessible.name: name
+
+    Rectangle {
+        anchors.fill: row
+        radius: Theme.controlRadius
+        color: Theme.surface
+
+        FocusRing {
+            radius: parent.radius
+            shown: picker.activeFocus
+        }
+    }
+
+    Row {
+        id: row
+
+        Repeater {
+            model: picker.options
+
+            delegate: Rectangle {
+                id: choice
+
+                required property string modelData
+                required property int index
+                readonly property bool isCurrent: index === picker.current
+
+                width: label.implicitWidth + 2 * Theme.cardPadding
+                height: Theme.controlHeight
+                radius: Theme.controlRadius
+                color: isCurrent ? Theme.surfaceSelected : hover.hovered ? Theme.surfaceHover : "transparent"
+                Accessible.role: Accessible.RadioButton
+                Accessible.name: modelData
+                Accessible.checkable: true
+                Accessible.checked: isCurrent
+                Accessible.onPressAction: picker.picked(choice.index)
+
+                Behavior on color {
+                    ColorAnimation {
+                        duration: Theme.hover
+                    }
+                }
+
+                Label {
+                    id: label
+                    anchors.centerIn: parent
+                    text: choice.modelData
+                    color: choice.isCurrent ? Theme.text : Theme.secondaryText
+                    font.pixelSize: Theme.smallSize
+                    font.weight: choice.isCurrent ? Font.Medium : Font.Normal
+                    Accessible.ignored: true
+                }
+                HoverHandler {
+                    id: hover
+                }
+                TapHandler {
+                    onTapped: {
+                        picker.forceActiveFocus();
+                        picker.picked(choice.index);
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,3 +1,75 @@
 import QtQuick
+import QtQuick.Templates as T
+import Velmo
 
-Item {}
+/// A line of text to write in, with a button that empties it.
+FocusScope {
+    id: entry
+
+    /// What a screen reader says.
+    required property string name
+    property alias text: field.text
+    property alias placeholder: placeholder.text
+
+    signal edited(string text)
+    signal accepted
+
+    function selectAll() {
+        field.selectAll();
+    }
+
+    implicitWidth: Theme.fieldWidth
+    implicitHeight: Theme.controlHeight
+
+    T.TextField {
+        id: field
+        anchors.fill: parent
+        focus: true
+        activeFocusOnTab: true
+        leftPadding: 2 * Theme.grid
+        rightPadding: clear.visible ? clear.width : leftPadding
+        verticalAlignment: TextInput.AlignVCenter
+        color: Theme.text
+        selectionColor: Theme.accent
+        selectedTextColor: Theme.shape
+        selectByMouse: true
+        font.family: Theme.face
+        font.pixelSize: Theme.bodySize
+        Accessible.name: entry.name
+        onTextEdited: entry.edited(text)
+        onAccepted: entry.accepted()
+
+        background: Rectangle {
+            radius: Theme.controlRadius
+            color: field.hovered ? Theme.surfaceHover : Theme.surface
+
+            FocusRing {
+                radius: parent.radius
+                shown: field.activeFocus
+            }
+        }
+
+        Label {
+            id: placeholder
+            x: field.leftPadding
+            width: parent.width - x - field.rightPadding
+            height: parent.height
+            visible: field.text.length === 0 && field.preeditText.length === 0
+            color: Theme.tertiaryText
+            Accessible.ignored: true
+        }
+    }
+
+    IconButton {
+        id: clear
+        anchors.right: parent.right
+        visible: field.text.length > 0
+        name: "Limpar"
+        symbol: "xmark"
+        onTriggered: {
+            field.clear();
+            field.forceActiveFocus();
+            entry.edited("");
+        }
+    }
+}

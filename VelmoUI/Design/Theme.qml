@@ -6,7 +6,8 @@ import QtQuick
 QtObject {
     id: theme
 
-    /// The user's choices, set by the panels.
+    /// The user's choices, set by whose windows these are. A panel is dark, always: it is the notch.
+    property bool isLight: false
     property string accentName: "silver"
     property bool animated: true
     property bool reducedMotion: false
@@ -14,20 +15,23 @@ QtObject {
 
     readonly property color shape: "#000000"
     readonly property color shapeEdge: "#00000000"
-    readonly property color text: "#ebffffff"
-    readonly property color secondaryText: "#99ffffff"
-    readonly property color tertiaryText: "#66ffffff"
-    readonly property color surface: "#0fffffff"
-    readonly property color surfaceHover: "#1affffff"
-    readonly property color surfacePressed: "#24ffffff"
-    readonly property color surfaceSelected: "#29ffffff"
-    readonly property color hairline: "#14ffffff"
+    readonly property color window: isLight ? "#f4f4f6" : "#1c1c1f"
+    readonly property color text: isLight ? "#e0000000" : "#ebffffff"
+    readonly property color secondaryText: isLight ? "#99000000" : "#99ffffff"
+    readonly property color tertiaryText: isLight ? "#66000000" : "#66ffffff"
+    readonly property color surface: isLight ? "#0f000000" : "#0fffffff"
+    readonly property color surfaceHover: isLight ? "#1a000000" : "#1affffff"
+    readonly property color surfacePressed: isLight ? "#24000000" : "#24ffffff"
+    readonly property color surfaceSelected: isLight ? "#29000000" : "#29ffffff"
+    readonly property color hairline: isLight ? "#14000000" : "#14ffffff"
     /// Over other content, so not to be seen through.
-    readonly property color tip: "#2b2b2e"
+    readonly property color raised: isLight ? "#ffffff" : "#2b2b2e"
+    /// What slides on a switch or a slider.
+    readonly property color knob: "#ffffff"
 
-    readonly property color success: "#4cd58a"
-    readonly property color error: "#ff6b62"
-    readonly property color warning: "#ff9f43"
+    readonly property color success: isLight ? "#1f8a50" : "#4cd58a"
+    readonly property color error: isLight ? "#cf2e25" : "#ff6b62"
+    readonly property color warning: isLight ? "#b35a00" : "#ff9f43"
     readonly property var accents: ({
         "silver": "#c9ced6",
         "yellow": "#ffd54a",
@@ -37,7 +41,17 @@ QtObject {
         "blue": "#5aa9ff",
         "green": "#4cd58a"
     })
-    readonly property color accent: accents[accentName]
+    /// The same, dark enough for a light window.
+    readonly property var lightAccents: ({
+        "silver": "#6d7684",
+        "yellow": "#9a7500",
+        "orange": "#b85f0b",
+        "pink": "#cc3468",
+        "purple": "#7a4bdb",
+        "blue": "#1f6fc9",
+        "green": "#1f8a50"
+    })
+    readonly property color accent: (isLight ? lightAccents : accents)[accentName]
     /// Colour by the style of an event; info takes the plain text's.
     readonly property var styles: ({
         "success": success,
@@ -60,6 +74,13 @@ QtObject {
     readonly property int cardRadius: 14
     readonly property int controlRadius: 8
     readonly property int controlHeight: 28
+    readonly property int rowHeight: 44
+    readonly property int switchWidth: 36
+    readonly property int switchHeight: 20
+    readonly property int sliderWidth: 180
+    readonly property int fieldWidth: 200
+    readonly property int sidebarWidth: 190
+    readonly property int paneWidth: 620
     readonly property int tabWidth: 30
     readonly property int smallSymbolSize: 16
     readonly property int symbolSize: 20

@@ -12,7 +12,7 @@ Rectangle {
     width: row.width + 2 * Theme.gap
     height: Theme.controlHeight
     radius: Theme.controlRadius
-    color: Theme.tip
+    color: Theme.raised
     opacity: 0
     visible: opacity > 0
     z: 1

@@ -1,6 +1,65 @@
 #include "VelmoUI/Settings/SettingsModel.h"
 
+#include "VelmoCore/Settings/SettingsBounds.h"
+
+#include <boost/mp11.hpp>
+
 namespace velmo {
+
+namespace {
+
+using Keys = boost::describe::describe_members<AppSettings, boost::describe::mod_public |
+                                                                boost::describe::mod_inherited>;
+
+/// What QML sees of a value; invalid for what it doesn't.
+template <class Value>
+QVariant shown(const Value &value)
+{
+    if constexpr (boost::describe::has_describe_enumerators<Value>::value)
+        return QString::fromLatin1(boost::describe::enum_to_string(value, ""));
+    else if constexpr (std::is_same_v<Value, Seconds>)
+        return value.count();
+    else if constexpr (std::is_same_v<Value, StringList>)
+        return QStringList(value.begin(), value.end());
+    else if constexpr (std::is_same_v<Value, bool> || std::is_same_v<Value, int> ||
+                       std::is_same_v<Value, QString>)
+        return value;
+    else
+        return {};
+}
+
+bool isNumber(const QVariant &input)
+{
+    return input.typeId() == QMetaType::Double || input.typeId() == QMetaType::Int;
+}
+
+/// Takes what fits the value over; anything else leaves it.
+template <class Value>
+void take(const QVariant &input, Value &value)
+{
+    if constexpr (boost::describe::has_describe_enumerators<Value>::value) {
+        boost::describe::enum_from_string(input.toString().toUtf8().constData(), value);
+    } else if constexpr (std::is_same_v<Value, Seconds>) {
+        if (isNumber(input))
+            value = Seconds(input.toDouble());
+    } else if constexpr (std::is_same_v<Value, StringList>) {
+        if (input.canConvert<QStringList>()) {
+            const QStringList texts = input.toStringList();
+            value.assign(texts.begin(), texts.end());
+        }
+    } else if constexpr (std::is_same_v<Value, bool>) {
+        if (input.typeId() == QMetaType::Bool)
+            value = input.toBool();
+    } else if constexpr (std::is_same_v<Value, int>) {
+        if (isNumber(input))
+            value = input.toInt();
+    } else if constexpr (std::is_same_v<Value, QString>) {
+        if (input.typeId() == QMetaType::QString)
+            value = input.toString();
+    }
+}
+
+} // namespace
 
 SettingsModel::SettingsModel(SettingsStore &store)
     : QQmlPropertyMap(this, nullptr), m_store(store),
@@ -14,18 +73,34 @@ SettingsModel::~SettingsModel()
     m_store.removeObserver(m_observer);
 }
 
-QVariantMap SettingsModel::bounds(const QString &) const
+QVariantMap SettingsModel::bounds(const QString &key) const
 {
-    return {};
+    const auto bounds = SettingsBounds::of(key);
+    if (!bounds)
+        return {};
+    return {{QStringLiteral("minimum"), bounds->minimum},
+            {QStringLiteral("maximum"), bounds->maximum},
+            {QStringLiteral("step"), bounds->step}};
 }
 
-QVariant SettingsModel::updateValue(const QString &, const QVariant &input)
+QVariant SettingsModel::updateValue(const QString &key, const QVariant &input)
 {
-    return input;
+    m_store.update([&](AppSettings &settings) {
+        boost::mp11::mp_for_each<Keys>([&](auto member) {
+            if (key == QLatin1String(member.name))
+                take(input, settings.*member.pointer);
+        });
+    });
+    return value(key); // the store's, by now
 }
 
-void SettingsModel::show(const AppSettings &)
+void SettingsModel::show(const AppSettings &settings)
 {
+    boost::mp11::mp_for_each<Keys>([&](auto member) {
+        const QVariant value = shown(settings.*member.pointer);
+        if (value.isValid())
+            insert(QString::fromLatin1(member.name), value);
+    });
 }
 
 } // namespace velmo
