@@ -40,7 +40,7 @@ Grid {
                 anchors.left: glyph.right
                 anchors.leftMargin: 2 * Theme.grid
                 anchors.right: charge.left
-                anchors.rightMargin: Theme.grid
+                anchors.rightMargin: 2 * Theme.grid
                 height: parent.height
                 text: device.name
                 font.pixelSize: Theme.smallSize

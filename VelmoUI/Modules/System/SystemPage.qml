@@ -34,6 +34,10 @@ FocusScope {
         Accessible.role: Accessible.List
         Accessible.name: "Sistema"
 
+        // The battery comes before the others, a little later.
+        onCountChanged: if (!activeFocus)
+            currentIndex = 0
+
         delegate: SystemTile {
             columnWidth: isAccessories ? Math.floor(tiles.tileWidth * tiles.columnShare)
                                             : tiles.tileWidth
