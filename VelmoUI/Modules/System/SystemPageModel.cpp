@@ -42,7 +42,7 @@ QString durationText(int minutes)
 /// Where a reading is missing, and why.
 SystemTileRow unknown(SystemTileRow tile, const QString &reason)
 {
-    tile.value = QStringLiteral("Sem informação");
+    tile.value = QStringLiteral("Indisponível");
     tile.detail = reason;
     return tile;
 }

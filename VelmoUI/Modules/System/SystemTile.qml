@@ -80,15 +80,13 @@ Card {
     Label {
         id: explanation
         x: Theme.cardPadding
-        y: bar.y - height
-        width: parent.width - 2 * x
-        height: 10 * Theme.grid
+        y: Math.min(bar.y - 10 * Theme.grid, parent.height - Theme.cardPadding - height)
+        width: parent.width - x - 2 * Theme.grid
         text: tile.detail
         color: Theme.secondaryText
         font.pixelSize: Theme.smallSize
         wrapMode: Text.Wrap
-        maximumLineCount: 2
-        verticalAlignment: Text.AlignTop
+        maximumLineCount: tile.isMeasured ? 2 : 4
         Accessible.ignored: true
     }
 
