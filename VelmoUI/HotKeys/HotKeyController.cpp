@@ -6,29 +6,23 @@
 #include <utility>
 
 namespace velmo {
-namespace {
 
-struct Shortcut {
-    bool isEnabled;
-    KeyCombo combo;
-};
-
-Shortcut shortcut(HotKeyAction action, const HotKeySettings &settings)
+HotKeySetting HotKeyController::setting(HotKeyAction action)
 {
     switch (action) {
     case HotKeyAction::toggle:
-        return {settings.toggleHotKeyEnabled, settings.toggleHotKey};
+        return {&HotKeySettings::toggleHotKeyEnabled, &HotKeySettings::toggleHotKey};
     case HotKeyAction::newNote:
-        return {settings.newNoteHotKeyEnabled, settings.newNoteHotKey};
+        return {&HotKeySettings::newNoteHotKeyEnabled, &HotKeySettings::newNoteHotKey};
     case HotKeyAction::clipboard:
-        return {settings.clipboardHotKeyEnabled, settings.clipboardHotKey};
+        return {&HotKeySettings::clipboardHotKeyEnabled, &HotKeySettings::clipboardHotKey};
     case HotKeyAction::search:
-        return {settings.searchHotKeyEnabled, settings.searchHotKey};
+        return {&HotKeySettings::searchHotKeyEnabled, &HotKeySettings::searchHotKey};
     }
     Q_UNREACHABLE();
 }
 
-QString label(HotKeyAction action)
+QString HotKeyController::title(HotKeyAction action)
 {
     switch (action) {
     case HotKeyAction::toggle:
@@ -42,8 +36,6 @@ QString label(HotKeyAction action)
     }
     Q_UNREACHABLE();
 }
-
-} // namespace
 
 HotKeyController::HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center)
     : m_settings(settings), m_center(center),
@@ -80,20 +72,22 @@ void HotKeyController::setSuspended(bool isSuspended)
 
 QString HotKeyController::displayString(HotKeyAction action) const
 {
-    return KeyNames::display(shortcut(action, m_settings.settings()).combo);
+    const HotKeySettings &settings = m_settings.settings();
+    return KeyNames::display(settings.*setting(action).combo);
 }
 
 void HotKeyController::registerEnabled()
 {
+    const HotKeySettings &settings = m_settings.settings();
     std::map<KeyCombo, HotKeyAction> taken;
     for (const HotKeyAction action : {HotKeyAction::toggle, HotKeyAction::newNote,
                                       HotKeyAction::clipboard, HotKeyAction::search}) {
-        const auto [isEnabled, combo] = shortcut(action, m_settings.settings());
+        const KeyCombo combo = settings.*setting(action).combo;
         // A shortcut that would do nothing stays with the other applications.
-        if (!isEnabled || !handlers.contains(action))
+        if (!(settings.*setting(action).isEnabled) || !handlers.contains(action))
             continue;
         if (const auto [earlier, isFirst] = taken.emplace(combo, action); !isFirst) {
-            m_errors[action] = QStringLiteral("Mesmo atalho de “%1”.").arg(label(earlier->second));
+            m_errors[action] = QStringLiteral("Mesmo atalho de “%1”.").arg(title(earlier->second));
             continue;
         }
         try {
@@ -101,7 +95,7 @@ void HotKeyController::registerEnabled()
         } catch (const GlobalHotKeyCenter::RegistrationError &error) {
             m_errors[action] = error.description();
             qCWarning(Log::input).noquote() << QStringLiteral("Atalho %1 não registrado: %2")
-                                                   .arg(label(action), error.description());
+                                                   .arg(title(action), error.description());
         }
     }
 }

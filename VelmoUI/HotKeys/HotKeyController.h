@@ -17,6 +17,12 @@ namespace velmo {
 enum class HotKeyAction { toggle, newNote, clipboard, search };
 BOOST_DESCRIBE_ENUM(HotKeyAction, toggle, newNote, clipboard, search)
 
+/// Where the settings hold an action's shortcut.
+struct HotKeySetting {
+    bool HotKeySettings::*isEnabled;
+    KeyCombo HotKeySettings::*combo;
+};
+
 /// Keeps the registered global shortcuts as the settings say, also when they change.
 class HotKeyController : public QObject {
     Q_OBJECT
@@ -25,6 +31,10 @@ public:
     /// Registers nothing before the first `apply`. Both references must outlive the controller.
     HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center);
     ~HotKeyController() override;
+
+    static HotKeySetting setting(HotKeyAction action);
+    /// What the user calls the action.
+    static QString title(HotKeyAction action);
 
     /// What each action runs. An action without a handler isn't registered.
     std::map<HotKeyAction, std::function<void()>> handlers;

@@ -1,23 +1,59 @@
 #pragma once
 
-#include <QObject>
+#include "VelmoUI/Design/RecordListModel.h"
+#include "VelmoUI/HotKeys/HotKeyController.h"
+
 #include <QtQml/qqmlregistration.h>
+
+class QKeyEvent;
 
 namespace velmo {
 
-class AppServices;
+/// A global shortcut as the settings show it.
+struct HotKeyRow {
+    QString id;
+    QString title;
+    QString keys; ///< "⌃⌥N"
+    QString issue;
+    bool isEnabled = false;
+    bool isRecording = false;
 
-/// The global shortcuts and the field that records one.
+    bool operator==(const HotKeyRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(HotKeyRow, (), (id, title, keys, issue, isEnabled, isRecording))
+
+/// The global shortcuts whose action exists, and the recording of a new combination. While one is
+/// recorded no shortcut is registered.
 class HotKeysModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made in C++")
+    QML_UNCREATABLE("Made by the settings window")
+    Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
 
 public:
-    explicit HotKeysModel(AppServices &services);
+    HotKeysModel(SettingsStore &settings, HotKeyController &hotKeys);
+    ~HotKeysModel() override;
+
+    QAbstractItemModel *rows() { return &m_rows; }
+
+    Q_INVOKABLE void setEnabled(const QString &id, bool isEnabled);
+    Q_INVOKABLE void startRecording(const QString &id);
+    Q_INVOKABLE void stopRecording();
+
+    bool isRecording() const { return m_recording.has_value(); }
+    /// A key pressed while recording: Esc and Backspace end it, a combination that can be a global
+    /// shortcut becomes the new one, any other says why it can't.
+    void record(const QKeyEvent &press);
 
 private:
-    AppServices &m_services;
+    void update();
+
+    SettingsStore &m_settings;
+    HotKeyController &m_hotKeys;
+    SettingsStore::ObserverID m_observer;
+    RecordListModel<HotKeyRow> m_rows;
+    std::optional<HotKeyAction> m_recording;
+    QString m_recordingIssue;
 };
 
 } // namespace velmo

@@ -1,8 +1,45 @@
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
+#include "VelmoUI/Design/IconProvider.h"
+#include "VelmoUI/Settings/SettingsWindowModel.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QQmlEngine>
+#include <QQuickView>
+
+// Of the generated registrations. Naming it here keeps a static library's linker from leaving them
+// out.
+void qml_register_types_Velmo(); // NOLINT(readability-identifier-naming)
+
 namespace velmo {
 
-struct SettingsWindowController::Window {};
+namespace {
+
+constexpr QSize smallest{760, 480};
+constexpr QSize first{860, 640};
+
+} // namespace
+
+/// An engine of its own, so that colours can differ from the panels'.
+struct SettingsWindowController::Window {
+    Window(AppServices &services, SettingsPane pane) : model(services, pane), view(&engine, nullptr)
+    {
+        qml_register_types_Velmo();
+        engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+        engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
+        view.setTitle(QStringLiteral("Ajustes do Orvane"));
+        view.setResizeMode(QQuickView::SizeRootObjectToView);
+        view.setMinimumSize(smallest);
+        view.resize(first);
+        view.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model)}});
+        view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Velmo/Settings/SettingsWindow.qml")));
+    }
+
+    SettingsWindowModel model;
+    QQmlEngine engine;
+    QQuickView view;
+};
 
 SettingsWindowController::SettingsWindowController(AppServices &services) : m_services(services)
 {
@@ -13,7 +50,62 @@ SettingsWindowController::~SettingsWindowController() = default;
 void SettingsWindowController::show(std::optional<SettingsPane> pane)
 {
     m_pane = pane.value_or(m_pane);
-    m_services.showNotch();
+    m_closing.cancel();
+    if (m_window) {
+        m_window->model.setPane(m_pane);
+    } else {
+        m_window = std::make_unique<Window>(m_services, m_pane);
+        m_window->view.installEventFilter(this);
+    }
+    m_window->view.show();
+    m_window->view.raise();
+    m_window->view.requestActivate();
+}
+
+bool SettingsWindowController::eventFilter(QObject *, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        return handleKey(static_cast<const QKeyEvent &>(*event));
+    case QEvent::FocusOut:
+        m_window->model.hotKeys()->stopRecording();
+        return false;
+    case QEvent::Close:
+        m_pane = m_window->model.pane();
+        // Not while the window is still at it.
+        m_closing = m_services.platform.scheduler.after(0s, [this] { m_window.reset(); });
+        return false;
+    default:
+        return false;
+    }
+}
+
+bool SettingsWindowController::handleKey(const QKeyEvent &press)
+{
+    HotKeysModel &hotKeys = *m_window->model.hotKeys();
+    if (hotKeys.isRecording()) {
+        hotKeys.record(press);
+        return true;
+    }
+    if (press.modifiers() != Qt::ControlModifier)
+        return false;
+    switch (press.key()) {
+    case Qt::Key_W:
+        m_window->view.close();
+        return true;
+    case Qt::Key_M:
+        m_window->view.showMinimized();
+        return true;
+    case Qt::Key_Q:
+        QCoreApplication::quit();
+        return true;
+    default:
+        break;
+    }
+    if (press.key() < Qt::Key_1 || press.key() > Qt::Key_9)
+        return false;
+    m_window->model.selectPane(press.key() - Qt::Key_1);
+    return true;
 }
 
 } // namespace velmo

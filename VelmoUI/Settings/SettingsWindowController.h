@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 
+class QKeyEvent;
+
 namespace velmo {
 
 /// The settings window: an ordinary window, made when it is asked for and gone when it is closed.
@@ -20,12 +22,18 @@ public:
     /// Shows the window in front, on `pane` or on the one it was last on.
     void show(std::optional<SettingsPane> pane);
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
-    struct Window; ///< the window, its engine and its models
+    struct Window; ///< the window, its engine and its model
+
+    /// Whether the key was used: those of the main menu, and the panes' numbers.
+    bool handleKey(const QKeyEvent &press);
 
     AppServices &m_services;
     std::unique_ptr<Window> m_window;
     SettingsPane m_pane = SettingsPane::general;
+    ScheduledTask m_closing;
 };
 
 } // namespace velmo

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Settings/DataPaneModel.h"
+#include "VelmoUI/Settings/DisplaysPaneModel.h"
+#include "VelmoUI/Settings/HotKeysModel.h"
+#include "VelmoUI/Settings/ModulesPaneModel.h"
+#include "VelmoUI/Settings/PrivacyPaneModel.h"
+#include "VelmoUI/Settings/SettingsModel.h"
+
+namespace velmo {
+
+/// A page of the settings, in the sidebar.
+struct SettingsPaneRow {
+    QString id;
+    QString title;
+    QString symbol;
+    bool isSelected = false;
+
+    bool operator==(const SettingsPaneRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(SettingsPaneRow, (), (id, title, symbol, isSelected))
+
+/// Everything that the settings window shows.
+class SettingsWindowModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the settings window")
+    Q_PROPERTY(QAbstractItemModel *panes READ panes CONSTANT)
+    Q_PROPERTY(QUrl paneSource READ paneSource NOTIFY paneChanged)
+    Q_PROPERTY(bool isLight READ isLight NOTIFY appearanceChanged)
+    Q_PROPERTY(bool reducedMotion READ isReducedMotion NOTIFY appearanceChanged)
+    /// What went wrong when the settings were read; empty if nothing did.
+    Q_PROPERTY(QString loadIssue READ loadIssue CONSTANT)
+    Q_PROPERTY(velmo::SettingsModel *settings READ settings CONSTANT)
+    Q_PROPERTY(velmo::HotKeysModel *hotKeys READ hotKeys CONSTANT)
+    Q_PROPERTY(velmo::DisplaysPaneModel *displays READ displays CONSTANT)
+    Q_PROPERTY(velmo::ModulesPaneModel *modules READ modules CONSTANT)
+    Q_PROPERTY(velmo::PrivacyPaneModel *privacy READ privacy CONSTANT)
+    Q_PROPERTY(velmo::DataPaneModel *data READ data CONSTANT)
+    Q_PROPERTY(bool launchesAtLogin READ launchesAtLogin NOTIFY launchAtLoginChanged)
+    Q_PROPERTY(QString launchAtLoginMessage READ launchAtLoginMessage NOTIFY launchAtLoginChanged)
+    Q_PROPERTY(QString version READ version CONSTANT)
+    Q_PROPERTY(QString dataFolder READ dataFolder CONSTANT)
+
+public:
+    SettingsWindowModel(AppServices &services, SettingsPane pane);
+    ~SettingsWindowModel() override;
+
+    SettingsPane pane() const { return m_pane; }
+    void setPane(SettingsPane pane);
+
+    QAbstractItemModel *panes() { return &m_panes; }
+    QUrl paneSource() const;
+    bool isLight() const;
+    bool isReducedMotion() const;
+    QString loadIssue() const;
+    SettingsModel *settings() { return &m_settings; }
+    HotKeysModel *hotKeys() { return &m_hotKeys; }
+    DisplaysPaneModel *displays() { return &m_displays; }
+    ModulesPaneModel *modules() { return &m_modules; }
+    PrivacyPaneModel *privacy() { return &m_privacy; }
+    DataPaneModel *data() { return &m_data; }
+    bool launchesAtLogin() const;
+    QString launchAtLoginMessage() const { return m_services.launchAtLogin.message(); }
+    QString version() const;
+    QString dataFolder() const { return m_services.paths.support; }
+
+    Q_INVOKABLE void selectPane(const QString &id);
+    /// Selects by place in the sidebar; out of range does nothing.
+    void selectPane(int index);
+    Q_INVOKABLE void setLaunchesAtLogin(bool launches);
+
+Q_SIGNALS:
+    void paneChanged();
+    void appearanceChanged();
+    void launchAtLoginChanged();
+
+private:
+    void updatePanes();
+
+    AppServices &m_services;
+    SettingsPane m_pane;
+    RecordListModel<SettingsPaneRow> m_panes;
+    SettingsModel m_settings;
+    HotKeysModel m_hotKeys;
+    DisplaysPaneModel m_displays;
+    ModulesPaneModel m_modules;
+    PrivacyPaneModel m_privacy;
+    DataPaneModel m_data;
+};
+
+} // namespace velmo
