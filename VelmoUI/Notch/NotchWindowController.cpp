@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/HotKeys/KeyNames.h"
+#include "VelmoCore/Settings/SettingsBounds.h"
 #include "VelmoSystem/Ports/Pointer.h"
 #include "VelmoUI/Notch/NotchContainerView.h"
 
@@ -113,12 +114,13 @@ void NotchWindowController::handleMouseMoved(Point point)
     const AppSettings &settings = m_services.settings.settings();
     if (inside) {
         m_hoverTask = m_services.platform.scheduler.after(
-            settings.hoverDelay, [this] { m_model.send(NotchEvent::hoverEntered); });
+            SettingsBounds::hoverDelay.clamp(settings.hoverDelay),
+            [this] { m_model.send(NotchEvent::hoverEntered); });
         return;
     }
     const Seconds delay = m_model.presentation() == NotchPresentation::preview
                               ? previewCloseDelay
-                              : settings.closeDelay;
+                              : SettingsBounds::closeDelay.clamp(settings.closeDelay);
     m_hoverTask = m_services.platform.scheduler.after(
         delay, [this] { m_model.send(NotchEvent::hoverExited); });
 }

@@ -2,7 +2,12 @@
 
 #include "VelmoCore/Settings/SettingsBounds.h"
 
+#include <QJSValue>
+
 #include <boost/mp11.hpp>
+
+#include <cmath>
+#include <limits>
 
 namespace velmo {
 
@@ -28,9 +33,11 @@ QVariant shown(const Value &value)
         return {};
 }
 
+/// A number that an `int` holds; no duration is longer either.
 bool isNumber(const QVariant &input)
 {
-    return input.typeId() == QMetaType::Double || input.typeId() == QMetaType::Int;
+    const bool isOne = input.typeId() == QMetaType::Double || input.typeId() == QMetaType::Int;
+    return isOne && std::abs(input.toDouble()) <= std::numeric_limits<int>::max();
 }
 
 /// Takes what fits the value over; anything else leaves it.
@@ -43,7 +50,7 @@ void take(const QVariant &input, Value &value)
         if (isNumber(input))
             value = Seconds(input.toDouble());
     } else if constexpr (std::is_same_v<Value, StringList>) {
-        if (input.canConvert<QStringList>()) {
+        if (input.typeId() == QMetaType::QStringList || input.typeId() == QMetaType::QVariantList) {
             const QStringList texts = input.toStringList();
             value.assign(texts.begin(), texts.end());
         }
@@ -85,10 +92,12 @@ QVariantMap SettingsModel::bounds(const QString &key) const
 
 QVariant SettingsModel::updateValue(const QString &key, const QVariant &input)
 {
+    const bool isScripts = input.metaType() == QMetaType::fromType<QJSValue>(); // as arrays are
+    const QVariant plain = isScripts ? input.value<QJSValue>().toVariant() : input;
     m_store.update([&](AppSettings &settings) {
         boost::mp11::mp_for_each<Keys>([&](auto member) {
             if (key == QLatin1String(member.name))
-                take(input, settings.*member.pointer);
+                take(plain, settings.*member.pointer);
         });
     });
     return value(key); // the store's, by now

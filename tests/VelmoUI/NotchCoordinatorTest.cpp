@@ -65,6 +65,21 @@ TEST_F(NotchCoordinatorTest, ClosesSomeTimeAfterThePointerLeft)
     EXPECT_EQ(shown(), u"collapsed");
 }
 
+TEST_F(NotchCoordinatorTest, OpensAndClosesInTimeWhateverDelaysAFileHolds)
+{
+    start();
+    for (const Seconds delay : {-5s, 1'000'000'000s}) {
+        change([&](AppSettings &next) { next.hoverDelay = next.closeDelay = delay; });
+        desktop.movePointer(notchOf(1));
+        wait(1s);
+        EXPECT_EQ(shown(), u"expanded");
+        desktop.movePointer(outside);
+        EXPECT_EQ(shown(), u"expanded") << "it doesn't close under a pointer that slips";
+        wait(3s);
+        EXPECT_EQ(shown(), u"collapsed");
+    }
+}
+
 TEST_F(NotchCoordinatorTest, AnswersTheKeysOfThePanel)
 {
     const struct {

@@ -1,0 +1,77 @@
+#include "VelmoUI/Settings/SettingsModel.h"
+
+#include "tests/support/ManualScheduler.h"
+#include "tests/support/Printers.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlExpression>
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+class SettingsModelTest : public testing::Test {
+protected:
+    SettingsModelTest()
+    {
+        engine.rootContext()->setContextProperty(QStringLiteral("settings"), &model);
+    }
+
+    QString run(const char *script)
+    {
+        QQmlExpression expression(engine.rootContext(), nullptr, QString::fromUtf8(script));
+        const QString result = expression.evaluate().toString();
+        EXPECT_FALSE(expression.hasError()) << expression.error().toString().toStdString();
+        return result;
+    }
+
+    TemporaryFolder folder;
+    ManualScheduler scheduler;
+    SettingsStore store{folder.path(QStringLiteral("settings.json")), scheduler};
+    SettingsModel model{store};
+    QQmlEngine engine;
+};
+
+TEST_F(SettingsModelTest, WritesAndShowsEveryKindOfKey)
+{
+    run("settings.openOnClick = false; settings.clipboardMaxItems = 50; settings.hoverDelay = 0.3;"
+        "settings.closeDelay = 2; settings.hoverBehavior = 'preview';"
+        "settings.radialFavoritesName = 'Anel'; settings.moduleOrder = ['a', 'b'];"
+        "settings.hiddenHomeCards = []");
+    AppSettings expected;
+    expected.openOnClick = false;
+    expected.clipboardMaxItems = 50;
+    expected.hoverDelay = 0.3s;
+    expected.closeDelay = 2s;
+    expected.hoverBehavior = HoverBehavior::preview;
+    expected.radialFavoritesName = QStringLiteral("Anel");
+    expected.moduleOrder = {QStringLiteral("a"), QStringLiteral("b")};
+    expected.hiddenHomeCards.clear();
+    EXPECT_EQ(store.settings(), expected);
+
+    store.update([](AppSettings &next) {
+        next.theme = ThemePreference::light;
+        next.closeDelay = 1s;
+    });
+    EXPECT_EQ(run("settings.theme + settings.closeDelay + settings.moduleOrder.length"),
+              u"light12");
+}
+
+TEST_F(SettingsModelTest, LeavesAKeyThatAValueDoesNotFit)
+{
+    run("settings.openOnClick = 1; settings.clipboardMaxItems = '5'; settings.hoverDelay = true;"
+        "settings.clipboardRetentionDays = 1e300; settings.closeDelay = NaN;"
+        "settings.hoverBehavior = 'explode'; settings.theme = 1; settings.moduleOrder = 'a';"
+        "settings.radialFavoritesName = 7; settings.toggleHotKey = 'x'");
+    EXPECT_EQ(store.settings(), AppSettings());
+    EXPECT_EQ(run("[settings.openOnClick, settings.clipboardMaxItems, settings.hoverDelay,"
+                  "settings.hoverBehavior, settings.theme, settings.radialFavoritesName].join()"),
+              u"true,200,0.12,expand,dark,Meu anel")
+        << "what is shown stays what is stored";
+}
+
+} // namespace
+} // namespace velmo
