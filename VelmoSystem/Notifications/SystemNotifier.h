@@ -18,7 +18,8 @@ public:
 
     SystemNotifier(NotificationServer &server, Scheduler &scheduler);
 
-    /// `moduleID` is the module that a click opens; empty for the panel as it was.
+    /// Shows it now, in place of what waits or shows under the identifier. `moduleID` is the module
+    /// that a click opens; empty for the panel as it was.
     void send(const QString &identifier, const Notification &notification, const QString &moduleID);
     /// At `date`, or at once if that is over; one that fell due during sleep comes on waking.
     /// Replaces what waits under the same identifier.
@@ -31,10 +32,19 @@ public:
     std::function<void(const QString &moduleID)> onActivated = [](const QString &) {};
 
 private:
+    struct Pending {
+        Notification notification;
+        Date date;
+        QString moduleID;
+        ScheduledTask task;
+    };
+
+    void fireWhenDue(const QString &identifier);
+
     NotificationServer &m_server;
     Scheduler &m_scheduler;
-    std::map<QString, ScheduledTask> m_pending;
-    std::map<QString, QString> m_modules; ///< by identifier
+    std::map<QString, Pending> m_pending;
+    std::map<QString, QString> m_modules; ///< of what shows
 };
 
 } // namespace velmo

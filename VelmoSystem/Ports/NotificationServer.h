@@ -26,6 +26,8 @@ public:
 Q_SIGNALS:
     /// The user clicked it.
     void activated(const QString &identifier);
+    /// It shows no more, or never did.
+    void closed(const QString &identifier);
     /// Nobody shows notifications; the reason is for the log.
     void failed(const QString &reason);
 };

@@ -3,10 +3,18 @@
 #include "VelmoSystem/Ports/NotificationServer.h"
 
 #include <QDBusConnection>
+#include <QDBusServiceWatcher>
+
+#include <functional>
+#include <map>
+#include <optional>
+
+class QDBusMessage;
 
 namespace velmo {
 
-/// `NotificationServer` with `org.freedesktop.Notifications`, asked without waiting.
+/// `NotificationServer` with `org.freedesktop.Notifications` (Desktop Notifications Specification
+/// 1.2), asked without waiting. The service is started with the first notification.
 class DBusNotifications : public NotificationServer {
     Q_OBJECT
 
@@ -16,8 +24,31 @@ public:
     void show(const QString &identifier, const Notification &notification) override;
     void withdraw(const QString &identifier) override;
 
+private Q_SLOTS:
+    void notificationClosed(uint id, uint reason);
+    void actionInvoked(uint id, const QString &action);
+
 private:
+    struct Shown {
+        uint id = 0;           ///< the server's; 0 before it has answered
+        bool isAsking = false; ///< an answer is on its way
+        bool isWithdrawn = false;
+        std::optional<Notification> next; ///< what to show once it has answered
+    };
+
+    void call(const QString &method, const QVariantList &arguments,
+              std::function<void(const QDBusMessage &)> answered);
+    void askForCapabilities();
+    void notify(const QString &identifier);
+    void answered(const QString &identifier, const QDBusMessage &answer);
+    void forgetAll();
+    std::optional<QString> identifierOf(uint id) const;
+
     QDBusConnection m_bus;
+    QDBusServiceWatcher m_watcher;
+    std::map<QString, Shown> m_shown;
+    std::optional<bool> m_takesMarkup; ///< unknown before the server was asked
+    bool m_isAskingForCapabilities = false;
 };
 
 } // namespace velmo

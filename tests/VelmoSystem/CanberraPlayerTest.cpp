@@ -1,0 +1,56 @@
+#include "VelmoSystem/Linux/Desktop/CanberraPlayer.h"
+
+#include "tests/support/Printers.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/XServer.h"
+
+#include <QFile>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+QStringList warnings;
+
+/// What is logged while both sounds play.
+QStringList play()
+{
+    warnings.clear();
+    const auto previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext &, const QString &text) { warnings << text; });
+    {
+        CanberraPlayer player;
+        player.play(SystemSound::tink);
+        player.play(SystemSound::glass);
+    }
+    qInstallMessageHandler(previous);
+    return warnings;
+}
+
+} // namespace
+
+TEST(CanberraPlayer, PlaysOnASoundServerAndSaysWhereThereIsNone)
+{
+    const TemporaryFolder folder;
+    const QString socket = folder.path("pulse");
+    qputenv("CANBERRA_DRIVER", "pulse");
+    qputenv("PULSE_SERVER", "unix:" + socket.toUtf8());
+    EXPECT_EQ(play().size(), 2);
+
+    QProcess server;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("HOME", folder.path("."));
+    environment.insert("PULSE_RUNTIME_PATH", folder.path("run"));
+    server.setProcessEnvironment(environment);
+    server.start("pulseaudio",
+                 {"-n", "--daemonize=no", "--exit-idle-time=-1", "--load=module-null-sink",
+                  "--load=module-native-protocol-unix auth-anonymous=1 socket=" + socket});
+    ASSERT_TRUE(eventually([&] { return QFile::exists(socket); }));
+    EXPECT_EQ(play(), QStringList());
+    server.kill();
+    server.waitForFinished();
+}
+
+} // namespace velmo

@@ -1,0 +1,66 @@
+#include "VelmoSystem/Notifications/SystemNotifier.h"
+
+#include "tests/support/FakeDevices.h"
+#include "tests/support/ManualScheduler.h"
+#include "tests/support/Printers.h"
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+class SystemNotifierTest : public testing::Test {
+protected:
+    SystemNotifierTest()
+    {
+        notifier.onActivated = [this](const QString &id) { opened.append(id); };
+    }
+
+    void schedule(const char16_t *identifier, const char16_t *title, Seconds delay)
+    {
+        notifier.schedule(QString::fromUtf16(identifier), {QString::fromUtf16(title), {}},
+                          scheduler.now() + delay, QStringLiteral("notes"));
+    }
+    QStringList shown() const
+    {
+        QStringList titles;
+        for (const auto &[identifier, notification] : server.shown)
+            titles.append(notification.title);
+        return titles;
+    }
+
+    ManualScheduler scheduler;
+    FakeNotifications server;
+    SystemNotifier notifier{server, scheduler};
+    QStringList opened;
+};
+
+} // namespace
+
+TEST_F(SystemNotifierTest, ShowsWhatIsScheduledWhenItIsDue)
+{
+    schedule(u"a", u"velho", 60s);
+    schedule(u"a", u"novo", 90s);
+    schedule(u"b", u"passado", -5s);
+    schedule(u"c", u"desfeito", 30s);
+    notifier.cancel(QStringLiteral("c"));
+    EXPECT_EQ(shown(), QStringList(QStringLiteral("passado")));
+    scheduler.advance(60s);
+    EXPECT_EQ(shown(), QStringList(QStringLiteral("passado")));
+    scheduler.advance(31s);
+    EXPECT_EQ(shown(), (QStringList{QStringLiteral("novo"), QStringLiteral("passado")}));
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+}
+
+TEST_F(SystemNotifierTest, OpensTheModuleOfAClickedNotification)
+{
+    schedule(u"a", u"agora", 0s);
+    Q_EMIT server.activated(QStringLiteral("a"));
+    Q_EMIT server.activated(QStringLiteral("outro"));
+    EXPECT_EQ(opened, QStringList(QStringLiteral("notes")));
+    Q_EMIT server.closed(QStringLiteral("a"));
+    Q_EMIT server.activated(QStringLiteral("a"));
+    EXPECT_EQ(opened.size(), 1);
+}
+
+} // namespace velmo
