@@ -53,6 +53,8 @@ FocusScope {
                 required property int index
                 readonly property bool isCurrent: index === picker.current
 
+                // The choice has the picker's keyboard, so that a screen reader says which it is.
+                focus: isCurrent
                 width: label.implicitWidth + 2 * Theme.cardPadding
                 height: Theme.controlHeight
                 radius: Theme.controlRadius
@@ -61,6 +63,8 @@ FocusScope {
                 Accessible.name: modelData
                 Accessible.checkable: true
                 Accessible.checked: isCurrent
+                Accessible.focusable: true
+                Accessible.focused: activeFocus
                 Accessible.onPressAction: picker.picked(choice.index)
 
                 Behavior on color {

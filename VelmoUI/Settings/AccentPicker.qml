@@ -44,12 +44,15 @@ FocusScope {
                 required property int index
                 readonly property bool isCurrent: modelData === picker.current
 
+                focus: isCurrent
                 width: Theme.controlHeight
                 height: Theme.controlHeight
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: picker.titles[index]
                 Accessible.checkable: true
                 Accessible.checked: isCurrent
+                Accessible.focusable: true
+                Accessible.focused: activeFocus
                 Accessible.onPressAction: picker.picked(modelData)
 
                 Rectangle {
