@@ -4,15 +4,11 @@
 #include <QDBusMessage>
 #include <QSet>
 
-#include <gmock/gmock.h>
-
 #include <X11/keysym.h>
 
 namespace velmo {
 
 namespace {
-
-using testing::IsEmpty;
 
 constexpr auto root = "/org/a11y/atspi/accessible/root";
 constexpr auto accessible = "org.a11y.atspi.Accessible";
@@ -21,11 +17,13 @@ constexpr auto action = "org.a11y.atspi.Action";
 /// Bits of AT-SPI's states.
 enum State { focusable = 11, focused = 12, selected = 23, visible = 30 };
 
-/// AT-SPI's words for what a user may do something with, and for what is only there to be read.
+/// AT-SPI's words for what a user may do something with, for what hands the keyboard on to what it
+/// holds, and for what is only there to be read.
 const QSet<QString> controls = {"check box",    "combo box",   "entry",       "list item",
                                 "menu item",    "page tab",    "push button", "radio button",
                                 "slider",       "spin button", "text",        "toggle button",
                                 "password text"};
+const QSet<QString> containers = {"list", "panel", "page tab list"};
 const QSet<QString> texts = {"label", "heading", "paragraph", "image", "icon", "progress bar"};
 
 /// One node of what Orvane tells a screen reader.
@@ -40,7 +38,7 @@ struct Node {
     bool isControl() const { return controls.contains(role); }
     bool isFault() const
     {
-        const bool isKnown = isControl() || role == "list" || texts.contains(role);
+        const bool isKnown = isControl() || containers.contains(role) || texts.contains(role);
         return is(visible) && (is(focusable) || isControl()) && (!isKnown || name.isEmpty());
     }
 };
@@ -89,6 +87,30 @@ protected:
         std::erase_if(found, std::not_fn(wanted));
         return found;
     }
+    void expectEachPageIsTold(const QString &tabList)
+    {
+        std::vector<Node> tabs;
+        const auto hasTabs = [&] {
+            tabs = nodes([&](const Node &node) {
+                return node.role == "page tab" && node.place.contains(tabList);
+            });
+            return !tabs.empty();
+        };
+        ASSERT_TRUE(eventually(hasTabs));
+        for (const Node &tab : tabs) {
+            SCOPED_TRACE(qPrintable(tab.place));
+            press(tab);
+            const auto isShown = [&](const Node &node) {
+                return node.path == tab.path && node.is(selected) && node.is(visible);
+            };
+            EXPECT_TRUE(eventually([&] { return !nodes(isShown).empty(); }));
+            for (const Node &node : nodes(&Node::isFault))
+                ADD_FAILURE() << "Without a name or a role: " << qPrintable(node.place);
+            expectTabComesRound();
+        }
+    }
+
+private:
     /// Presses it as a screen reader does.
     void press(const Node &node) const
     {
@@ -101,22 +123,8 @@ protected:
         }
         ADD_FAILURE() << "It can't be pressed: " << qPrintable(node.place);
     }
-    void select(const Node &node) const
-    {
-        press(node);
-        EXPECT_TRUE(eventually([&] {
-            return !nodes([&](const Node &other) {
-                        return other.path == node.path && other.is(selected) && other.is(visible);
-                    }).empty();
-        })) << qPrintable(node.place);
-    }
-    void expectNoFaults() const
-    {
-        for (const Node &node : nodes(&Node::isFault))
-            ADD_FAILURE() << "Without a name or a role: " << qPrintable(node.place);
-    }
     /// Presses Tab until it comes round; at each step the screen reader is told of one control.
-    void expectTabStaysKnown()
+    void expectTabComesRound()
     {
         Node last;
         QSet<QString> visited;
@@ -128,6 +136,8 @@ protected:
                     next = node;
                 return next.isControl() && next.path != last.path;
             };
+            if (!eventually(moves, 1s) && visited.size() == 1 && next.path == last.path)
+                return; // a page without another control
             ASSERT_TRUE(eventually(moves)) << "Tab leads from " << qPrintable(last.place)
                                            << " to nothing, or to " << qPrintable(next.place);
             if (visited.contains(next.path))
@@ -137,7 +147,6 @@ protected:
         }
     }
 
-private:
     QDBusMessage call(const QString &service, const QString &path, const QString &interface,
                       const QString &method, const QVariantList &arguments) const
     {
@@ -200,14 +209,13 @@ TEST_F(AccessibilityTest, TellsEveryControlOfThePanel)
 {
     pressHotKey();
     ASSERT_TRUE(shows("expanded"));
-    const auto tabs = nodes([](const Node &node) { return node.role == "page tab"; });
-    ASSERT_THAT(tabs, Not(IsEmpty()));
-    for (const Node &tab : tabs) {
-        SCOPED_TRACE(qPrintable(tab.name));
-        select(tab);
-        expectNoFaults();
-        expectTabStaysKnown();
-    }
+    expectEachPageIsTold("Módulos");
+}
+
+TEST_F(AccessibilityTest, TellsEveryControlOfTheSettings)
+{
+    EXPECT_EQ(run({"settings"}).exitCode, 0);
+    expectEachPageIsTold("Páginas dos ajustes");
 }
 
 } // namespace velmo
