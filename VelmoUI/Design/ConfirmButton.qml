@@ -8,7 +8,9 @@ Row {
     required property string name
     required property string question
     required property string confirmName
-    property color idleColor: Theme.surface
+    /// Without a surface of its own.
+    property bool isQuiet: false
+    readonly property color idleColor: isQuiet ? "transparent" : Theme.surface
     property bool asks: false
 
     signal confirmed
@@ -49,7 +51,7 @@ Row {
         id: first
         name: button.asks ? "Manter" : button.name
         idleColor: button.idleColor
-        textColor: button.asks || hovered || activeFocus ? Theme.text : Theme.secondaryText
+        textColor: button.isQuiet && !button.asks && !hovered && !activeFocus ? Theme.secondaryText : Theme.text
         onTriggered: button.asks = !button.asks
     }
 }

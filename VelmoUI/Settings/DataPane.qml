@@ -1,3 +1,79 @@
 import QtQuick
+import Velmo
 
-Item {}
+/// What Orvane keeps on disk, and its settings as a file.
+Column {
+    id: pane
+
+    required property SettingsWindowModel window
+    readonly property DataPaneModel model: window.data
+
+    spacing: 2 * Theme.gap
+    Component.onCompleted: model.refresh()
+
+    SettingsSection {
+        title: "Armazenamento"
+
+        Repeater {
+            model: pane.model.folders
+
+            delegate: SettingRow {
+                id: folder
+
+                required property string id
+                required property string size
+
+                Label {
+                    height: Theme.controlHeight
+                    rightPadding: Theme.grid
+                    text: folder.size
+                    color: Theme.secondaryText
+                }
+                ActionButton {
+                    name: "Mostrar no Finder"
+                    onTriggered: pane.model.reveal(folder.id)
+                }
+            }
+        }
+        SettingRow {
+            title: "Cache e temporários"
+            detail: pane.model.clearNote.isError ? "" : pane.model.clearNote.text
+            issue: pane.model.clearNote.isError ? pane.model.clearNote.text : ""
+
+            ActionButton {
+                name: pane.model.isClearing ? "Limpando…" : "Limpar"
+                onTriggered: pane.model.clear()
+            }
+        }
+    }
+
+    SettingsSection {
+        title: "Ajustes"
+
+        SettingRow {
+            title: "Arquivo de ajustes"
+            detail: pane.model.fileNote.isError ? "" : pane.model.fileNote.text
+            issue: pane.model.fileNote.isError ? pane.model.fileNote.text : ""
+
+            ActionButton {
+                name: "Exportar…"
+                onTriggered: pane.model.chooseExport()
+            }
+            ActionButton {
+                name: "Importar…"
+                onTriggered: pane.model.chooseImport()
+            }
+        }
+        SettingRow {
+            title: "Ajustes padrão"
+            detail: pane.model.resetNote
+
+            ConfirmButton {
+                name: "Restaurar padrões…"
+                question: "Descartar todos os seus ajustes?"
+                confirmName: "Restaurar"
+                onConfirmed: pane.model.resetSettings()
+            }
+        }
+    }
+}

@@ -4,6 +4,7 @@
 #include "VelmoSystem/Storage/StorageInspector.h"
 #include "VelmoUI/App/AppServices.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QPointer>
@@ -14,42 +15,35 @@ namespace velmo {
 
 namespace {
 
-PaneNote success(const QString &text)
-{
-    return {text, QStringLiteral("success")};
-}
-
-PaneNote failure(const LocalizedError &error)
-{
-    return {error.description(), QStringLiteral("error")};
-}
-
 /// Runs `action` and says how it ended.
 template <class Action>
 PaneNote outcome(Action action)
 {
     try {
-        return success(action());
+        return {action()};
     } catch (const LocalizedError &error) {
-        return failure(error);
+        return {error.description(), true};
     }
 }
 
-/// Shows over the settings window, wherever the user has it.
-std::unique_ptr<QFileDialog> fileDialog(const QString &title, const QString &acceptText)
+/// Over the settings window, with our words where the dialog is Qt's own.
+std::unique_ptr<QFileDialog> fileDialog(QFileDialog::AcceptMode mode, const QString &title,
+                                        const QString &acceptText)
 {
     auto dialog = std::make_unique<QFileDialog>();
+    dialog->setAcceptMode(mode);
     dialog->setWindowTitle(title);
-    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    dialog->setDirectory(QDir(documents).exists() ? documents : QDir::homePath());
     dialog->setNameFilter(QStringLiteral("Ajustes do Orvane (*.json)"));
     dialog->setDefaultSuffix(QStringLiteral("json"));
+    dialog->winId();
+    dialog->windowHandle()->setTransientParent(QGuiApplication::focusWindow());
     dialog->setLabelText(QFileDialog::Accept, acceptText);
     dialog->setLabelText(QFileDialog::Reject, QStringLiteral("Cancelar"));
     dialog->setLabelText(QFileDialog::LookIn, QStringLiteral("Pasta:"));
     dialog->setLabelText(QFileDialog::FileName, QStringLiteral("Nome:"));
     dialog->setLabelText(QFileDialog::FileType, QStringLiteral("Tipo:"));
-    dialog->winId();
-    dialog->windowHandle()->setTransientParent(QGuiApplication::focusWindow());
     return dialog;
 }
 
@@ -61,6 +55,15 @@ DataPaneModel::DataPaneModel(AppServices &services) : m_services(services)
 }
 
 DataPaneModel::~DataPaneModel() = default;
+
+void DataPaneModel::refresh()
+{
+    m_clearNote = {QStringLiteral("São refeitos quando preciso. Os dados do app ficam.")};
+    m_fileNote = {QStringLiteral("Leve seus ajustes para outro computador.")};
+    m_resetNote = QStringLiteral("Volta ao que o Orvane traz.");
+    Q_EMIT notesChanged();
+    measure();
+}
 
 void DataPaneModel::measure()
 {
@@ -107,22 +110,23 @@ void DataPaneModel::clear()
 
 void DataPaneModel::chooseExport()
 {
-    auto dialog = fileDialog(QStringLiteral("Exportar ajustes"), QStringLiteral("Exportar"));
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    auto dialog = fileDialog(QFileDialog::AcceptSave, QStringLiteral("Exportar ajustes"),
+                             QStringLiteral("Exportar"));
     dialog->selectFile(QStringLiteral("Ajustes do Orvane.json"));
     choose(std::move(dialog), &DataPaneModel::exportTo);
 }
 
 void DataPaneModel::chooseImport()
 {
-    auto dialog = fileDialog(QStringLiteral("Importar ajustes"), QStringLiteral("Importar"));
+    auto dialog = fileDialog(QFileDialog::AcceptOpen, QStringLiteral("Importar ajustes"),
+                             QStringLiteral("Importar"));
     dialog->setFileMode(QFileDialog::ExistingFile);
     choose(std::move(dialog), &DataPaneModel::importFrom);
 }
 
 void DataPaneModel::exportTo(const QString &path)
 {
-    tellOfSettings(outcome([&] {
+    tellOfFile(outcome([&] {
         m_services.settings.exportTo(path);
         return QStringLiteral("Ajustes exportados.");
     }));
@@ -130,7 +134,7 @@ void DataPaneModel::exportTo(const QString &path)
 
 void DataPaneModel::importFrom(const QString &path)
 {
-    tellOfSettings(outcome([&] {
+    tellOfFile(outcome([&] {
         const StringList discarded = m_services.settings.importFrom(path);
         if (discarded.empty())
             return QStringLiteral("Ajustes importados.");
@@ -142,7 +146,8 @@ void DataPaneModel::importFrom(const QString &path)
 void DataPaneModel::resetSettings()
 {
     m_services.settings.resetToDefaults();
-    tellOfSettings(success(QStringLiteral("Ajustes padrão restaurados.")));
+    m_resetNote = QStringLiteral("Ajustes padrão restaurados.");
+    Q_EMIT notesChanged();
 }
 
 void DataPaneModel::showSizes(const Sizes &sizes)
@@ -160,15 +165,15 @@ void DataPaneModel::finishClearing(const PaneNote &note)
 {
     m_isClearing = false;
     Q_EMIT clearingChanged();
-    m_folderNote = note;
-    Q_EMIT folderNoteChanged();
+    m_clearNote = note;
+    Q_EMIT notesChanged();
     measure();
 }
 
-void DataPaneModel::tellOfSettings(const PaneNote &note)
+void DataPaneModel::tellOfFile(const PaneNote &note)
 {
-    m_settingsNote = note;
-    Q_EMIT settingsNoteChanged();
+    m_fileNote = note;
+    Q_EMIT notesChanged();
 }
 
 void DataPaneModel::choose(std::unique_ptr<QFileDialog> dialog,

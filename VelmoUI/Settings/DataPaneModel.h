@@ -27,16 +27,16 @@ struct FolderRow {
 };
 BOOST_DESCRIBE_STRUCT(FolderRow, (), (id, title, size))
 
-/// What came of an action, for the user; an empty text where there is nothing to tell.
+/// What an action does, then what came of it.
 class PaneNote {
     Q_GADGET
     QML_ANONYMOUS
     Q_PROPERTY(QString text MEMBER text CONSTANT)
-    Q_PROPERTY(QString style MEMBER style CONSTANT)
+    Q_PROPERTY(bool isError MEMBER isError CONSTANT)
 
 public:
     QString text;
-    QString style; ///< "success" or "error"
+    bool isError = false;
 };
 
 /// Sizes on disk, export, import and reset.
@@ -46,8 +46,9 @@ class DataPaneModel : public QObject {
     QML_UNCREATABLE("Made in C++")
     Q_PROPERTY(QAbstractItemModel *folders READ folders CONSTANT)
     Q_PROPERTY(bool isClearing READ isClearing NOTIFY clearingChanged)
-    Q_PROPERTY(velmo::PaneNote folderNote READ folderNote NOTIFY folderNoteChanged)
-    Q_PROPERTY(velmo::PaneNote settingsNote READ settingsNote NOTIFY settingsNoteChanged)
+    Q_PROPERTY(velmo::PaneNote clearNote READ clearNote NOTIFY notesChanged)
+    Q_PROPERTY(velmo::PaneNote fileNote READ fileNote NOTIFY notesChanged)
+    Q_PROPERTY(QString resetNote READ resetNote NOTIFY notesChanged)
 
 public:
     explicit DataPaneModel(AppServices &services);
@@ -56,11 +57,12 @@ public:
 
     QAbstractItemModel *folders() { return &m_folders; }
     bool isClearing() const { return m_isClearing; }
-    PaneNote folderNote() const { return m_folderNote; }
-    PaneNote settingsNote() const { return m_settingsNote; }
+    PaneNote clearNote() const { return m_clearNote; }
+    PaneNote fileNote() const { return m_fileNote; }
+    QString resetNote() const { return m_resetNote; }
 
-    /// Measures the folders on a thread of its own.
-    Q_INVOKABLE void measure();
+    /// Measures the folders on a thread of its own, and forgets what came of earlier actions.
+    Q_INVOKABLE void refresh();
     Q_INVOKABLE void reveal(const QString &path);
     /// Removes caches, then temporary files, on a thread of its own; the data stays.
     Q_INVOKABLE void clear();
@@ -73,21 +75,22 @@ public:
 
 Q_SIGNALS:
     void clearingChanged();
-    void folderNoteChanged();
-    void settingsNoteChanged();
+    void notesChanged();
 
 private:
     using Sizes = std::array<std::optional<qint64>, 3>;
 
+    void measure();
     void showSizes(const Sizes &sizes);
     void finishClearing(const PaneNote &note);
-    void tellOfSettings(const PaneNote &note);
+    void tellOfFile(const PaneNote &note);
     void choose(std::unique_ptr<QFileDialog> dialog, void (DataPaneModel::*use)(const QString &));
 
     AppServices &m_services;
     RecordListModel<FolderRow> m_folders;
-    PaneNote m_folderNote;
-    PaneNote m_settingsNote;
+    PaneNote m_clearNote;
+    PaneNote m_fileNote;
+    QString m_resetNote;
     bool m_isClearing = false;
     std::unique_ptr<QFileDialog> m_dialog;
     std::jthread m_measuring;

@@ -51,7 +51,7 @@ TEST_F(DataPaneModelTest, ClearsCacheAndTemporaryFilesButNeverTheData)
     const QString data = write(services.paths.support, QByteArray(9000, 'x'));
     const QString cache = write(services.paths.caches, QByteArray(9000, 'x'));
     const QString temporary = write(services.paths.temporary, "{}");
-    pane->measure();
+    pane->refresh();
     EXPECT_EQ(size(0), u"Calculando…");
     wait([&] { return size(1) != u"Calculando…"; });
     EXPECT_EQ(size(1), StorageInspector::format(StorageInspector::size(services.paths.caches)));
@@ -59,7 +59,7 @@ TEST_F(DataPaneModelTest, ClearsCacheAndTemporaryFilesButNeverTheData)
 
     pane->clear();
     wait([&] { return !pane->isClearing() && size(1) == u"Zero KB"; });
-    EXPECT_EQ(pane->folderNote().text, u"Cache e temporários removidos.");
+    EXPECT_EQ(pane->clearNote().text, u"Cache e temporários removidos.");
     EXPECT_TRUE(QFile::exists(data));
     EXPECT_FALSE(QFile::exists(cache) || QFile::exists(temporary));
     EXPECT_TRUE(QDir(services.paths.temporary).exists());
@@ -72,14 +72,14 @@ TEST_F(DataPaneModelTest, TellsWhyItCouldNotClear)
     QFile::link(desktop.folder.path(QStringLiteral("elsewhere")), services.paths.temporary);
     pane->clear();
     wait([&] { return !pane->isClearing(); });
-    EXPECT_EQ(pane->folderNote().style, u"error");
+    EXPECT_TRUE(pane->clearNote().isError);
     EXPECT_TRUE(QFile::exists(elsewhere)) << "a link leads out of our folders";
 }
 
 TEST_F(DataPaneModelTest, MayCloseWhileThreadsAreAtWork)
 {
     const QString cache = write(services.paths.caches, "{}");
-    pane->measure();
+    pane->refresh();
     pane->clear();
     pane.reset();
     desktop.scheduler.runPosted();
@@ -91,17 +91,17 @@ TEST_F(DataPaneModelTest, ImportsWhatItExportedAndSaysWhatItDiscarded)
     const QString file = desktop.folder.path(QStringLiteral("Ajustes.json"));
     services.settings.update([](AppSettings &next) { next.closeDelay = 2s; });
     pane->exportTo(file);
-    EXPECT_EQ(pane->settingsNote().text, u"Ajustes exportados.");
+    EXPECT_EQ(pane->fileNote().text, u"Ajustes exportados.");
     pane->resetSettings();
     EXPECT_EQ(services.settings.settings().closeDelay, 0.5s);
     pane->importFrom(file);
     EXPECT_EQ(services.settings.settings().closeDelay, 2s);
-    EXPECT_EQ(pane->settingsNote().text, u"Ajustes importados.");
+    EXPECT_EQ(pane->fileNote().text, u"Ajustes importados.");
 
     AtomicFile::write(R"({"theme":"neon","panelSize":"huge","closeDelay":1})", file);
     pane->importFrom(file);
     EXPECT_EQ(services.settings.settings().closeDelay, 1s);
-    EXPECT_EQ(pane->settingsNote().text, u"Ajustes importados. Descartados: panelSize, theme.");
+    EXPECT_EQ(pane->fileNote().text, u"Ajustes importados. Descartados: panelSize, theme.");
 }
 
 TEST_F(DataPaneModelTest, ChangesNothingForAForeignFile)
@@ -109,12 +109,12 @@ TEST_F(DataPaneModelTest, ChangesNothingForAForeignFile)
     const AppSettings before = services.settings.settings();
     const QString file = write(desktop.folder.path(QStringLiteral("foreign")), "[1,2]");
     pane->importFrom(file);
-    EXPECT_EQ(pane->settingsNote().text, u"O arquivo não contém configurações válidas do Orvane.");
+    EXPECT_EQ(pane->fileNote().text, u"O arquivo não contém configurações válidas do Orvane.");
     pane->importFrom(file + u'x');
-    EXPECT_EQ(pane->settingsNote().style, u"error");
+    EXPECT_TRUE(pane->fileNote().isError);
     EXPECT_TRUE(services.settings.settings() == before);
     pane->exportTo(file + u"/inside"_qs);
-    EXPECT_EQ(pane->settingsNote().style, u"error");
+    EXPECT_TRUE(pane->fileNote().isError);
 }
 
 } // namespace

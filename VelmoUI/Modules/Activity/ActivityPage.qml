@@ -91,7 +91,7 @@ FocusScope {
             name: "Limpar"
             question: "Apagar o histórico de atividade?"
             confirmName: "Apagar"
-            idleColor: "transparent"
+            isQuiet: true
             onConfirmed: view.page.clearHistory()
         }
 
