@@ -1,0 +1,88 @@
+#include "VelmoUI/Modules/Home/FavoriteApps.h"
+
+#include "VelmoUI/App/AppServices.h"
+
+#include "tests/support/FakeDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+class FavoriteAppsTest : public testing::Test {
+protected:
+    FavoriteAppsTest()
+    {
+        for (char letter = 'a'; letter <= 'z'; ++letter)
+            desktop.applications.entries.push_back({.id = QString(QLatin1Char(letter))});
+    }
+
+    void set(const QString &ids)
+    {
+        services.settings.update([&](AppSettings &next) {
+            next.favoriteApps = {ids.cbegin(), ids.cend()};
+        });
+    }
+    QString stored() const
+    {
+        QString ids;
+        for (const QString &id : services.settings.settings().favoriteApps)
+            ids += id;
+        return ids;
+    }
+    /// The title of what the user is told since the last time.
+    QString takeFeedback()
+    {
+        const auto feedback = services.activity.feedback();
+        services.activity.dismissFeedback();
+        EXPECT_TRUE(services.activity.history().empty());
+        return feedback ? feedback->title : QString();
+    }
+
+    FakeDesktop desktop;
+    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+};
+
+TEST_F(FavoriteAppsTest, AddsInstalledApplicationsUpToTheLimit)
+{
+    using FavoriteApps::add;
+    set("bX"); // X isn't installed
+    add({QUrl("file:///apps/a"), QUrl("file:///home/note.txt"), QUrl("file:///apps/b"),
+         QUrl("file:///apps/a")},
+        services);
+    EXPECT_EQ(stored(), "bXa");
+    EXPECT_EQ(takeFeedback(), "Só aplicativos instalados podem ser favoritos.");
+    add(StringList{"Y"}, services);
+    EXPECT_EQ(takeFeedback(), "Só aplicativos instalados podem ser favoritos.");
+
+    set("Xabcdefghijk");
+    add(StringList{"a", "l", "b"}, services);
+    EXPECT_EQ(takeFeedback(), "");
+    add(StringList{"l"}, services);
+    EXPECT_EQ(takeFeedback(), "");
+    add({QUrl("file:///home/note.txt"), QUrl("file:///apps/m")}, services);
+    EXPECT_EQ(stored(), "Xabcdefghijkl");
+    EXPECT_EQ(takeFeedback(), "Favoritos cheios");
+}
+
+TEST_F(FavoriteAppsTest, MovesAmongThoseThatShow)
+{
+    struct Case {
+        const char *id;
+        int index;
+        const char *after;
+    };
+    for (const auto &[id, index, after] :
+         {Case{"a", 1, "XbaYc"}, Case{"a", 9, "XbYca"}, Case{"c", -1, "XcabY"},
+          Case{"c", 1, "XacbY"}, Case{"b", 1, "XabYc"}, Case{"X", 0, "XabYc"}}) {
+        set("XabYc");
+        FavoriteApps::move(id, index, services);
+        EXPECT_EQ(stored(), after) << id << index;
+        EXPECT_EQ(FavoriteApps::rows(services).size(), 3U);
+    }
+    FavoriteApps::remove("b", services);
+    EXPECT_EQ(stored(), "XaYc");
+}
+
+} // namespace
+} // namespace velmo
