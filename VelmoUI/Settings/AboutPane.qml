@@ -15,7 +15,7 @@ Column {
 
         Image {
             anchors.horizontalCenter: parent.horizontalCenter
-            source: "image://icon/app.orvane.Orvane"
+            source: "../Design/app.orvane.Orvane.svg"
             sourceSize.width: 96
             sourceSize.height: 96
         }
