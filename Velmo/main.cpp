@@ -39,7 +39,8 @@ int runOrvane(int &argc, char **argv, const CommandLine::Run &request)
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("app.orvane.Orvane"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/qt/qml/Velmo/Design/app.orvane.Orvane.svg")));
+    QApplication::setWindowIcon(
+        QIcon(QStringLiteral(":/qt/qml/Velmo/Design/app.orvane.Orvane.svg")));
     const auto files = ControlClient::files(request.files);
     ControlService control(QDBusConnection::sessionBus(), files);
     if (control.claim() == ControlEndpoint::Registration::second)

@@ -13,6 +13,8 @@ Item {
     property int radius: Theme.controlRadius
     /// The surface may be lower than what takes the pointer.
     property real surfaceHeight: height
+    /// How far around the surface the focus ring stands.
+    property real ringMargin: 0
     readonly property bool hovered: hover.hovered
     readonly property bool pressed: area.pressed
 
@@ -44,7 +46,8 @@ Item {
         }
 
         FocusRing {
-            radius: surface.radius
+            anchors.margins: -control.ringMargin
+            radius: surface.radius + control.ringMargin
             shown: control.activeFocus
         }
     }

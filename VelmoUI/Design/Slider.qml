@@ -55,7 +55,7 @@ Row {
             border.color: Theme.hairline
 
             FocusRing {
-                anchors.margins: -Theme.ringWidth
+                anchors.margins: -2 * Theme.ringWidth
                 radius: width / 2
                 shown: control.activeFocus
             }

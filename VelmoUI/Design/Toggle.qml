@@ -13,6 +13,7 @@ ControlSurface {
     implicitHeight: Theme.controlHeight
     surfaceHeight: Theme.switchHeight
     radius: Theme.switchHeight / 2
+    ringMargin: 2 * Theme.ringWidth
     idleColor: checked ? Theme.accent : Theme.surfaceSelected
     pressedColor: idleColor
     hoverColor: idleColor
@@ -29,7 +30,7 @@ ControlSurface {
         width: Theme.switchHeight - 2 * Theme.ringWidth
         height: width
         radius: width / 2
-        color: Theme.knob
+        color: toggle.checked ? Theme.window : Theme.knob
 
         Behavior on x {
             NumberAnimation {

@@ -97,6 +97,7 @@ Column {
             delegate: SettingRow {
                 id: shortcut
 
+                required issue
                 required property string id
                 required property string keys
                 required property bool isEnabled

@@ -6,6 +6,7 @@ Rectangle {
     id: window
 
     required property SettingsWindowModel model
+    readonly property var settings: model.settings
 
     color: Theme.window
 
@@ -17,12 +18,12 @@ Rectangle {
     Binding {
         target: Theme
         property: "accentName"
-        value: window.model.settings.accent
+        value: window.settings.accent
     }
     Binding {
         target: Theme
         property: "animated"
-        value: window.model.settings.animationsEnabled
+        value: window.settings.animationsEnabled
     }
     Binding {
         target: Theme

@@ -1,0 +1,196 @@
+#include "VelmoUI/Settings/SettingsWindowController.h"
+
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/Printers.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QQuickView>
+
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+QStringList warnings;
+
+void keepWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type != QtDebugMsg && type != QtInfoMsg)
+        warnings.append(message);
+}
+
+class SettingsWindowTest : public testing::Test {
+protected:
+    SettingsWindowTest()
+    {
+        qInstallMessageHandler(keepWarnings);
+        services.settings.update([](AppSettings &next) { next.animationsEnabled = false; });
+        services.hotKeys.handlers[HotKeyAction::toggle] = [] {};
+        services.hotKeys.apply();
+    }
+    ~SettingsWindowTest() override { qInstallMessageHandler(nullptr); }
+
+    const AppSettings &settings() const { return services.settings.settings(); }
+    static std::vector<QQuickView *> windows()
+    {
+        std::vector<QQuickView *> found;
+        for (QWindow *window : QGuiApplication::topLevelWindows()) {
+            if (window->title() == u"Ajustes do Orvane")
+                found.push_back(dynamic_cast<QQuickView *>(window));
+        }
+        return found;
+    }
+    QQuickView &show(SettingsPane pane)
+    {
+        controller.show(pane);
+        QCoreApplication::processEvents();
+        return *windows().at(0);
+    }
+    static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, quint32 keysym = 0)
+    {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, 0, keysym, 0);
+        QCoreApplication::sendEvent(windows().at(0), &event);
+    }
+    static QString focused()
+    {
+        const QQuickItem *item = windows().at(0)->activeFocusItem();
+        while (item && !item->property("name").isValid())
+            item = item->parentItem();
+        return item ? item->property("name").toString() : QString();
+    }
+    /// Goes to a control as the user does.
+    static void tabTo(const QString &name)
+    {
+        for (int i = 0; i < 40 && !focused().startsWith(name); ++i)
+            press(Qt::Key_Tab);
+        ASSERT_TRUE(focused().startsWith(name)) << name.toStdString();
+    }
+    /// Whether a line of that text shows.
+    static bool reads(const QString &text, QQuickItem *from = windows().at(0)->rootObject())
+    {
+        if (from->isVisible() && from->property("text") == text)
+            return true;
+        return std::ranges::any_of(from->childItems(),
+                                   [&](QQuickItem *child) { return reads(text, child); });
+    }
+
+    FakeDesktop desktop;
+    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+    SettingsWindowController controller{services};
+};
+
+TEST_F(SettingsWindowTest, DrawsEveryPaneInBothThemesWithoutAWarning)
+{
+    const auto isLight = [] {
+        return windows().at(0)->grabWindow().pixelColor(4, 400).lightness() > 128;
+    };
+    services.settings.update([](AppSettings &next) { next.theme = ThemePreference::system; });
+    show(SettingsPane::general);
+    warnings.clear(); // of the offscreen platform
+    for (const bool isDark : {false, true}) {
+        desktop.appearance.isDark = isDark;
+        Q_EMIT desktop.appearance.changed();
+        for (const auto &[key, text] : {std::pair{Qt::Key_1, "Abrir com um clique"},
+                                        {Qt::Key_2, "Cor de destaque"},
+                                        {Qt::Key_3, "Tela 1"},
+                                        {Qt::Key_7, "Licença"}}) {
+            press(key, Qt::ControlModifier);
+            QCoreApplication::processEvents();
+            EXPECT_TRUE(reads(QString::fromUtf8(text))) << text;
+            EXPECT_EQ(isLight(), !isDark) << text;
+            EXPECT_EQ(std::exchange(warnings, {}), QStringList()) << text;
+        }
+    }
+    services.settings.update([](AppSettings &next) { next.theme = ThemePreference::light; });
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isLight());
+}
+
+TEST_F(SettingsWindowTest, ChangesSettingsByKey)
+{
+    show(SettingsPane::general);
+    tabTo(QStringLiteral("Abrir com um clique"));
+    press(Qt::Key_Space);
+    EXPECT_FALSE(settings().openOnClick);
+    tabTo(QStringLiteral("Fechar ao afastar o cursor"));
+    press(Qt::Key_Space);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), u"Fechar ao clicar fora") << "a delay that means nothing is passed over";
+    press(Qt::Key_2, Qt::ControlModifier);
+    tabTo(QStringLiteral("Tamanho"));
+    press(Qt::Key_Right);
+    EXPECT_EQ(settings().panelSize, PanelSize::large);
+    press(Qt::Key_3, Qt::ControlModifier);
+    tabTo(QStringLiteral("Tela 1"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(settings().displayMode, (DisplayMode{DisplayMode::Specific{1, u"Tela 1"_qs}}));
+    desktop.displays.descriptors = {FakeDesktop::screen(2)};
+    Q_EMIT desktop.displays.changed();
+    EXPECT_TRUE(reads(QStringLiteral("Tela 2")));
+    EXPECT_TRUE(reads(QStringLiteral("Tela 1"))) << "it is chosen, though it is gone";
+}
+
+TEST_F(SettingsWindowTest, RecordsAShortcut)
+{
+    const KeyCombo before = settings().toggleHotKey;
+    const KeyCombo other{40, KeyCombo::control | KeyCombo::command};
+    const QString hint = QStringLiteral("Use ao menos uma das teclas ⌃, ⌥ ou ⌘.");
+    const auto record = [this] {
+        show(SettingsPane::general);
+        tabTo(QStringLiteral("Abrir e fechar o painel, "));
+        press(Qt::Key_Return);
+        EXPECT_TRUE(desktop.hotKeyGrabber.grabbed.empty()) << "its keys reach the field";
+    };
+
+    record();
+    press(Qt::Key_Control, Qt::ControlModifier, 0xffe3);
+    EXPECT_FALSE(reads(hint));
+    press(Qt::Key_A, Qt::ShiftModifier, 'A');
+    EXPECT_TRUE(reads(hint));
+    desktop.hotKeyGrabber.refusals[other] = HotKeyGrabber::AlreadyTaken();
+    press(Qt::Key_K, Qt::ControlModifier | Qt::MetaModifier, 'k');
+    EXPECT_EQ(settings().toggleHotKey, other);
+    EXPECT_FALSE(reads(hint));
+    EXPECT_TRUE(
+        reads(QStringLiteral("Este atalho já está em uso por outro aplicativo ou pelo sistema.")));
+    services.settings.update([&](AppSettings &next) { next.toggleHotKey = before; });
+
+    const struct {
+        const char *title;
+        std::function<void()> end;
+    } ends[] = {
+        {"esc", [] { press(Qt::Key_Escape, {}, 0xff1b); }},
+        {"backspace", [] { press(Qt::Key_Backspace, {}, 0xff08); }},
+        {"the keyboard goes elsewhere", [] { windows().at(0)->rootObject()->forceActiveFocus(); }},
+        {"another pane", [this] { controller.show(SettingsPane::about); }},
+        {"closed", [] { windows().at(0)->close(); }},
+    };
+    for (const auto &[title, end] : ends) {
+        record();
+        end();
+        desktop.scheduler.advance(0s);
+        ASSERT_EQ(desktop.hotKeyGrabber.grabbed.size(), 1) << title;
+        EXPECT_EQ(desktop.hotKeyGrabber.grabbed.begin()->second, before) << title;
+    }
+}
+
+TEST_F(SettingsWindowTest, GoesWhenItIsClosedAndComesBackWhereItWas)
+{
+    show(SettingsPane::displays);
+    show(SettingsPane::displays);
+    EXPECT_EQ(windows().size(), 1);
+    press(Qt::Key_W, Qt::ControlModifier);
+    desktop.scheduler.advance(0s);
+    EXPECT_TRUE(windows().empty());
+    controller.show(std::nullopt);
+    EXPECT_TRUE(reads(QStringLiteral("Mostrar o painel em")));
+    press(Qt::Key_M, Qt::ControlModifier);
+    EXPECT_TRUE(windows().at(0)->windowStates().testFlag(Qt::WindowMinimized));
+    controller.show(std::nullopt);
+    EXPECT_FALSE(windows().at(0)->windowStates().testFlag(Qt::WindowMinimized));
+}
+
+} // namespace
+} // namespace velmo
