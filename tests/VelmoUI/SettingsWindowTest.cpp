@@ -95,6 +95,8 @@ TEST_F(SettingsWindowTest, DrawsEveryPaneInBothThemesWithoutAWarning)
         for (const auto &[key, text] : {std::pair{Qt::Key_1, "Abrir com um clique"},
                                         {Qt::Key_2, "Cor de destaque"},
                                         {Qt::Key_3, "Tela 1"},
+                                        {Qt::Key_5, "Permissões"},
+                                        {Qt::Key_6, "Armazenamento"},
                                         {Qt::Key_7, "Licença"}}) {
             press(key, Qt::ControlModifier);
             QCoreApplication::processEvents();
