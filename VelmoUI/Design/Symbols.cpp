@@ -70,6 +70,7 @@ constexpr std::array glyphs = {
     Glyph{u"music.note", u"music_note"},
     Glyph{u"network", u"router"},
     Glyph{u"paintbrush", u"brush"},
+    Glyph{u"plus", u"add"},
     Glyph{u"powerplug", u"power"},
     Glyph{u"printer", u"print"},
     Glyph{u"record.circle", u"radio_button_checked"},

@@ -1,3 +1,125 @@
 import QtQuick
+import Velmo
 
-Item {}
+/// The favourite applications, a click away.
+Rectangle {
+    id: favorites
+
+    required property HomePage home
+    required property string title
+    required property FavoritesModel card
+    property bool watched: false
+
+    radius: Theme.cardRadius
+    color: Theme.surface
+    Accessible.role: Accessible.Grouping
+    Accessible.name: title
+
+    SectionTitle {
+        id: heading
+        visible: undo.name.length === 0
+        y: Theme.grid
+        text: favorites.title
+    }
+    ActionButton {
+        id: undo
+        x: Theme.grid
+        y: Theme.grid
+        visible: favorites.card.removedName.length > 0
+        name: visible ? "Desfazer" : ""
+        idleColor: "transparent"
+        textColor: Theme.accent
+        onTriggered: favorites.card.undoRemove()
+    }
+    IconButton {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.grid
+        y: Theme.grid
+        visible: !favorites.card.isEmpty
+        name: "Adicionar favorito"
+        symbol: "plus"
+        onTriggered: favorites.pick()
+    }
+
+    function pick() {
+        home.picking = card;
+        card.startPicking();
+    }
+
+    GridView {
+        id: grid
+        x: 2 * Theme.grid
+        y: heading.height + Theme.grid
+        width: parent.width - 2 * x
+        height: parent.height - y - 2 * Theme.grid
+        flow: GridView.FlowTopToBottom
+        cellWidth: Math.floor(width / 3)
+        cellHeight: Math.floor(height / Math.max(1, Math.floor(height / Theme.rowHeight)))
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        activeFocusOnTab: count > 0
+        highlightMoveDuration: Theme.glide
+        model: favorites.card.favorites
+        Accessible.role: Accessible.List
+        Accessible.name: favorites.title
+
+        SidewaysWheel {
+            flickable: grid
+        }
+
+        delegate: ControlSurface {
+            id: icon
+
+            required property int index
+            required property string id
+            required property string spoken
+            required property var model
+
+            name: model.name
+            width: grid.cellWidth
+            height: grid.cellHeight
+            activeFocusOnTab: false
+            onActiveFocusChanged: if (activeFocus)
+                grid.currentIndex = index
+            onTriggered: favorites.card.launch(icon.id)
+            Keys.onDeletePressed: favorites.card.remove(icon.id)
+            Keys.onPressed: event => {
+                const moves = event.modifiers === (Qt.ControlModifier | Qt.ShiftModifier);
+                const by = event.key === Qt.Key_Left ? -1 : event.key === Qt.Key_Right ? 1 : 0;
+                event.accepted = moves && by !== 0;
+                if (event.accepted)
+                    favorites.card.move(icon.id, by);
+            }
+
+            Image {
+                anchors.centerIn: parent
+                width: Theme.controlHeight
+                height: Theme.controlHeight
+                sourceSize.width: width
+                sourceSize.height: height
+                source: icon.model.icon
+            }
+        }
+    }
+
+    Column {
+        anchors.centerIn: parent
+        width: parent.width - 2 * Theme.cardPadding
+        visible: favorites.card.isEmpty && favorites.card.removedName.length === 0
+        spacing: 2 * Theme.grid
+
+        Label {
+            width: parent.width
+            text: "Seus apps, a um clique"
+            color: Theme.secondaryText
+            font.pixelSize: Theme.smallSize
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+        }
+        ActionButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            name: "Adicionar"
+            onTriggered: favorites.pick()
+        }
+    }
+}

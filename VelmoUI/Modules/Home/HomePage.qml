@@ -1,3 +1,184 @@
 import QtQuick
+import Velmo
 
-Item {}
+/// Cards that show what matters, on as many pages as they need.
+FocusScope {
+    id: home
+
+    property HomePageModel page
+    property bool watched: false
+    /// Whose applications are being chosen, in place of the cards.
+    property FavoritesModel picking: null
+
+    focus: true
+    onWidthChanged: if (page)
+        page.setWidth(width)
+    onPageChanged: if (page)
+        page.setWidth(width)
+
+    Item {
+        id: pages
+        width: parent.width
+        height: parent.height
+        clip: home.page && home.page.pageCount > 1
+        visible: !home.picking
+
+        Row {
+            x: home.page ? -home.page.pageIndex * pages.width : 0
+            height: parent.height
+
+            Behavior on x {
+                NumberAnimation {
+                    duration: Theme.glide
+                    easing.type: Easing.OutCubic
+                }
+            }
+
+            Repeater {
+                model: home.page ? home.page.pageCount : 0
+
+                delegate: Item {
+                    id: sheet
+
+                    required property int index
+                    readonly property bool isShown: index === home.page.pageIndex
+
+                    width: pages.width
+                    height: pages.height
+                    enabled: isShown
+
+                    Row {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        height: parent.height
+                        spacing: Theme.gap
+
+                        WelcomeCard {
+                            visible: sheet.index === 0 && home.page.hasWelcome
+                            width: home.page.welcomeWidth
+                            height: parent.height
+                            page: home.page
+                        }
+
+                        Repeater {
+                            model: home.page.cards
+
+                            delegate: Loader {
+                                id: card
+
+                                required property string id
+                                required property string title
+                                required property int page
+                                required property url source
+                                required property var model
+
+                                active: page === sheet.index
+                                visible: active
+                                width: model.width
+                                height: pages.height
+                                Component.onCompleted: if (active)
+                                    load()
+                                onActiveChanged: if (active)
+                                    load()
+
+                                function load() {
+                                    setSource(model.source, {
+                                        "home": home,
+                                        "title": title,
+                                        "card": home.page.card(id)
+                                    });
+                                }
+
+                                Binding {
+                                    target: card.item
+                                    property: "watched"
+                                    value: home.watched && sheet.isShown
+                                    when: card.status === Loader.Ready
+                                }
+                            }
+                        }
+                    }
+                }
+            }
+        }
+
+        WheelHandler {
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: event => home.page.pageIndex -= Math.sign(event.angleDelta.y + event.angleDelta.x)
+        }
+    }
+
+    Row {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: -Theme.gap
+        visible: !home.picking && dots.count > 1
+
+        Repeater {
+            id: dots
+            model: home.page && home.page.pageCount > 1 ? home.page.pageCount : 0
+
+            delegate: ControlSurface {
+                id: dot
+
+                required property int index
+
+                name: "Página " + (index + 1)
+                width: Theme.smallSymbolSize
+                height: Theme.gap
+                surfaceHeight: Theme.grid
+                radius: surfaceHeight / 2
+                Accessible.selected: index === home.page.pageIndex
+                onTriggered: home.page.pageIndex = index
+
+                Rectangle {
+                    anchors.centerIn: parent
+                    width: Theme.grid
+                    height: Theme.grid
+                    radius: width / 2
+                    color: dot.index === home.page.pageIndex ? Theme.text : Theme.tertiaryText
+                }
+            }
+        }
+    }
+
+    Column {
+        anchors.centerIn: parent
+        visible: home.page ? home.page.isEmpty : false
+        spacing: Theme.grid
+
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "Nenhum cartão à mostra"
+            font.pixelSize: Theme.titleSize
+            font.weight: Font.Medium
+        }
+        Label {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "Favoritos, sistema e o que importa agora podem ficar aqui."
+            color: Theme.secondaryText
+        }
+        ActionButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            name: "Escolher cartões"
+            onTriggered: home.page.chooseCards()
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: home.picking !== null
+        focus: active
+        sourceComponent: FavoritePicker {
+            favorites: home.picking
+            onDone: home.picking.stopPicking()
+        }
+    }
+
+    Connections {
+        target: home.picking
+        function onPickingChanged() {
+            if (!home.picking.isPicking)
+                home.picking = null;
+        }
+    }
+}

@@ -1,11 +1,132 @@
 #include "VelmoUI/Modules/Home/HomePageModel.h"
 
-#include "VelmoUI/App/AppServices.h"
+#include "VelmoSystem/Ports/PowerInfo.h"
+#include "VelmoUI/Modules/Home/FavoritesModel.h"
+#include "VelmoUI/Modules/Home/HomeView.h"
+#include "VelmoUI/Modules/System/SystemPageModel.h"
+#include "VelmoUI/Notch/NotchViewModel.h"
+
+#include <algorithm>
 
 namespace velmo {
 
-HomePageModel::HomePageModel(AppServices &services) : m_services(services)
+namespace {
+
+QUrl cardSource(const char16_t *name)
 {
+    return QUrl(
+        QStringLiteral("qrc:/qt/qml/Velmo/Modules/Home/%1.qml").arg(QString::fromUtf16(name)));
+}
+
+} // namespace
+
+HomePageModel::HomePageModel(const ModuleContext &context) : m_context(context)
+{
+    connect(&context.services.settings, &SettingsStore::settingsChanged, this,
+            &HomePageModel::update);
+    connect(&context.services.platform.power, &PowerInfo::changed, this, &HomePageModel::update);
+    connect(&context.panel, &NotchViewModel::homePageRequested, this,
+            [this](int direction) { setPageIndex(m_pageIndex + direction); });
+    update();
+}
+
+HomePageModel::~HomePageModel() = default;
+
+void HomePageModel::setPageIndex(int index)
+{
+    const int nearest = std::clamp(index, 0, m_pageCount - 1);
+    if (nearest == m_pageIndex)
+        return;
+    m_pageIndex = nearest;
+    Q_EMIT changed();
+}
+
+bool HomePageModel::hasWelcome() const
+{
+    return !m_context.services.settings.settings().hasCompletedOnboarding;
+}
+
+int HomePageModel::hoverBehavior() const
+{
+    return int(m_context.services.settings.settings().hoverBehavior);
+}
+
+void HomePageModel::setHoverBehavior(int place)
+{
+    m_context.services.settings.update(
+        [&](AppSettings &settings) { settings.hoverBehavior = HoverBehavior(place); });
+}
+
+void HomePageModel::setWidth(qreal width)
+{
+    if (width == m_width)
+        return;
+    m_width = width;
+    update();
+}
+
+QObject *HomePageModel::card(const QString &id)
+{
+    return m_views.at(id).page.get();
+}
+
+void HomePageModel::openModule(const QString &id)
+{
+    m_context.select(id);
+}
+
+void HomePageModel::openSettings()
+{
+    m_context.close();
+    m_context.services.openSettings(std::nullopt);
+}
+
+void HomePageModel::chooseCards()
+{
+    m_context.close();
+    m_context.services.openSettings(SettingsPane::modules);
+}
+
+void HomePageModel::finishOnboarding()
+{
+    m_context.services.settings.update(
+        [](AppSettings &settings) { settings.hasCompletedOnboarding = true; });
+}
+
+NotchModule::View HomePageModel::makeCard(HomeCard card)
+{
+    switch (card) {
+    case HomeCard::favorites:
+        return {cardSource(u"FavoritesCard"), std::make_unique<FavoritesModel>(m_context)};
+    case HomeCard::system:
+        return {cardSource(u"SystemSummaryCard"),
+                std::make_unique<SystemPageModel>(m_context.services)};
+    default: // not available yet
+        Q_UNREACHABLE();
+    }
+}
+
+void HomePageModel::update()
+{
+    const std::vector<HomeCard> cards = HomeView::cards(m_context.services);
+    // Before QML has said how wide it is, everything stands on one page.
+    const double width = m_width > 0 ? m_width : HomeLayout::idealWidth(cards, hasWelcome());
+    const auto pages = HomeLayout::pages(cards, hasWelcome(), width);
+    std::vector<HomeCardRow> rows;
+    for (int page = 0; page < int(pages.size()); ++page) {
+        for (const HomeCard card : pages[std::size_t(page)]) {
+            const QString id = HomeCards::name(card);
+            if (!m_views.contains(id))
+                m_views.emplace(id, makeCard(card));
+            rows.push_back(
+                {id, HomeCards::title(card), HomeCards::width(card), page, m_views.at(id).source});
+        }
+    }
+    m_cards.setRecords(rows);
+    m_pageCount = int(pages.size());
+    m_pageIndex = std::min(m_pageIndex, m_pageCount - 1);
+    Q_EMIT changed();
+    m_context.panel.contentWidthChanged();
 }
 
 } // namespace velmo

@@ -1,23 +1,78 @@
 #pragma once
 
-#include <QObject>
+#include "VelmoCore/Home/HomeCard.h"
+#include "VelmoUI/Design/RecordListModel.h"
+#include "VelmoUI/Modules/NotchModule.h"
+
 #include <QtQml/qqmlregistration.h>
+
+#include <map>
 
 namespace velmo {
 
-class AppServices;
+/// A card of Home, on one of its pages.
+struct HomeCardRow {
+    QString id;
+    QString title;
+    double width = 0; ///< points
+    int page = 0;
+    QUrl source;
+
+    bool operator==(const HomeCardRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(HomeCardRow, (), (id, title, width, page, source))
 
 /// Home as one panel shows it.
 class HomePageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made in C++")
+    QML_UNCREATABLE("Made by its module")
+    Q_PROPERTY(QAbstractItemModel *cards READ cards CONSTANT)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+    Q_PROPERTY(int pageCount READ pageCount NOTIFY changed)
+    Q_PROPERTY(int pageIndex READ pageIndex WRITE setPageIndex NOTIFY changed)
+    Q_PROPERTY(bool hasWelcome READ hasWelcome NOTIFY changed)
+    Q_PROPERTY(qreal welcomeWidth READ welcomeWidth CONSTANT)
+    /// The place of the setting among "Nada", "Prévia" and "Abrir".
+    Q_PROPERTY(int hoverBehavior READ hoverBehavior WRITE setHoverBehavior NOTIFY changed)
 
 public:
-    explicit HomePageModel(AppServices &services);
+    explicit HomePageModel(const ModuleContext &context);
+    ~HomePageModel() override;
+
+    QAbstractItemModel *cards() { return &m_cards; }
+    bool isEmpty() const { return m_cards.rowCount() == 0 && !hasWelcome(); }
+    int pageCount() const { return m_pageCount; }
+    int pageIndex() const { return m_pageIndex; }
+    /// The nearest page there is.
+    void setPageIndex(int index);
+    bool hasWelcome() const;
+    qreal welcomeWidth() const { return HomeLayout::welcomeWidth - HomeLayout::cardGap; }
+    int hoverBehavior() const;
+    void setHoverBehavior(int place);
+
+    /// How wide a page is, in points.
+    Q_INVOKABLE void setWidth(qreal width);
+    /// What a card shows.
+    Q_INVOKABLE QObject *card(const QString &id);
+    Q_INVOKABLE void openModule(const QString &id);
+    Q_INVOKABLE void openSettings();
+    Q_INVOKABLE void chooseCards();
+    Q_INVOKABLE void finishOnboarding();
+
+Q_SIGNALS:
+    void changed();
 
 private:
-    AppServices &m_services;
+    NotchModule::View makeCard(HomeCard card);
+    void update();
+
+    const ModuleContext m_context;
+    std::map<QString, NotchModule::View> m_views;
+    RecordListModel<HomeCardRow> m_cards;
+    double m_width = 0;
+    int m_pageCount = 1;
+    int m_pageIndex = 0;
 };
 
 } // namespace velmo

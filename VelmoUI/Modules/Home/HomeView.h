@@ -1,7 +1,8 @@
 #pragma once
 
-#include "VelmoCore/Foundation/Date.h"
 #include "VelmoCore/Home/HomeCard.h"
+
+#include <set>
 
 namespace velmo {
 
@@ -10,14 +11,16 @@ class AppServices;
 /// Which cards Home has now.
 namespace HomeView {
 
-/// How soon an event counts as coming, and how little battery as low.
-inline constexpr Seconds soon = 900s;
+/// How little battery counts as low.
 inline constexpr int lowBattery = 15;
 
 /// Whether the card matters now.
-bool isActive(HomeCard card, const AppServices &services, Date now);
+bool isActive(HomeCard card, const AppServices &services);
 
-/// The cards to show, in order. A card is there only with the module behind it.
+/// The cards that there are: each comes with what it shows.
+std::set<HomeCard> available(const AppServices &services);
+
+/// The cards to show, in order.
 std::vector<HomeCard> cards(const AppServices &services);
 
 } // namespace HomeView

@@ -1,0 +1,149 @@
+#include "VelmoUI/Modules/Home/FavoritesModel.h"
+
+#include "VelmoCore/Foundation/Text.h"
+#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Modules/Home/FavoriteApps.h"
+
+#include <QUrl>
+
+#include <algorithm>
+
+namespace velmo {
+
+namespace {
+
+ApplicationRow row(const Applications::Application &application, bool isFavorite)
+{
+    return {application.id, application.name,
+            QStringLiteral("image://icon/") +
+                QString::fromLatin1(QUrl::toPercentEncoding(application.icon)),
+            isFavorite,
+            isFavorite ? QStringLiteral("%1, favorito").arg(application.name) : application.name};
+}
+
+} // namespace
+
+FavoritesModel::FavoritesModel(const ModuleContext &context) : m_context(context)
+{
+    connect(&context.services.settings, &SettingsStore::settingsChanged, this,
+            &FavoritesModel::update);
+    connect(&context.services.platform.applications, &Applications::changed, this,
+            &FavoritesModel::update);
+    update();
+}
+
+QString FavoritesModel::count() const
+{
+    return QStringLiteral("%1 de %2").arg(m_favorites.rowCount()).arg(FavoriteApps::limit);
+}
+
+void FavoritesModel::launch(const QString &id)
+{
+    AppServices &services = m_context.services;
+    try {
+        services.platform.applications.launch(id);
+        m_context.close();
+    } catch (const LocalizedError &error) {
+        services.activity.post(ActivityEvent::make(
+            services.platform.scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
+            QStringLiteral("Não foi possível abrir"), FeedbackStyle::error, QStringLiteral("home"),
+            error.description()));
+    }
+}
+
+void FavoritesModel::remove(const QString &id)
+{
+    const int place = placeOf(id);
+    if (place < 0)
+        return;
+    m_removed = {id, m_favorites.records()[std::size_t(place)].name, place};
+    FavoriteApps::remove(id, m_context.services);
+}
+
+void FavoritesModel::undoRemove()
+{
+    const Removed removed = std::exchange(m_removed, {});
+    FavoriteApps::add(std::vector{removed.id}, m_context.services);
+    FavoriteApps::move(removed.id, removed.place, m_context.services);
+}
+
+void FavoritesModel::move(const QString &id, int by)
+{
+    FavoriteApps::move(id, placeOf(id) + by, m_context.services);
+}
+
+void FavoritesModel::startPicking()
+{
+    m_isPicking = true;
+    m_query.clear();
+    m_removed = {};
+    updateFound();
+    Q_EMIT changed();
+    Q_EMIT pickingChanged();
+}
+
+void FavoritesModel::stopPicking()
+{
+    m_isPicking = false;
+    Q_EMIT pickingChanged();
+    m_found.setRecords({});
+}
+
+void FavoritesModel::search(const QString &text)
+{
+    m_query = text;
+    updateFound();
+}
+
+void FavoritesModel::toggle(const QString &id)
+{
+    if (placeOf(id) >= 0)
+        FavoriteApps::remove(id, m_context.services);
+    else
+        FavoriteApps::add(std::vector{id}, m_context.services);
+}
+
+void FavoritesModel::toggleFirst()
+{
+    if (hasFound())
+        toggle(m_found.records().front().id);
+}
+
+void FavoritesModel::update()
+{
+    std::vector<ApplicationRow> rows;
+    for (const auto &application : FavoriteApps::rows(m_context.services))
+        rows.push_back(row(application, true));
+    m_favorites.setRecords(rows);
+    if (placeOf(m_removed.id) >= 0)
+        m_removed = {};
+    if (m_isPicking)
+        updateFound();
+    Q_EMIT changed();
+}
+
+void FavoritesModel::updateFound()
+{
+    const QString wanted = Text::folded(m_query.trimmed());
+    std::vector<ApplicationRow> first;
+    std::vector<ApplicationRow> others;
+    for (const auto &application : m_context.services.platform.applications.installed()) {
+        const QString name = Text::folded(application.name);
+        if (name.startsWith(wanted))
+            first.push_back(row(application, placeOf(application.id) >= 0));
+        else if (name.contains(wanted) || Text::folded(application.keywords).contains(wanted))
+            others.push_back(row(application, placeOf(application.id) >= 0));
+    }
+    first.insert(first.end(), others.begin(), others.end());
+    m_found.setRecords(first);
+    Q_EMIT foundChanged();
+}
+
+int FavoritesModel::placeOf(const QString &id) const
+{
+    const auto &rows = m_favorites.records();
+    const auto found = std::ranges::find(rows, id, &ApplicationRow::id);
+    return found == rows.end() ? -1 : int(found - rows.begin());
+}
+
+} // namespace velmo
