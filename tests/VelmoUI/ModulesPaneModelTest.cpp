@@ -1,0 +1,113 @@
+#include "VelmoUI/Settings/ModulesPaneModel.h"
+
+#include "VelmoUI/App/AppServices.h"
+
+#include "tests/VelmoUI/FakeModule.h"
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/Printers.h"
+
+#include <QAbstractItemModelTester>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ModulesPaneModelTest : public testing::Test {
+protected:
+    ModulesPaneModelTest()
+    {
+        for (const char16_t *id : {u"home", u"system", u"activity"})
+            FakeModule::addTo(services.modules, QString::fromUtf16(id));
+    }
+
+    const AppSettings &settings() const { return services.settings.settings(); }
+
+    static QStringList column(QAbstractItemModel *model, const QByteArray &role)
+    {
+        QStringList texts;
+        for (int row = 0; row < model->rowCount(); ++row)
+            texts += model->data(model->index(row, 0), model->roleNames().key(role)).toString();
+        return texts;
+    }
+
+    FakeDesktop desktop;
+    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+};
+
+TEST_F(ModulesPaneModelTest, MovesRowsAndKeepsWhatThisVersionDoesNotKnow)
+{
+    services.settings.update([](AppSettings &next) {
+        next.moduleOrder = {u"later"_qs, u"home"_qs, u"latest"_qs, u"activity"_qs};
+    });
+    ModulesPaneModel pane(services);
+    const QAbstractItemModelTester tester(pane.modules());
+    ASSERT_THAT(column(pane.modules(), "id"), ElementsAre(u"home", u"activity", u"system"));
+
+    pane.moveModule(2, 0);
+    EXPECT_THAT(settings().moduleOrder,
+                ElementsAre(u"later", u"system", u"home", u"latest", u"activity"));
+    EXPECT_THAT(column(pane.modules(), "spoken"),
+                ElementsAre(u"SYSTEM, 1 de 3, visível", u"HOME, 2 de 3, visível",
+                            u"ACTIVITY, 3 de 3, visível"));
+    pane.moveModule(0, 2);
+    EXPECT_THAT(settings().moduleOrder,
+                ElementsAre(u"later", u"home", u"latest", u"activity", u"system"));
+    for (const auto &[from, to] : {std::pair(0, 3), {3, 0}, {-1, 0}, {0, -1}, {1, 1}})
+        pane.moveModule(from, to);
+    EXPECT_THAT(column(pane.modules(), "id"), ElementsAre(u"home", u"activity", u"system"));
+
+    pane.resetModuleOrder();
+    EXPECT_THAT(settings().moduleOrder, IsEmpty());
+    EXPECT_THAT(column(pane.modules(), "id"), ElementsAre(u"home", u"system", u"activity"));
+}
+
+TEST_F(ModulesPaneModelTest, HidesAllModulesButTheLast)
+{
+    services.settings.update([](AppSettings &next) { next.hiddenModules = {u"later"_qs}; });
+    ModulesPaneModel pane(services);
+    for (const int row : {0, 2, 1, 3, -1})
+        pane.toggleModule(row);
+    EXPECT_THAT(settings().hiddenModules, ElementsAre(u"later", u"home", u"activity"));
+    EXPECT_THAT(column(pane.modules(), "canToggle"), ElementsAre(u"true", u"false", u"true"));
+    pane.toggleModule(0);
+    EXPECT_THAT(settings().hiddenModules, ElementsAre(u"later", u"activity"));
+}
+
+TEST_F(ModulesPaneModelTest, OffersTheCardsWhoseModuleIsThere)
+{
+    ModulesPaneModel pane(services);
+    EXPECT_THAT(column(pane.cards(), "id"), ElementsAre(u"favorites", u"system"));
+    pane.moveCard(1, 0);
+    EXPECT_THAT(column(pane.cards(), "id"), ElementsAre(u"system", u"favorites"));
+    EXPECT_EQ(settings().homeCardOrder.size(), 9U) << "the others stay in order behind them";
+    EXPECT_EQ(settings().homeCardOrder[2], u"music");
+
+    pane.toggleCard(0);
+    pane.toggleCard(1);
+    EXPECT_THAT(settings().hiddenHomeCards,
+                ElementsAre(u"notes", u"clipboard", u"captures", u"favorites"));
+}
+
+TEST_F(ModulesPaneModelTest, OrdersAndRemovesFavoritesThatAreInstalled)
+{
+    desktop.applications.entries = {{.id = u"a.desktop"_qs, .name = u"Alfa"_qs},
+                                    {.id = u"b.desktop"_qs, .name = u"Beta"_qs}};
+    services.settings.update([](AppSettings &next) {
+        next.favoriteApps = {u"a.desktop"_qs, u"gone.desktop"_qs, u"b.desktop"_qs};
+    });
+    ModulesPaneModel pane(services);
+    pane.moveFavorite(0, 1);
+    EXPECT_THAT(column(pane.favorites(), "spoken"), ElementsAre(u"Beta, 1 de 2", u"Alfa, 2 de 2"));
+    pane.removeFavorite(0);
+    EXPECT_THAT(settings().favoriteApps, ElementsAre(u"gone.desktop", u"a.desktop"));
+    pane.removeFavorite(0);
+    EXPECT_FALSE(pane.hasFavorites());
+}
+
+} // namespace
+} // namespace velmo
