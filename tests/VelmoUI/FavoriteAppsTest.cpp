@@ -36,6 +36,8 @@ protected:
         const auto feedback = services.activity.feedback();
         services.activity.dismissFeedback();
         EXPECT_TRUE(services.activity.history().empty());
+        EXPECT_EQ(feedback && feedback->style == FeedbackStyle::error,
+                  feedback && feedback->title.startsWith("Só"));
         return feedback ? feedback->title : QString();
     }
 

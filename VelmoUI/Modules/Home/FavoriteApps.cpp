@@ -8,11 +8,11 @@ namespace velmo {
 
 namespace {
 
-void tell(const QString &symbol, const QString &title, const std::optional<QString> &detail,
-          AppServices &services)
+void tell(FeedbackStyle style, const QString &symbol, const QString &title,
+          const std::optional<QString> &detail, AppServices &services)
 {
     services.activity.post(ActivityEvent::make(services.platform.scheduler.now(), symbol, title,
-                                               FeedbackStyle::info, QStringLiteral("home"), detail),
+                                               style, QStringLiteral("home"), detail),
                            ActivityCenter::Presentation::transientOnly);
 }
 
@@ -33,12 +33,13 @@ void addInstalled(const std::vector<std::optional<QString>> &ids, AppServices &s
     }
     services.settings.update([&](AppSettings &next) { next.favoriteApps = favorites; });
     if (isFull)
-        tell(QStringLiteral("square.grid.2x2"), QStringLiteral("Favoritos cheios"),
+        tell(FeedbackStyle::info, QStringLiteral("square.grid.2x2"),
+             QStringLiteral("Favoritos cheios"),
              QStringLiteral("O limite é de %1 aplicativos. Remova um para adicionar outro.")
                  .arg(FavoriteApps::limit),
              services);
     else if (!std::ranges::all_of(ids, &std::optional<QString>::has_value))
-        tell(QStringLiteral("info.circle.fill"),
+        tell(FeedbackStyle::error, QStringLiteral("exclamationmark.triangle.fill"),
              QStringLiteral("Só aplicativos instalados podem ser favoritos."), std::nullopt,
              services);
 }
