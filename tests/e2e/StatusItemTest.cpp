@@ -101,4 +101,13 @@ TEST_F(StatusItemTest, OffersWhatCanBeDoneOnceThereIsAStatusArea)
     EXPECT_EQ(exitCode(), 0);
 }
 
+TEST_F(StatusItemTest, IsNotThereIfTheUserDoesNotWantIt)
+{
+    writeSettings({{"showMenuBarIcon", false}});
+    startStatusArea();
+    launch();
+    pause(500ms);
+    EXPECT_TRUE(menu().isEmpty());
+}
+
 } // namespace velmo
