@@ -1,0 +1,183 @@
+#include "VelmoSystem/Linux/Desktop/DesktopApplications.h"
+
+#include "VelmoCore/Foundation/LocalizedError.h"
+
+#include "tests/support/PrivateBus.h"
+
+#include <QDBusVirtualObject>
+#include <QDeadlineTimer>
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+namespace velmo {
+namespace {
+
+bool wait(const std::function<bool()> &isDone)
+{
+    const QDeadlineTimer deadline(20'000);
+    while (!isDone() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    return isDone();
+}
+
+/// What a program of the session does when the bus starts it.
+class Activated : public QDBusVirtualObject {
+public:
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &call, const QDBusConnection &bus) override
+    {
+        isActivated = isActivated || call.member() == u"Activate";
+        return bus.send(call.createReply());
+    }
+
+    bool isActivated = false;
+};
+
+/// GIO asks for its folders and the bus once a run, so all tests share them.
+class DesktopApplicationsTest : public testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        folder = new TemporaryFolder;
+        bus = new PrivateBus;
+        qputenv("XDG_DATA_HOME", folder->path("home").toUtf8());
+        qputenv("XDG_DATA_DIRS",
+                folder->path("first").toUtf8() + ':' + folder->path("second").toUtf8());
+        qputenv("DBUS_SESSION_BUS_ADDRESS", bus->address().toUtf8());
+        qputenv("LANGUAGE", "pt_BR");
+        for (const char *name : {"home", "first", "second"})
+            QDir().mkpath(folder->path(QString(name) + "/applications"));
+    }
+    static void TearDownTestSuite()
+    {
+        delete bus;
+        delete folder;
+    }
+
+    /// Gives the path of the entry.
+    static QString write(const QString &file, const QByteArray &keys)
+    {
+        const QString name = file.section('/', 0, 0) + "/applications/" + file.section('/', 1);
+        folder->write(name, "[Desktop Entry]\nType=Application\n" + keys + '\n');
+        return folder->path(name);
+    }
+    QStringList shown() const
+    {
+        QStringList ids;
+        for (const auto &application : applications.installed())
+            ids += application.id.chopped(8); // without ".desktop"
+        return ids;
+    }
+    /// GIO hears of a new entry a moment after it was written.
+    void launch(const QString &id)
+    {
+        EXPECT_TRUE(wait([&] { return applications.find(id).has_value(); }));
+        EXPECT_EQ(failure(id), "");
+    }
+    QString failure(const QString &id)
+    {
+        try {
+            applications.launch(id);
+        } catch (const LocalizedError &error) {
+            return error.description();
+        }
+        return {};
+    }
+
+    static inline TemporaryFolder *folder = nullptr;
+    static inline PrivateBus *bus = nullptr;
+    DesktopApplications applications;
+};
+
+TEST_F(DesktopApplicationsTest, ListsWhatMenusShowAndFollowsChanges)
+{
+    write("first/tool.desktop", "Name=Tool\nName[pt_BR]=Abridor\nGenericName=Thing\n"
+                                "Keywords=one;two;\nIcon=tool.png\nExec=/bin/sh %U");
+    write("second/tool.desktop", "Name=Ensombrado\nExec=/bin/sh");
+    const QString nested = write("second/kde/tool.desktop", "Name=Zíper\nExec=sh");
+    const QString unseen = write("second/unseen.desktop", "Name=U\nExec=sh\nNoDisplay=true");
+    const QString hidden = write("second/hidden.desktop", "Name=H\nExec=sh\nHidden=true");
+    write("second/elsewhere.desktop", "Name=E\nExec=sh\nOnlyShowIn=Nowhere;");
+    write("second/gone.desktop", "Name=G\nExec=/no/such/program");
+    write("second/broken.desktop", "Name");
+    EXPECT_EQ(shown(), (QStringList{"tool", "kde-tool"}));
+    EXPECT_EQ(
+        applications.find("tool.desktop"),
+        (Applications::Application{"tool.desktop", "Abridor", "tool.png", "Thing one two sh"}));
+    EXPECT_TRUE(applications.find("unseen.desktop"));
+    for (const char *id : {"hidden.desktop", "gone.desktop", "broken.desktop", "none.desktop", ""})
+        EXPECT_FALSE(applications.find(id)) << id;
+
+    QFile::link(nested, folder->path("link.desktop"));
+    QFile::copy(nested, folder->path("copy.desktop"));
+    const std::vector<std::pair<QString, QString>> ids = {
+        {nested, "kde-tool.desktop"},
+        {folder->path("link.desktop"), "kde-tool.desktop"},
+        {unseen, "unseen.desktop"},
+        {folder->path("copy.desktop"), {}},
+        {folder->path("second/applications/tool.desktop"), {}}, // the first folder's one counts
+        {hidden, {}},
+        {folder->path("none.desktop"), {}},
+    };
+    for (const auto &[file, id] : ids)
+        EXPECT_EQ(applications.idOf(QUrl::fromLocalFile(file)).value_or(QString()), id);
+    EXPECT_FALSE(applications.idOf(QUrl("https://example.com/tool.desktop")));
+
+    bool isTold = false;
+    QObject::connect(&applications, &Applications::changed, [&] { isTold = true; });
+    write("home/new.desktop", "Name=Novo\nExec=sh");
+    EXPECT_TRUE(wait([&] { return isTold; }));
+    EXPECT_TRUE(wait([&] { return shown().contains("new"); }));
+    isTold = false;
+    QFile::remove(folder->path("home/applications/new.desktop"));
+    EXPECT_TRUE(wait([&] { return isTold && !shown().contains("new"); }));
+}
+
+TEST_F(DesktopApplicationsTest, StartsAProgramOfItsOwnSession)
+{
+    const int kept = ::dup(STDERR_FILENO);
+    folder->write("program", R"(#!/bin/sh
+        exec >"$0.out"
+        printf '<%s>' "$@"; echo
+        ps -o sid= -o ppid= -p $$
+        [ -e /proc/$$/fd/)" + QByteArray::number(kept) +
+                                 R"( ] && echo kept
+        mv "$0.out" "$0.done")");
+    QFile::setPermissions(folder->path("program"), QFile::ReadOwner | QFile::ExeOwner);
+    const QByteArray program = folder->path("program").toUtf8();
+    write("first/program.desktop",
+          "Name=Programa\nExec=" + program + " --open \"two words\" 100%% %c %F %i\nIcon=picture");
+    launch("program.desktop");
+    ASSERT_TRUE(wait([] { return QFile::exists(folder->path("program.done")); }));
+    const auto lines = folder->read("program.done").split('\n');
+    EXPECT_EQ(lines[0], "<--open><two words><100%><Programa><--icon><picture>");
+    const auto process = lines[1].simplified().split(' ');
+    EXPECT_NE(process[0].toInt(), ::getsid(0));
+    EXPECT_NE(process[1].toInt(), ::getpid());
+    EXPECT_EQ(lines[2], "");
+    ::close(kept);
+
+    EXPECT_EQ(failure("none.desktop"), "O aplicativo não está mais instalado.");
+    write("first/lost.desktop", "Name=Perdido\nExec=sh\nPath=/no/such/folder");
+    EXPECT_TRUE(wait([&] { return applications.find("lost.desktop").has_value(); }));
+    EXPECT_TRUE(failure("lost.desktop").startsWith("“Perdido” não pôde ser aberto: "))
+        << qPrintable(failure("lost.desktop"));
+}
+
+TEST_F(DesktopApplicationsTest, ActivatesByTheBusWhatSaysSo)
+{
+    Activated object;
+    auto peer = bus->connect();
+    peer.registerVirtualObject("/org/example/Activated", &object);
+    ASSERT_TRUE(peer.registerService("org.example.Activated"));
+    write("first/org.example.Activated.desktop",
+          "Name=Ativado\nExec=/bin/false\nDBusActivatable=true");
+    launch("org.example.Activated.desktop");
+    EXPECT_TRUE(wait([&] { return object.isActivated; }));
+}
+
+} // namespace
+} // namespace velmo
