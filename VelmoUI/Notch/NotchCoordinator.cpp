@@ -3,6 +3,7 @@
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/HotKeys/KeyNames.h"
 #include "VelmoCore/Notch/DisplaySelection.h"
+#include "VelmoUI/Design/IconProvider.h"
 
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -58,6 +59,7 @@ NotchCoordinator::NotchCoordinator(AppServices &services)
 {
     qml_register_types_Velmo();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    m_engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
 }
 
 NotchCoordinator::~NotchCoordinator()
