@@ -49,6 +49,7 @@ void addInstalled(const std::vector<std::optional<QString>> &ids, AppServices &s
 void FavoriteApps::add(const std::vector<QUrl> &urls, AppServices &services)
 {
     std::vector<std::optional<QString>> ids;
+    ids.reserve(urls.size());
     for (const QUrl &url : urls)
         ids.push_back(services.platform.applications.idOf(url));
     addInstalled(ids, services);
@@ -57,6 +58,7 @@ void FavoriteApps::add(const std::vector<QUrl> &urls, AppServices &services)
 void FavoriteApps::add(const std::vector<QString> &ids, AppServices &services)
 {
     std::vector<std::optional<QString>> installed;
+    installed.reserve(ids.size());
     for (const QString &id : ids)
         installed.push_back(services.platform.applications.find(id) ? std::optional(id)
                                                                     : std::nullopt);
