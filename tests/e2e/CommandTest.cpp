@@ -56,9 +56,15 @@ TEST_F(CommandTest, IsCarriedOutWhenItReturns)
 TEST_F(CommandTest, GoesToTheFirstOrvaneFromASecondOne)
 {
     home.write("a.txt", "x");
+    screen.runWindowManager();
     launch();
+    const auto windows = [&] { return screen.property(screen.root(), "_NET_CLIENT_LIST").size(); };
+    EXPECT_EQ(windows(), 0U);
     EXPECT_EQ(run({}).exitCode, 0);
-    EXPECT_EQ(presentation(), "expanded");
+    EXPECT_TRUE(eventually([&] { return windows() == 1; })) << "the settings show";
+    EXPECT_EQ(run({"settings", "about"}).exitCode, 0);
+    EXPECT_EQ(run({"settings", "balloon"}).exitCode, 1);
+    EXPECT_EQ(windows(), 1U);
     EXPECT_EQ(run({home.path("a.txt")}).exitCode, 0);
     EXPECT_EQ(presentation(), "dropResult");
     EXPECT_TRUE(isRunning());
