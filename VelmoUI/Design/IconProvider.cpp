@@ -1,6 +1,7 @@
 #include "VelmoUI/Design/IconProvider.h"
 
 #include <QDir>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QPainter>
 #include <QUrl>
@@ -29,8 +30,15 @@ QPixmap picture(const QString &icon, int side)
     const QSize size(side, side);
     if (QDir::isAbsolutePath(icon))
         return QIcon(icon).pixmap(size, 1.0);
-    const QPixmap named = QIcon::fromTheme(icon).pixmap(size, 1.0);
-    return named.isNull() ? QIcon::fromTheme(withoutSuffix(icon)).pixmap(size, 1.0) : named;
+    for (const QString &name : {icon, withoutSuffix(icon)}) {
+        const QPixmap named = QIcon::fromTheme(name).pixmap(size, 1.0);
+        if (!named.isNull())
+            return named;
+    }
+    // Orvane that isn't installed has no icon in the theme.
+    return icon == QLatin1String("app.orvane.Orvane")
+               ? QGuiApplication::windowIcon().pixmap(size, 1.0)
+               : QPixmap();
 }
 
 QPixmap squared(const QPixmap &picture, int side)

@@ -2,6 +2,7 @@
 
 #include "tests/support/TemporaryFolder.h"
 
+#include <QGuiApplication>
 #include <QIcon>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -44,6 +45,8 @@ TEST(IconProvider, ShowsIconsOfTheThemeAndOfFiles)
         height="64"><rect width="64" height="64" fill="#0000ff"/></svg>)");
     draw("test/16/application-x-executable.png", {16, 16}, Qt::gray);
     draw("wide #1 50%.png", {20, 10}, Qt::green);
+    draw("window.png", {64, 64}, Qt::cyan);
+    QGuiApplication::setWindowIcon(QIcon(folder.path("window.png")));
     QIcon::setThemeSearchPaths({folder.path()});
     QIcon::setThemeName("test");
 
@@ -63,6 +66,7 @@ TEST(IconProvider, ShowsIconsOfTheThemeAndOfFiles)
                           {"drawn", Qt::blue},
                           {folder.path("wide #1 50%.png"), Qt::green, 0},
                           {folder.path("none.png"), Qt::gray},
+                          {"app.orvane.Orvane", Qt::cyan},
                           {"none", Qt::gray}};
     for (const auto &[name, middle, alphaAtTop] : cases) {
         image->setProperty("source", QUrl("image://icon/" + name));
