@@ -1,7 +1,8 @@
 import QtQuick
 import Velmo
 
-/// Rows in the user's order. They move by their handle, or by Ctrl or Alt with the arrow keys.
+/// Rows in the user's order. They move by their handle, or by Ctrl or Alt with the arrow keys, which
+/// alone go from row to row; Space hides or shows a row, Delete takes one out.
 ListView {
     id: list
 
@@ -14,7 +15,6 @@ ListView {
 
     implicitHeight: contentHeight
     interactive: false
-    activeFocusOnTab: count > 0
     keyNavigationEnabled: true
     highlightMoveDuration: 0
     Accessible.role: Accessible.List
@@ -22,7 +22,7 @@ ListView {
     move: glide
     displaced: glide
 
-    delegate: FocusScope {
+    delegate: Item {
         id: row
 
         required property int index
@@ -35,16 +35,16 @@ ListView {
         required property string action
         /// Where its top is dragged to, in the list.
         property real draggedTo: 0
-        readonly property bool isRinged: activeFocus && Window.activeFocusItem === row
 
         width: ListView.view.width
         height: Theme.rowHeight
         z: handle.pressed ? 1 : 0
+        activeFocusOnTab: activeFocus || ListView.isCurrentItem
         Accessible.role: Accessible.ListItem
         Accessible.name: spoken
         Accessible.description: "Ctrl com as setas muda de lugar"
         Accessible.focusable: true
-        Accessible.focused: isRinged
+        Accessible.focused: activeFocus
 
         onActiveFocusChanged: if (activeFocus)
             ListView.view.currentIndex = index
@@ -53,7 +53,6 @@ ListView {
             if (target !== index)
                 list.moved(index, target);
         }
-        Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
         Keys.onPressed: event => {
             const moves = (event.modifiers & (Qt.ControlModifier | Qt.AltModifier)) !== 0;
             event.accepted = true;
@@ -90,7 +89,7 @@ ListView {
             }
             FocusRing {
                 radius: body.radius
-                shown: row.isRinged
+                shown: row.activeFocus
             }
 
             MouseArea {
@@ -158,6 +157,7 @@ ListView {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: !list.isRemovable
                 enabled: row.canToggle
+                activeFocusOnTab: false
                 name: row.action
                 checked: row.isShown
                 onToggled: () => list.toggled(row.index)
@@ -168,6 +168,7 @@ ListView {
                 anchors.rightMargin: Theme.grid
                 anchors.verticalCenter: parent.verticalCenter
                 visible: list.isRemovable
+                activeFocusOnTab: false
                 name: row.action
                 symbol: "xmark"
                 onTriggered: list.removed(row.index)

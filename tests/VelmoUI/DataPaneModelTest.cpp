@@ -24,7 +24,7 @@ protected:
 
     QString write(const QString &folder, const QByteArray &data)
     {
-        const QString path = QDir(folder).filePath(QStringLiteral("deep/file.json"));
+        QString path = QDir(folder).filePath(QStringLiteral("deep/file.json"));
         AtomicFile::write(data, path);
         return path;
     }

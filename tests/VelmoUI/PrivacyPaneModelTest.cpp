@@ -13,7 +13,6 @@ namespace velmo {
 namespace {
 
 using testing::ElementsAre;
-using testing::Field;
 
 /// A module that needs Bluetooth.
 struct RadioModule : FakeModule {
