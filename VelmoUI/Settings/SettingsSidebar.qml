@@ -38,8 +38,9 @@ ListView {
             sidebar.selected(id)
         onIsSelectedChanged: if (isSelected)
             sidebar.currentIndex = index
+        // While a list makes its items it takes no other index.
         Component.onCompleted: if (isSelected)
-            sidebar.currentIndex = index
+            Qt.callLater(() => sidebar.currentIndex = index)
         onTriggered: {
             forceActiveFocus();
             sidebar.selected(id);
