@@ -36,11 +36,6 @@ ListView {
         Accessible.selected: isSelected
         onActiveFocusChanged: if (activeFocus)
             sidebar.selected(id)
-        onIsSelectedChanged: if (isSelected)
-            sidebar.currentIndex = index
-        // While a list makes its items it takes no other index.
-        Component.onCompleted: if (isSelected)
-            Qt.callLater(() => sidebar.currentIndex = index)
         onTriggered: {
             forceActiveFocus();
             sidebar.selected(id);

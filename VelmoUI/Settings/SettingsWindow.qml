@@ -36,6 +36,7 @@ Rectangle {
         width: Theme.sidebarWidth
         height: parent.height
         model: window.model.panes
+        currentIndex: window.model.paneIndex
         onSelected: id => window.model.selectPane(id)
     }
 

@@ -64,11 +64,16 @@ void SettingsWindowModel::setPane(SettingsPane pane)
     Q_EMIT paneChanged();
 }
 
+int SettingsWindowModel::paneIndex() const
+{
+    return int(std::ranges::find(available, m_pane, &Pane::pane) - available.begin());
+}
+
 QUrl SettingsWindowModel::paneSource() const
 {
-    const auto pane = std::ranges::find(available, m_pane, &Pane::pane);
+    const Pane &pane = available[std::size_t(paneIndex())];
     return QUrl(
-        QStringLiteral("qrc:/qt/qml/Velmo/Settings/%1.qml").arg(QString::fromUtf16(pane->source)));
+        QStringLiteral("qrc:/qt/qml/Velmo/Settings/%1.qml").arg(QString::fromUtf16(pane.source)));
 }
 
 bool SettingsWindowModel::isLight() const

@@ -27,6 +27,8 @@ class SettingsWindowModel : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Made by the settings window")
     Q_PROPERTY(QAbstractItemModel *panes READ panes CONSTANT)
+    /// The row of the pane that shows.
+    Q_PROPERTY(int paneIndex READ paneIndex NOTIFY paneChanged)
     Q_PROPERTY(QUrl paneSource READ paneSource NOTIFY paneChanged)
     Q_PROPERTY(bool isLight READ isLight NOTIFY appearanceChanged)
     Q_PROPERTY(bool reducedMotion READ isReducedMotion NOTIFY appearanceChanged)
@@ -51,6 +53,7 @@ public:
     void setPane(SettingsPane pane);
 
     QAbstractItemModel *panes() { return &m_panes; }
+    int paneIndex() const;
     QUrl paneSource() const;
     bool isLight() const;
     bool isReducedMotion() const;
