@@ -1,6 +1,7 @@
 #include "VelmoCore/Storage/AtomicFile.h"
 
 #include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/Storage/Descriptor.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -61,6 +62,8 @@ QString reason(int code)
     case EBUSY:
     case ETXTBSY:
         return QStringLiteral("o item está em uso");
+    case EOPNOTSUPP:
+        return QStringLiteral("não é um arquivo, uma pasta nem um link");
     case ENOMEM:
         return QStringLiteral("falta memória");
     default:
@@ -81,22 +84,6 @@ QString folderOf(const QString &path)
     return QFileInfo(path).path();
 }
 
-class Descriptor {
-public:
-    Descriptor(int value, const QString &path) : m_value(value)
-    {
-        if (value < 0)
-            throw FileError(path, errno);
-    }
-    ~Descriptor() { ::close(m_value); }
-    Q_DISABLE_COPY_MOVE(Descriptor)
-
-    operator int() const { return m_value; }
-
-private:
-    int m_value;
-};
-
 /// Unlinks a temporary file that was not renamed.
 struct TemporaryName {
     QByteArray path;
@@ -108,15 +95,6 @@ struct TemporaryName {
             ::unlink(path.constData());
     }
 };
-
-template <class Call>
-auto retried(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
 
 Descriptor opened(const QString &path, int flags)
 {

@@ -1,0 +1,182 @@
+#include "VelmoCore/Shelf/ShelfStore.h"
+
+#include "VelmoCore/Storage/AtomicFile.h"
+
+#include "tests/support/ManualScheduler.h"
+#include "tests/support/Printers.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace velmo {
+namespace {
+
+class ShelfStoreTest : public testing::Test {
+protected:
+    ShelfStoreTest()
+    {
+        QDir().mkpath(folder.path(QStringLiteral("docs")));
+        shelf.trash = [this](const QUrl &file) { trashed.push_back(file); };
+    }
+
+    QUrl file(const char *path, const QByteArray &content = "conteúdo")
+    {
+        folder.write(QString::fromUtf8(path), content);
+        return url(path);
+    }
+    QUrl url(const char *path) const
+    {
+        return QUrl::fromLocalFile(folder.path(QString::fromUtf8(path)));
+    }
+    bool exists(const char *path) const { return QFile::exists(url(path).toLocalFile()); }
+    QStringList names() const
+    {
+        QStringList found;
+        for (const ShelfItem &item : shelf.items())
+            found.append(item.name);
+        return found;
+    }
+    ShelfStore reopened() { return ShelfStore(places, std::nullopt, scheduler); }
+
+    TemporaryFolder folder;
+    ManualScheduler scheduler;
+    std::vector<QUrl> trashed;
+    const ShelfStore::Places places{folder.path(QStringLiteral("Shelf")),
+                                    folder.path(QStringLiteral("No Notch")),
+                                    folder.path(QStringLiteral("Downloads"))};
+    ShelfStore shelf{places, std::nullopt, scheduler};
+};
+
+} // namespace
+
+TEST_F(ShelfStoreTest, MovesAFileInAndBackToItsFolder)
+{
+    const QUrl moved = shelf.moveIn(file("docs/a.txt"));
+    EXPECT_EQ(moved, url("No Notch/a.txt"));
+    EXPECT_EQ(shelf.moveIn(file("docs/a.txt", "outro")), url("No Notch/a 2.txt"));
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.txt"), QStringLiteral("a.txt")}));
+    EXPECT_EQ(reopened().items(), shelf.items());
+
+    file("docs/a.txt", "tomado");
+    shelf.remove({shelf.items()[0].id});
+    EXPECT_TRUE(exists("docs/a 2.txt"));
+    QDir(folder.path(QStringLiteral("docs"))).removeRecursively();
+    shelf.remove({shelf.items()[0].id});
+    EXPECT_TRUE(exists("Downloads/a.txt"));
+    EXPECT_TRUE(shelf.items().empty());
+    EXPECT_TRUE(trashed.empty());
+}
+
+TEST_F(ShelfStoreTest, KeepsTheRecordOfAFileThatCannotGoBack)
+{
+    const QUrl moved = shelf.moveIn(file("docs/a.txt"));
+    QDir(folder.path(QStringLiteral("docs"))).removeRecursively();
+    file("Downloads", "no folder");
+    shelf.remove({shelf.items()[0].id});
+    EXPECT_EQ(shelf.lastReturnFailure(), 1);
+    EXPECT_EQ(names(), QStringList(QStringLiteral("a.txt")));
+    EXPECT_EQ(shelf.resolve(shelf.items()[0]), moved);
+    shelf.dismissIssues();
+    EXPECT_EQ(shelf.lastReturnFailure(), std::nullopt);
+}
+
+TEST_F(ShelfStoreTest, TakesNothingInWithoutAPlaceForIt)
+{
+    ShelfStore nowhere({}, std::nullopt, scheduler);
+    try {
+        nowhere.moveIn(file("docs/a.txt"));
+        FAIL();
+    } catch (const FileError &error) {
+        EXPECT_EQ(error.code(), ENOENT);
+    }
+    EXPECT_TRUE(exists("docs/a.txt"));
+    EXPECT_TRUE(nowhere.items().empty());
+}
+
+TEST_F(ShelfStoreTest, SendsACopyToTheTrashAndLeavesAReference)
+{
+    shelf.copyIn(file("docs/a.txt"));
+    shelf.addReferences({url("docs/a.txt"), url("docs/x/../a.txt")});
+    ASSERT_EQ(shelf.items().size(), 2U) << "one path is one reference";
+    shelf.remove({shelf.items()[0].id, shelf.items()[1].id});
+    EXPECT_EQ(trashed, std::vector{url("No Notch/a.txt")});
+    EXPECT_TRUE(exists("docs/a.txt"));
+}
+
+TEST_F(ShelfStoreTest, NamesLinksAndTextsByWhatTheySay)
+{
+    shelf.addLink(QUrl(QStringLiteral("https://exemplo.org/a")));
+    shelf.addLink(QUrl(QStringLiteral("mailto:a@exemplo.org")));
+    shelf.addText(QStringLiteral("\n\nprimeira\nsegunda"));
+    shelf.addText(QStringLiteral("\n \n"));
+    shelf.addText(QString(100, u'x'));
+    EXPECT_EQ(names(),
+              (QStringList{QString(80, u'x'), QStringLiteral("\n \n"), QStringLiteral("primeira"),
+                           QStringLiteral("mailto:a@exemplo.org"), QStringLiteral("exemplo.org")}));
+    shelf.setGroup(QStringLiteral(" Ideias "), {shelf.items()[2].id});
+    EXPECT_EQ(shelf.items(QStringLiteral(" IDEIAS"), std::nullopt).size(), 1U);
+    EXPECT_EQ(shelf.items(QStringLiteral("segunda"), std::nullopt).size(), 0U);
+    EXPECT_EQ(shelf.items({}, QStringLiteral("Ideias")).size(), 1U);
+    shelf.setGroup(QStringLiteral(" "), {shelf.items()[2].id});
+    EXPECT_TRUE(shelf.groups().empty());
+}
+
+TEST_F(ShelfStoreTest, CleansWhatIsOldButNothingPinnedOrMoved)
+{
+    shelf.moveIn(file("docs/movido.txt"));
+    shelf.addText(QStringLiteral("fixo"));
+    shelf.togglePin(shelf.items()[0].id);
+    shelf.addText(QStringLiteral("velho"));
+    scheduler.advance(86'400s * 2);
+    shelf.addText(QStringLiteral("novo"));
+    EXPECT_EQ(shelf.autoClean(0, scheduler.now()), 0);
+    EXPECT_EQ(shelf.autoClean(2, scheduler.now()), 0);
+    EXPECT_EQ(shelf.autoClean(1, scheduler.now()), 1);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("novo"), QStringLiteral("fixo"),
+                                    QStringLiteral("movido.txt")}));
+}
+
+TEST_F(ShelfStoreTest, ForgetsItsOwnFilesThatAreGoneAndKeepsReferences)
+{
+    const QUrl moved = shelf.moveIn(file("docs/a.txt"));
+    shelf.addReferences({file("docs/b.txt")});
+    QFile::remove(moved.toLocalFile());
+    QFile::remove(url("docs/b.txt").toLocalFile());
+    shelf.forgetMissingFiles();
+    EXPECT_EQ(names(), QStringList(QStringLiteral("b.txt")));
+    EXPECT_EQ(shelf.resolve(shelf.items()[0]), std::nullopt);
+}
+
+TEST_F(ShelfStoreTest, AdoptsWhatAToolMadeBesideItsFilesOnly)
+{
+    shelf.moveIn(file("docs/a.txt"));
+    shelf.adoptOutputs({file("No Notch/a.zip"), file("docs/b.zip"), url("No Notch/a.txt"),
+                        url("No Notch/gone.zip")});
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.zip"), QStringLiteral("a.txt")}));
+    shelf.remove({shelf.items()[0].id});
+    EXPECT_TRUE(exists("Downloads/a.zip"));
+}
+
+TEST_F(ShelfStoreTest, BringsTheFilesOfEarlierVersionsOver)
+{
+    {
+        ShelfStore early({places.directory, std::nullopt, places.downloads}, std::nullopt,
+                         scheduler);
+        early.moveIn(file("docs/a.txt"));
+        file("Shelf/Copies/0F/sem registro.txt");
+        file("Shelf/Copies/0F/.DS_Store");
+    }
+    ShelfStore now = reopened();
+    EXPECT_EQ(now.migrateIntoNotchFolder(), 2);
+    EXPECT_TRUE(exists("No Notch/a.txt"));
+    EXPECT_TRUE(exists("No Notch/sem registro.txt"));
+    EXPECT_FALSE(exists("Shelf/Copies/0F"));
+    EXPECT_EQ(now.items().size(), 2U);
+    EXPECT_EQ(now.migrateIntoNotchFolder(), 0);
+}
+
+} // namespace velmo
