@@ -23,7 +23,8 @@ Platform LinuxPlatform::ports()
     return {m_scheduler,   m_displays,      m_pointer,    m_dragPasteboard, m_hotKeyGrabber,
             m_workspace,   m_panelWindows,  m_fileViewer, m_appearance,     m_power,
             m_accessories, m_network,       m_bluetooth,  m_load,           m_applications,
-            m_permissions, m_notifications, m_sounds,     m_loginItem,      m_statusArea};
+            m_permissions, m_notifications, m_sounds,     m_loginItem,      m_statusArea,
+            m_pasteboard,  m_share};
 }
 
 } // namespace velmo

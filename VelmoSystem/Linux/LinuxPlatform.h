@@ -5,8 +5,10 @@
 #include "VelmoSystem/Linux/DBus/FileManagerViewer.h"
 #include "VelmoSystem/Linux/DBus/SleepMonitor.h"
 #include "VelmoSystem/Linux/Desktop/CanberraPlayer.h"
+#include "VelmoSystem/Linux/Desktop/ClipboardPasteboard.h"
 #include "VelmoSystem/Linux/Desktop/DesktopApplications.h"
 #include "VelmoSystem/Linux/Desktop/DesktopPermissions.h"
+#include "VelmoSystem/Linux/Desktop/DesktopShare.h"
 #include "VelmoSystem/Linux/Desktop/DesktopStatusArea.h"
 #include "VelmoSystem/Linux/Desktop/XdgAutostart.h"
 #include "VelmoSystem/Linux/Device/BlueZAdapter.h"
@@ -56,6 +58,8 @@ private:
     CanberraPlayer m_sounds;
     XdgAutostart m_loginItem;
     DesktopStatusArea m_statusArea;
+    ClipboardPasteboard m_pasteboard;
+    DesktopShare m_share;
 };
 
 } // namespace velmo

@@ -15,10 +15,12 @@ class MachineLoad;
 class NetworkMonitor;
 class NotificationServer;
 class PanelWindowFactory;
+class Pasteboard;
 class PermissionSource;
 class Pointer;
 class PowerInfo;
 class Scheduler;
+class ShareService;
 class SoundPlayer;
 class StatusArea;
 class Workspace;
@@ -45,6 +47,8 @@ struct Platform {
     SoundPlayer &sounds;
     LoginItem &loginItem;
     StatusArea &statusArea;
+    Pasteboard &pasteboard;
+    ShareService &share;
 };
 
 } // namespace velmo

@@ -1,6 +1,26 @@
 #include "VelmoUI/App/AppServices.h"
 
+#include <QDir>
+#include <QStandardPaths>
+
 namespace velmo {
+
+namespace {
+
+/// Only the user's real data gets a folder of the user's: a self-test leaves the home alone.
+ShelfStore::Places shelfPlaces(const AppPaths &paths)
+{
+    ShelfStore::Places places{
+        .directory = paths.support + QStringLiteral("/Shelf"),
+        .notchFolder = std::nullopt,
+        .downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation),
+    };
+    if (paths.support.contains(u"/.local/share/"))
+        places.notchFolder = QDir::home().filePath(QStringLiteral("No Notch"));
+    return places;
+}
+
+} // namespace
 
 AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &protection,
                          const Platform &desktop)
@@ -11,7 +31,9 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
                settings.settings().activityRetentionDays),
       permissions(desktop.permissions), notifier(desktop.notifications, desktop.scheduler),
       launchAtLogin(desktop.loginItem), hotKeyCenter(desktop.hotKeyGrabber),
-      hotKeys(settings, hotKeyCenter), connectivity(desktop.network, desktop.bluetooth)
+      hotKeys(settings, hotKeyCenter), connectivity(desktop.network, desktop.bluetooth),
+      jobs(activity, desktop.scheduler),
+      shelf(shelfPlaces(appPaths), protection.cipher(), desktop.scheduler)
 {
     settings.observe([this](const AppSettings &before, const AppSettings &after) {
         if (before.activityRetentionDays == after.activityRetentionDays)

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "VelmoCore/Actions/ActionCatalog.h"
 #include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Jobs/JobCenter.h"
 #include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoCore/Storage/AppPaths.h"
 #include "VelmoSystem/Device/ConnectivityService.h"
 #include "VelmoSystem/Device/LaunchAtLoginService.h"
@@ -57,9 +60,14 @@ public:
     SystemNotifier notifier;
     LaunchAtLoginService launchAtLogin;
     ModuleRegistry modules;
+    ActionCatalog actions;
     GlobalHotKeyCenter hotKeyCenter;
     HotKeyController hotKeys;
     ConnectivityService connectivity;
+    JobCenter jobs;
+    ShelfStore shelf;
+
+    ScheduledTask shelfCleaning; ///< the next one
 
     /// Views and services call upward through these only. Until the panels exist they do nothing.
     std::function<void(std::optional<SettingsPane>)> openSettings = [](auto) {};

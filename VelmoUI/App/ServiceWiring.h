@@ -9,5 +9,8 @@ namespace ServiceWiring {
 
 void start(AppServices &services);
 
+/// Removes what has lain on the shelf for longer than the user wants.
+void cleanShelf(AppServices &services);
+
 } // namespace ServiceWiring
 } // namespace velmo

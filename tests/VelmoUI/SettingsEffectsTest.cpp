@@ -126,6 +126,12 @@ public:
                                                    FeedbackStyle::info, QStringLiteral("test")));
         return QString::number(services.activity.history().size());
     }
+    QString shelfAfterTwoDays()
+    {
+        services.shelf.addText(QStringLiteral("texto"));
+        wait(48h);
+        return QString::number(services.shelf.items().size());
+    }
     QString theme(const char *property)
     {
         QQmlComponent probe(qmlEngine(view().rootObject()));
@@ -201,6 +207,8 @@ const std::vector<Effect> effects = {
      [](auto &o) { return QString::number(FavoriteApps::rows(o.services).size()); }},
     {"activityRetentionDays", [](auto &s) { s.activityRetentionDays = 1; },
      [](auto &o) { return o.eventsOfTwoDays(); }},
+    {"shelfAutoCleanDays", [](auto &s) { s.shelfAutoCleanDays = 1; },
+     [](auto &o) { return o.shelfAfterTwoDays(); }},
     {"hasCompletedOnboarding", [](auto &s) { s.hasCompletedOnboarding = true; },
      [](auto &o) {
          o.change([](auto &s) { s.hiddenHomeCards = {}; }); // wider than its bar
@@ -217,7 +225,7 @@ const QStringList pending =
         "volumeHUDShowsAutomaticChanges volumeHUDStyle eventAlertMinutes timerSoundEnabled "
         "pomodoro "
         "clipboardEnabled clipboardPaused clipboardMaxItems clipboardRetentionDays "
-        "clipboardIgnoredBundleIDs shelfAutoCleanDays shelfDropStorage dropStraightToShelf "
+        "clipboardIgnoredBundleIDs shelfDropStorage dropStraightToShelf "
         "capturesFolderPath screenshotFormat copyScreenshotToClipboard recordSystemAudio "
         "recordMicrophone studioMode studioRecordKeys studioOpenEditor mailNotifications "
         "mailShowsPreview mailSound smartNotchEnabled contextTools appContextOverrides "

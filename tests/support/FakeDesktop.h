@@ -71,10 +71,13 @@ public:
     FakeSounds sounds;
     FakeLoginItem loginItem;
     FakeStatusArea statusArea;
+    FakePasteboard pasteboard;
+    FakeShare share;
     const Platform platform{scheduler,   displays,      pointer,    dragPasteboard, hotKeyGrabber,
                             workspace,   panelWindows,  fileViewer, appearance,     power,
                             accessories, network,       bluetooth,  load,           applications,
-                            permissions, notifications, sounds,     loginItem,      statusArea};
+                            permissions, notifications, sounds,     loginItem,      statusArea,
+                            pasteboard,  share};
 };
 
 } // namespace velmo

@@ -9,8 +9,10 @@
 #include "VelmoSystem/Ports/MachineLoad.h"
 #include "VelmoSystem/Ports/NetworkMonitor.h"
 #include "VelmoSystem/Ports/NotificationServer.h"
+#include "VelmoSystem/Ports/Pasteboard.h"
 #include "VelmoSystem/Ports/PermissionSource.h"
 #include "VelmoSystem/Ports/PowerInfo.h"
+#include "VelmoSystem/Ports/ShareService.h"
 #include "VelmoSystem/Ports/SoundPlayer.h"
 #include "VelmoSystem/Ports/StatusArea.h"
 
@@ -169,6 +171,20 @@ struct FakeLoginItem : LoginItem {
 
     Status current = Status::disabled;
     QString failure; ///< what `setEnabled` throws, nothing if empty
+};
+
+struct FakePasteboard : Pasteboard {
+    void writeText(const QString &written) override { text = written; }
+
+    QString text;
+};
+
+struct FakeShare : ShareService {
+    bool isAvailable() const override { return isThere; }
+    void share(const std::vector<QUrl> &files) override { shared = files; }
+
+    bool isThere = true;
+    std::vector<QUrl> shared;
 };
 
 struct FakeStatusArea : StatusArea {

@@ -1,0 +1,6 @@
+import QtQuick
+
+Item {
+    property QtObject page
+    property bool watched
+}
