@@ -77,7 +77,8 @@ std::vector<HomeCard> HomeCards::shown(const std::set<HomeCard> &available,
         return !available.contains(card) || std::ranges::find(hidden, name(card)) != hidden.end();
     });
     if (settings.promoteActiveHomeCards)
-        std::ranges::stable_partition(cards, [&](HomeCard card) { return active.contains(card); });
+        std::stable_partition(cards.begin(), cards.end(),
+                              [&](HomeCard card) { return active.contains(card); });
     return cards;
 }
 

@@ -95,10 +95,10 @@ void JobCenter::complete(const Job &job, const Result &result)
     Q_EMIT runningCountChanged();
     if (!result.failure)
         onOutputs(result.outcome.outputURLs);
-    m_activity.finish(job.id, event(job, result));
+    m_activity.finish(job.id, eventOf(job, result));
 }
 
-ActivityEvent JobCenter::event(const Job &job, const Result &result) const
+ActivityEvent JobCenter::eventOf(const Job &job, const Result &result) const
 {
     const auto make = [&](const char16_t *symbol, const QString &title, FeedbackStyle style,
                           const std::optional<QString> &detail = std::nullopt) {

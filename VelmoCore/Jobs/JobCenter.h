@@ -62,7 +62,7 @@ private:
                       const std::optional<QString> &detail);
     void cancel(const QString &id);
     void complete(const Job &job, const Result &result);
-    ActivityEvent event(const Job &job, const Result &result) const;
+    ActivityEvent eventOf(const Job &job, const Result &result) const;
 
     ActivityCenter &m_activity;
     Scheduler &m_scheduler;
