@@ -7,6 +7,9 @@ Column {
 
     required property SettingsWindowModel window
     readonly property DataPaneModel model: window.data
+    readonly property var settings: window.settings
+    readonly property var storages: ["reference", "copy", "moved"]
+    readonly property var cleanDays: [0, 1, 7, 30]
 
     spacing: 2 * Theme.gap
     Component.onCompleted: model.refresh()
@@ -43,6 +46,43 @@ Column {
             ActionButton {
                 name: pane.model.isClearing ? "Limpando…" : "Limpar"
                 onTriggered: pane.model.clear()
+            }
+        }
+    }
+
+    SettingsSection {
+        title: "Prateleira"
+
+        SettingRow {
+            title: "Remover itens antigos"
+            detail: "Fixados e arquivos movidos para o notch ficam."
+
+            Picker {
+                name: "Remover itens antigos"
+                options: ["Nunca", "1 dia", "7 dias", "30 dias"]
+                current: pane.cleanDays.indexOf(pane.settings.shelfAutoCleanDays)
+                onPicked: index => pane.settings.shelfAutoCleanDays = pane.cleanDays[index]
+            }
+        }
+        SettingRow {
+            title: "Como guardar"
+            detail: "Como guardar o que você soltar na prateleira: referência ao original ou cópia"
+
+            Picker {
+                name: "Como guardar"
+                options: ["Referência", "Cópia", "Mover"]
+                current: pane.storages.indexOf(pane.settings.shelfDropStorage)
+                onPicked: index => pane.settings.shelfDropStorage = pane.storages[index]
+            }
+        }
+        SettingRow {
+            title: "Guardar sem perguntar"
+            detail: "O que for solto no notch vai direto para a prateleira."
+
+            Toggle {
+                name: "Guardar sem perguntar"
+                checked: pane.settings.dropStraightToShelf
+                onToggled: checked => pane.settings.dropStraightToShelf = checked
             }
         }
     }

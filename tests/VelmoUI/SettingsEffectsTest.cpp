@@ -246,7 +246,8 @@ QString sources()
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {
             QFile file(files.next());
-            if (!file.fileName().contains(u"/VelmoCore/Settings/") && file.open(QFile::ReadOnly))
+            // The settings themselves keep and edit what others read.
+            if (!file.fileName().contains(u"/Settings/") && file.open(QFile::ReadOnly))
                 text += QString::fromUtf8(file.readAll());
         }
     }
