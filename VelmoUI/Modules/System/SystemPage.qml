@@ -10,6 +10,8 @@ FocusScope {
 
     onWatchedChanged: tell()
     onPageChanged: tell()
+    Component.onDestruction: if (page !== null)
+        page.setWatched(false)
 
     function tell() {
         if (page !== null)
