@@ -218,8 +218,8 @@ bool NotchCoordinator::handleKey(NotchWindowController &controller, const QKeyEv
     const bool isArrow = keyCode == KeyNames::keyLeft || keyCode == KeyNames::keyRight;
     if (isArrow && isEditingText())
         return false;
-    // A question or a search in the page goes before the panel does.
-    if (keyCode == KeyNames::keyEscape) {
+    // A question or a search in the page, or what it moves by key, goes before the panel does.
+    if (keyCode == KeyNames::keyEscape || (isArrow && key.modifiers.contains(KeyCombo::shift))) {
         const QScopedValueRollback offering(m_isOfferingKey, true);
         const std::unique_ptr<QKeyEvent> offer(press.clone());
         offer->ignore();
