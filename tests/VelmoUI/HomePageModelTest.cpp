@@ -7,6 +7,8 @@
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
 
+#include <QPointer>
+#include <QQmlEngine>
 #include <QQuickItem>
 
 #include <X11/keysym.h>
@@ -34,6 +36,40 @@ protected:
         return names;
     }
     int width() const { return shape()[2].toInt(); }
+    void install(std::initializer_list<const char16_t *> names)
+    {
+        for (const char16_t *name : names) {
+            const QString text = QString::fromUtf16(name);
+            desktop.applications.entries.push_back(
+                {text + QStringLiteral(".desktop"), text, {}, QStringLiteral("fotos")});
+        }
+    }
+    void open()
+    {
+        start();
+        showView();
+        coordinator.open();
+        QCoreApplication::processEvents();
+    }
+    HomePageModel &page()
+    {
+        const QVariant content = view().rootObject()->property("content");
+        const QVariant page = content.value<QObject *>()->property("page");
+        return dynamic_cast<HomePageModel &>(*page.value<QObject *>());
+    }
+    FavoritesModel &favorites()
+    {
+        const int content = page().cards()->roleNames().key("content");
+        const QVariant model = page().cards()->index(0, 0).data(content);
+        return dynamic_cast<FavoritesModel &>(*model.value<QObject *>());
+    }
+    static QStringList names(const QAbstractItemModel *model)
+    {
+        QStringList names;
+        for (int row = 0; row < model->rowCount(); ++row)
+            names.append(model->index(row, 0).data(Qt::UserRole + 1).toString());
+        return names;
+    }
 };
 
 } // namespace
@@ -63,47 +99,85 @@ TEST_F(HomePageModelTest, MakesThePanelAsWideAsItsCards)
     EXPECT_EQ(withWelcome - width(), wanted - leastForTheBar);
 }
 
-TEST_F(HomePageModelTest, TurnsItsPagesByKey)
+TEST_F(HomePageModelTest, TurnsItsPagesByKeyAndWheel)
 {
-    start();
-    showView();
-    coordinator.open();
-    QCoreApplication::processEvents();
-    auto *home = view().rootObject()->property("content").value<QObject *>();
-    auto *page = home->property("page").value<HomePageModel *>();
-    ASSERT_TRUE(page);
-    EXPECT_EQ(page->pageCount(), 1);
-    page->setWidth(200);
-    ASSERT_EQ(page->pageCount(), 2);
+    open();
+    EXPECT_EQ(page().pageCount(), 1);
+    page().setWidth(200);
+    ASSERT_EQ(page().pageCount(), 2);
     press(XK_Right, Qt::ControlModifier, Qt::Key_Right);
     press(XK_Right, Qt::ControlModifier, Qt::Key_Right);
-    EXPECT_EQ(page->pageIndex(), 1);
+    EXPECT_EQ(page().pageIndex(), 1);
     press(XK_Left, Qt::ControlModifier, Qt::Key_Left);
-    EXPECT_EQ(page->pageIndex(), 0);
+    EXPECT_EQ(page().pageIndex(), 0);
+    const auto turn = [&](int angle) {
+        page().turnWheel(angle);
+        return page().pageIndex();
+    };
+    EXPECT_EQ(turn(-119), 0);
+    EXPECT_EQ(turn(10), 0); // turning back begins anew
+    EXPECT_EQ(turn(-60), 0);
+    EXPECT_EQ(turn(-60), 1);
+    EXPECT_EQ(turn(-119), 1);
+    EXPECT_EQ(turn(120), 0);
+}
+
+TEST_F(HomePageModelTest, KeepsWhatItsCardsShowWhileThePanelIsClosed)
+{
+    open();
+    const QPointer<QObject> favorites = &this->favorites();
+    press(XK_Escape, {}, Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    qmlEngine(view().rootObject())->collectGarbage();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(favorites);
+}
+
+TEST_F(HomePageModelTest, ReadsTheMachineOnlyWhileItIsSeen)
+{
+    open();
+    for (const auto &module : {u"home"_qs, u"system"_qs}) {
+        coordinator.open(module);
+        QCoreApplication::processEvents();
+        const int before = desktop.load.reads;
+        wait(10s);
+        EXPECT_GT(desktop.load.reads, before) << module.toStdString();
+        press(XK_Escape, {}, Qt::Key_Escape);
+        const int closed = desktop.load.reads;
+        wait(10s);
+        EXPECT_EQ(desktop.load.reads, closed) << module.toStdString();
+    }
+}
+
+TEST_F(HomePageModelTest, MovesAndRemovesTheFavoriteThatHasTheKeyboard)
+{
+    install({u"a", u"b", u"c"});
+    change([](AppSettings &settings) {
+        settings.favoriteApps = {u"a.desktop"_qs, u"b.desktop"_qs, u"c.desktop"_qs};
+    });
+    open();
+    press(XK_Tab, {}, Qt::Key_Tab); // the button that adds one
+    press(XK_Tab, {}, Qt::Key_Tab);
+    press(XK_Right, Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_Right);
+    EXPECT_EQ(names(favorites().favorites()), (QStringList{u"b"_qs, u"a"_qs, u"c"_qs}));
+    view().grabWindow(); // lays the moved ones out
+    press(XK_Left, {}, Qt::Key_Left);
+    press(XK_Delete, {}, Qt::Key_Delete);
+    EXPECT_EQ(favorites().removedName(), u"b");
+    press(XK_Escape, {}, Qt::Key_Escape);
+    EXPECT_EQ(favorites().removedName(), QString());
+    EXPECT_EQ(names(favorites().favorites()), (QStringList{u"a"_qs, u"c"_qs}));
 }
 
 TEST_F(HomePageModelTest, StartsKeepsAndBringsBackFavorites)
 {
-    for (const char16_t *name : {u"alfa", u"beta", u"Álbum"}) {
-        const QString text = QString::fromUtf16(name);
-        desktop.applications.entries.push_back(
-            {text + QStringLiteral(".desktop"), text, {}, QStringLiteral("fotos")});
-    }
-    start();
-    coordinator.open();
-    auto *home = view().rootObject()->property("content").value<QObject *>();
-    auto *page = home->property("page").value<HomePageModel *>();
-    auto &favorites = dynamic_cast<FavoritesModel &>(*page->card(QStringLiteral("favorites")));
-    const auto names = [](QAbstractItemModel *model) {
-        QStringList found;
-        for (int row = 0; row < model->rowCount(); ++row)
-            found.append(model->index(row, 0).data(Qt::UserRole + 1).toString());
-        return found;
-    };
+    install({u"alfa", u"beta", u"Álbum"});
+    open();
+    FavoritesModel &favorites = this->favorites();
     favorites.startPicking();
     favorites.search(QStringLiteral("AL"));
     EXPECT_EQ(names(favorites.found()), (QStringList{u"alfa"_qs, u"Álbum"_qs}));
-    favorites.toggleFirst();
+    favorites.addFirst();
     favorites.search(QStringLiteral("Foto"));
     EXPECT_EQ(favorites.found()->rowCount(), 3);
     favorites.toggle(QStringLiteral("beta.desktop"));
@@ -116,9 +190,11 @@ TEST_F(HomePageModelTest, StartsKeepsAndBringsBackFavorites)
     favorites.launch(QStringLiteral("beta.desktop"));
     EXPECT_EQ(desktop.applications.launched, std::vector{u"beta.desktop"_qs});
     EXPECT_EQ(shown(), u"collapsed");
+    coordinator.open();
     desktop.applications.entries.clear();
     favorites.launch(QStringLiteral("beta.desktop"));
     EXPECT_EQ(services.activity.feedback()->title, u"Não foi possível abrir");
+    EXPECT_EQ(shown(), u"collapsed"); // an open panel shows no feedback
 }
 
 } // namespace velmo

@@ -19,7 +19,7 @@ FocusScope {
         name: "Buscar aplicativo"
         placeholder: "Buscar aplicativo"
         onEdited: text => picker.favorites.search(text)
-        onAccepted: picker.favorites.toggleFirst()
+        onAccepted: picker.favorites.addFirst()
         Component.onCompleted: forceActiveFocus()
     }
     Label {

@@ -9,17 +9,22 @@ Rectangle {
     required property string title
     required property FavoritesModel card
     property bool watched: false
+    property Item pointed: null
 
     radius: Theme.cardRadius
     color: Theme.surface
     Accessible.role: Accessible.Grouping
     Accessible.name: title
+    Component.onDestruction: if (card)
+        card.forgetRemoved()
 
+    // Names the application that the pointer or the keyboard is on.
     SectionTitle {
         id: heading
         visible: undo.name.length === 0
         y: Theme.grid
-        text: favorites.title
+        width: add.x
+        text: (favorites.pointed ?? (grid.activeFocus ? grid.currentItem : null))?.name ?? favorites.title
     }
     ActionButton {
         id: undo
@@ -32,6 +37,7 @@ Rectangle {
         onTriggered: favorites.card.undoRemove()
     }
     IconButton {
+        id: add
         anchors.right: parent.right
         anchors.rightMargin: Theme.grid
         y: Theme.grid
@@ -52,20 +58,14 @@ Rectangle {
         y: heading.height + Theme.grid
         width: parent.width - 2 * x
         height: parent.height - y - 2 * Theme.grid
-        flow: GridView.FlowTopToBottom
-        cellWidth: Math.floor(width / 3)
-        cellHeight: Math.floor(height / Math.max(1, Math.floor(height / Theme.rowHeight)))
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
+        cellWidth: Math.floor(width / favorites.card.columns)
+        cellHeight: Math.floor(height / (favorites.card.columns - 1))
+        interactive: false
+        keyNavigationEnabled: true
         activeFocusOnTab: count > 0
-        highlightMoveDuration: Theme.glide
         model: favorites.card.favorites
         Accessible.role: Accessible.List
         Accessible.name: favorites.title
-
-        SidewaysWheel {
-            flickable: grid
-        }
 
         delegate: ControlSurface {
             id: icon
@@ -78,9 +78,14 @@ Rectangle {
             name: model.name
             width: grid.cellWidth
             height: grid.cellHeight
+            surfaceHeight: Math.min(width, height)
             activeFocusOnTab: false
             onActiveFocusChanged: if (activeFocus)
                 grid.currentIndex = index
+            onHoveredChanged: if (hovered)
+                favorites.pointed = icon;
+            else if (favorites.pointed === icon)
+                favorites.pointed = null
             onTriggered: favorites.card.launch(icon.id)
             Keys.onDeletePressed: favorites.card.remove(icon.id)
             Keys.onPressed: event => {
@@ -93,8 +98,8 @@ Rectangle {
 
             Image {
                 anchors.centerIn: parent
-                width: Theme.controlHeight
-                height: Theme.controlHeight
+                width: icon.surfaceHeight - 2 * Theme.grid
+                height: width
                 sourceSize.width: width
                 sourceSize.height: height
                 source: icon.model.icon

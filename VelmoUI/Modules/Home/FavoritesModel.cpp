@@ -34,7 +34,10 @@ FavoritesModel::FavoritesModel(const ModuleContext &context) : m_context(context
 
 QString FavoritesModel::count() const
 {
-    return QStringLiteral("%1 de %2").arg(m_favorites.rowCount()).arg(FavoriteApps::limit);
+    const auto count = m_favorites.records().size();
+    return count < FavoriteApps::limit
+               ? QStringLiteral("%1 de %2").arg(count).arg(FavoriteApps::limit)
+               : QStringLiteral("Favoritos cheios");
 }
 
 void FavoritesModel::launch(const QString &id)
@@ -42,13 +45,13 @@ void FavoritesModel::launch(const QString &id)
     AppServices &services = m_context.services;
     try {
         services.platform.applications.launch(id);
-        m_context.close();
     } catch (const LocalizedError &error) {
         services.activity.post(ActivityEvent::make(
             services.platform.scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
             QStringLiteral("Não foi possível abrir"), FeedbackStyle::error, QStringLiteral("home"),
             error.description()));
     }
+    m_context.close();
 }
 
 void FavoritesModel::remove(const QString &id)
@@ -67,6 +70,12 @@ void FavoritesModel::undoRemove()
     FavoriteApps::move(removed.id, removed.place, m_context.services);
 }
 
+void FavoritesModel::forgetRemoved()
+{
+    m_removed = {};
+    Q_EMIT changed();
+}
+
 void FavoritesModel::move(const QString &id, int by)
 {
     FavoriteApps::move(id, placeOf(id) + by, m_context.services);
@@ -76,9 +85,8 @@ void FavoritesModel::startPicking()
 {
     m_isPicking = true;
     m_query.clear();
-    m_removed = {};
+    forgetRemoved();
     updateFound();
-    Q_EMIT changed();
     Q_EMIT pickingChanged();
 }
 
@@ -103,10 +111,10 @@ void FavoritesModel::toggle(const QString &id)
         FavoriteApps::add(std::vector{id}, m_context.services);
 }
 
-void FavoritesModel::toggleFirst()
+void FavoritesModel::addFirst()
 {
     if (hasFound())
-        toggle(m_found.records().front().id);
+        FavoriteApps::add(std::vector{m_found.records().front().id}, m_context.services);
 }
 
 void FavoritesModel::update()

@@ -31,7 +31,9 @@ class FavoritesModel : public QObject {
     /// What the search finds, favourites among it.
     Q_PROPERTY(QAbstractItemModel *found READ found CONSTANT)
     Q_PROPERTY(bool hasFound READ hasFound NOTIFY foundChanged)
-    /// "3 de 12"
+    /// How many of them stand in a row, so that all are seen.
+    Q_PROPERTY(int columns READ columns NOTIFY changed)
+    /// "3 de 12", "Favoritos cheios"
     Q_PROPERTY(QString count READ count NOTIFY changed)
     /// The favourite that was removed last, while it can come back; empty if none can.
     Q_PROPERTY(QString removedName READ removedName NOTIFY changed)
@@ -44,6 +46,7 @@ public:
     bool isPicking() const { return m_isPicking; }
     QAbstractItemModel *found() { return &m_found; }
     bool hasFound() const { return m_found.rowCount() > 0; }
+    int columns() const { return m_favorites.rowCount() > 6 ? 4 : 3; }
     QString count() const;
     QString removedName() const { return m_removed.name; }
 
@@ -51,6 +54,8 @@ public:
     Q_INVOKABLE void launch(const QString &id);
     Q_INVOKABLE void remove(const QString &id);
     Q_INVOKABLE void undoRemove();
+    /// The favourite that was removed last can't come back any more.
+    Q_INVOKABLE void forgetRemoved();
     /// Moves a favourite by so many places.
     Q_INVOKABLE void move(const QString &id, int by);
 
@@ -60,7 +65,8 @@ public:
     Q_INVOKABLE void search(const QString &text);
     /// Makes it a favourite, or none any more.
     Q_INVOKABLE void toggle(const QString &id);
-    Q_INVOKABLE void toggleFirst();
+    /// Makes the first that was found a favourite.
+    Q_INVOKABLE void addFirst();
 
 Q_SIGNALS:
     void changed();

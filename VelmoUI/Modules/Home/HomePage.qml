@@ -19,7 +19,7 @@ FocusScope {
     Item {
         id: pages
         width: parent.width
-        height: parent.height
+        height: parent.height - (dotRow.visible ? dotRow.height : 0)
         clip: home.page && home.page.pageCount > 1
         visible: !home.picking
 
@@ -84,7 +84,7 @@ FocusScope {
                                     setSource(model.source, {
                                         "home": home,
                                         "title": title,
-                                        "card": home.page.card(id)
+                                        "card": model.content
                                     });
                                 }
 
@@ -103,14 +103,20 @@ FocusScope {
 
         WheelHandler {
             acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-            onWheel: event => home.page.pageIndex -= Math.sign(event.angleDelta.y + event.angleDelta.x)
+            onWheel: event => home.page.turnWheel(event.angleDelta.y)
+        }
+        WheelHandler {
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            orientation: Qt.Horizontal
+            onWheel: event => home.page.turnWheel(event.angleDelta.x)
         }
     }
 
+    // It reaches into the panel's margin, as far as the panel's round corners leave it to be seen.
     Row {
+        id: dotRow
         anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: -Theme.gap
+        y: parent.height - height + Theme.grid
         visible: !home.picking && dots.count > 1
 
         Repeater {
@@ -123,9 +129,9 @@ FocusScope {
                 required property int index
 
                 name: "Página " + (index + 1)
-                width: Theme.smallSymbolSize
-                height: Theme.gap
-                surfaceHeight: Theme.grid
+                width: Theme.controlHeight
+                height: Theme.smallSymbolSize
+                surfaceHeight: Theme.gap
                 radius: surfaceHeight / 2
                 Accessible.selected: index === home.page.pageIndex
                 onTriggered: home.page.pageIndex = index

@@ -6,7 +6,10 @@
 #include "VelmoUI/Modules/System/SystemPageModel.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
 
+#include <QWheelEvent>
+
 #include <algorithm>
+#include <cstdlib>
 
 namespace velmo {
 
@@ -65,9 +68,14 @@ void HomePageModel::setWidth(qreal width)
     update();
 }
 
-QObject *HomePageModel::card(const QString &id)
+void HomePageModel::turnWheel(int angle)
 {
-    return m_views.at(id).page.get();
+    const bool turnsBack = (angle < 0) != (m_wheelAngle < 0);
+    m_wheelAngle = turnsBack ? angle : m_wheelAngle + angle;
+    if (std::abs(m_wheelAngle) < QWheelEvent::DefaultDeltasPerStep)
+        return;
+    setPageIndex(m_pageIndex + (m_wheelAngle < 0 ? 1 : -1));
+    m_wheelAngle = 0;
 }
 
 void HomePageModel::openModule(const QString &id)
@@ -118,8 +126,9 @@ void HomePageModel::update()
             const QString id = HomeCards::name(card);
             if (!m_views.contains(id))
                 m_views.emplace(id, makeCard(card));
-            rows.push_back(
-                {id, HomeCards::title(card), HomeCards::width(card), page, m_views.at(id).source});
+            const NotchModule::View &view = m_views.at(id);
+            rows.push_back({id, HomeCards::title(card), HomeCards::width(card), page, view.source,
+                            view.page.get()});
         }
     }
     m_cards.setRecords(rows);

@@ -17,10 +17,11 @@ struct HomeCardRow {
     double width = 0; ///< points
     int page = 0;
     QUrl source;
+    QObject *content = nullptr; ///< what the card shows; Home's
 
     bool operator==(const HomeCardRow &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(HomeCardRow, (), (id, title, width, page, source))
+BOOST_DESCRIBE_STRUCT(HomeCardRow, (), (id, title, width, page, source, content))
 
 /// Home as one panel shows it.
 class HomePageModel : public QObject {
@@ -53,8 +54,9 @@ public:
 
     /// How wide a page is, in points.
     Q_INVOKABLE void setWidth(qreal width);
-    /// What a card shows.
-    Q_INVOKABLE QObject *card(const QString &id);
+    /// Goes to the next or previous page once the wheel has turned a notch: 120 eighths of a
+    /// degree, positive to the previous one.
+    Q_INVOKABLE void turnWheel(int angle);
     Q_INVOKABLE void openModule(const QString &id);
     Q_INVOKABLE void openSettings();
     Q_INVOKABLE void chooseCards();
@@ -71,6 +73,7 @@ private:
     std::map<QString, NotchModule::View> m_views;
     RecordListModel<HomeCardRow> m_cards;
     double m_width = 0;
+    int m_wheelAngle = 0;
     int m_pageCount = 1;
     int m_pageIndex = 0;
 };

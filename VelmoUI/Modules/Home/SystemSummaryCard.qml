@@ -15,6 +15,8 @@ ControlSurface {
     radius: Theme.cardRadius
     idleColor: Theme.surface
     onWatchedChanged: card.setWatched(watched)
+    Component.onDestruction: if (card)
+        card.setWatched(false)
     onTriggered: home.page.openModule("system")
 
     SectionTitle {
