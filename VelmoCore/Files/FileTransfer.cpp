@@ -106,8 +106,20 @@ void discard(const std::string &path)
 class Copier {
 public:
     /// A safe copy is synced and read back before anyone relies on it.
-    Copier(bool isSafe, std::stop_token stop) : m_isSafe(isSafe), m_stop(std::move(stop)) {}
+    Copier(bool isSafe, std::stop_token stop, const FileTransfer::Progress &progress)
+        : m_isSafe(isSafe), m_stop(std::move(stop)), m_progress(progress)
+    {
+    }
 
+    /// Says how much there is to copy before it begins.
+    void copyAll(const std::string &from, const std::string &to)
+    {
+        if (m_progress)
+            m_wanted = std::max<std::uintmax_t>(bytesOf(from), 1) * (m_isSafe ? 2 : 1);
+        copy(from, to);
+    }
+
+private:
     void copy(const std::string &from, const std::string &to)
     {
         heed(m_stop);
@@ -122,7 +134,33 @@ public:
             fail(from, EOPNOTSUPP);
     }
 
-private:
+    /// Of all files in a tree; what can't be read counts nothing and fails when it is copied.
+    std::uintmax_t bytesOf(const std::string &path) const
+    {
+        std::error_code error;
+        if (fs::is_regular_file(fs::symlink_status(path, error)))
+            return fs::file_size(path, error);
+        std::uintmax_t sum = 0;
+        if (!fs::is_directory(fs::symlink_status(path, error)))
+            return sum;
+        for (auto entry = fs::recursive_directory_iterator(path, error);
+             !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+            heed(m_stop);
+            std::error_code unread;
+            if (fs::is_regular_file(entry->symlink_status(unread)))
+                sum += fs::file_size(entry->path(), unread);
+        }
+        return sum;
+    }
+
+    void advance(ssize_t count)
+    {
+        if (!m_progress)
+            return;
+        m_done += std::uintmax_t(count);
+        m_progress(std::min(1.0, double(m_done) / double(m_wanted)));
+    }
+
     void copyFile(const std::string &from, const std::string &to)
     {
         const Descriptor source(::open(from.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC),
@@ -154,8 +192,10 @@ private:
             if (isInKernel) {
                 const ssize_t count = retried(
                     [&] { return ::copy_file_range(source, nullptr, target, nullptr, chunk, 0); });
-                if (count > 0)
+                if (count > 0) {
+                    advance(count);
                     continue;
+                }
                 if (count < 0 && errno != EXDEV && errno != EINVAL && errno != ENOSYS &&
                     errno != EOPNOTSUPP)
                     fail(to);
@@ -167,6 +207,7 @@ private:
             if (count == 0)
                 return;
             writeAll(target, {buffer.get(), std::size_t(count)}, to);
+            advance(count);
         }
     }
 
@@ -195,6 +236,7 @@ private:
             if (count == 0)
                 return;
             at += count;
+            advance(count);
         }
     }
 
@@ -266,18 +308,21 @@ private:
 
     bool m_isSafe;
     std::stop_token m_stop;
+    const FileTransfer::Progress &m_progress;
+    std::uintmax_t m_wanted = 1; ///< bytes, those that are read back counted again
+    std::uintmax_t m_done = 0;
 };
 
 /// Copies beside the target under a hidden name, and gives it its name when it is whole.
 void copyTo(const std::string &from, const std::string &to, bool isSafe,
-            const std::stop_token &stop)
+            const std::stop_token &stop, const FileTransfer::Progress &progress)
 {
     if (stands(to))
         fail(to, EEXIST);
     const std::string temporary =
         fs::path(to).parent_path() / (".orvane-" + uuidText(makeUuid()).toStdString());
     try {
-        Copier(isSafe, stop).copy(from, temporary);
+        Copier(isSafe, stop, progress).copyAll(from, temporary);
         orFail(renameWithoutReplacing(temporary, to), to);
     } catch (const LocalizedError &) {
         if (stands(temporary))
@@ -322,35 +367,63 @@ QUrl uniquely(const QUrl &to, const std::function<void(const QString &)> &transf
     }
 }
 
-} // namespace
+/// False, and nothing has happened, where `to` is on another file system.
+bool renamed(const std::string &from, const std::string &to)
+{
+    stated(from);
+    if (renameWithoutReplacing(from, to) == 0)
+        return true;
+    if (errno != EXDEV)
+        fail(errno == ENOENT || errno == EEXIST ? to : from);
+    return false;
+}
 
-void FileTransfer::move(const QString &from, const QString &to, std::stop_token stop)
+void moveTo(const QString &from, const QString &to, const std::stop_token &stop,
+            const FileTransfer::Progress &progress)
 {
     const std::string source = trimmed(from);
     const std::string target = trimmed(to);
     heed(stop);
-    stated(source);
-    if (renameWithoutReplacing(source, target) == 0)
+    if (renamed(source, target))
         return;
-    if (errno != EXDEV)
-        fail(errno == ENOENT || errno == EEXIST ? target : source);
-    copyTo(source, target, true, stop);
+    copyTo(source, target, true, stop, progress);
     removeOriginal(source, target);
+}
+
+} // namespace
+
+void FileTransfer::move(const QString &from, const QString &to, std::stop_token stop)
+{
+    moveTo(from, to, stop, {});
 }
 
 void FileTransfer::copy(const QString &from, const QString &to, std::stop_token stop)
 {
-    copyTo(trimmed(from), trimmed(to), false, stop);
+    copyTo(trimmed(from), trimmed(to), false, stop, {});
 }
 
-QUrl FileTransfer::moveUnique(const QUrl &from, const QUrl &to, std::stop_token stop)
+QUrl FileTransfer::moveUnique(const QUrl &from, const QUrl &to, std::stop_token stop,
+                              const Progress &progress)
 {
-    return uniquely(to, [&](const QString &target) { move(from.toLocalFile(), target, stop); });
+    return uniquely(
+        to, [&](const QString &target) { moveTo(from.toLocalFile(), target, stop, progress); });
 }
 
-QUrl FileTransfer::copyUnique(const QUrl &from, const QUrl &to, std::stop_token stop)
+QUrl FileTransfer::copyUnique(const QUrl &from, const QUrl &to, std::stop_token stop,
+                              const Progress &progress)
 {
-    return uniquely(to, [&](const QString &target) { copy(from.toLocalFile(), target, stop); });
+    return uniquely(to, [&](const QString &target) {
+        copyTo(trimmed(from.toLocalFile()), trimmed(target), false, stop, progress);
+    });
+}
+
+std::optional<QUrl> FileTransfer::renameUnique(const QUrl &from, const QUrl &to)
+{
+    bool isRenamed = false;
+    const QUrl target = uniquely(to, [&](const QString &free) {
+        isRenamed = renamed(trimmed(from.toLocalFile()), trimmed(free));
+    });
+    return isRenamed ? std::optional(target) : std::nullopt;
 }
 
 } // namespace velmo

@@ -5,6 +5,8 @@
 
 #include <QUrl>
 
+#include <functional>
+#include <optional>
 #include <stop_token>
 
 namespace velmo {
@@ -12,6 +14,9 @@ namespace velmo {
 /// Moving and copying a user's files and folders. What stands at a target is never replaced, and a
 /// file is always whole in exactly one known place: after a failure where it was.
 namespace FileTransfer {
+
+/// How far a copy has come, 0 to 1; told from the thread that copies, and often.
+using Progress = std::function<void(double)>;
 
 /// Renames; across file systems copies, verifies, then removes the original. Throws `FileError`
 /// (EEXIST where something stands at `to`) and `Cancelled`; then the original stands untouched and
@@ -23,8 +28,13 @@ void copy(const QString &from, const QString &to, std::stop_token stop = {});
 
 /// To `to` or, where that is taken, to the name that `FileNaming::uniqueURL` gives; also when it is
 /// taken in the last moment. Give where it went.
-QUrl moveUnique(const QUrl &from, const QUrl &to, std::stop_token stop = {});
-QUrl copyUnique(const QUrl &from, const QUrl &to, std::stop_token stop = {});
+QUrl moveUnique(const QUrl &from, const QUrl &to, std::stop_token stop = {},
+                const Progress &progress = {});
+QUrl copyUnique(const QUrl &from, const QUrl &to, std::stop_token stop = {},
+                const Progress &progress = {});
+/// What `moveUnique` does where that takes no copy, and so no time; nothing, and nothing has
+/// happened, where `to` is on another file system.
+std::optional<QUrl> renameUnique(const QUrl &from, const QUrl &to);
 
 } // namespace FileTransfer
 } // namespace velmo

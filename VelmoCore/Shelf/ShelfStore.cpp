@@ -218,34 +218,46 @@ void ShelfStore::addText(const QString &text, const std::optional<QString> &grou
     changed();
 }
 
-QString ShelfStore::preparedMesa() const
+QUrl ShelfStore::placeFor(const QUrl &url) const
 {
     const auto mesa = mesaDirectory();
     if (!mesa)
         throw FileError(QString(), ENOENT);
     AtomicFile::makeDirectory(*mesa);
-    return *mesa;
+    return inFolder(*mesa, QFileInfo(standardized(url)).fileName());
 }
 
 QUrl ShelfStore::moveIn(const QUrl &url, const std::optional<QString> &group)
 {
-    const QFileInfo source(standardized(url));
-    const QUrl target = FileTransfer::moveUnique(QUrl::fromLocalFile(source.filePath()),
-                                                 inFolder(preparedMesa(), source.fileName()));
-    insert({.content = {ShelfItem::File{target.toLocalFile(), {}, ShelfStorage::moved}},
+    const QUrl target = FileTransfer::moveUnique(url, placeFor(url));
+    addMoved(target, url, group);
+    return target;
+}
+
+std::optional<QUrl> ShelfStore::moveInAtOnce(const QUrl &url)
+{
+    const auto target = FileTransfer::renameUnique(url, placeFor(url));
+    if (target)
+        addMoved(*target, url);
+    return target;
+}
+
+void ShelfStore::addMoved(const QUrl &moved, const QUrl &original,
+                          const std::optional<QString> &group)
+{
+    const QFileInfo source(standardized(original));
+    insert({.content = {ShelfItem::File{moved.toLocalFile(), {}, ShelfStorage::moved}},
             .name = source.fileName(),
             .group = group,
             .originalFolder = source.path()});
     changed();
-    return target;
 }
 
 QUrl ShelfStore::copyIn(const QUrl &url)
 {
-    const QFileInfo source(standardized(url));
-    const QUrl target = FileTransfer::copyUnique(QUrl::fromLocalFile(source.filePath()),
-                                                 inFolder(preparedMesa(), source.fileName()));
-    addCopy(target, source.fileName());
+    const QUrl place = placeFor(url);
+    const QUrl target = FileTransfer::copyUnique(url, place);
+    addCopy(target, place.fileName());
     return target;
 }
 

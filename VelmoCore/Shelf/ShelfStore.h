@@ -60,9 +60,19 @@ public:
                  const std::optional<QString> &group = std::nullopt);
     void addLink(const QUrl &url, const std::optional<QString> &group = std::nullopt);
     void addText(const QString &text, const std::optional<QString> &group = std::nullopt);
-    /// Throw `FileError`; then no item is made and the file stands where it was.
+    /// Throw `FileError`; then no item is made and the file stands where it was. They take as long
+    /// as a copy does where the file is on another file system; what may be long goes another way,
+    /// by `moveInAtOnce`, or a job and then `addMoved` or `addCopy`.
     QUrl moveIn(const QUrl &url, const std::optional<QString> &group = std::nullopt);
     QUrl copyIn(const QUrl &url);
+    /// Nothing, and nothing has happened, where `moveIn` would have to copy. Throws `FileError`.
+    std::optional<QUrl> moveInAtOnce(const QUrl &url);
+    /// Where a file goes that is moved or copied in, unless something of that name stands there.
+    /// Makes the folder. Throws `FileError`.
+    QUrl placeFor(const QUrl &url) const;
+    /// Lists `moved`, which came from `original`.
+    void addMoved(const QUrl &moved, const QUrl &original,
+                  const std::optional<QString> &group = std::nullopt);
     /// Lists files that a tool made in our folders.
     void adoptOutputs(const std::vector<QUrl> &urls);
 
@@ -90,8 +100,6 @@ Q_SIGNALS:
 
 private:
     bool isListed(const QUrl &url) const;
-    /// Throws `FileError`; nowhere to move to is a missing file.
-    QString preparedMesa() const;
     void insert(ShelfItem item);
     void changed();
     void save();

@@ -119,6 +119,28 @@ TEST_P(FileTransferTest, NeverReplacesWhatStandsAtTheTarget)
     EXPECT_EQ(fs::file_size(other / "a 2.txt"), 100'003U);
 }
 
+TEST_P(FileTransferTest, TellsHowFarACopyHasCome)
+{
+    std::vector<double> shares{0};
+    const auto note = [&](double share) {
+        EXPECT_GE(share, shares.back());
+        shares.push_back(share);
+    };
+    const QUrl from = QUrl::fromLocalFile(text(source / "pasta"));
+    const QUrl to = QUrl::fromLocalFile(text(other / "pasta"));
+    const QUrl copy = FileTransfer::copyUnique(from, to, {}, note);
+    EXPECT_EQ(shares.back(), 1);
+
+    shares = {0};
+    EXPECT_EQ(FileTransfer::renameUnique(from, to).has_value(), !GetParam());
+    EXPECT_EQ(fs::exists(source / "pasta"), GetParam()) << "only what takes no time";
+    if (GetParam()) {
+        FileTransfer::moveUnique(from, to, {}, note);
+        EXPECT_EQ(shares.back(), 1);
+    }
+    expectWhole(other / "pasta 2");
+}
+
 TEST_P(FileTransferTest, LeavesNothingBehindWhenItStops)
 {
     fs::create_directory(source / "especial");

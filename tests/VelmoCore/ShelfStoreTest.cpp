@@ -57,7 +57,7 @@ TEST_F(ShelfStoreTest, MovesAFileInAndBackToItsFolder)
 {
     const QUrl moved = shelf.moveIn(file("docs/a.txt"));
     EXPECT_EQ(moved, url("No Notch/a.txt"));
-    EXPECT_EQ(shelf.moveIn(file("docs/a.txt", "outro")), url("No Notch/a 2.txt"));
+    EXPECT_EQ(shelf.moveInAtOnce(file("docs/a.txt", "outro")), url("No Notch/a 2.txt"));
     EXPECT_EQ(names(), (QStringList{QStringLiteral("a.txt"), QStringLiteral("a.txt")}));
     EXPECT_EQ(reopened().items(), shelf.items());
 
