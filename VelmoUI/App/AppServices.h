@@ -15,6 +15,7 @@
 #include "VelmoUI/App/DataProtectionStatus.h"
 #include "VelmoUI/HotKeys/HotKeyController.h"
 #include "VelmoUI/Modules/ModuleRegistry.h"
+#include "VelmoUI/Modules/Tools/ToolsSelection.h"
 
 #include <QUrl>
 
@@ -66,6 +67,7 @@ public:
     ConnectivityService connectivity;
     JobCenter jobs;
     ShelfStore shelf;
+    ToolsSelection tools;
 
     ScheduledTask shelfCleaning; ///< the next one
 
