@@ -1,5 +1,7 @@
 #include "VelmoUI/Modules/Activity/LiveRows.h"
 
+#include "VelmoCore/Timers/TimerCenter.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -41,10 +43,12 @@ LiveRow row(const LiveActivity &activity, Date now)
                 {},
                 {}};
     if (const auto time = shownTime(activity, now)) {
-        row.value = clockText(*time);
+        row.value = TimerCenter::format(*time);
         row.shortTime = shortClockText(*time);
     } else if (row.progress >= 0) {
         row.value = QStringLiteral("%1 %").arg(int(std::floor(row.progress * 100)));
+    } else if (activity.source == QStringLiteral("timers")) {
+        row.value = QStringLiteral("Pausado");
     }
     row.spoken =
         row.value.isEmpty() ? row.title : QStringLiteral("%1, %2").arg(row.title, row.value);
@@ -96,21 +100,11 @@ void LiveRows::update()
     Q_EMIT changed();
 }
 
-QString clockText(Seconds duration)
-{
-    const auto seconds = static_cast<qint64>(duration.count());
-    if (seconds < 3600)
-        return QStringLiteral("%1:%2").arg(seconds / 60).arg(twoDigits(seconds % 60));
-    return QStringLiteral("%1:%2:%3")
-        .arg(seconds / 3600)
-        .arg(twoDigits(seconds / 60 % 60), twoDigits(seconds % 60));
-}
-
 QString shortClockText(Seconds duration)
 {
     const auto minutes = static_cast<qint64>(duration.count()) / 60;
     if (minutes < 60)
-        return clockText(duration);
+        return TimerCenter::format(duration);
     if (minutes < 100 * 60)
         return QStringLiteral("%1h%2").arg(minutes / 60).arg(twoDigits(minutes % 60));
     return QStringLiteral("%1h").arg(minutes / 60);

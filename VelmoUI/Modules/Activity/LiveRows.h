@@ -48,9 +48,7 @@ private:
     ScheduledTask m_nextSecond;
 };
 
-/// Minutes and seconds, from an hour on with hours: "4:05", "1:00:00".
-QString clockText(Seconds duration);
-/// The same in at most five characters: "59:59", "1h05", "120h".
+/// In at most five characters: "59:59", "1h05", "120h".
 QString shortClockText(Seconds duration);
 
 } // namespace velmo

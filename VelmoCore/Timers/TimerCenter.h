@@ -1,0 +1,111 @@
+#pragma once
+
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Storage/JSONFileStore.h"
+#include "VelmoCore/Timers/PomodoroSession.h"
+
+#include <QObject>
+
+#include <functional>
+#include <optional>
+#include <variant>
+#include <vector>
+
+namespace velmo {
+
+/// Countdowns, the pomodoro and its history. What runs is known by its end date, and the only thing
+/// that waits is a wake-up for the earliest of them. Main thread only.
+class TimerCenter : public QObject {
+    Q_OBJECT
+
+public:
+    struct Snapshot {
+        std::vector<CountdownTimer> timers;
+        std::vector<Seconds> presets{60s, 300s, 600s, 1500s};
+        std::optional<PomodoroSession> pomodoro;
+        std::vector<PomodoroRecord> history; ///< newest first
+
+        bool operator==(const Snapshot &) const = default;
+    };
+    struct TimerCompletion {
+        CountdownTimer timer;
+    };
+    struct PomodoroCompletion {
+        PomodoroPhase finished;
+        PomodoroPhase next;
+    };
+    using Completion = std::variant<TimerCompletion, PomodoroCompletion>;
+
+    static constexpr std::size_t historyLimit = 500;
+    static constexpr const char *pomodoroActivityID = "timers.pomodoro";
+
+    /// Loads at once; never fails. Without a path nothing is kept.
+    TimerCenter(const std::optional<QString> &path, Scheduler &scheduler, ActivityCenter &activity,
+                std::function<PomodoroConfig()> config);
+
+    /// After each completion, once the state is settled and saved.
+    std::function<void(const Completion &)> onCompletion = [](const Completion &) {};
+
+    const std::vector<CountdownTimer> &timers() const { return m_state.timers; }
+    /// Ascending.
+    const std::vector<Seconds> &presets() const { return m_state.presets; }
+    const std::optional<PomodoroSession> &pomodoro() const { return m_state.pomodoro; }
+    const std::vector<PomodoroRecord> &history() const { return m_state.history; }
+    /// Of the user's calendar day.
+    int focusSessionsToday() const;
+    const std::optional<QString> &loadIssue() const { return m_loadIssue; }
+    const std::optional<QString> &lastSaveError() const { return m_lastSaveError; }
+    void dismissIssues();
+
+    /// Completes what has ended; at start, and when the clock was set.
+    void evaluate();
+
+    /// Without a label the duration names it.
+    CountdownTimer startTimer(Seconds duration, const QString &label = {});
+    void pause(const Uuid &id);
+    void resume(const Uuid &id);
+    void restart(const Uuid &id);
+    void remove(const Uuid &id);
+    void clearFinished();
+    /// Does nothing for what isn't above 0 or is there.
+    void addPreset(Seconds seconds);
+    void removePreset(Seconds seconds);
+
+    /// Replaces a session that runs.
+    void startPomodoro();
+    void togglePomodoroPause();
+    /// Goes on without a record; a focus that is skipped counts as one of the cycle.
+    void skipPomodoroPhase();
+    void stopPomodoro();
+    void clearHistory();
+
+    /// "0:59", "25:00", "1:00:00"; fractions are cut.
+    static QString format(Seconds seconds);
+
+Q_SIGNALS:
+    void changed();
+    void issuesChanged();
+
+private:
+    /// Does it to the timer, if there is one.
+    void change(const Uuid &id, void (CountdownTimer::*operation)(Date));
+    void settle();
+    std::optional<Completion> evaluatePomodoro(Date now);
+    void publishActivities();
+    void publish(const CountdownTimer &timer, LiveActivity activity,
+                 std::function<void()> onCancel);
+    void scheduleWake(Date now);
+    void save();
+
+    Scheduler &m_scheduler;
+    ActivityCenter &m_activity;
+    const std::function<PomodoroConfig()> m_config;
+    std::optional<JSONFileStore<Snapshot>> m_store;
+    Snapshot m_state;
+    std::optional<QString> m_loadIssue;
+    std::optional<QString> m_lastSaveError;
+    ScheduledTask m_wake;
+};
+BOOST_DESCRIBE_STRUCT(TimerCenter::Snapshot, (), (timers, presets, pomodoro, history))
+
+} // namespace velmo
