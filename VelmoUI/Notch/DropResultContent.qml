@@ -1,7 +1,7 @@
 import QtQuick
 import Velmo
 
-/// What was dropped, as tiles.
+/// What was dropped, as tiles, and what can be done with it.
 FocusScope {
     id: result
 
@@ -16,7 +16,51 @@ FocusScope {
         text: result.content.droppedTitle
     }
 
+    // What an action came to, which nothing else would tell while the panel is open.
+    Row {
+        anchors.right: close.left
+        anchors.rightMargin: Theme.gap
+        y: title.y
+        height: title.height
+        spacing: 2 * Theme.grid
+        opacity: result.content.hasFeedback ? 1 : 0
+        visible: opacity > 0
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: result.content.feedbackSpoken
+
+        Behavior on opacity {
+            NumberAnimation {
+                duration: Theme.fadeIn
+            }
+        }
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            name: result.content.feedbackSymbol
+            size: Theme.smallSymbolSize
+            color: Theme.styles[result.content.feedbackStyle]
+        }
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            text: result.content.feedbackTitle
+            font.pixelSize: Theme.smallSize
+            font.weight: Font.Medium
+            Accessible.ignored: true
+        }
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, result.width / 4)
+            visible: text.length > 0
+            text: result.content.feedbackDetail
+            color: Theme.secondaryText
+            font.pixelSize: Theme.smallSize
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+    }
+
     IconButton {
+        id: close
         anchors.right: parent.right
         anchors.rightMargin: Theme.gap
         y: title.y
@@ -26,9 +70,10 @@ FocusScope {
     }
 
     CardList {
+        id: tiles
         x: Theme.gap
         y: title.y + title.height + Theme.grid
-        width: parent.width - 2 * x
+        width: Math.min(contentWidth, (parent.width - 3 * Theme.gap) / 2)
         height: parent.height - y - Theme.gap
         model: result.content.droppedItems
         Accessible.role: Accessible.List
@@ -37,6 +82,34 @@ FocusScope {
         delegate: DropTile {
             height: ListView.view.height
             onRemoved: result.content.removeDropped(id)
+        }
+    }
+
+    CardGrid {
+        id: actions
+        x: tiles.x + tiles.width + Theme.gap
+        y: tiles.y
+        width: parent.width - x
+        height: tiles.height + Theme.gap
+        rows: 3
+        cellWidth: Theme.fieldWidth
+        focus: true
+        model: result.content.dropActions
+        Accessible.role: Accessible.List
+        Accessible.name: "Ações"
+
+        delegate: DropActionButton {
+            required property int index
+            required property string id
+            required property string title
+
+            name: title
+            width: actions.cellWidth - Theme.gap
+            height: actions.cellHeight - Theme.gap
+            activeFocusOnTab: false
+            onActiveFocusChanged: if (activeFocus)
+                actions.currentIndex = index
+            onTriggered: result.content.performDropAction(id)
         }
     }
 }

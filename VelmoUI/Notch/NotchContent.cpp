@@ -17,24 +17,37 @@ bool isPicture(const QFileInfo &file)
     return QImageReader::supportedImageFormats().contains(file.suffix().toLower().toLatin1());
 }
 
-DroppedRow fileRow(const QUrl &url)
+DroppedRow fileRow(const QUrl &url, const ShelfStore &shelf)
 {
     const QFileInfo file(url.toLocalFile());
     const bool isFolder = file.isDir();
+    const QString detail =
+        isFolder ? QStringLiteral("Pasta")
+                 : QLocale().formattedDataSize(file.size(), 1, QLocale::DataSizeSIFormat);
     return {{},
             isFolder ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill"),
             file.fileName(),
-            isFolder ? QStringLiteral("Pasta")
-                     : QLocale().formattedDataSize(file.size(), 1, QLocale::DataSizeSIFormat),
+            shelf.isInNotch(url) ? QStringLiteral("No notch · %1").arg(detail) : detail,
             !isFolder && isPicture(file) ? url : QUrl(),
             {}};
 }
 
-DroppedRow droppedRow(const DroppedItem &item)
+/// What isn't an action of the catalog.
+QString keepID()
+{
+    return QStringLiteral("drop.keep");
+}
+
+QString shareID()
+{
+    return QStringLiteral("drop.share");
+}
+
+DroppedRow droppedRow(const DroppedItem &item, const ShelfStore &shelf)
 {
     DroppedRow row = std::visit(
         overloaded{
-            [](const DroppedItem::File &file) { return fileRow(file.value); },
+            [&](const DroppedItem::File &file) { return fileRow(file.value, shelf); },
             [](const DroppedItem::Link &link) {
                 return DroppedRow{{},
                                   QStringLiteral("link"),
@@ -165,13 +178,13 @@ QPointF NotchContent::dropletStart() const
 QString NotchContent::dropletSymbol() const
 {
     const auto &droplet = m_model.droplet();
-    return droplet ? droppedRow(droplet->item).symbol : QString();
+    return droplet ? droppedRow(droplet->item, m_model.services().shelf).symbol : QString();
 }
 
 QUrl NotchContent::dropletImage() const
 {
     const auto &droplet = m_model.droplet();
-    return droplet ? droppedRow(droplet->item).image : QUrl();
+    return droplet ? droppedRow(droplet->item, m_model.services().shelf).image : QUrl();
 }
 
 int NotchContent::dropletFlight() const
@@ -229,27 +242,57 @@ void NotchContent::updateModules()
 
 void NotchContent::updateDropZones()
 {
-    const auto row = [this](DropZone zone, const char16_t *symbol, const char16_t *title,
-                            const char16_t *detail) {
-        return DropZoneRow{QString::fromLatin1(boost::describe::enum_to_string(zone, "")),
-                           QString::fromUtf16(symbol), QString::fromUtf16(title),
-                           QString::fromUtf16(detail),
-                           m_model.isDropTargeted() && m_model.dropZone() == zone};
+    const auto row = [this](DropZone zone) -> DropZoneRow {
+        const bool isTargeted = m_model.isDropTargeted() && m_model.dropZone() == zone;
+        const QString id = QString::fromLatin1(boost::describe::enum_to_string(zone, ""));
+        switch (zone) {
+        case DropZone::airdrop:
+            return {id, QStringLiteral("square.and.arrow.up"), QStringLiteral("Compartilhar"),
+                    QStringLiteral("Enviar para outro lugar"), isTargeted};
+        case DropZone::actions:
+            return {id, QStringLiteral("wand.and.stars"), QStringLiteral("Ações"),
+                    QStringLiteral("Escolher o que fazer"), isTargeted};
+        case DropZone::notch:
+            break;
+        }
+        return {id, QStringLiteral("tray.and.arrow.down"), QStringLiteral("No notch"),
+                QStringLiteral("Deixar à mão"), isTargeted};
     };
-    m_dropZones.setRecords({
-        row(DropZone::airdrop, u"square.and.arrow.up", u"Compartilhar", u"Enviar para outro lugar"),
-        row(DropZone::actions, u"wand.and.stars", u"Ações", u"Escolher o que fazer"),
-        row(DropZone::notch, u"tray.and.arrow.down", u"No notch", u"Deixar à mão"),
-    });
+    std::vector<DropZoneRow> rows;
+    for (const DropZone zone : m_model.dropZones())
+        rows.push_back(row(zone));
+    m_dropZones.setRecords(rows);
 }
 
 void NotchContent::updateDroppedItems()
 {
     std::vector<DroppedRow> rows;
     for (const DroppedItem &item : m_model.droppedItems())
-        rows.push_back(droppedRow(item));
+        rows.push_back(droppedRow(item, m_model.services().shelf));
     m_droppedItems.setRecords(rows);
+    m_dropActions.setRecords(offeredActions());
     Q_EMIT droppedItemsChanged();
+}
+
+std::vector<DropActionRow> NotchContent::offeredActions() const
+{
+    const std::vector<DroppedItem> &items = m_model.droppedItems();
+    std::vector<DropActionRow> rows;
+    if (m_model.canKeepDropped())
+        rows.push_back(
+            {keepID(), QStringLiteral("tray.and.arrow.down"), QStringLiteral("Guardar no notch")});
+    if (m_model.canShare(items))
+        rows.push_back(
+            {shareID(), QStringLiteral("square.and.arrow.up"), QStringLiteral("Compartilhar")});
+    return rows;
+}
+
+void NotchContent::performDropAction(const QString &id)
+{
+    if (id == keepID())
+        m_model.keepDropped();
+    else if (id == shareID())
+        m_model.share(m_model.droppedItems());
 }
 
 } // namespace velmo

@@ -33,6 +33,16 @@ struct DropZoneRow {
 };
 BOOST_DESCRIBE_STRUCT(DropZoneRow, (), (id, symbol, title, detail, isTargeted))
 
+/// Something to do with what was dropped.
+struct DropActionRow {
+    QString id;
+    QString symbol;
+    QString title;
+
+    bool operator==(const DropActionRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(DropActionRow, (), (id, symbol, title))
+
 /// A dropped thing on the result surface.
 struct DroppedRow {
     QString id;
@@ -101,6 +111,7 @@ class NotchContent : public QObject {
 
     Q_PROPERTY(QAbstractItemModel *dropZones READ dropZones CONSTANT)
     Q_PROPERTY(QAbstractItemModel *droppedItems READ droppedItems CONSTANT)
+    Q_PROPERTY(QAbstractItemModel *dropActions READ dropActions CONSTANT)
     Q_PROPERTY(QString droppedTitle READ droppedTitle NOTIFY droppedItemsChanged)
     Q_PROPERTY(bool hasDroplet READ hasDroplet NOTIFY dropletChanged)
     Q_PROPERTY(QPointF dropletStart READ dropletStart NOTIFY dropletChanged)
@@ -160,6 +171,7 @@ public:
 
     QAbstractItemModel *dropZones() { return &m_dropZones; }
     QAbstractItemModel *droppedItems() { return &m_droppedItems; }
+    QAbstractItemModel *dropActions() { return &m_dropActions; }
     QString droppedTitle() const;
     bool hasDroplet() const { return m_model.droplet().has_value(); }
     QPointF dropletStart() const;
@@ -169,6 +181,7 @@ public:
 
     Q_INVOKABLE void selectModule(const QString &id) { m_model.selectModule(id); }
     Q_INVOKABLE void removeDropped(const QString &id) { m_model.removeDroppedItem(id); }
+    Q_INVOKABLE void performDropAction(const QString &id);
     Q_INVOKABLE void retryPage() { m_model.services().modules.retry(m_pageModuleID); }
     Q_INVOKABLE void openSettings();
     Q_INVOKABLE void close() { m_model.send(NotchEvent::dismiss); }
@@ -195,6 +208,7 @@ private:
     void updateModules();
     void updateDropZones();
     void updateDroppedItems();
+    std::vector<DropActionRow> offeredActions() const;
 
     NotchViewModel &m_model;
     LiveRows m_live;
@@ -203,6 +217,7 @@ private:
     RecordListModel<ModuleTab> m_rightModules;
     RecordListModel<DropZoneRow> m_dropZones;
     RecordListModel<DroppedRow> m_droppedItems;
+    RecordListModel<DropActionRow> m_dropActions;
     QString m_pageModuleID;
     QString m_pageTitle;
     QString m_pageFailure;

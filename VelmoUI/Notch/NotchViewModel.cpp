@@ -2,6 +2,10 @@
 
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoSystem/Ports/DesktopAppearance.h"
+#include "VelmoSystem/Ports/DragPasteboard.h"
+#include "VelmoSystem/Ports/ShareService.h"
+
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -73,7 +77,9 @@ void NotchViewModel::send(NotchEvent event)
     if (event == NotchEvent::dragEntered) {
         m_droppedItems.clear();
         Q_EMIT droppedItemsChanged();
-        setDropZone(DropZone::actions);
+        m_dropZones = offeredDropZones();
+        m_dropZone = DropZone::actions;
+        Q_EMIT dropTargetChanged();
     }
     const NotchPresentation from = m_state.presentation;
     m_state = next;
@@ -148,10 +154,92 @@ void NotchViewModel::setDropZone(DropZone zone)
 
 void NotchViewModel::receiveDrop(const std::vector<DroppedItem> &items)
 {
+    const AppSettings &settings = m_services.settings.settings();
     m_droppedItems = items;
+    m_isDropKept = false;
     Q_EMIT droppedItemsChanged();
     setDropTargeted(false);
-    send(NotchEvent::dropCompleted);
+    if (settings.dropStraightToShelf) {
+        ShelfDrop::keep(m_services, items, settings.shelfDropStorage, followDropped());
+        send(NotchEvent::dismiss);
+    } else if (m_dropZone == DropZone::airdrop) {
+        share(items);
+    } else {
+        send(NotchEvent::dropCompleted);
+        if (m_dropZone == DropZone::notch)
+            moveIntoNotch(items);
+    }
+}
+
+void NotchViewModel::moveIntoNotch(const std::vector<DroppedItem> &items)
+{
+    ShelfDrop::moveIn(m_services, items, followDropped());
+    setDropKept();
+}
+
+void NotchViewModel::keepDropped()
+{
+    ShelfDrop::keep(m_services, m_droppedItems, ShelfStorage::moved, followDropped());
+    setDropKept();
+}
+
+void NotchViewModel::setDropKept()
+{
+    m_isDropKept = true;
+    Q_EMIT droppedItemsChanged();
+}
+
+bool NotchViewModel::canShare(const std::vector<DroppedItem> &items) const
+{
+    const auto isFile = [](const DroppedItem &item) { return item.fileURL().has_value(); };
+    return !items.empty() && std::ranges::all_of(items, isFile) &&
+           m_services.platform.share.isAvailable();
+}
+
+void NotchViewModel::share(const std::vector<DroppedItem> &items)
+{
+    std::vector<QUrl> files;
+    for (const DroppedItem &item : items) {
+        if (const auto file = item.fileURL())
+            files.push_back(*file);
+    }
+    try {
+        if (files.size() < items.size())
+            throw LocalizedError(QStringLiteral("Só arquivos podem ser enviados."));
+        m_services.platform.share.share(files);
+        send(NotchEvent::dismiss);
+    } catch (const LocalizedError &error) {
+        send(NotchEvent::dropCompleted);
+        m_services.activity.post(ActivityEvent::make(
+            m_services.platform.scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
+            QStringLiteral("Não foi possível compartilhar"), FeedbackStyle::error,
+            QStringLiteral("share"), error.description()));
+    }
+}
+
+ShelfDrop::Moved NotchViewModel::followDropped()
+{
+    return [self = QPointer(this)](const QUrl &from, const QUrl &to) {
+        if (!self)
+            return;
+        const auto item =
+            std::ranges::find(self->m_droppedItems, DroppedItem{DroppedItem::File{from}});
+        if (item == self->m_droppedItems.end())
+            return;
+        *item = {DroppedItem::File{to}};
+        Q_EMIT self->droppedItemsChanged();
+    };
+}
+
+std::vector<DropZone> NotchViewModel::offeredDropZones() const
+{
+    if (m_services.settings.settings().dropStraightToShelf)
+        return {DropZone::notch};
+    const auto contents = m_services.platform.dragPasteboard.contents();
+    const bool hasNoFiles = !contents.hasFiles && (contents.hasLinks || contents.hasText);
+    if (hasNoFiles || !m_services.platform.share.isAvailable())
+        return {DropZone::actions, DropZone::notch};
+    return {DropZone::airdrop, DropZone::actions, DropZone::notch};
 }
 
 void NotchViewModel::startDroplet(const Point &start, const std::vector<DroppedItem> &items)

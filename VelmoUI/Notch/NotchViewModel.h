@@ -5,6 +5,7 @@
 #include "VelmoCore/Shelf/DroppedItem.h"
 #include "VelmoUI/App/AppServices.h"
 #include "VelmoUI/Notch/ShapeAnimator.h"
+#include "VelmoUI/Notch/ShelfDrop.h"
 
 #include <QObject>
 #include <QPointF>
@@ -72,13 +73,26 @@ public:
     /// Asks Home for its next (1) or previous (-1) page.
     void requestHomePage(int direction) { Q_EMIT homePageRequested(direction); }
 
+    /// What the drop surface offers, from left to right; settled when a drag enters.
+    const std::vector<DropZone> &dropZones() const { return m_dropZones; }
     const std::vector<DroppedItem> &droppedItems() const { return m_droppedItems; }
     bool isDropTargeted() const { return m_isDropTargeted; }
     DropZone dropZone() const { return m_dropZone; }
     void setDropTargeted(bool targeted);
     void setDropZone(DropZone zone);
-    /// Shows the items on the result surface.
+    /// Does what the zone under the drop is for. The items show on the result surface unless they
+    /// have been handed over or kept without asking; then the panel closes.
     void receiveDrop(const std::vector<DroppedItem> &items);
+    /// Puts things on the shelf, files by moving them into the notch's folder. Dropped items that
+    /// have moved are shown where they are now; names of those that can't be moved are told.
+    void moveIntoNotch(const std::vector<DroppedItem> &items);
+    /// Whether the desktop can be given these.
+    bool canShare(const std::vector<DroppedItem> &items) const;
+    /// Hands files to the desktop's way of sending and closes the panel. A failure is told.
+    void share(const std::vector<DroppedItem> &items);
+    /// Whether what was dropped may go on the shelf still.
+    bool canKeepDropped() const { return !m_isDropKept; }
+    void keepDropped();
     /// Sends the picture of the first item flying from `start` into the notch.
     void startDroplet(const Point &start, const std::vector<DroppedItem> &items);
     /// Takes the item with that id off the result surface, which closes with the last one.
@@ -103,6 +117,10 @@ Q_SIGNALS:
     void gulped();
 
 private:
+    std::vector<DropZone> offeredDropZones() const;
+    void setDropKept();
+    /// Follows the dropped files to where they are moved.
+    ShelfDrop::Moved followDropped();
     void activateShownModule();
     void showSelectedModule();
     NotchMotion motion(bool opening) const;
@@ -121,6 +139,8 @@ private:
     std::vector<DroppedItem> m_droppedItems;
     bool m_isDropTargeted = false;
     DropZone m_dropZone = DropZone::actions;
+    bool m_isDropKept = false;
+    std::vector<DropZone> m_dropZones{DropZone::actions, DropZone::notch};
     std::optional<Droplet> m_droplet;
     int m_gulpSerial = 0;
     ScheduledTask m_dropletTask;

@@ -196,8 +196,8 @@ void NotchWindowController::performDrop(Point point, const std::vector<DroppedIt
 {
     m_dropPerformed = true;
     m_dragExitTask.cancel();
-    m_model.startDroplet(point, items);
     m_model.receiveDrop(items);
+    m_model.startDroplet(point, m_model.droppedItems()); // which may have moved
 }
 
 void NotchWindowController::presentationChanged(NotchPresentation from, NotchPresentation to,
@@ -243,7 +243,9 @@ DropZone NotchWindowController::dropZoneAt(Point point) const
         NotchLayout::shape(NotchPresentation::dropTarget, m_model.layoutContext()),
         m_model.layoutContext());
     const double fraction = (canvas.minX() + point.x - surface.minX()) / surface.width;
-    return DropZone(std::clamp(int(fraction * 3), 0, 2));
+    const std::vector<DropZone> &zones = m_model.dropZones();
+    const int last = int(zones.size()) - 1;
+    return zones[std::size_t(std::clamp(int(fraction * (last + 1)), 0, last))];
 }
 
 } // namespace velmo

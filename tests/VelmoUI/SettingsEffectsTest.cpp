@@ -132,6 +132,17 @@ public:
         wait(48h);
         return QString::number(services.shelf.items().size());
     }
+    /// What shows, how much is on the shelf, and whether the file is where it was.
+    QString afterDrop()
+    {
+        const QString file = desktop.folder.path(QStringLiteral("a.txt"));
+        desktop.folder.write(QStringLiteral("a.txt"), "a");
+        coordinator.openFiles({QUrl::fromLocalFile(file)});
+        return QStringLiteral("%1 %2 %3")
+            .arg(shown())
+            .arg(services.shelf.items().size())
+            .arg(QFile::exists(file));
+    }
     QString theme(const char *property)
     {
         QQmlComponent probe(qmlEngine(view().rootObject()));
@@ -209,6 +220,13 @@ const std::vector<Effect> effects = {
      [](auto &o) { return o.eventsOfTwoDays(); }},
     {"shelfAutoCleanDays", [](auto &s) { s.shelfAutoCleanDays = 1; },
      [](auto &o) { return o.shelfAfterTwoDays(); }},
+    {"dropStraightToShelf", [](auto &s) { s.dropStraightToShelf = true; },
+     [](auto &o) { return o.afterDrop(); }},
+    {"shelfDropStorage", [](auto &s) { s.shelfDropStorage = ShelfStorage::moved; },
+     [](auto &o) {
+         o.change([](auto &s) { s.dropStraightToShelf = true; });
+         return o.afterDrop();
+     }},
     {"hasCompletedOnboarding", [](auto &s) { s.hasCompletedOnboarding = true; },
      [](auto &o) {
          o.change([](auto &s) { s.hiddenHomeCards = {}; }); // wider than its bar
@@ -225,7 +243,7 @@ const QStringList pending =
         "volumeHUDShowsAutomaticChanges volumeHUDStyle eventAlertMinutes timerSoundEnabled "
         "pomodoro "
         "clipboardEnabled clipboardPaused clipboardMaxItems clipboardRetentionDays "
-        "clipboardIgnoredBundleIDs shelfDropStorage dropStraightToShelf "
+        "clipboardIgnoredBundleIDs "
         "capturesFolderPath screenshotFormat copyScreenshotToClipboard recordSystemAudio "
         "recordMicrophone studioMode studioRecordKeys studioOpenEditor mailNotifications "
         "mailShowsPreview mailSound smartNotchEnabled contextTools appContextOverrides "

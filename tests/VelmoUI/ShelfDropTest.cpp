@@ -1,0 +1,117 @@
+#include "VelmoUI/Notch/NotchViewModel.h"
+
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/Printers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace velmo {
+namespace {
+
+using enum NotchPresentation;
+using testing::ElementsAre;
+
+class ShelfDropTest : public testing::Test {
+protected:
+    DroppedItem file(const QString &name) const
+    {
+        desktop.folder.write(name, "conteúdo");
+        return {DroppedItem::File{QUrl::fromLocalFile(desktop.folder.path(name))}};
+    }
+    DroppedItem inNotch(const QString &name) const
+    {
+        return {
+            DroppedItem::File{QUrl::fromLocalFile(*services.shelf.mesaDirectory() + u'/' + name)}};
+    }
+    void drop(DropZone zone, const std::vector<DroppedItem> &items)
+    {
+        model.setDropZone(zone);
+        model.receiveDrop(items);
+    }
+    QString lastEvent() const
+    {
+        if (services.activity.history().empty())
+            return {};
+        const ActivityEvent &event = services.activity.history().front();
+        return event.title + u'|' + event.detail.value_or(QString());
+    }
+
+    FakeDesktop desktop;
+    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+    NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
+    const DroppedItem link{DroppedItem::Link{QUrl(QStringLiteral("https://orvane.app"))}};
+};
+
+} // namespace
+
+TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
+{
+    const DroppedItem text{DroppedItem::Text{QStringLiteral("um texto")}};
+    const DroppedItem bundle = file(QStringLiteral("Programa.APP"));
+    const DroppedItem gone{DroppedItem::File{QUrl(QStringLiteral("file:///nada/b.txt"))}};
+    const DroppedItem goneToo{DroppedItem::File{QUrl(QStringLiteral("file:///nada/c.txt"))}};
+    drop(DropZone::notch, {file(QStringLiteral("a.txt")), gone, bundle, link, text, goneToo});
+    EXPECT_EQ(model.presentation(), dropResult);
+    EXPECT_THAT(model.droppedItems(),
+                ElementsAre(inNotch(QStringLiteral("a.txt")), gone, bundle, link, text, goneToo));
+    EXPECT_EQ(services.shelf.items().size(), 3U);
+    EXPECT_EQ(lastEvent(), u"Não foi possível mover|b.txt, c.txt");
+
+    drop(DropZone::notch, {inNotch(QStringLiteral("a.txt"))});
+    EXPECT_EQ(services.shelf.items().size(), 3U) << "it is there already";
+    drop(DropZone::actions, {file(QStringLiteral("d.txt"))});
+    EXPECT_EQ(services.shelf.items().size(), 3U) << "until the user says so";
+    model.keepDropped();
+    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(QStringLiteral("d.txt"))));
+    EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
+}
+
+TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
+{
+    const std::filesystem::path other = "/dev/shm/orvane-drop-" + std::to_string(::getpid());
+    std::ofstream(other) << "conteúdo";
+    const QString name = QString::fromStdString(other.filename().string());
+    drop(DropZone::notch,
+         {{DroppedItem::File{QUrl::fromLocalFile(QString::fromStdString(other.string()))}}});
+    EXPECT_TRUE(services.shelf.items().empty()) << "never on the main thread";
+    while (services.jobs.runningCount() > 0) {
+        desktop.scheduler.runPosted();
+        std::this_thread::yield();
+    }
+    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(name)));
+    ASSERT_EQ(services.shelf.items().size(), 1U);
+    EXPECT_EQ(services.shelf.items()[0].originalFolder, QStringLiteral("/dev/shm"));
+    EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
+    EXPECT_FALSE(std::filesystem::exists(other));
+}
+
+TEST_F(ShelfDropTest, HandsFilesToTheDesktopAndNothingElse)
+{
+    using enum DropZone;
+    const DroppedItem a = file(QStringLiteral("a.txt"));
+    drop(airdrop, {a, link});
+    EXPECT_EQ(model.presentation(), dropResult) << "nothing is lost";
+    EXPECT_EQ(lastEvent(), u"Não foi possível compartilhar|Só arquivos podem ser enviados.");
+    drop(airdrop, {a});
+    EXPECT_THAT(desktop.share.shared, ElementsAre(*a.fileURL()));
+    EXPECT_EQ(model.presentation(), collapsed);
+
+    const auto offered = [&](DragPasteboard::Contents contents) {
+        model.send(NotchEvent::dismiss);
+        desktop.dragPasteboard.begin(contents);
+        model.send(NotchEvent::dragEntered);
+        return model.dropZones();
+    };
+    EXPECT_THAT(offered({.hasFiles = true, .hasText = true}), ElementsAre(airdrop, actions, notch));
+    EXPECT_THAT(offered({.isUntold = true}), ElementsAre(airdrop, actions, notch));
+    EXPECT_THAT(offered({.hasLinks = true}), ElementsAre(actions, notch));
+    desktop.share.isThere = false;
+    EXPECT_THAT(offered({.hasFiles = true}), ElementsAre(actions, notch));
+}
+
+} // namespace velmo
