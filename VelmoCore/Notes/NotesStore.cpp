@@ -1,0 +1,305 @@
+#include "VelmoCore/Notes/NotesStore.h"
+
+#include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/Foundation/TextSearch.h"
+#include "VelmoCore/Notes/NoteParsing.h"
+
+#include <QLocale>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <set>
+#include <tuple>
+
+namespace velmo {
+
+namespace {
+
+constexpr Seconds saveDelay = 0.4s;
+
+void logFailure(const std::exception_ptr &failure)
+{
+    if (!failure)
+        return;
+    try {
+        std::rethrow_exception(failure);
+    } catch (const LocalizedError &error) {
+        qCWarning(Log::storage).noquote() << "Falha ao salvar notas:" << error.description();
+    }
+}
+
+/// "segunda-feira, 23 de novembro": the locale's long date without its year.
+QString dayText(const QDateTime &date)
+{
+    static const QRegularExpression year(QStringLiteral(R"((?:,?\s*'[^']*'|,)?\s*y+\s*('.')?)"));
+    return QLocale().toString(date,
+                              QLocale().dateFormat(QLocale::LongFormat).remove(year).trimmed());
+}
+
+QString timeText(const QDateTime &date)
+{
+    return QLocale().toString(date.time(), QLocale::ShortFormat);
+}
+
+} // namespace
+
+NotesStore::NotesStore(const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
+                       Scheduler &scheduler)
+    : m_scheduler(scheduler), m_saver(scheduler, logFailure)
+{
+    if (!path)
+        return;
+    m_store.emplace(*path, cipher);
+    if (auto state = m_store->load(m_scheduler.now()).value())
+        m_state = *std::move(state);
+}
+
+NotesStore::~NotesStore()
+{
+    flush();
+}
+
+const Note *NotesStore::note(const Uuid &id) const
+{
+    const auto note = std::ranges::find(m_state.notes, id, &Note::id);
+    return note == m_state.notes.end() ? nullptr : &*note;
+}
+
+std::vector<Note> NotesStore::sortedNotes() const
+{
+    auto sorted = m_state.notes;
+    std::ranges::stable_sort(sorted, [](const Note &a, const Note &b) {
+        return std::tie(a.isPinned, a.updated) > std::tie(b.isPinned, b.updated);
+    });
+    return sorted;
+}
+
+std::vector<TaskItem> NotesStore::sortedTasks() const
+{
+    auto sorted = m_state.tasks;
+    std::ranges::stable_sort(sorted, [](const TaskItem &a, const TaskItem &b) {
+        if (a.isDone != b.isDone)
+            return b.isDone;
+        if (a.due.has_value() != b.due.has_value())
+            return a.due.has_value();
+        return a.due ? *a.due < *b.due : a.created > b.created;
+    });
+    return sorted;
+}
+
+std::vector<QString> NotesStore::allTags() const
+{
+    std::set<QString> all;
+    for (const Note &note : m_state.notes)
+        all.insert(tags(note).begin(), tags(note).end());
+    return {all.begin(), all.end()};
+}
+
+std::vector<Note> NotesStore::notes(const QString &query, const std::optional<QString> &tag) const
+{
+    const TextSearch search(query);
+    auto found = sortedNotes();
+    std::erase_if(found, [&](const Note &note) {
+        const bool hasTag = !tag || std::ranges::find(tags(note), *tag) != tags(note).end();
+        return !hasTag || !search.isIn(note.text);
+    });
+    return found;
+}
+
+Note NotesStore::createNote(const QString &text)
+{
+    const Date now = m_scheduler.now();
+    const Note note{.id = makeUuid(), .text = text, .created = now, .updated = now};
+    insert(note);
+    return note;
+}
+
+void NotesStore::updateNote(const Uuid &id, const QString &text)
+{
+    const auto note = std::ranges::find(m_state.notes, id, &Note::id);
+    if (note == m_state.notes.end() || note->text == text)
+        return;
+    note->text = text;
+    note->updated = m_scheduler.now();
+    m_tags.remove(id);
+    scheduleSave();
+}
+
+void NotesStore::togglePin(const Uuid &id)
+{
+    const auto note = std::ranges::find(m_state.notes, id, &Note::id);
+    if (note == m_state.notes.end())
+        return;
+    note->isPinned = !note->isPinned;
+    scheduleSave();
+}
+
+void NotesStore::deleteNote(const Uuid &id)
+{
+    m_tags.remove(id);
+    if (std::erase_if(m_state.notes, [&](const Note &note) { return note.id == id; }) > 0)
+        scheduleSave();
+}
+
+void NotesStore::restore(const Note &note)
+{
+    if (!this->note(note.id))
+        insert(note);
+}
+
+void NotesStore::discardEmptyNotes()
+{
+    const auto isEmpty = [](const Note &note) {
+        return std::ranges::all_of(note.text, [](QChar character) { return character.isSpace(); });
+    };
+    if (std::erase_if(m_state.notes, isEmpty) > 0)
+        scheduleSave();
+}
+
+Note NotesStore::meetingNote(const QString &eventID, const QString &title, Date start, Date end)
+{
+    const auto existing = std::ranges::find(m_state.notes, eventID, &Note::eventID);
+    if (existing != m_state.notes.end())
+        return *existing;
+    const QDateTime from = localDateTime(start);
+    const Date now = m_scheduler.now();
+    const Note note{
+        .id = makeUuid(),
+        .text = QStringLiteral("Reunião: %1\n%2 · %3–%4\n\n")
+                    .arg(title, dayText(from), timeText(from), timeText(localDateTime(end))),
+        .created = now,
+        .updated = now,
+        .eventID = eventID};
+    insert(note);
+    return note;
+}
+
+void NotesStore::requestCompose()
+{
+    m_pendingCompose = true;
+    Q_EMIT requested();
+}
+
+bool NotesStore::consumeComposeRequest()
+{
+    return std::exchange(m_pendingCompose, false);
+}
+
+void NotesStore::requestSelection(const Uuid &id)
+{
+    m_pendingSelection = id;
+    Q_EMIT requested();
+}
+
+std::optional<Uuid> NotesStore::consumeSelectionRequest()
+{
+    return std::exchange(m_pendingSelection, std::nullopt);
+}
+
+std::optional<TaskItem> NotesStore::addTask(const QString &title, const std::optional<Date> &due)
+{
+    const QString trimmed = title.trimmed();
+    if (trimmed.isEmpty())
+        return std::nullopt;
+    const TaskItem task{
+        .id = makeUuid(), .title = trimmed, .due = due, .created = m_scheduler.now()};
+    m_state.tasks.insert(m_state.tasks.begin(), task);
+    scheduleSave();
+    if (due)
+        onTaskReminderChanged(task);
+    return task;
+}
+
+void NotesStore::toggleTask(const Uuid &id)
+{
+    TaskItem *changed = task(id);
+    if (!changed)
+        return;
+    changed->isDone = !changed->isDone;
+    changed->completedAt = changed->isDone ? std::optional(m_scheduler.now()) : std::nullopt;
+    const TaskItem copy = *changed;
+    scheduleSave();
+    onTaskReminderChanged(copy);
+}
+
+void NotesStore::setDue(const Uuid &id, const std::optional<Date> &due)
+{
+    TaskItem *changed = task(id);
+    if (!changed)
+        return;
+    changed->due = due;
+    const TaskItem copy = *changed;
+    scheduleSave();
+    onTaskReminderChanged(copy);
+}
+
+void NotesStore::deleteTask(const Uuid &id)
+{
+    const TaskItem *found = task(id);
+    if (!found)
+        return;
+    TaskItem deleted = *found;
+    deleted.due.reset();
+    std::erase_if(m_state.tasks, [&](const TaskItem &task) { return task.id == id; });
+    scheduleSave();
+    onTaskReminderChanged(deleted);
+}
+
+void NotesStore::clearCompletedTasks()
+{
+    std::erase_if(m_state.tasks, [](const TaskItem &task) { return task.isDone; });
+    scheduleSave();
+}
+
+void NotesStore::restore(const std::vector<TaskItem> &tasks)
+{
+    for (const TaskItem &restored : tasks) {
+        if (task(restored.id))
+            continue;
+        m_state.tasks.insert(m_state.tasks.begin(), restored);
+        onTaskReminderChanged(restored);
+    }
+    scheduleSave();
+}
+
+void NotesStore::flush()
+{
+    if (m_saveTask.isPending())
+        save();
+    m_saver.flush();
+}
+
+TaskItem *NotesStore::task(const Uuid &id)
+{
+    const auto task = std::ranges::find(m_state.tasks, id, &TaskItem::id);
+    return task == m_state.tasks.end() ? nullptr : &*task;
+}
+
+const std::vector<QString> &NotesStore::tags(const Note &note) const
+{
+    auto known = m_tags.find(note.id);
+    if (known == m_tags.end())
+        known = m_tags.insert(note.id, NoteParsing::tags(note.text));
+    return *known;
+}
+
+void NotesStore::insert(const Note &note)
+{
+    m_state.notes.insert(m_state.notes.begin(), note);
+    scheduleSave();
+}
+
+void NotesStore::scheduleSave()
+{
+    if (m_store)
+        m_saveTask = m_scheduler.after(saveDelay, [this] { save(); });
+    Q_EMIT changed();
+}
+
+void NotesStore::save()
+{
+    m_saveTask.cancel();
+    m_saver.save([store = *m_store, state = m_state] { store.save(state); });
+}
+
+} // namespace velmo

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoCore/Notes/Note.h"
+#include "VelmoCore/Storage/BackgroundSaver.h"
+#include "VelmoCore/Storage/JSONFileStore.h"
+
+#include <QHash>
+#include <QObject>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace velmo {
+
+/// The user's notes and tasks. A burst of changes is saved once, away from the main thread. Main
+/// thread only.
+class NotesStore : public QObject {
+    Q_OBJECT
+
+public:
+    struct Snapshot {
+        std::vector<Note> notes;
+        std::vector<TaskItem> tasks;
+
+        bool operator==(const Snapshot &) const = default;
+    };
+
+    /// Loads at once; never fails. Without a path nothing is kept on disk.
+    NotesStore(const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
+               Scheduler &scheduler);
+    /// Saves what waits.
+    ~NotesStore() override;
+
+    /// With a task whose reminder may have changed; one without `due` has none any more.
+    std::function<void(const TaskItem &)> onTaskReminderChanged = [](const TaskItem &) {};
+
+    const std::vector<Note> &notes() const { return m_state.notes; }
+    const std::vector<TaskItem> &tasks() const { return m_state.tasks; }
+    const Note *note(const Uuid &id) const;
+    /// Pinned ones first, then the last changed.
+    std::vector<Note> sortedNotes() const;
+    /// Open ones first, then by due date, then the newest.
+    std::vector<TaskItem> sortedTasks() const;
+    /// Distinct, sorted.
+    std::vector<QString> allTags() const;
+    /// The sorted notes that have the tag and hold the text.
+    std::vector<Note> notes(const QString &query, const std::optional<QString> &tag) const;
+
+    Note createNote(const QString &text = {});
+    /// The same text changes nothing.
+    void updateNote(const Uuid &id, const QString &text);
+    void togglePin(const Uuid &id);
+    void deleteNote(const Uuid &id);
+    /// Brings back what was deleted.
+    void restore(const Note &note);
+    /// Forgets notes without anything but white space.
+    void discardEmptyNotes();
+    /// The note of a calendar event, made if there is none.
+    Note meetingNote(const QString &eventID, const QString &title, Date start, Date end);
+
+    /// The wish for a new note, or to see one, waits here for the page. Reading takes it away.
+    void requestCompose();
+    bool consumeComposeRequest();
+    void requestSelection(const Uuid &id);
+    std::optional<Uuid> consumeSelectionRequest();
+
+    /// Nothing for an empty title.
+    std::optional<TaskItem> addTask(const QString &title,
+                                    const std::optional<Date> &due = std::nullopt);
+    void toggleTask(const Uuid &id);
+    void setDue(const Uuid &id, const std::optional<Date> &due);
+    void deleteTask(const Uuid &id);
+    void clearCompletedTasks();
+    /// Brings back what was deleted.
+    void restore(const std::vector<TaskItem> &tasks);
+
+    /// Saves at once and waits for it.
+    void flush();
+
+Q_SIGNALS:
+    void changed();
+    void requested();
+
+private:
+    TaskItem *task(const Uuid &id);
+    const std::vector<QString> &tags(const Note &note) const;
+    void insert(const Note &note);
+    void scheduleSave();
+    void save();
+
+    Scheduler &m_scheduler;
+    std::optional<JSONFileStore<Snapshot>> m_store;
+    Snapshot m_state;
+    mutable QHash<Uuid, std::vector<QString>> m_tags; ///< as far as they were asked for
+    bool m_pendingCompose = false;
+    std::optional<Uuid> m_pendingSelection;
+    ScheduledTask m_saveTask;
+    BackgroundSaver m_saver;
+};
+BOOST_DESCRIBE_STRUCT(NotesStore::Snapshot, (), (notes, tasks))
+
+} // namespace velmo
