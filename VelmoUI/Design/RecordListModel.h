@@ -4,10 +4,12 @@
 
 #include <QAbstractListModel>
 #include <QDateTime>
+#include <QSet>
 
 #include <boost/describe.hpp>
 #include <boost/mp11.hpp>
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -49,56 +51,102 @@ public:
 
     const std::vector<Record> &records() const { return m_records; }
 
-    /// Shows `records`, with the fewest row changes that a walk from front to back finds.
+    /// Shows `records`. Rows that come or go together are told as one change, so a list that only
+    /// grows, shrinks or changes costs time in proportion to its length.
     void setRecords(const std::vector<Record> &records)
     {
-        for (int row = int(m_records.size()) - 1; row >= 0; --row) {
-            if (!indexOf(records, m_records[std::size_t(row)], 0))
-                removeAt(row);
+        if (records == m_records)
+            return;
+        removeAllBut(idsOf(records));
+        const QSet<Id> known = idsOf(m_records);
+        std::size_t row = 0;
+        while (row < records.size()) {
+            std::size_t end = row;
+            while (end < records.size() && !known.contains(records[end].id))
+                ++end;
+            if (end == row)
+                place(records[end++], row);
+            else
+                insert(row, records.begin() + std::ptrdiff_t(row),
+                       records.begin() + std::ptrdiff_t(end));
+            row = end;
         }
-        for (std::size_t row = 0; row < records.size(); ++row)
-            place(records[row], row);
+        if (m_records.size() > records.size())
+            remove(records.size(), m_records.size());
+        update(records);
     }
 
 private:
     using Members = boost::describe::describe_members<Record, boost::describe::mod_public>;
 
-    static std::optional<std::size_t> indexOf(const std::vector<Record> &records,
-                                              const Record &record, std::size_t from)
+    using Id = decltype(Record::id);
+
+    static QSet<Id> idsOf(const std::vector<Record> &records)
     {
-        for (std::size_t i = from; i < records.size(); ++i) {
-            if (records[i].id == record.id)
-                return i;
-        }
-        return std::nullopt;
+        QSet<Id> ids;
+        ids.reserve(qsizetype(records.size()));
+        for (const Record &record : records)
+            ids.insert(record.id);
+        return ids;
     }
 
-    void removeAt(int row)
+    void removeAllBut(const QSet<Id> &ids)
     {
-        beginRemoveRows({}, row, row);
-        m_records.erase(m_records.begin() + row);
+        const auto stays = [&](std::size_t row) { return ids.contains(m_records[row].id); };
+        for (std::size_t end = m_records.size(); end > 0; --end) {
+            std::size_t first = end;
+            while (first > 0 && !stays(first - 1))
+                --first;
+            if (first < end)
+                remove(first, end);
+            end = std::max<std::size_t>(first, 1);
+        }
+    }
+
+    void remove(std::size_t first, std::size_t end)
+    {
+        beginRemoveRows({}, int(first), int(end) - 1);
+        m_records.erase(m_records.begin() + std::ptrdiff_t(first),
+                        m_records.begin() + std::ptrdiff_t(end));
         endRemoveRows();
     }
 
+    template <class Iterator>
+    void insert(std::size_t row, Iterator first, Iterator end)
+    {
+        beginInsertRows({}, int(row), int(row) + int(end - first) - 1);
+        m_records.insert(m_records.begin() + std::ptrdiff_t(row), first, end);
+        endInsertRows();
+    }
+
+    /// Brings the row that is known by `record`'s id to `row`.
     void place(const Record &record, std::size_t row)
     {
-        const auto found = indexOf(m_records, record, row);
-        if (!found) {
-            beginInsertRows({}, int(row), int(row));
-            m_records.insert(m_records.begin() + std::ptrdiff_t(row), record);
-            endInsertRows();
-            return;
-        }
-        if (*found != row) {
-            beginMoveRows({}, int(*found), int(*found), {}, int(row));
-            const auto first = m_records.begin() + std::ptrdiff_t(row);
-            const auto last = m_records.begin() + std::ptrdiff_t(*found);
-            std::rotate(first, last, last + 1);
+        const auto from = m_records.begin() + std::ptrdiff_t(row);
+        const auto found = std::find_if(from, m_records.end(),
+                                        [&](const Record &other) { return other.id == record.id; });
+        if (found == m_records.end()) { // the same id twice
+            insert(row, &record, &record + 1);
+        } else if (found != from) {
+            beginMoveRows({}, int(found - m_records.begin()), int(found - m_records.begin()), {},
+                          int(row));
+            std::rotate(from, found, found + 1);
             endMoveRows();
         }
-        if (!(m_records[row] == record)) {
-            m_records[row] = record;
-            Q_EMIT dataChanged(index(int(row)), index(int(row)));
+    }
+
+    void update(const std::vector<Record> &records)
+    {
+        std::size_t first = 0;
+        for (std::size_t row = 0; row <= records.size(); ++row) {
+            const bool isChanged = row < records.size() && !(m_records[row] == records[row]);
+            if (isChanged) {
+                m_records[row] = records[row];
+                continue;
+            }
+            if (first < row)
+                Q_EMIT dataChanged(index(int(first)), index(int(row) - 1));
+            first = row + 1;
         }
     }
 

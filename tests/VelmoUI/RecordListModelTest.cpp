@@ -78,5 +78,32 @@ TEST(RecordListModel, AnnouncesEveryChangeSoThatAViewCanFollow)
     }
 }
 
+TEST(RecordListModel, TellsRowsThatComeAndGoTogetherAsOneChange)
+{
+    RecordListModel<Row> model;
+    int told = 0;
+    const auto count = [&](auto...) { ++told; };
+    QObject::connect(&model, &QAbstractItemModel::rowsInserted, count);
+    QObject::connect(&model, &QAbstractItemModel::rowsRemoved, count);
+    QObject::connect(&model, &QAbstractItemModel::rowsMoved, count);
+    QObject::connect(&model, &QAbstractItemModel::dataChanged, count);
+    const auto changesOf = [&](const char *ids, int value) {
+        told = 0;
+        std::vector<Row> rows;
+        for (const QChar id : QString::fromLatin1(ids))
+            rows.push_back({id, value, std::nullopt});
+        model.setRecords(rows);
+        EXPECT_EQ(model.records(), rows);
+        return told;
+    };
+    EXPECT_EQ(changesOf("abcdef", 0), 1);
+    EXPECT_EQ(changesOf("abcdef", 0), 0);
+    EXPECT_EQ(changesOf("abcdef", 1), 1);
+    EXPECT_EQ(changesOf("af", 1), 1);
+    EXPECT_EQ(changesOf("xyabcfz", 1), 3);
+    EXPECT_EQ(changesOf("xyaabcfz", 1), 1); // the same id twice
+    EXPECT_EQ(changesOf("xy", 1), 1);
+}
+
 } // namespace
 } // namespace velmo
