@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoCore/Clipboard/ClipboardDefaults.h"
 #include "VelmoCore/Foundation/Date.h"
 #include "VelmoCore/HotKeys/KeyCombo.h"
 #include "VelmoCore/Notch/DisplaySelection.h"
@@ -149,10 +150,7 @@ struct ClipboardSettings {
     bool clipboardPaused = false;
     int clipboardMaxItems = 200;
     int clipboardRetentionDays = 30;
-    StringList clipboardIgnoredBundleIDs = defaultIgnoredBundleIDs();
-
-    /// The password managers.
-    static StringList defaultIgnoredBundleIDs();
+    StringList clipboardIgnoredBundleIDs = ClipboardDefaults::ignoredBundleIDs();
 
     bool operator==(const ClipboardSettings &) const = default;
 };
