@@ -95,7 +95,10 @@ Integer integer(const boost::json::value &json)
 
 QString text(const boost::json::value &json)
 {
-    return QString::fromUtf8(string(json));
+    const std::string_view bytes = string(json);
+    const QString text = QString::fromUtf8(bytes);
+    // A byte order mark is a character like any other here; QString drops it.
+    return bytes.starts_with("\xef\xbb\xbf") ? QChar(QChar::ByteOrderMark) + text : text;
 }
 
 } // namespace
