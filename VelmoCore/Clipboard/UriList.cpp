@@ -1,18 +1,27 @@
 #include "VelmoCore/Clipboard/UriList.h"
 
+#include <QDir>
 #include <QSet>
+
+#include <optional>
 
 namespace velmo {
 
 namespace {
 
-bool isFile(const QUrl &url)
+/// Nothing but host and path, so that one file has one address.
+std::optional<QUrl> file(const QByteArray &line)
 {
-    if (!url.isValid() || !url.isLocalFile())
-        return false;
+    const QUrl url = QUrl::fromEncoded(line);
     const QString path = url.path(QUrl::FullyDecoded);
-    return path.startsWith(u'/') && !path.contains(QChar::Null) &&
-           !path.contains(QChar::ReplacementCharacter);
+    if (!url.isLocalFile() || !path.startsWith(u'/') || path.contains(QChar::Null) ||
+        path.contains(QChar::ReplacementCharacter))
+        return std::nullopt;
+    QUrl file;
+    file.setScheme(QStringLiteral("file"));
+    file.setHost(url.host());
+    file.setPath(QDir::cleanPath(path), QUrl::DecodedMode);
+    return file.isValid() ? std::optional(file) : std::nullopt;
 }
 
 } // namespace
@@ -29,11 +38,11 @@ std::vector<QUrl> UriList::files(const QByteArray &list)
         start = end + 1;
         if (line.isEmpty() || line.startsWith('#'))
             continue;
-        const QUrl url = QUrl::fromEncoded(line);
-        if (!isFile(url) || known.contains(url))
+        const auto url = file(line);
+        if (!url || known.contains(*url))
             continue;
-        known.insert(url);
-        found.push_back(url);
+        known.insert(*url);
+        found.push_back(*url);
     }
     return found;
 }

@@ -135,7 +135,7 @@ TEST_F(ClipboardStoreTest, FollowsItsRulesThroughAnySequence)
 
 TEST_F(ClipboardStoreTest, SavesAMomentLaterAndOpensSealed)
 {
-    copy(QStringLiteral("um"));
+    copy(QStringLiteral("\uFEFFum"));
     store.togglePin(copy(QStringLiteral("dois")).id);
     EXPECT_EQ(store.createCollection(QStringLiteral("  ")), std::nullopt);
     store.toggle(store.items()[1].id, store.createCollection(QStringLiteral(" Cores "))->id);
