@@ -3,6 +3,7 @@
 #include "VelmoCore/Foundation/Overloaded.h"
 
 #include <QLocale>
+#include <QSet>
 #include <QStringList>
 
 #include <algorithm>
@@ -69,6 +70,40 @@ QStringView fromField(QStringView line, int number)
     return line.mid(at);
 }
 
+constexpr QStringView hardLinkArrow = u" link to ";
+constexpr int tarNameField = 8;
+
+bool pointsOut(QStringView path)
+{
+    return path.startsWith(u'/') || path.split(u'/').contains(u"..");
+}
+
+void checkKind(QChar kind, QStringView path)
+{
+    if (QStringView(u"cbps").contains(kind))
+        throw ArchiveError(ArchiveError::UnsafeEntry{path.toString()});
+}
+
+/// Bytes. Longer ones can't be walked, measured or removed by their path.
+constexpr qsizetype longestPath = 3072;
+
+/// No entry lies beneath one that is no folder.
+void checkParents(const std::vector<ArchiveEntry> &entries)
+{
+    QSet<QString> files;
+    for (const ArchiveEntry &entry : entries) {
+        if (!entry.isDirectory)
+            files.insert(entry.path);
+    }
+    for (const ArchiveEntry &entry : entries) {
+        for (qsizetype cut = entry.path.indexOf(u'/'); cut > 0 && cut + 1 < entry.path.size();
+             cut = entry.path.indexOf(u'/', cut + 1)) {
+            if (files.contains(entry.path.left(cut)))
+                throw ArchiveError(ArchiveError::UnsafeEntry{entry.path});
+        }
+    }
+}
+
 QStringView field(QStringView line, int number)
 {
     const QStringView rest = fromField(line, number);
@@ -121,13 +156,13 @@ std::vector<ArchiveEntry> ArchiveListing::parseTechnicalListing(const QString &t
 std::vector<ArchiveEntry> ArchiveListing::parseTarListing(const QString &text)
 {
     constexpr int sizeField = 4;
-    constexpr int nameField = 8;
     std::vector<ArchiveEntry> entries;
     for (const QStringView line : QStringTokenizer(QStringView(text), u'\n')) {
-        QStringView name = fromField(line, nameField);
+        QStringView name = fromField(line, tarNameField);
         if (name.isEmpty())
             continue;
-        if (const qsizetype target = name.indexOf(u" -> "); target >= 0)
+        const QStringView arrow = line.startsWith(u'h') ? hardLinkArrow : QStringView(u" -> ");
+        if (const qsizetype target = name.indexOf(arrow); target >= 0)
             name = name.left(target);
         entries.push_back({name.toString(), field(line, sizeField).toLongLong(),
                            line.startsWith(u'd') || name.endsWith(u'/')});
@@ -180,8 +215,8 @@ void ArchiveListing::check(const std::vector<ArchiveEntry> &entries, qint64 size
 {
     qint64 left = sizeLimit;
     for (const ArchiveEntry &entry : entries) {
-        if (entry.path.startsWith(u'/') || entry.path.split(u'/').contains(QStringLiteral("..")))
-            throw ArchiveError(ArchiveError::UnsafeEntry{entry.path});
+        if (pointsOut(entry.path) || entry.path.toUtf8().size() > longestPath)
+            throw ArchiveError(ArchiveError::UnsafeEntry{entry.path.left(longestPath)});
     }
     for (const ArchiveEntry &entry : entries) {
         const qint64 size = std::max<qint64>(entry.size, 0);
@@ -189,6 +224,42 @@ void ArchiveListing::check(const std::vector<ArchiveEntry> &entries, qint64 size
             throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
         left -= size;
     }
+}
+
+void ArchiveListing::checkTechnicalKinds(const QString &text)
+{
+    QStringView path;
+    for (const QStringView line : QStringTokenizer(QStringView(text), u'\n')) {
+        const qsizetype cut = line.indexOf(u" = ");
+        const QStringView key = line.left(std::max<qsizetype>(cut, 0));
+        const QStringView value = line.mid(cut + 3);
+        if (key == u"Path")
+            path = value;
+        else if ((key == u"Mode" || key == u"Attributes") && !value.isEmpty())
+            checkKind(value[value.lastIndexOf(u' ') + 1], path);
+        else if (key == u"Hard Link" && pointsOut(value))
+            throw ArchiveError(ArchiveError::UnsafeEntry{path.toString()});
+    }
+    checkParents(parseTechnicalListing(text));
+}
+
+void ArchiveListing::checkTarKinds(const QString &text)
+{
+    for (const QStringView line : QStringTokenizer(QStringView(text), u'\n')) {
+        const QStringView name = fromField(line, tarNameField);
+        if (name.isEmpty())
+            continue;
+        checkKind(line[0], name);
+        if (!line.startsWith(u'h'))
+            continue;
+        // The name itself may hold the words, to hide the target.
+        const QString whole = name.toString();
+        const QStringList targets = whole.split(hardLinkArrow.toString()).mid(1);
+        if (std::ranges::any_of(targets, pointsOut))
+            throw ArchiveError(
+                ArchiveError::UnsafeEntry{whole.section(hardLinkArrow.toString(), 0, 0)});
+    }
+    checkParents(parseTarListing(text));
 }
 
 } // namespace velmo

@@ -77,5 +77,11 @@ QString baseName(const QString &fileName);
 /// sizes are more than `sizeLimit` together.
 void check(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit);
 
+/// What a listing of the same two kinds tells of links and devices. Throws `UnsafeEntry` for a
+/// device, a pipe or a socket, for a hard link that points out of the archive, and for an entry
+/// that lies beneath one that is no folder, such as a link made earlier.
+void checkTechnicalKinds(const QString &text);
+void checkTarKinds(const QString &text);
+
 } // namespace ArchiveListing
 } // namespace velmo
