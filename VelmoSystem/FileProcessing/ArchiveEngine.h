@@ -1,0 +1,48 @@
+#pragma once
+
+#include "VelmoCore/Files/ArchiveListing.h"
+#include "VelmoSystem/Ports/ToolProcess.h"
+
+#include <optional>
+#include <vector>
+
+namespace velmo {
+
+/// One of the two programs that archives are read and made by: how it is called, and what it says.
+class ArchiveEngine {
+public:
+    enum class Kind { sevenZip, bsdtar };
+
+    /// Nothing where the program isn't installed. 7-Zip is that of `VELMO_7ZZ`, else "7zz" on the
+    /// path.
+    static std::optional<ArchiveEngine> find(Kind kind);
+    /// Those that are installed, the quicker one for archives of that name first.
+    static std::vector<ArchiveEngine> all(const QString &fileName);
+
+    Kind kind() const { return m_kind; }
+    const QString &tool() const { return m_tool; }
+
+    ToolCommand listing(const QString &archive, const std::optional<QString> &password) const;
+    ToolCommand extraction(const QString &archive, const QString &folder,
+                           const std::optional<QString> &password) const;
+    /// To be run in turn: a ZIP archive of `items`, absolute paths with names of their own. Links
+    /// in them are kept. Without 7-Zip it is Info-ZIP that makes it.
+    std::vector<ToolCommand> compression(const QString &archive, const QStringList &items) const;
+
+    /// Whether listing the archive takes nearly as long as unpacking it.
+    bool listsByUnpacking(const QString &archive) const;
+
+    std::vector<ArchiveEntry> entries(const ProcessResult &result) const;
+    /// Throws `UnsafeEntry` for a kind of entry that isn't unpacked.
+    void checkKinds(const ProcessResult &result) const;
+    ArchiveError error(const ProcessResult &result, bool passwordGiven) const;
+    static QString compressionFailure(const ProcessResult &result);
+
+private:
+    ArchiveEngine(Kind kind, QString tool);
+
+    Kind m_kind;
+    QString m_tool;
+};
+
+} // namespace velmo

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+/// What an archive's tool left in a folder, made fit for the user. All throw `FileError`.
+namespace velmo::ExtractedTree {
+
+/// Removes what is neither file, folder nor link, and files that are linked from elsewhere. Gives
+/// the user access to all folders, takes set-id bits away, and repairs names that aren't UTF-8 or
+/// hold control characters.
+void makeOrdinary(const QString &folder);
+
+/// Removes the links that lead out of `folder` or would once it is moved, absolute ones among them.
+void removeEscapingLinks(const QString &folder);
+
+/// With all that is in it, also where its folders are closed even to their owner.
+void remove(const QString &folder);
+
+} // namespace velmo::ExtractedTree

@@ -1,0 +1,328 @@
+#include "VelmoSystem/FileProcessing/ArchiveProcessor.h"
+
+#include "VelmoCore/Foundation/SystemScheduler.h"
+#include "VelmoCore/Jobs/JobCenter.h"
+
+#include "tests/support/ManualScheduler.h"
+#include "tests/support/Printers.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QCoreApplication>
+#include <QDirIterator>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace velmo {
+namespace {
+
+using Error = ArchiveError;
+using Kind = ArchiveEngine::Kind;
+
+/// Hostile archives, made once, and what lies outside them.
+struct World {
+    World()
+    {
+        outside.write("secret", "secret");
+        ::chmod(qPrintable(outside.path("secret")), 0600);
+        EXPECT_EQ(
+            QProcess::execute("/usr/bin/python3", {MAKE_ARCHIVES, archives.path(), outside.path()}),
+            0);
+    }
+    TemporaryFolder archives;
+    TemporaryFolder outside;
+};
+
+const World &world()
+{
+    static const World world;
+    return world;
+}
+
+QUrl url(const QString &path)
+{
+    return QUrl::fromLocalFile(path);
+}
+
+/// Everything beneath a folder, with what files hold, sorted.
+QStringList tree(const QString &folder)
+{
+    QStringList result;
+    QDirIterator entry(folder,
+                       QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    while (entry.hasNext()) {
+        const QString path = entry.next();
+        const QFileInfo file = entry.fileInfo();
+        QFile content(path);
+        QString line = QDir(folder).relativeFilePath(path);
+        if (file.isSymLink())
+            line += " ->";
+        else if (file.isFile() && content.open(QIODevice::ReadOnly))
+            line += "=" + content.read(20);
+        result.append(line);
+    }
+    result.sort();
+    return result;
+}
+
+class ArchiveProcessor_ : public testing::TestWithParam<Kind> {
+protected:
+    void SetUp() override
+    {
+        world();
+        qputenv("TMPDIR", temporary.path().toLocal8Bit());
+    }
+    void TearDown() override
+    {
+        EXPECT_EQ(temporary.names(), QStringList());
+        EXPECT_EQ(tree(world().outside.path()), QStringList("secret=secret"));
+        struct stat status = {};
+        ::stat(qPrintable(world().outside.path("secret")), &status);
+        EXPECT_EQ(status.st_nlink, 1U);
+        EXPECT_EQ(status.st_mode & 07777, 0600U);
+        qunsetenv("TMPDIR");
+    }
+
+    ArchiveProcessor::Engines engines() const { return {{*ArchiveEngine::find(GetParam())}}; }
+
+    QString extract(const QString &archive, qint64 limit = ArchiveProcessor::defaultSizeLimit,
+                    const std::optional<QString> &password = {})
+    {
+        return ArchiveProcessor::extract({url(archive), password, engines()}, url(target.path()),
+                                         limit, progress)
+            .toLocalFile();
+    }
+    /// Of the archive with that name.
+    std::optional<Error::Value> refusal(const QString &name, qint64 limit = 1 << 25,
+                                        const std::optional<QString> &password = {})
+    {
+        const QStringList before = target.names();
+        try {
+            extract(QFileInfo(name).isAbsolute() ? name : world().archives.path(name), limit,
+                    password);
+        } catch (const Error &error) {
+            EXPECT_EQ(target.names(), before) << qPrintable(name);
+            return error.value();
+        }
+        return std::nullopt;
+    }
+    void run(const char *tool, const QStringList &arguments)
+    {
+        QProcess process;
+        process.setWorkingDirectory(files.path());
+        process.start(tool, arguments);
+        ASSERT_TRUE(process.waitForFinished()) << tool;
+        ASSERT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    }
+
+    TemporaryFolder temporary;
+    TemporaryFolder target;
+    TemporaryFolder files;
+    ManualScheduler scheduler;
+    std::vector<std::optional<double>> told;
+    JobProgress progress{scheduler, [this](auto share, const auto &) { told.push_back(share); }};
+};
+
+TEST_P(ArchiveProcessor_, GivesWhatAnArchiveHolds)
+{
+    const QString archive = world().archives.path("fotos.tar.gz");
+    std::vector<QString> paths;
+    for (const ArchiveEntry &entry : ArchiveProcessor::list({url(archive), {}, engines()}))
+        paths.push_back(entry.path);
+    EXPECT_EQ(paths, (std::vector<QString>{"ção", "b"}));
+    EXPECT_EQ(extract(archive), target.path("fotos"));
+    EXPECT_EQ(extract(archive), target.path("fotos 2"));
+    EXPECT_EQ(extract(world().archives.path("folder.zip")), target.path("pasta"));
+    EXPECT_EQ(extract(world().archives.path("onlylink.tar")), target.path("onlylink"));
+    EXPECT_EQ(extract(world().archives.path("fine.zip")), target.path("a"));
+    EXPECT_EQ(tree(target.path()),
+              QStringList({"a", "a/..b=x", "fotos", "fotos 2", "fotos 2/b=2", "fotos 2/ção=1",
+                           "fotos/b=2", "fotos/ção=1", "onlylink", "pasta", "pasta/x=x"}));
+    EXPECT_EQ(told.back(), 1.0);
+}
+
+TEST_P(ArchiveProcessor_, KeepsLinksWithinTheArchiveOnly)
+{
+    for (const char *name : {"links.tar", "links.zip"}) {
+        const QString folder = extract(world().archives.path(name));
+        EXPECT_EQ(tree(folder), QStringList({"a=a", "d", "d/b=b", "d/in ->", "d/up ->", "none ->"}))
+            << name;
+        EXPECT_EQ(QFileInfo(folder + "/d/up").canonicalFilePath(), folder + "/a");
+    }
+    const QString folder = extract(world().archives.path("hardin.tar"));
+    EXPECT_EQ(tree(folder), QStringList({"a=a", "h=a"}));
+    EXPECT_FALSE(QFile::permissions(folder + "/a") & QFile::ExeUser);
+}
+
+TEST_P(ArchiveProcessor_, RefusesWhatLeavesTheFolder)
+{
+    const QString outside = world().outside.path();
+    const auto unsafe = [](const QString &path) { return Error::Value(Error::UnsafeEntry{path}); };
+    const std::pair<const char *, QString> cases[] = {{"above.tar", "../evil"},
+                                                      {"above.zip", "../evil"},
+                                                      {"root.tar", outside + "/evil"},
+                                                      {"root.zip", outside + "/evil"},
+                                                      {"through.tar", "l/evil"},
+                                                      {"through.zip", "l/evil"},
+                                                      {"hard.tar", "h"},
+                                                      {"device.tar", "null"},
+                                                      {"pipe.tar", "fifo"}};
+    for (const auto &[name, path] : cases)
+        EXPECT_EQ(refusal(name), unsafe(path)) << name;
+    EXPECT_TRUE(std::holds_alternative<Error::UnsafeEntry>(refusal("hardup.tar").value()));
+    EXPECT_TRUE(refusal("hardby.tar").has_value());
+}
+
+TEST_P(ArchiveProcessor_, StopsAtTheSizeThatAnArchiveHasOrHides)
+{
+    const qint64 limit = 1 << 24;
+    const Error::Value tooLarge = Error::TooLarge{limit};
+    EXPECT_EQ(refusal("bomb.zip", limit), tooLarge);
+    EXPECT_EQ(refusal("bomb.tar", limit), tooLarge);
+    // Either the tool notices the lie, or the guard.
+    EXPECT_TRUE(refusal("liar.zip", limit).has_value());
+    if (GetParam() == Kind::sevenZip) {
+        EXPECT_EQ(refusal("liar.gz", limit), tooLarge);
+    }
+    EXPECT_EQ(refusal("bomb.zip", 40 << 20), std::nullopt);
+}
+
+TEST_P(ArchiveProcessor_, RepairsNames)
+{
+    const QString folder = extract(world().archives.path("names.tar"));
+    EXPECT_EQ(tree(folder),
+              QStringList({"a_b=1", "c__[31m=2", "c__[31m_2=5", "d_=4", QString(255, 'x') + "=3"}));
+    run("/usr/bin/python3", {MAKE_ARCHIVES, files.path()});
+    EXPECT_EQ(QDir(extract(files.path("many.tar"))).count(), 102U);
+}
+
+TEST_P(ArchiveProcessor_, AsksForThePassword)
+{
+    files.write("a", "a");
+    run("7zz", {"a", "-psecret", "sealed.zip", "a"});
+    const QString archive = files.path("sealed.zip");
+    EXPECT_EQ(refusal(archive), Error::Value(Error::PasswordRequired{}));
+    EXPECT_EQ(refusal(archive, 1 << 20, "wrong"), Error::Value(Error::WrongPassword{}));
+    EXPECT_EQ(extract(archive, 1 << 20, "secret"), target.path("a"));
+    files.write("broken.zip", "no archive");
+    EXPECT_TRUE(std::holds_alternative<Error::Unsupported>(
+        refusal(files.path("broken.zip"), 1 << 20).value()));
+    EXPECT_THROW(extract(files.path("absent.zip")), FileError);
+}
+
+TEST_P(ArchiveProcessor_, MakesAnArchiveThatGivesTheSameBack)
+{
+    files.write("x/@ção*.txt", "1");
+    files.write("x/sub/-a", "2");
+    files.write("y/x/b", "3");
+    files.write("-c", "4");
+    QFile::link("-a", files.path("x/sub/link"));
+    const auto zip = [&](const QStringList &names, const std::optional<QString> &name = {}) {
+        std::vector<QUrl> urls;
+        for (const QString &path : names)
+            urls.push_back(url(files.path(path)));
+        return ArchiveProcessor::zip(urls, name, {}, progress, {}, engines()).toLocalFile();
+    };
+    EXPECT_EQ(zip({"-c"}), files.path("-c.zip"));
+    EXPECT_EQ(zip({"-c"}, "nome"), files.path("nome.zip"));
+    EXPECT_EQ(zip({"x"}), files.path("x.zip"));
+    EXPECT_EQ(zip({"x/@ção*.txt"}), files.path("x/@ção*.zip"));
+    EXPECT_EQ(zip({"x/sub", "y/x", "x/sub/-a", "-c"}), files.path("x/Arquivos.zip"));
+    EXPECT_EQ(zip({"x/sub", "x"}), files.path("x/Arquivos 2.zip"));
+    EXPECT_THROW(zip({"x"}, "a/b"), Error);
+    EXPECT_THROW(zip({"absent"}), FileError);
+    const QString folder = extract(files.path("x/Arquivos.zip"));
+    EXPECT_EQ(tree(folder).filter("="), QStringList({"-a=2", "-c=4", "sub/-a=2", "x/b=3"}));
+    EXPECT_TRUE(QFileInfo(folder + "/sub/link").isSymLink());
+    EXPECT_EQ(tree(extract(files.path("x.zip"))).filter("="),
+              QStringList({"@ção*.txt=1", "sub/-a=2"}));
+}
+
+/// Processes of ours that run one of the tools.
+int toolCount(const QString &mark)
+{
+    int count = 0;
+    for (const QString &process : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
+        QFile line("/proc/" + process + "/cmdline");
+        if (line.open(QIODevice::ReadOnly) && line.readAll().contains(mark.toUtf8()))
+            ++count;
+    }
+    return count;
+}
+
+TEST_P(ArchiveProcessor_, LeavesNothingWhereTheTargetFails)
+{
+    const QString archive = world().archives.path("folder.zip");
+    files.write("file", "");
+    for (const char *folder : {"absent", "file", "/proc"}) {
+        EXPECT_THROW(ArchiveProcessor::extract({url(archive), {}, engines()},
+                                               url(QDir(files.path()).filePath(folder)), 1 << 20,
+                                               progress),
+                     FileError)
+            << folder;
+        EXPECT_THROW(ArchiveProcessor::zip({url(files.path("file"))}, {},
+                                           url(QDir(files.path()).filePath(folder)), progress, {},
+                                           engines()),
+                     FileError)
+            << folder;
+    }
+    EXPECT_EQ(files.names(), QStringList("file"));
+    // A disk of 4 MiB, where this may mount one.
+    QDir(files.path()).mkdir("disk");
+    if (QProcess::execute("mount", {"-t", "tmpfs", "-o", "size=4m", "none", files.path("disk")}))
+        GTEST_SKIP() << "Needs to be root.";
+    qputenv("TMPDIR", files.path("disk").toLocal8Bit());
+    try {
+        extract(world().archives.path("bomb.zip"));
+        ADD_FAILURE() << "unpacked 40 MiB into 4";
+    } catch (const FileError &error) {
+        EXPECT_EQ(error.code(), ENOSPC);
+    }
+    EXPECT_EQ(tree(files.path("disk")), QStringList());
+    EXPECT_EQ(QProcess::execute("umount", {files.path("disk")}), 0);
+}
+
+TEST_P(ArchiveProcessor_, LeavesNothingOfACancelledJob)
+{
+    for (int i = 0; i < 30; ++i)
+        files.write(QString("in/%1").arg(i), QByteArray(8 << 20, char(i)));
+    run("bsdtar", {"-cJf", "slow.tar.xz", "in"});
+    const QString archive = files.path("slow.tar.xz");
+    SystemScheduler clock;
+    ActivityCenter activity(clock, std::nullopt, 7);
+    JobCenter jobs(activity, clock);
+    const auto cancelled = [&](const auto &work) {
+        const QString id = jobs.run("Extrair", "doc.zipper", "files",
+                                    [&](JobProgress &share, std::stop_token stop) {
+                                        return JobOutcome{"", {}, {work(share, stop)}};
+                                    });
+        while (toolCount(temporary.path()) == 0 && jobs.runningCount() != 0)
+            QCoreApplication::processEvents();
+        activity.cancel(id);
+        while (jobs.runningCount() != 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        EXPECT_EQ(activity.history().front().title, "Extrair: cancelado");
+        EXPECT_EQ(toolCount(temporary.path()), 0);
+        EXPECT_EQ(target.names(), QStringList());
+        EXPECT_EQ(files.names(), QStringList({"in", "slow.tar.xz"}));
+        EXPECT_EQ(temporary.names(), QStringList());
+    };
+    cancelled([&](JobProgress &share, std::stop_token stop) {
+        return ArchiveProcessor::extract({url(archive), {}, engines()}, url(target.path()),
+                                         ArchiveProcessor::defaultSizeLimit, share, stop);
+    });
+    cancelled([&](JobProgress &share, std::stop_token stop) {
+        return ArchiveProcessor::zip({url(files.path("in"))}, {}, {}, share, stop, engines());
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(, ArchiveProcessor_, testing::Values(Kind::sevenZip, Kind::bsdtar),
+                         [](const auto &kind) {
+                             return kind.param == Kind::sevenZip ? "SevenZip" : "Bsdtar";
+                         });
+
+} // namespace
+} // namespace velmo
