@@ -3,6 +3,7 @@
 #include "Velmo/Probes.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoSystem/FileProcessing/QuickActions.h"
 #include "VelmoSystem/Linux/Keys/KeyItemStores.h"
 #include "VelmoUI/App/ServiceWiring.h"
 #include "VelmoUI/Modules/BuiltInModules.h"
@@ -59,6 +60,8 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     const AppPaths paths = preparePaths();
     m_services.emplace(paths, dataProtection(arguments), m_platform.ports());
     addBuiltInModules(m_services->modules);
+    addQuickActions(m_services->actions, m_services->platform.fileViewer,
+                    m_services->platform.pasteboard);
     m_settingsWindow.emplace(*m_services);
     m_coordinator.emplace(*m_services);
     fillCallbacks();
