@@ -41,7 +41,8 @@ void NotchContainerView::mouseReleaseEvent(QMouseEvent *event)
 
 void NotchContainerView::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!event->mimeData()->hasUrls() && !event->mimeData()->hasText()) {
+    const bool isOwn = event->source(); // on its way out of a page, which has to stay
+    if (isOwn || (!event->mimeData()->hasUrls() && !event->mimeData()->hasText())) {
         event->ignore();
         return;
     }

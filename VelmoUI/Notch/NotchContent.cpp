@@ -38,6 +38,11 @@ QString keepID()
     return QStringLiteral("drop.keep");
 }
 
+QString toolsID()
+{
+    return QStringLiteral("drop.tools");
+}
+
 QString shareID()
 {
     return QStringLiteral("drop.share");
@@ -281,6 +286,11 @@ std::vector<DropActionRow> NotchContent::offeredActions() const
     if (m_model.canKeepDropped())
         rows.push_back(
             {keepID(), QStringLiteral("tray.and.arrow.down"), QStringLiteral("Guardar no notch")});
+    for (const auto *action : m_model.services().actions.actions(items))
+        rows.push_back({action->id(), action->symbol(), action->title()});
+    if (m_model.canOpenTools())
+        rows.push_back(
+            {toolsID(), QStringLiteral("wrench.and.screwdriver"), QStringLiteral("Ferramentas")});
     if (m_model.canShare(items))
         rows.push_back(
             {shareID(), QStringLiteral("square.and.arrow.up"), QStringLiteral("Compartilhar")});
@@ -291,8 +301,12 @@ void NotchContent::performDropAction(const QString &id)
 {
     if (id == keepID())
         m_model.keepDropped();
+    else if (id == toolsID())
+        m_model.openTools();
     else if (id == shareID())
         m_model.share(m_model.droppedItems());
+    else
+        m_model.performAction(id);
 }
 
 } // namespace velmo

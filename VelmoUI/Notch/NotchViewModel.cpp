@@ -17,6 +17,11 @@ namespace {
 /// What surrounds a module's content in the panel.
 constexpr double moduleWidthPadding = 20;
 
+QString toolsModule()
+{
+    return QStringLiteral("tools");
+}
+
 } // namespace
 
 NotchViewModel::NotchViewModel(DisplayID displayID, const NotchMetrics &metrics,
@@ -189,24 +194,56 @@ void NotchViewModel::setDropKept()
     Q_EMIT droppedItemsChanged();
 }
 
+bool NotchViewModel::canOpenTools() const
+{
+    return !m_droppedItems.empty() && files(m_droppedItems).size() == m_droppedItems.size() &&
+           std::ranges::count(m_services.modules.visible(m_services.settings.settings()),
+                              toolsModule(), &NotchModule::id) > 0;
+}
+
+void NotchViewModel::openTools()
+{
+    m_services.tools.open(files(m_droppedItems), std::nullopt);
+    selectModule(toolsModule());
+    send(NotchEvent::openRequested);
+}
+
+void NotchViewModel::performAction(const QString &id)
+{
+    auto *action = m_services.actions.find(id);
+    if (!action || !action->isAvailable(m_droppedItems))
+        return;
+    const auto post = [&](const QString &symbol, const QString &title, FeedbackStyle style,
+                          const std::optional<QString> &detail = std::nullopt) {
+        m_services.activity.post(ActivityEvent::make(m_services.platform.scheduler.now(), symbol,
+                                                     title, style, QStringLiteral("actions"),
+                                                     detail));
+    };
+    try {
+        const ActionOutcome outcome = action->perform(m_droppedItems);
+        post(outcome.symbol, outcome.message, outcome.style);
+        if (outcome.dismissesPanel)
+            send(NotchEvent::dismiss);
+    } catch (const LocalizedError &error) {
+        post(QStringLiteral("exclamationmark.triangle.fill"),
+             QStringLiteral("%1: falhou").arg(action->title()), FeedbackStyle::error,
+             error.description());
+    }
+}
+
 bool NotchViewModel::canShare(const std::vector<DroppedItem> &items) const
 {
-    const auto isFile = [](const DroppedItem &item) { return item.fileURL().has_value(); };
-    return !items.empty() && std::ranges::all_of(items, isFile) &&
+    return !items.empty() && files(items).size() == items.size() &&
            m_services.platform.share.isAvailable();
 }
 
 void NotchViewModel::share(const std::vector<DroppedItem> &items)
 {
-    std::vector<QUrl> files;
-    for (const DroppedItem &item : items) {
-        if (const auto file = item.fileURL())
-            files.push_back(*file);
-    }
+    const std::vector<QUrl> urls = files(items);
     try {
-        if (files.size() < items.size())
+        if (urls.size() < items.size())
             throw LocalizedError(QStringLiteral("Só arquivos podem ser enviados."));
-        m_services.platform.share.share(files);
+        m_services.platform.share.share(urls);
         send(NotchEvent::dismiss);
     } catch (const LocalizedError &error) {
         send(NotchEvent::dropCompleted);
@@ -215,6 +252,16 @@ void NotchViewModel::share(const std::vector<DroppedItem> &items)
             QStringLiteral("Não foi possível compartilhar"), FeedbackStyle::error,
             QStringLiteral("share"), error.description()));
     }
+}
+
+std::vector<QUrl> NotchViewModel::files(const std::vector<DroppedItem> &items)
+{
+    std::vector<QUrl> urls;
+    for (const DroppedItem &item : items) {
+        if (const auto file = item.fileURL())
+            urls.push_back(*file);
+    }
+    return urls;
 }
 
 ShelfDrop::Moved NotchViewModel::followDropped()

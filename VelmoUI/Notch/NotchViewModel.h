@@ -93,6 +93,11 @@ public:
     /// Whether what was dropped may go on the shelf still.
     bool canKeepDropped() const { return !m_isDropKept; }
     void keepDropped();
+    /// Whether the tools work on what was dropped, which then takes nothing but files.
+    bool canOpenTools() const;
+    void openTools();
+    /// Does a quick action with what was dropped and tells what it came to.
+    void performAction(const QString &id);
     /// Sends the picture of the first item flying from `start` into the notch.
     void startDroplet(const Point &start, const std::vector<DroppedItem> &items);
     /// Takes the item with that id off the result surface, which closes with the last one.
@@ -119,6 +124,7 @@ Q_SIGNALS:
 private:
     std::vector<DropZone> offeredDropZones() const;
     void setDropKept();
+    static std::vector<QUrl> files(const std::vector<DroppedItem> &items);
     /// Follows the dropped files to where they are moved.
     ShelfDrop::Moved followDropped();
     void activateShownModule();

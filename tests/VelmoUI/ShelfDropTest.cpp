@@ -1,5 +1,6 @@
 #include "VelmoUI/Notch/NotchViewModel.h"
 
+#include "tests/VelmoUI/FakeModule.h"
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/Printers.h"
 
@@ -112,6 +113,46 @@ TEST_F(ShelfDropTest, HandsFilesToTheDesktopAndNothingElse)
     EXPECT_THAT(offered({.hasLinks = true}), ElementsAre(actions, notch));
     desktop.share.isThere = false;
     EXPECT_THAT(offered({.hasFiles = true}), ElementsAre(actions, notch));
+}
+
+TEST_F(ShelfDropTest, TellsWhatAnActionCameTo)
+{
+    struct Action : NotchAction {
+        QString id() const override { return QStringLiteral("a"); }
+        QString title() const override { return QStringLiteral("Abrir"); }
+        QString symbol() const override { return {}; }
+        bool isAvailable(const std::vector<DroppedItem> &) const override { return true; }
+        ActionOutcome perform(const std::vector<DroppedItem> &items) override
+        {
+            if (items.size() > 1)
+                throw LocalizedError(QStringLiteral("Só um."));
+            return {QStringLiteral("Abrindo…"), {}, FeedbackStyle::success, true};
+        }
+    };
+    services.actions.add(std::make_unique<Action>());
+    drop(DropZone::actions, {link, file(QStringLiteral("a.txt"))});
+    model.performAction(QStringLiteral("a"));
+    EXPECT_EQ(lastEvent(), u"Abrir: falhou|Só um.");
+    EXPECT_EQ(model.presentation(), dropResult);
+    model.removeDroppedItem(link.id());
+    model.performAction(QStringLiteral("a"));
+    EXPECT_EQ(lastEvent(), u"Abrindo…|");
+    EXPECT_EQ(model.presentation(), collapsed);
+}
+
+TEST_F(ShelfDropTest, OpensTheToolsWithFilesOnly)
+{
+    FakeModule::addTo(services.modules, QStringLiteral("home"));
+    FakeModule::addTo(services.modules, QStringLiteral("tools"));
+    const DroppedItem a = file(QStringLiteral("a.txt"));
+    drop(DropZone::actions, {a, link});
+    EXPECT_FALSE(model.canOpenTools());
+    model.removeDroppedItem(link.id());
+    ASSERT_TRUE(model.canOpenTools());
+    model.openTools();
+    EXPECT_THAT(services.tools.urls(), ElementsAre(*a.fileURL()));
+    EXPECT_EQ(model.selectedModule()->id(), u"tools");
+    EXPECT_EQ(model.presentation(), expanded);
 }
 
 } // namespace velmo
