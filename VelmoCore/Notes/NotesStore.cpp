@@ -54,11 +54,6 @@ NotesStore::NotesStore(const std::optional<QString> &path, const std::optional<D
         m_state = *std::move(state);
 }
 
-NotesStore::~NotesStore()
-{
-    flush();
-}
-
 const Note *NotesStore::note(const Uuid &id) const
 {
     const auto note = std::ranges::find(m_state.notes, id, &Note::id);

@@ -30,8 +30,6 @@ public:
     /// Loads at once; never fails. Without a path nothing is kept on disk.
     NotesStore(const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
                Scheduler &scheduler);
-    /// Saves what waits.
-    ~NotesStore() override;
 
     /// With a task whose reminder may have changed; one without `due` has none any more.
     std::function<void(const TaskItem &)> onTaskReminderChanged = [](const TaskItem &) {};

@@ -70,7 +70,12 @@ QString AppPaths::settingsFile() const
 
 QString AppPaths::activityHistoryFile() const
 {
-    return QDir(support).filePath(QStringLiteral("activity-history.json"));
+    return supportFile(QStringLiteral("activity-history.json"));
+}
+
+QString AppPaths::supportFile(const QString &name) const
+{
+    return QDir(support).filePath(name);
 }
 
 void AppPaths::ensureExists() const

@@ -18,6 +18,8 @@ struct AppPaths {
 
     QString settingsFile() const;
     QString activityHistoryFile() const;
+    /// A file or folder of a store in `support`.
+    QString supportFile(const QString &name) const;
 
     /// Makes the three directories in this order. Throws `FileError` for the first that fails, also
     /// where `temporary` exists and belongs to somebody else.

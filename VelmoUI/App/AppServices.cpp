@@ -11,7 +11,7 @@ namespace {
 ShelfStore::Places shelfPlaces(const AppPaths &paths)
 {
     ShelfStore::Places places{
-        .directory = paths.support + QStringLiteral("/Shelf"),
+        .directory = paths.supportFile(QStringLiteral("Shelf")),
         .notchFolder = std::nullopt,
         .downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation),
     };
@@ -31,8 +31,14 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
                settings.settings().activityRetentionDays),
       permissions(desktop.permissions), notifier(desktop.notifications, desktop.scheduler),
       launchAtLogin(desktop.loginItem), hotKeyCenter(desktop.hotKeyGrabber),
-      hotKeys(settings, hotKeyCenter), connectivity(desktop.network, desktop.bluetooth),
-      jobs(activity, desktop.scheduler),
+      hotKeys(settings, hotKeyCenter),
+      timers(appPaths.supportFile(QStringLiteral("timers.json")), desktop.scheduler, activity,
+             [this] { return settings.settings().pomodoro; }),
+      notes(appPaths.supportFile(QStringLiteral("notes.json")), protection.cipher(),
+            desktop.scheduler),
+      clipboard(appPaths.supportFile(QStringLiteral("Clipboard")), protection.cipher(),
+                desktop.scheduler),
+      connectivity(desktop.network, desktop.bluetooth), jobs(activity, desktop.scheduler),
       shelf(shelfPlaces(appPaths), protection.cipher(), desktop.scheduler)
 {
     settings.observe([this](const AppSettings &before, const AppSettings &after) {
@@ -47,6 +53,8 @@ void AppServices::flush()
 {
     settings.flush();
     activity.flush();
+    notes.flush();
+    clipboard.flush();
 }
 
 } // namespace velmo

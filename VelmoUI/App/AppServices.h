@@ -2,10 +2,13 @@
 
 #include "VelmoCore/Actions/ActionCatalog.h"
 #include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoCore/Notes/NotesStore.h"
 #include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoCore/Storage/AppPaths.h"
+#include "VelmoCore/Timers/TimerCenter.h"
 #include "VelmoSystem/Device/ConnectivityService.h"
 #include "VelmoSystem/Device/LaunchAtLoginService.h"
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
@@ -64,6 +67,9 @@ public:
     ActionCatalog actions;
     GlobalHotKeyCenter hotKeyCenter;
     HotKeyController hotKeys;
+    TimerCenter timers;
+    NotesStore notes;
+    ClipboardStore clipboard;
     ConnectivityService connectivity;
     JobCenter jobs;
     ShelfStore shelf;

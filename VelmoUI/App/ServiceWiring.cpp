@@ -3,6 +3,7 @@
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoSystem/Ports/FileViewer.h"
+#include "VelmoSystem/Ports/SoundPlayer.h"
 #include "VelmoUI/App/AppServices.h"
 
 namespace velmo::ServiceWiring {
@@ -24,6 +25,73 @@ void startShelf(AppServices &services)
     cleanShelf(services);
 }
 
+/// How the user hears of what ended: its words and its symbol.
+struct CompletionText {
+    QString title;
+    QString detail;
+    QString symbol;
+};
+
+CompletionText completionText(const TimerCenter::TimerCompletion &completion)
+{
+    return {QStringLiteral("Timer concluído"), completion.timer.label, QStringLiteral("timer")};
+}
+
+CompletionText completionText(const TimerCenter::PomodoroCompletion &completion)
+{
+    const QString detail =
+        QStringLiteral("Próxima etapa: %1").arg(Pomodoro::title(completion.next));
+    if (completion.finished == PomodoroPhase::focus)
+        return {QStringLiteral("Foco concluído"), detail, QStringLiteral("checkmark.circle.fill")};
+    return {QStringLiteral("%1 concluída").arg(Pomodoro::title(completion.finished)), detail,
+            QStringLiteral("brain.head.profile")};
+}
+
+void announce(AppServices &services, const CompletionText &text)
+{
+    const QString source = QStringLiteral("timers");
+    services.activity.post(ActivityEvent::make(services.platform.scheduler.now(), text.symbol,
+                                               text.title, FeedbackStyle::success, source,
+                                               text.detail));
+    if (services.settings.settings().timerSoundEnabled)
+        services.platform.sounds.play(SystemSound::glass);
+    services.notifier.send(source + u'.' + uuidText(makeUuid()), {text.title, text.detail}, source);
+}
+
+void startTimers(AppServices &services)
+{
+    services.timers.onCompletion = [&services](const TimerCenter::Completion &completion) {
+        announce(services,
+                 std::visit([](const auto &one) { return completionText(one); }, completion));
+    };
+    services.timers.evaluate();
+}
+
+void remind(AppServices &services, const TaskItem &task)
+{
+    const QString identifier = uuidText(task.id);
+    services.notifier.cancel(identifier);
+    if (task.due && !task.isDone && *task.due > services.platform.scheduler.now())
+        services.notifier.schedule(identifier, {QStringLiteral("Lembrete"), task.title}, *task.due,
+                                   QStringLiteral("notes"));
+}
+
+void startNotes(AppServices &services)
+{
+    services.notes.onTaskReminderChanged = [&services](const TaskItem &task) {
+        remind(services, task);
+    };
+    for (const TaskItem &task : services.notes.tasks())
+        remind(services, task);
+}
+
+void settingsChanged(AppServices &services, const AppSettings &before, const AppSettings &after)
+{
+    if (before.clipboardMaxItems != after.clipboardMaxItems ||
+        before.clipboardRetentionDays != after.clipboardRetentionDays)
+        applyClipboardSettings(services);
+}
+
 } // namespace
 
 void start(AppServices &services)
@@ -41,7 +109,20 @@ void start(AppServices &services)
             services.openModule(moduleID);
     };
     startShelf(services);
+    startTimers(services);
+    startNotes(services);
+    applyClipboardSettings(services);
+    services.settings.observe([&services](const AppSettings &before, const AppSettings &after) {
+        settingsChanged(services, before, after);
+    });
     services.connectivity.start();
+}
+
+void applyClipboardSettings(AppServices &services)
+{
+    const AppSettings &settings = services.settings.settings();
+    services.clipboard.setLimits(settings.clipboardMaxItems, settings.clipboardRetentionDays);
+    services.clipboard.enforceLimits(services.platform.scheduler.now());
 }
 
 void cleanShelf(AppServices &services)

@@ -9,6 +9,8 @@ namespace ServiceWiring {
 
 void start(AppServices &services);
 
+/// Takes the user's limits over to the clipboard's history.
+void applyClipboardSettings(AppServices &services);
 /// Removes what has lain on the shelf for longer than the user wants.
 void cleanShelf(AppServices &services);
 

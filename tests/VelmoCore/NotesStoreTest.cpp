@@ -65,7 +65,8 @@ TEST_F(NotesStoreTest, SavesABurstOnceSealedAndLoadsItAgain)
     EXPECT_EQ(store->note(id)->updated, updated);
     EXPECT_EQ(scheduler.pendingCount(), 0U);
     store->addTask(u"  regar  "_qs);
-    launch(); // the one before saves as it goes
+    store->flush();
+    launch();
     EXPECT_THAT(texts(), ElementsAre(u"segredo #Casa"_qs));
     EXPECT_THAT(titles(), ElementsAre(u"regar"_qs));
 }

@@ -126,6 +126,21 @@ public:
                                                    FeedbackStyle::info, QStringLiteral("test")));
         return QString::number(services.activity.history().size());
     }
+    QString soundsAfterATimer()
+    {
+        services.timers.startTimer(5s);
+        wait(5s);
+        return QString::number(desktop.sounds.played.size());
+    }
+    QString copiesAfterTwoDays()
+    {
+        for (const QString &text : {QStringLiteral("a"), QStringLiteral("b")})
+            services.clipboard.add(ClipItems::fromText(text, {}, desktop.scheduler.now()).value());
+        wait(48h);
+        services.clipboard.add(
+            ClipItems::fromText(QStringLiteral("c"), {}, desktop.scheduler.now()).value());
+        return QString::number(services.clipboard.items().size());
+    }
     QString shelfAfterTwoDays()
     {
         services.shelf.addText(QStringLiteral("texto"));
@@ -218,6 +233,17 @@ const std::vector<Effect> effects = {
      [](auto &o) { return QString::number(FavoriteApps::rows(o.services).size()); }},
     {"activityRetentionDays", [](auto &s) { s.activityRetentionDays = 1; },
      [](auto &o) { return o.eventsOfTwoDays(); }},
+    {"timerSoundEnabled", [](auto &s) { s.timerSoundEnabled = false; },
+     [](auto &o) { return o.soundsAfterATimer(); }},
+    {"pomodoro", [](auto &s) { s.pomodoro.focusMinutes = 50; },
+     [](auto &o) {
+         o.services.timers.startPomodoro();
+         return TimerCenter::format(o.services.timers.pomodoro()->timer.duration);
+     }},
+    {"clipboardMaxItems", [](auto &s) { s.clipboardMaxItems = 1; },
+     [](auto &o) { return o.copiesAfterTwoDays(); }},
+    {"clipboardRetentionDays", [](auto &s) { s.clipboardRetentionDays = 1; },
+     [](auto &o) { return o.copiesAfterTwoDays(); }},
     {"shelfAutoCleanDays", [](auto &s) { s.shelfAutoCleanDays = 1; },
      [](auto &o) { return o.shelfAfterTwoDays(); }},
     {"dropStraightToShelf", [](auto &s) { s.dropStraightToShelf = true; },
@@ -240,10 +266,8 @@ const QStringList pending =
         "radialEnabled radialTrigger radialSize radialStyle radialShowsLabels radialContextual "
         "radialStartRing radialLabelsOutside radialRings radialFavorites radialFavoritesName "
         "radialHoldDelay showMediaWhenCollapsed volumeHUDEnabled replaceSystemVolumeHUD "
-        "volumeHUDShowsAutomaticChanges volumeHUDStyle eventAlertMinutes timerSoundEnabled "
-        "pomodoro "
-        "clipboardEnabled clipboardPaused clipboardMaxItems clipboardRetentionDays "
-        "clipboardIgnoredBundleIDs "
+        "volumeHUDShowsAutomaticChanges volumeHUDStyle eventAlertMinutes "
+        "clipboardEnabled clipboardPaused clipboardIgnoredBundleIDs "
         "capturesFolderPath screenshotFormat copyScreenshotToClipboard recordSystemAudio "
         "recordMicrophone studioMode studioRecordKeys studioOpenEditor mailNotifications "
         "mailShowsPreview mailSound smartNotchEnabled contextTools appContextOverrides "

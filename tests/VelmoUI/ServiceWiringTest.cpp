@@ -1,0 +1,81 @@
+#include "VelmoUI/App/ServiceWiring.h"
+
+#include "VelmoUI/App/AppServices.h"
+
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/Printers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class ServiceWiringTest : public testing::Test {
+protected:
+    ServiceWiringTest() { launch(); }
+
+    void launch()
+    {
+        services.emplace(desktop.paths(), DataProtectionStatus{DataProtectionStatus::Disabled{}},
+                         desktop.platform);
+        ServiceWiring::start(*services);
+    }
+    std::vector<QString> notifications() const
+    {
+        std::vector<QString> texts;
+        for (const auto &[id, notification] : desktop.notifications.shown)
+            texts.push_back(notification.title + u": "_qs + notification.body);
+        return texts;
+    }
+
+    FakeDesktop desktop;
+    std::optional<AppServices> services;
+};
+
+TEST_F(ServiceWiringTest, TellsOfATimerThatEndsInAllWays)
+{
+    services->timers.startTimer(60s, u"chá"_qs);
+    desktop.scheduler.advance(60s);
+    const ActivityEvent event = services->activity.history().front();
+    EXPECT_EQ(event.title, u"Timer concluído");
+    EXPECT_EQ(event.detail, u"chá"_qs);
+    EXPECT_EQ(event.source, u"timers");
+    EXPECT_THAT(desktop.sounds.played, ElementsAre(SystemSound::glass));
+    EXPECT_THAT(notifications(), ElementsAre(u"Timer concluído: chá"_qs));
+    services->timers.startPomodoro();
+    desktop.scheduler.advance(25min);
+    EXPECT_EQ(services->activity.history().front().title, u"Foco concluído");
+    desktop.scheduler.advance(5min);
+    EXPECT_EQ(services->activity.history().front().title, u"Pausa curta concluída");
+    EXPECT_EQ(services->activity.history().front().detail, u"Próxima etapa: Foco"_qs);
+}
+
+TEST_F(ServiceWiringTest, RemindsOfOpenTasksAlsoAfterARestart)
+{
+    const Date now = desktop.scheduler.now();
+    services->notes.addTask(u"antes"_qs, now - 1h);
+    const Uuid done = services->notes.addTask(u"feita"_qs, now + 1h)->id;
+    const Uuid moved = services->notes.addTask(u"adiada"_qs, now + 1h)->id;
+    services->notes.addTask(u"regar"_qs, now + 1h);
+    services->notes.toggleTask(done);
+    services->notes.setDue(moved, now + 2h);
+    services->flush();
+    services.reset();
+    launch();
+    desktop.scheduler.advance(59min);
+    EXPECT_THAT(notifications(), IsEmpty());
+    desktop.scheduler.advance(1min);
+    EXPECT_THAT(notifications(), ElementsAre(u"Lembrete: regar"_qs));
+    desktop.scheduler.advance(1h);
+    EXPECT_THAT(notifications(), SizeIs(2));
+    services->notes.deleteTask(moved);
+    EXPECT_THAT(notifications(), SizeIs(1));
+}
+
+} // namespace
+} // namespace velmo
