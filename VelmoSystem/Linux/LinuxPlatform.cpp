@@ -24,7 +24,7 @@ Platform LinuxPlatform::ports()
             m_workspace,   m_panelWindows,  m_fileViewer, m_appearance,     m_power,
             m_accessories, m_network,       m_bluetooth,  m_load,           m_applications,
             m_permissions, m_notifications, m_sounds,     m_loginItem,      m_statusArea,
-            m_pasteboard,  m_share};
+            m_pasteboard,  m_share,         m_thumbnailer};
 }
 
 } // namespace velmo

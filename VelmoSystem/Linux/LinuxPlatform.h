@@ -10,6 +10,7 @@
 #include "VelmoSystem/Linux/Desktop/DesktopPermissions.h"
 #include "VelmoSystem/Linux/Desktop/DesktopShare.h"
 #include "VelmoSystem/Linux/Desktop/DesktopStatusArea.h"
+#include "VelmoSystem/Linux/Desktop/DesktopThumbnailer.h"
 #include "VelmoSystem/Linux/Desktop/XdgAutostart.h"
 #include "VelmoSystem/Linux/Device/BlueZAdapter.h"
 #include "VelmoSystem/Linux/Device/NetworkManagerMonitor.h"
@@ -60,6 +61,7 @@ private:
     DesktopStatusArea m_statusArea;
     ClipboardPasteboard m_pasteboard;
     DesktopShare m_share;
+    DesktopThumbnailer m_thumbnailer{DesktopThumbnailer::standardCacheFolder()};
 };
 
 } // namespace velmo

@@ -23,6 +23,7 @@ class Scheduler;
 class ShareService;
 class SoundPlayer;
 class StatusArea;
+class Thumbnailer;
 class Workspace;
 
 /// Everything Orvane needs of the desktop it runs on. The objects outlive whoever is given this.
@@ -49,6 +50,7 @@ struct Platform {
     StatusArea &statusArea;
     Pasteboard &pasteboard;
     ShareService &share;
+    Thumbnailer &thumbnailer;
 };
 
 } // namespace velmo

@@ -4,6 +4,7 @@
 #include "VelmoCore/HotKeys/KeyNames.h"
 #include "VelmoCore/Notch/DisplaySelection.h"
 #include "VelmoUI/Design/IconProvider.h"
+#include "VelmoUI/Design/ThumbnailProvider.h"
 
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -60,6 +61,9 @@ NotchCoordinator::NotchCoordinator(AppServices &services)
     qml_register_types_Velmo();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
+    m_engine.addImageProvider(
+        QStringLiteral("thumbnail"),
+        new ThumbnailProvider(services.platform.thumbnailer, services.platform.scheduler));
 }
 
 NotchCoordinator::~NotchCoordinator()

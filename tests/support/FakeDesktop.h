@@ -73,11 +73,12 @@ public:
     FakeStatusArea statusArea;
     FakePasteboard pasteboard;
     FakeShare share;
+    FakeThumbnailer thumbnailer;
     const Platform platform{scheduler,   displays,      pointer,    dragPasteboard, hotKeyGrabber,
                             workspace,   panelWindows,  fileViewer, appearance,     power,
                             accessories, network,       bluetooth,  load,           applications,
                             permissions, notifications, sounds,     loginItem,      statusArea,
-                            pasteboard,  share};
+                            pasteboard,  share,         thumbnailer};
 };
 
 } // namespace velmo

@@ -15,6 +15,7 @@
 #include "VelmoSystem/Ports/ShareService.h"
 #include "VelmoSystem/Ports/SoundPlayer.h"
 #include "VelmoSystem/Ports/StatusArea.h"
+#include "VelmoSystem/Ports/Thumbnailer.h"
 
 #include <QFileInfo>
 
@@ -185,6 +186,17 @@ struct FakeShare : ShareService {
 
     bool isThere = true;
     std::vector<QUrl> shared;
+};
+
+struct FakeThumbnailer : Thumbnailer {
+    QImage picture(const QString &path, int side, std::stop_token) override
+    {
+        if (!path.endsWith(u".png"))
+            return {};
+        QImage picture(side, side, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        return picture;
+    }
 };
 
 struct FakeStatusArea : StatusArea {
