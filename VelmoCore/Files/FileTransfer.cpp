@@ -246,7 +246,7 @@ private:
             ::open(from.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC), shown(from));
         orFail(::mkdir(to.c_str(), 0700), to);
         for (const std::string &name : names(from))
-            copy(from + '/' + name, to + '/' + name);
+            copy(fs::path(from) / name, fs::path(to) / name);
         const Descriptor target(::open(to.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC),
                                 shown(to));
         struct stat entry = {};
@@ -356,7 +356,7 @@ std::string trimmed(const QString &path)
 QUrl uniquely(const QUrl &to, const std::function<void(const QString &)> &transfer)
 {
     for (int attempt = 0;; ++attempt) {
-        const QUrl target = FileNaming::uniqueURL(to);
+        QUrl target = FileNaming::uniqueURL(to);
         try {
             transfer(target.toLocalFile());
             return target;
@@ -392,24 +392,24 @@ void moveTo(const QString &from, const QString &to, const std::stop_token &stop,
 
 } // namespace
 
-void FileTransfer::move(const QString &from, const QString &to, std::stop_token stop)
+void FileTransfer::move(const QString &from, const QString &to, const std::stop_token &stop)
 {
     moveTo(from, to, stop, {});
 }
 
-void FileTransfer::copy(const QString &from, const QString &to, std::stop_token stop)
+void FileTransfer::copy(const QString &from, const QString &to, const std::stop_token &stop)
 {
     copyTo(trimmed(from), trimmed(to), false, stop, {});
 }
 
-QUrl FileTransfer::moveUnique(const QUrl &from, const QUrl &to, std::stop_token stop,
+QUrl FileTransfer::moveUnique(const QUrl &from, const QUrl &to, const std::stop_token &stop,
                               const Progress &progress)
 {
     return uniquely(
         to, [&](const QString &target) { moveTo(from.toLocalFile(), target, stop, progress); });
 }
 
-QUrl FileTransfer::copyUnique(const QUrl &from, const QUrl &to, std::stop_token stop,
+QUrl FileTransfer::copyUnique(const QUrl &from, const QUrl &to, const std::stop_token &stop,
                               const Progress &progress)
 {
     return uniquely(to, [&](const QString &target) {

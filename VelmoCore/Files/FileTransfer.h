@@ -21,16 +21,16 @@ using Progress = std::function<void(double)>;
 /// Renames; across file systems copies, verifies, then removes the original. Throws `FileError`
 /// (EEXIST where something stands at `to`) and `Cancelled`; then the original stands untouched and
 /// nothing is left at `to`.
-void move(const QString &from, const QString &to, std::stop_token stop = {});
+void move(const QString &from, const QString &to, const std::stop_token &stop = {});
 
 /// Modification times, modes, links and extended attributes survive. Throws as `move` does.
-void copy(const QString &from, const QString &to, std::stop_token stop = {});
+void copy(const QString &from, const QString &to, const std::stop_token &stop = {});
 
 /// To `to` or, where that is taken, to the name that `FileNaming::uniqueURL` gives; also when it is
 /// taken in the last moment. Give where it went.
-QUrl moveUnique(const QUrl &from, const QUrl &to, std::stop_token stop = {},
+QUrl moveUnique(const QUrl &from, const QUrl &to, const std::stop_token &stop = {},
                 const Progress &progress = {});
-QUrl copyUnique(const QUrl &from, const QUrl &to, std::stop_token stop = {},
+QUrl copyUnique(const QUrl &from, const QUrl &to, const std::stop_token &stop = {},
                 const Progress &progress = {});
 /// What `moveUnique` does where that takes no copy, and so no time; nothing, and nothing has
 /// happened, where `to` is on another file system.

@@ -67,7 +67,7 @@ TEST_F(FileManagerTest, LetsGoOfAFileThatFallsIntoTheNotch)
     screen.setButton(1, false);
     EXPECT_TRUE(eventually([&] { return stands("No Notch/Relatório.txt"); }));
     EXPECT_FALSE(stands("Docs/Relatório.txt"));
-    EXPECT_TRUE(stands(".local/share/Orvane/Shelf/shelf.json"));
+    EXPECT_TRUE(eventually([&] { return stands(".local/share/Orvane/Shelf/shelf.json"); }));
     EXPECT_TRUE(shows("dropResult"));
 }
 
