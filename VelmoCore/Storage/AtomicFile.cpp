@@ -189,6 +189,11 @@ FileError::FileError(const QString &path, int code)
 {
 }
 
+FileError::FileError(const FileError &cause, const QString &consequence)
+    : LocalizedError(cause.description() + u' ' + consequence), m_code(cause.code())
+{
+}
+
 void AtomicFile::write(const QByteArray &data, const QString &path)
 {
     const int code = place(data, withLinksFollowed(path), [](const auto &from, const auto &to) {

@@ -10,7 +10,8 @@
 #include <vector>
 
 /// Operations on the user's files. Nothing is ever replaced; validation comes before any file is
-/// touched. May run on any thread. All throw `FileError`, `OperationError` and `Cancelled`.
+/// touched. May run on any thread. All throw `FileError`, `OperationError` and `Cancelled`; the
+/// files before the one that failed stay as they are by then.
 namespace velmo::FileOperations {
 
 class OperationError : public LocalizedError {
@@ -23,7 +24,13 @@ public:
         QString name;
         bool operator==(const NameTaken &) const = default;
     };
-    using Value = std::variant<InvalidName, NameTaken>;
+    /// Files that could neither be renamed nor get their first names back, and where they are.
+    struct NotUndone {
+        QString reason;
+        std::vector<QUrl> files;
+        bool operator==(const NotUndone &) const = default;
+    };
+    using Value = std::variant<InvalidName, NameTaken, NotUndone>;
 
     explicit OperationError(const Value &value);
 
@@ -38,14 +45,15 @@ using Progress = std::function<void(double)>;
 
 /// Give the new URLs, in the order given.
 QUrl rename(const QUrl &url, const QString &name);
-/// All or none: after a failure every file has its first name again. `date` is today's.
+/// All or none: after a failure every file has its first name again, and those that can't have it
+/// are told by `NotUndone`. `date` is today's.
 std::vector<QUrl> batchRename(const std::vector<QUrl> &urls, const QString &pattern, int start,
                               Date date, const Progress &progress, std::stop_token stop = {});
 std::vector<QUrl> duplicate(const std::vector<QUrl> &urls, std::stop_token stop = {});
 /// Those moved before a failure stay moved.
 std::vector<QUrl> move(const std::vector<QUrl> &urls, const QUrl &folder,
                        std::stop_token stop = {});
-/// Into a folder an extension, beside each file. Folders stay where they are.
+/// Into a folder an extension, beside each file. Folders stay where they are and aren't given.
 std::vector<QUrl> organizeByExtension(const std::vector<QUrl> &urls, const Progress &progress,
                                       std::stop_token stop = {});
 
