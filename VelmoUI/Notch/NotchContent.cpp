@@ -2,20 +2,14 @@
 
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoUI/Design/ThumbnailProvider.h"
 
 #include <QFileInfo>
-#include <QImageReader>
 #include <QLocale>
 
 namespace velmo {
 
 namespace {
-
-/// Whether Qt shows the file as a picture; told by its name, so that nothing is read for it.
-bool isPicture(const QFileInfo &file)
-{
-    return QImageReader::supportedImageFormats().contains(file.suffix().toLower().toLatin1());
-}
 
 DroppedRow fileRow(const QUrl &url, const ShelfStore &shelf)
 {
@@ -28,7 +22,7 @@ DroppedRow fileRow(const QUrl &url, const ShelfStore &shelf)
             isFolder ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill"),
             file.fileName(),
             shelf.isInNotch(url) ? QStringLiteral("No notch · %1").arg(detail) : detail,
-            !isFolder && isPicture(file) ? url : QUrl(),
+            isFolder ? QUrl() : QUrl(ThumbnailProvider::urlFor(file.filePath())),
             {}};
 }
 
