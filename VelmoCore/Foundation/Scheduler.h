@@ -41,6 +41,10 @@ public:
     /// replace or drop its own handle. Main thread only.
     virtual ScheduledTask after(Seconds delay, std::function<void()> body) = 0;
 
+    /// Runs `body` once on the main thread as soon as the wall clock shows `date` or later, also
+    /// when it is set meanwhile. Main thread only.
+    virtual ScheduledTask at(Date date, std::function<void()> body) = 0;
+
     /// Runs `body` soon on the main thread. May be called from any thread.
     virtual void post(std::function<void()> body) = 0;
 };

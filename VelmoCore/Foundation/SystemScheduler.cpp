@@ -6,27 +6,19 @@
 #include <algorithm>
 #include <cmath>
 #include <sys/timerfd.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace velmo {
 
 namespace {
 
-int makeTimer()
+int makeTimer(clockid_t clock)
 {
-    const int timer = timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC);
+    const int timer = timerfd_create(clock, TFD_NONBLOCK | TFD_CLOEXEC);
     if (timer < 0)
         throw LocalizedError(
             QStringLiteral("O sistema não forneceu um temporizador: %1").arg(qt_error_string()));
     return timer;
-}
-
-Seconds secondsSinceBoot()
-{
-    timespec time{};
-    clock_gettime(CLOCK_BOOTTIME, &time);
-    return std::chrono::seconds{time.tv_sec} + std::chrono::nanoseconds{time.tv_nsec};
 }
 
 /// Rounded up to the next nanosecond, lest the timer fires before the deadline. All zero would
@@ -42,36 +34,32 @@ timespec timespecFrom(Seconds deadline)
 
 } // namespace
 
-SystemScheduler::SystemScheduler()
-    : m_timer(makeTimer()), m_notifier(m_timer, QSocketNotifier::Read),
+SystemScheduler::Clock::Clock(clockid_t id)
+    : m_id(id), m_timer(makeTimer(id)), m_notifier(m_timer, QSocketNotifier::Read),
       m_queue(std::make_shared<TimerQueue>([this] { arm(); }))
 {
-    connect(&m_notifier, &QSocketNotifier::activated, this, &SystemScheduler::runDue);
+    QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { runDue(); });
 }
 
-SystemScheduler::~SystemScheduler()
+SystemScheduler::Clock::~Clock()
 {
     m_notifier.setEnabled(false);
     close(m_timer);
 }
 
-Date SystemScheduler::now() const
+Seconds SystemScheduler::Clock::time() const
 {
-    return std::chrono::system_clock::now();
+    timespec time{};
+    clock_gettime(m_id, &time);
+    return std::chrono::seconds{time.tv_sec} + std::chrono::nanoseconds{time.tv_nsec};
 }
 
-ScheduledTask SystemScheduler::after(Seconds delay, std::function<void()> body)
+ScheduledTask SystemScheduler::Clock::insert(Seconds deadline, std::function<void()> body)
 {
-    const Seconds deadline = secondsSinceBoot() + std::max(Seconds{0}, delay);
     return {m_queue, m_queue->insert(deadline, std::move(body))};
 }
 
-void SystemScheduler::post(std::function<void()> body)
-{
-    QMetaObject::invokeMethod(this, std::move(body), Qt::QueuedConnection);
-}
-
-void SystemScheduler::arm()
+void SystemScheduler::Clock::arm()
 {
     itimerspec timer{};
     if (const auto deadline = m_queue->earliest())
@@ -80,16 +68,38 @@ void SystemScheduler::arm()
         qFatal("timerfd_settime: %s", qPrintable(qt_error_string()));
 }
 
-void SystemScheduler::runDue()
+void SystemScheduler::Clock::runDue()
 {
     // Setting the timer anew makes it unreadable until the next deadline; so a spurious call, or
     // one for a task that was cancelled just now, ends here as well.
     arm();
     // The time stands during the run, so that bodies which start anew leave other events their
     // turn.
-    const Seconds time = secondsSinceBoot();
-    while (m_queue->runNext(time)) {
+    const Seconds now = time();
+    while (m_queue->runNext(now)) {
     }
+}
+
+SystemScheduler::SystemScheduler() = default;
+
+Date SystemScheduler::now() const
+{
+    return std::chrono::system_clock::now();
+}
+
+ScheduledTask SystemScheduler::after(Seconds delay, std::function<void()> body)
+{
+    return m_sinceBoot.insert(m_sinceBoot.time() + std::max(Seconds{0}, delay), std::move(body));
+}
+
+ScheduledTask SystemScheduler::at(Date date, std::function<void()> body)
+{
+    return m_wall.insert(date.time_since_epoch(), std::move(body));
+}
+
+void SystemScheduler::post(std::function<void()> body)
+{
+    QMetaObject::invokeMethod(this, std::move(body), Qt::QueuedConnection);
 }
 
 } // namespace velmo

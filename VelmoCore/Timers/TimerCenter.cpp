@@ -292,8 +292,7 @@ void TimerCenter::scheduleWake(Date now)
     if (m_state.pomodoro)
         consider(m_state.pomodoro->timer);
     if (earliest)
-        m_wake = m_scheduler.after(std::max(Seconds(*earliest - now), leastWake),
-                                   [this] { evaluate(); });
+        m_wake = m_scheduler.at(std::max(*earliest, now + leastWake), [this] { evaluate(); });
 }
 
 void TimerCenter::save()

@@ -29,8 +29,12 @@ void SystemNotifier::send(const QString &identifier, const Notification &notific
 void SystemNotifier::schedule(const QString &identifier, const Notification &notification,
                               Date date, const QString &moduleID)
 {
-    m_pending[identifier] = {notification, date, moduleID, {}};
-    fireWhenDue(identifier);
+    if (date <= m_scheduler.now()) {
+        send(identifier, notification, moduleID);
+        return;
+    }
+    m_pending[identifier] =
+        m_scheduler.at(date, [=, this] { send(identifier, notification, moduleID); });
 }
 
 void SystemNotifier::cancel(const QString &identifier)
@@ -38,20 +42,6 @@ void SystemNotifier::cancel(const QString &identifier)
     m_pending.erase(identifier);
     m_modules.erase(identifier);
     m_server.withdraw(identifier);
-}
-
-void SystemNotifier::fireWhenDue(const QString &identifier)
-{
-    Pending &pending = m_pending.at(identifier);
-    const Seconds left = pending.date - m_scheduler.now();
-    if (left <= 0s) {
-        const Notification notification = pending.notification;
-        send(identifier, notification, QString(pending.moduleID));
-        return;
-    }
-    // Looks again then: the clock may have been set back.
-    pending.task =
-        m_scheduler.after(left, [this, identifier] { fireWhenDue(QString(identifier)); });
 }
 
 } // namespace velmo

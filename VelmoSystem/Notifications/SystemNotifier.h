@@ -21,7 +21,8 @@ public:
     /// Shows it now, in place of what waits or shows under the identifier. `moduleID` is the module
     /// that a click opens; empty for the panel as it was.
     void send(const QString &identifier, const Notification &notification, const QString &moduleID);
-    /// At `date`, or at once if that is over; one that fell due during sleep comes on waking.
+    /// At `date` by the wall clock, or at once if that is over; what fell due during sleep or by a
+    /// setting of the clock comes right then.
     /// Replaces what waits under the same identifier.
     void schedule(const QString &identifier, const Notification &notification, Date date,
                   const QString &moduleID);
@@ -32,18 +33,9 @@ public:
     std::function<void(const QString &moduleID)> onActivated = [](const QString &) {};
 
 private:
-    struct Pending {
-        Notification notification;
-        Date date;
-        QString moduleID;
-        ScheduledTask task;
-    };
-
-    void fireWhenDue(const QString &identifier);
-
     NotificationServer &m_server;
     Scheduler &m_scheduler;
-    std::map<QString, Pending> m_pending;
+    std::map<QString, ScheduledTask> m_pending;
     std::map<QString, QString> m_modules; ///< of what shows
 };
 

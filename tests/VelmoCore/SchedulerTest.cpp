@@ -64,6 +64,19 @@ TYPED_TEST(SchedulerContract, RunsTasksByDeadlineAndThenByOrder)
     EXPECT_FALSE(late.isPending());
 }
 
+TYPED_TEST(SchedulerContract, RunsTasksByDate)
+{
+    const Date now = this->m_scheduler.now();
+    const auto note = [this](int step) { return [this, step] { this->m_steps.push_back(step); }; };
+    const auto later = this->m_scheduler.at(now + 0.02s, note(3));
+    const auto soon = this->m_scheduler.at(now + 0.01s, note(2));
+    const auto over = this->m_scheduler.at(now - 1h, note(1));
+    auto cancelled = this->m_scheduler.at(now, note(-1));
+    cancelled.cancel();
+    EXPECT_THAT(this->stepsUntil(3), ElementsAre(1, 2, 3));
+    EXPECT_FALSE(later.isPending());
+}
+
 TYPED_TEST(SchedulerContract, ForgetsCancelledDroppedAndReplacedTasks)
 {
     auto cancelled = this->noteAfter(0s, -1);

@@ -52,6 +52,20 @@ TEST_F(SystemNotifierTest, ShowsWhatIsScheduledWhenItIsDue)
     EXPECT_EQ(scheduler.pendingCount(), 0U);
 }
 
+TEST_F(SystemNotifierTest, FollowsTheWallClockWhenItIsSet)
+{
+    const Date start = scheduler.now();
+    schedule(u"a", u"um", 600s);
+    schedule(u"b", u"dois", 900s);
+    scheduler.setClock(start + 650s);
+    EXPECT_EQ(shown(), QStringList(QStringLiteral("um")));
+    scheduler.setClock(start);
+    scheduler.advance(899s);
+    EXPECT_EQ(shown().size(), 1);
+    scheduler.advance(1s);
+    EXPECT_EQ(shown().size(), 2);
+}
+
 TEST_F(SystemNotifierTest, OpensTheModuleOfAClickedNotification)
 {
     schedule(u"a", u"agora", 0s);

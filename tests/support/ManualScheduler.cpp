@@ -16,7 +16,8 @@ Seconds rounded(Seconds time)
 } // namespace
 
 ManualScheduler::ManualScheduler(Date start)
-    : m_start(start), m_queue(std::make_shared<TimerQueue>([] {}))
+    : m_start(start), m_queue(std::make_shared<TimerQueue>([] {})),
+      m_dates(std::make_shared<TimerQueue>([] {}))
 {
 }
 
@@ -31,6 +32,11 @@ ScheduledTask ManualScheduler::after(Seconds delay, std::function<void()> body)
     return {m_queue, m_queue->insert(deadline, std::move(body))};
 }
 
+ScheduledTask ManualScheduler::at(Date date, std::function<void()> body)
+{
+    return {m_dates, m_dates->insert(rounded(date.time_since_epoch()), std::move(body))};
+}
+
 void ManualScheduler::post(std::function<void()> body)
 {
     const std::lock_guard lock(m_mutex);
@@ -41,12 +47,19 @@ void ManualScheduler::advance(Seconds by)
 {
     const Seconds target = rounded(m_elapsed + by);
     runPosted();
-    for (auto next = m_queue->earliest(); next && *next <= target; next = m_queue->earliest()) {
+    for (auto next = earliest(); next && *next <= target; next = earliest()) {
         m_elapsed = std::max(m_elapsed, *next);
-        m_queue->runNext(m_elapsed);
+        if (!m_queue->runNext(m_elapsed))
+            m_dates->runNext(rounded(now().time_since_epoch()));
         runPosted();
     }
     m_elapsed = target;
+}
+
+void ManualScheduler::setClock(Date date)
+{
+    m_start = date - m_elapsed;
+    advance(0s);
 }
 
 void ManualScheduler::runPosted()
@@ -57,7 +70,18 @@ void ManualScheduler::runPosted()
 
 std::size_t ManualScheduler::pendingCount() const
 {
-    return m_queue->size();
+    return m_queue->size() + m_dates->size();
+}
+
+/// By the time that has elapsed.
+std::optional<Seconds> ManualScheduler::earliest() const
+{
+    auto earliest = m_queue->earliest();
+    if (const auto date = m_dates->earliest()) {
+        const Seconds due = rounded(Date(*date) - m_start);
+        earliest = std::min(due, earliest.value_or(due));
+    }
+    return earliest;
 }
 
 std::function<void()> ManualScheduler::takePosted()
