@@ -18,10 +18,10 @@ constexpr QLatin1StringView defaultAction("default");
 
 DBusNotifications::DBusNotifications(QDBusConnection sessionBus)
     : m_bus(std::move(sessionBus)),
-      m_watcher(service, m_bus, QDBusServiceWatcher::WatchForUnregistration)
+      m_watcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
-    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
-            &DBusNotifications::forgetAll);
+    connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &server) { serverLeft(server); });
     m_bus.connect(service, path, service, QStringLiteral("NotificationClosed"), this,
                   SLOT(notificationClosed(uint, uint)));
     m_bus.connect(service, path, service, QStringLiteral("ActionInvoked"), this,
@@ -30,13 +30,16 @@ DBusNotifications::DBusNotifications(QDBusConnection sessionBus)
 
 void DBusNotifications::show(const QString &identifier, const Notification &notification)
 {
+    if (!m_bus.isConnected()) { // its calls would never end
+        Q_EMIT failed(QStringLiteral("não há barramento de sessão"));
+        close(identifier);
+        return;
+    }
     Shown &shown = m_shown[identifier];
     shown.next = notification;
     shown.isWithdrawn = false;
-    if (!m_takesMarkup)
-        askForCapabilities();
-    else if (!shown.isAsking)
-        notify(identifier);
+    if (!shown.isAsking)
+        showNext(identifier);
 }
 
 void DBusNotifications::withdraw(const QString &identifier)
@@ -59,8 +62,10 @@ void DBusNotifications::notificationClosed(uint id, uint)
     const auto identifier = identifierOf(id);
     if (!identifier)
         return;
-    m_shown.erase(*identifier);
-    Q_EMIT closed(*identifier);
+    Shown &shown = m_shown.at(*identifier);
+    shown.id = 0;
+    if (!shown.isAsking && !shown.next) // else its replacement is on the way
+        close(*identifier);
 }
 
 void DBusNotifications::actionInvoked(uint id, const QString &action)
@@ -83,22 +88,40 @@ void DBusNotifications::call(const QString &method, const QVariantList &argument
             });
 }
 
+void DBusNotifications::showNext(const QString &identifier)
+{
+    if (m_takesMarkup)
+        notify(identifier);
+    else
+        askForCapabilities();
+}
+
 void DBusNotifications::askForCapabilities()
 {
     if (std::exchange(m_isAskingForCapabilities, true))
         return;
-    call(QStringLiteral("GetCapabilities"), {}, [this](const QDBusMessage &answer) {
-        m_isAskingForCapabilities = false;
+    call(QStringLiteral("GetCapabilities"), {},
+         [this](const QDBusMessage &answer) { capabilitiesAnswered(answer); });
+}
+
+void DBusNotifications::capabilitiesAnswered(const QDBusMessage &answer)
+{
+    m_isAskingForCapabilities = false;
+    if (answer.type() == QDBusMessage::ReplyMessage) {
+        if (answer.service() == m_formerServer) {
+            askForCapabilities();
+            return;
+        }
         m_takesMarkup =
             answer.arguments().value(0).toStringList().contains(QStringLiteral("body-markup"));
-        std::vector<QString> waiting;
-        for (const auto &[identifier, shown] : m_shown) {
-            if (shown.next)
-                waiting.push_back(identifier);
-        }
-        for (const QString &identifier : waiting)
-            notify(identifier);
-    });
+    }
+    std::vector<QString> waiting;
+    for (const auto &[identifier, shown] : m_shown) {
+        if (shown.next && !shown.isAsking)
+            waiting.push_back(identifier);
+    }
+    for (const QString &identifier : waiting)
+        notify(identifier);
 }
 
 void DBusNotifications::notify(const QString &identifier)
@@ -109,7 +132,7 @@ void DBusNotifications::notify(const QString &identifier)
     constexpr int serversChoice = -1;
     call(QStringLiteral("Notify"),
          {QStringLiteral("Orvane"), shown.id, QString(application), notification.title,
-          *m_takesMarkup ? notification.body.toHtmlEscaped() : notification.body,
+          m_takesMarkup.value_or(false) ? notification.body.toHtmlEscaped() : notification.body,
           QStringList{defaultAction, QStringLiteral("Abrir")},
           QVariantMap{{QStringLiteral("desktop-entry"), QString(application)}}, serversChoice},
          [this, identifier](const QDBusMessage &answer) { answered(identifier, answer); });
@@ -117,28 +140,46 @@ void DBusNotifications::notify(const QString &identifier)
 
 void DBusNotifications::answered(const QString &identifier, const QDBusMessage &answer)
 {
+    if (answer.type() == QDBusMessage::ErrorMessage)
+        Q_EMIT failed(answer.errorMessage());
     const auto found = m_shown.find(identifier);
     if (found == m_shown.end())
-        return; // the server went meanwhile
+        return; // the bus has gone
     Shown &shown = found->second;
     shown.isAsking = false;
-    shown.id = answer.arguments().value(0).toUInt();
-    if (answer.type() == QDBusMessage::ErrorMessage || shown.id == 0) {
-        m_shown.erase(found);
-        Q_EMIT failed(answer.errorMessage());
-        Q_EMIT closed(identifier);
-    } else if (shown.isWithdrawn) {
+    const bool isShown =
+        answer.type() == QDBusMessage::ReplyMessage && answer.service() != m_formerServer;
+    shown.id = isShown ? answer.arguments().value(0).toUInt() : 0;
+    if (shown.isWithdrawn)
         withdraw(identifier);
-    } else if (shown.next) {
-        notify(identifier);
-    }
+    else if (shown.next)
+        showNext(identifier);
+    else if (shown.id == 0)
+        close(identifier);
 }
 
-void DBusNotifications::forgetAll()
+/// What it showed is gone with it, or nobody's any more.
+void DBusNotifications::serverLeft(const QString &server)
 {
+    if (server.isEmpty())
+        return; // one came to where there was none
+    m_formerServer = server;
     m_takesMarkup.reset();
-    for (const auto &[identifier, shown] : std::exchange(m_shown, {}))
-        Q_EMIT closed(identifier);
+    std::vector<QString> gone;
+    for (auto &[identifier, shown] : m_shown) {
+        shown.id = 0;
+        if (!shown.isAsking && !shown.next)
+            gone.push_back(identifier);
+    }
+    for (const QString &identifier : gone)
+        close(identifier);
+}
+
+void DBusNotifications::close(const QString &identifier)
+{
+    const QString gone = identifier; // may be the entry's own
+    m_shown.erase(gone);
+    Q_EMIT closed(gone);
 }
 
 std::optional<QString> DBusNotifications::identifierOf(uint id) const

@@ -30,7 +30,7 @@ private Q_SLOTS:
 
 private:
     struct Shown {
-        uint id = 0;           ///< the server's; 0 before it has answered
+        uint id = 0;           ///< the server's; 0 where it shows nothing
         bool isAsking = false; ///< an answer is on its way
         bool isWithdrawn = false;
         std::optional<Notification> next; ///< what to show once it has answered
@@ -38,17 +38,21 @@ private:
 
     void call(const QString &method, const QVariantList &arguments,
               std::function<void(const QDBusMessage &)> answered);
+    void showNext(const QString &identifier);
     void askForCapabilities();
+    void capabilitiesAnswered(const QDBusMessage &answer);
     void notify(const QString &identifier);
     void answered(const QString &identifier, const QDBusMessage &answer);
-    void forgetAll();
+    void serverLeft(const QString &server);
+    void close(const QString &identifier);
     std::optional<QString> identifierOf(uint id) const;
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;
     std::map<QString, Shown> m_shown;
-    std::optional<bool> m_takesMarkup; ///< unknown before the server was asked
+    std::optional<bool> m_takesMarkup; ///< unknown before the server has said so
     bool m_isAskingForCapabilities = false;
+    QString m_formerServer; ///< the last that left, which may still answer
 };
 
 } // namespace velmo
