@@ -4,10 +4,13 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/XServer.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 
 #include <gtest/gtest.h>
+
+#include <csignal>
 
 namespace velmo {
 namespace {
@@ -49,6 +52,12 @@ TEST(CanberraPlayer, PlaysOnASoundServerAndSaysWhereThereIsNone)
                   "--load=module-native-protocol-unix auth-anonymous=1 socket=" + socket});
     ASSERT_TRUE(eventually([&] { return QFile::exists(socket); }));
     EXPECT_EQ(play(), QStringList());
+
+    ::kill(pid_t(server.processId()), SIGSTOP);
+    QElapsedTimer time;
+    time.start();
+    play();
+    EXPECT_LT(time.elapsed(), 5'000);
     server.kill();
     server.waitForFinished();
 }

@@ -2,6 +2,8 @@
 
 #include "VelmoCore/Foundation/Log.h"
 
+#include <QThreadPool>
+
 #include <canberra.h>
 
 namespace velmo {
@@ -27,35 +29,48 @@ bool succeeds(int result)
     return result == CA_SUCCESS;
 }
 
-ca_context *open()
+struct Close {
+    void operator()(ca_context *context) const { ca_context_destroy(context); }
+};
+
+std::unique_ptr<ca_context, Close> open()
 {
     ca_context *context = nullptr;
     if (!succeeds(ca_context_create(&context)))
         return nullptr;
     ca_context_change_props(context, CA_PROP_APPLICATION_NAME, "Orvane", CA_PROP_APPLICATION_ID,
                             "app.orvane.Orvane", nullptr);
-    return context;
+    return std::unique_ptr<ca_context, Close>(context);
 }
+
+constexpr int leaveTime = 1'000; // milliseconds
 
 } // namespace
 
-void CanberraPlayer::Close::operator()(ca_context *context) const
+struct CanberraPlayer::Voice {
+    std::unique_ptr<ca_context, Close> context; ///< of the thread; made by the first sound
+    QThreadPool thread;
+};
+
+CanberraPlayer::CanberraPlayer() : m_voice(std::make_unique<Voice>())
 {
-    ca_context_destroy(context);
+    m_voice->thread.setMaxThreadCount(1);
 }
 
-CanberraPlayer::CanberraPlayer()
+CanberraPlayer::~CanberraPlayer()
 {
-    m_thread.setMaxThreadCount(1);
+    // A thread that a stuck sound server holds ends with the process.
+    if (!m_voice->thread.waitForDone(leaveTime))
+        static_cast<void>(m_voice.release());
 }
 
 void CanberraPlayer::play(SystemSound sound)
 {
-    m_thread.start([this, event = eventOf(sound)] {
-        if (!m_context)
-            m_context.reset(open());
-        if (m_context)
-            succeeds(ca_context_play(m_context.get(), 0, CA_PROP_EVENT_ID, event,
+    m_voice->thread.start([voice = m_voice.get(), event = eventOf(sound)] {
+        if (!voice->context)
+            voice->context = open();
+        if (voice->context)
+            succeeds(ca_context_play(voice->context.get(), 0, CA_PROP_EVENT_ID, event,
                                      CA_PROP_MEDIA_ROLE, "event", nullptr));
     });
 }

@@ -2,11 +2,9 @@
 
 #include "VelmoSystem/Ports/SoundPlayer.h"
 
-#include <QThreadPool>
+#include <QtGlobal>
 
 #include <memory>
-
-struct ca_context;
 
 namespace velmo {
 
@@ -15,16 +13,16 @@ namespace velmo {
 class CanberraPlayer : public SoundPlayer {
 public:
     CanberraPlayer();
+    /// Waits for the sounds a moment at most.
+    ~CanberraPlayer() override;
+    Q_DISABLE_COPY_MOVE(CanberraPlayer)
 
     void play(SystemSound sound) override;
 
 private:
-    struct Close {
-        void operator()(ca_context *context) const;
-    };
+    struct Voice;
 
-    std::unique_ptr<ca_context, Close> m_context; ///< of the thread; made by the first sound
-    QThreadPool m_thread;
+    std::unique_ptr<Voice> m_voice;
 };
 
 } // namespace velmo
