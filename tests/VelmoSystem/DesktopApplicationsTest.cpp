@@ -37,6 +37,7 @@ protected:
                 folder->path("first").toUtf8() + ':' + folder->path("second").toUtf8());
         qputenv("DBUS_SESSION_BUS_ADDRESS", bus->address().toUtf8());
         qputenv("LANGUAGE", "pt_BR");
+        bus->stop();
     }
     static void TearDownTestSuite()
     {
@@ -58,11 +59,15 @@ protected:
             ids += application.id.chopped(8); // without ".desktop"
         return ids;
     }
-    /// GIO hears of a new entry a moment after it was written.
+    /// GIO hears of a new entry a moment after it was written, and of the bus when it answers.
     void launch(const QString &id)
     {
+        bus->resume();
         EXPECT_TRUE(wait([&] { return applications.find(id).has_value(); }));
-        EXPECT_EQ(failure(id), "");
+        QString issue;
+        while ((issue = failure(id)).endsWith("a sessão não responde."))
+            QCoreApplication::processEvents();
+        EXPECT_EQ(issue, "");
     }
     QString failure(const QString &id)
     {
@@ -78,6 +83,14 @@ protected:
     static inline PrivateBus *bus = nullptr;
     DesktopApplications applications;
 };
+
+TEST_F(DesktopApplicationsTest, WaitsForNoBus)
+{
+    write("first/early.desktop", "Name=Cedo\nNoDisplay=true\nExec=true");
+    EXPECT_TRUE(wait([&] { return applications.find("early.desktop").has_value(); }));
+    EXPECT_EQ(failure("early.desktop"), "“Cedo” não pôde ser aberto: a sessão não responde.");
+    launch("early.desktop");
+}
 
 TEST_F(DesktopApplicationsTest, ListsWhatMenusShowAndFollowsChanges)
 {

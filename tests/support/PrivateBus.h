@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QUuid>
 
+#include <csignal>
 #include <stdexcept>
 
 namespace velmo {
@@ -39,6 +40,10 @@ public:
         m_daemon.kill();
         m_daemon.waitForFinished();
     }
+
+    /// While it is stopped it takes connections and answers none.
+    void stop() { ::kill(pid_t(m_daemon.processId()), SIGSTOP); }
+    void resume() { ::kill(pid_t(m_daemon.processId()), SIGCONT); }
 
     const QString &address() const { return m_address; }
 

@@ -6,7 +6,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <atomic>
 #include <gio/gdesktopappinfo.h>
+#include <thread>
 #include <unistd.h>
 
 namespace velmo {
@@ -90,15 +92,6 @@ bool hearsOfChanges()
     return dispatcher && dispatcher->inherits("QEventDispatcherGlib");
 }
 
-/// The connection that GIO launches by, so that its end isn't Orvane's. Nothing without a bus.
-Owned<GDBusConnection> sessionBus()
-{
-    Owned<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    if (bus)
-        g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-    return bus;
-}
-
 extern "C" void leaveSession(gpointer)
 {
     ::setsid();
@@ -127,8 +120,25 @@ private:
     gulong m_handler;
 };
 
-DesktopApplications::DesktopApplications() : m_monitor(std::make_unique<Monitor>(*this))
+/// The connection that GIO launches by: without it, a launch would first connect and wait for as
+/// long as the bus keeps silent.
+struct DesktopApplications::SessionBus {
+    static void connect(const std::shared_ptr<SessionBus> &state)
+    {
+        state->connection.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+        if (state->connection) // its end isn't Orvane's
+            g_dbus_connection_set_exit_on_close(state->connection.get(), FALSE);
+        state->hasAnswered = true;
+    }
+
+    Owned<GDBusConnection> connection; ///< none without a bus
+    std::atomic<bool> hasAnswered = false;
+};
+
+DesktopApplications::DesktopApplications()
+    : m_monitor(std::make_unique<Monitor>(*this)), m_bus(std::make_shared<SessionBus>())
 {
+    std::thread(&SessionBus::connect, m_bus).detach();
 }
 
 DesktopApplications::~DesktopApplications() = default;
@@ -163,7 +173,9 @@ void DesktopApplications::launch(const QString &id)
     const Entry entry = entryOf(id);
     if (!entry)
         throw LocalizedError(QStringLiteral("O aplicativo não está mais instalado."));
-    const auto bus = sessionBus();
+    if (!m_bus->hasAnswered)
+        throw LocalizedError(QStringLiteral("“%1” não pôde ser aberto: a sessão não responde.")
+                                 .arg(application(entry.get()).name));
     const Owned<GAppLaunchContext> context(g_app_launch_context_new());
     GError *failure = nullptr;
     g_desktop_app_info_launch_uris_as_manager(entry.get(), nullptr, context.get(),

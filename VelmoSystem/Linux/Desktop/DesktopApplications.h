@@ -19,13 +19,16 @@ public:
     std::vector<Application> installed() const override;
     std::optional<Application> find(const QString &id) const override;
     std::optional<QString> idOf(const QUrl &file) const override;
-    /// By the bus if the entry says so, else as a process of its own session.
+    /// By the bus if the entry says so, else as a process of its own session. Fails while the bus,
+    /// which is joined at construction, hasn't answered yet.
     void launch(const QString &id) override;
 
 private:
     class Monitor;
+    struct SessionBus;
 
     std::unique_ptr<Monitor> m_monitor;
+    std::shared_ptr<SessionBus> m_bus;
     mutable std::optional<std::vector<Application>> m_installed; ///< none after a change
 };
 
