@@ -1,5 +1,6 @@
 #include "Velmo/AppDelegate.h"
 #include "Velmo/Probes.h"
+#include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Storage/AtomicFile.h"
 #include "VelmoSystem/Control/CommandLine.h"
@@ -11,8 +12,11 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QTranslator>
 
 #include <cstdio>
+#include <memory>
 
 using namespace velmo;
 
@@ -32,15 +36,34 @@ int runClient(int &argc, char **argv, const CommandLine::Client &request)
     return QCoreApplication::exec();
 }
 
-/// Orvane itself, unless it runs already.
-int runOrvane(int &argc, char **argv, const CommandLine::Run &request)
+std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 {
+    const X11Session session;
     Renderer::choose();
-    QApplication application(argc, argv);
+    auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("app.orvane.Orvane"));
     QApplication::setWindowIcon(
         QIcon(QStringLiteral(":/qt/qml/Velmo/Design/app.orvane.Orvane.svg")));
+    return application;
+}
+
+/// Qt's own texts, as those of the file dialog, speak the language of ours.
+void translate(QTranslator &translator)
+{
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    if (translator.load(QStringLiteral("qtbase_pt_BR"), folder))
+        QCoreApplication::installTranslator(&translator);
+    else
+        qCInfo(Log::app).noquote() << "Sem os textos do Qt em português:" << folder;
+}
+
+/// Orvane itself, unless it runs already.
+int runOrvane(int &argc, char **argv, const CommandLine::Run &request)
+{
+    const auto application = makeApplication(argc, argv);
+    QTranslator translator;
+    translate(translator);
     const auto files = ControlClient::files(request.files);
     ControlService control(QDBusConnection::sessionBus(), files);
     if (control.claim() == ControlEndpoint::Registration::second)
@@ -59,7 +82,6 @@ int run(int &argc, char **argv, const CommandLine::Run &request)
                               probe->outputPath);
             return 0;
         }
-        X11Session::prepare();
         return runOrvane(argc, argv, request);
     } catch (const LocalizedError &error) {
         return say(stderr, error.description(), 1);

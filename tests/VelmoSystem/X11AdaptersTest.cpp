@@ -1,4 +1,5 @@
 #include "VelmoSystem/Linux/X11/X11HotKeyGrabber.h"
+#include "VelmoSystem/Linux/X11/X11Session.h"
 #include "VelmoSystem/Linux/X11/X11Workspace.h"
 
 #include "tests/VelmoSystem/X11Test.h"
@@ -93,6 +94,21 @@ TEST_F(X11Test, TellsScreensInPointsWithTheTopEdgeHighest)
     xrandr({"--delmonitor", "right"});
     xrandr({"--delmonitor", "eDP-left"});
     EXPECT_TRUE(eventually([&] { return displays.allDescriptors() == whole; }));
+}
+
+TEST(X11Session, ChoosesThePlatformForOrvaneOnly)
+{
+    constexpr const char *platform = "QT_QPA_PLATFORM";
+    const QByteArray before = qgetenv(platform);
+    for (const char *users : {"", "offscreen"}) {
+        *users ? qputenv(platform, users) : qunsetenv(platform);
+        {
+            const X11Session session;
+            EXPECT_EQ(qgetenv(platform), *users ? users : "xcb");
+        }
+        EXPECT_EQ(qgetenv(platform), users);
+    }
+    before.isNull() ? qunsetenv(platform) : qputenv(platform, before);
 }
 
 TEST(X11Connection, GoesSilentWhenItsServerGoes)

@@ -2,16 +2,18 @@
 
 #include "VelmoCore/Foundation/LocalizedError.h"
 
-#include <QtGlobal>
-
 #include <xcb/xcb.h>
 
 namespace velmo {
 
-void X11Session::prepare()
+namespace {
+
+constexpr const char *platform = "QT_QPA_PLATFORM";
+
+} // namespace
+
+X11Session::X11Session() : m_isUsersChoice(qEnvironmentVariableIsSet(platform))
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
     const bool hasServer = xcb_connection_has_error(connection) == 0;
     xcb_disconnect(connection);
@@ -19,6 +21,14 @@ void X11Session::prepare()
         throw LocalizedError(QStringLiteral(
             "O Orvane precisa de uma tela X11 e não encontrou nenhuma (DISPLAY). Inicie-o dentro "
             "da sua sessão gráfica."));
+    if (!m_isUsersChoice)
+        qputenv(platform, "xcb");
+}
+
+X11Session::~X11Session()
+{
+    if (!m_isUsersChoice)
+        qunsetenv(platform);
 }
 
 } // namespace velmo
