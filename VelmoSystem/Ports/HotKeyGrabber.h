@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <variant>
 
 namespace velmo {
@@ -24,6 +25,9 @@ public:
 
     virtual Result grab(ID id, const KeyCombo &combo) = 0;
     virtual void release(ID id) = 0;
+    /// The key code of the key with the desktop's own scan code, by what it types without
+    /// modifiers.
+    virtual std::optional<std::uint32_t> keyCode(std::uint32_t scanCode) const = 0;
 
     /// Runs on the main thread when a grabbed key goes down, once a press (no auto-repeat).
     std::function<void(ID)> onPressed;

@@ -37,8 +37,9 @@ std::optional<HotKeyAction> actionOf(const QString &id)
 
 } // namespace
 
-HotKeysModel::HotKeysModel(SettingsStore &settings, HotKeyController &hotKeys)
-    : m_settings(settings), m_hotKeys(hotKeys),
+HotKeysModel::HotKeysModel(SettingsStore &settings, HotKeyController &hotKeys,
+                           const HotKeyGrabber &keyboard)
+    : m_settings(settings), m_hotKeys(hotKeys), m_keyboard(keyboard),
       m_observer(settings.observe([this](const auto &, const auto &) { update(); }))
 {
     connect(&hotKeys, &HotKeyController::errorsChanged, this, &HotKeysModel::update);
@@ -84,7 +85,9 @@ void HotKeysModel::record(const QKeyEvent &press)
         stopRecording();
         return;
     }
-    const auto keyCode = KeyNames::keyCode(press.nativeVirtualKey());
+    auto keyCode = m_keyboard.keyCode(press.nativeScanCode()); // shift changes the symbol
+    if (!keyCode)
+        keyCode = KeyNames::keyCode(press.nativeVirtualKey());
     if (!keyCode)
         return; // a modifier on its way, or a key that no shortcut can have
     const KeyCombo combo{*keyCode, globalModifiers(press.modifiers())};

@@ -31,7 +31,8 @@ class HotKeysModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
 
 public:
-    HotKeysModel(SettingsStore &settings, HotKeyController &hotKeys);
+    /// `keyboard` tells a key by its place. All three must outlive the model.
+    HotKeysModel(SettingsStore &settings, HotKeyController &hotKeys, const HotKeyGrabber &keyboard);
     ~HotKeysModel() override;
 
     QAbstractItemModel *rows() { return &m_rows; }
@@ -50,6 +51,7 @@ private:
 
     SettingsStore &m_settings;
     HotKeyController &m_hotKeys;
+    const HotKeyGrabber &m_keyboard;
     SettingsStore::ObserverID m_observer;
     RecordListModel<HotKeyRow> m_rows;
     std::optional<HotKeyAction> m_recording;

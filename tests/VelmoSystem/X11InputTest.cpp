@@ -278,6 +278,15 @@ TEST_F(X11HotKeyTest, LeavesAKeyThatAnotherClientHoldsInPart)
     EXPECT_TRUE(grabs<HotKeyGrabber::Failed>(3, {9'999, KeyCombo::option}));
 }
 
+TEST_F(X11HotKeyTest, KnowsAKeyByWhatItTypesPlainly)
+{
+    const std::pair<xcb_keysym_t, std::optional<std::uint32_t>> cases[] = {
+        {XK_1, 18}, {XK_slash, 44}, {XK_n, keyN}, {XK_Tab, 48}, {XK_Shift_L, {}}};
+    for (const auto &[keysym, code] : cases)
+        EXPECT_EQ(grabber.keyCode(server->keycode(keysym)), code) << keysym;
+    EXPECT_FALSE(grabber.keyCode(0));
+}
+
 TEST_F(X11HotKeyTest, FollowsAKeyToItsPlaceInANewLayout)
 {
     ASSERT_TRUE(grabs<HotKeyGrabber::Grabbed>(1, altN));

@@ -48,9 +48,10 @@ protected:
         QCoreApplication::processEvents();
         return *windows().at(0);
     }
-    static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, quint32 keysym = 0)
+    static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, quint32 keysym = 0,
+                      quint32 scanCode = 0)
     {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers, 0, keysym, 0);
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, scanCode, keysym, 0);
         QCoreApplication::sendEvent(windows().at(0), &event);
     }
     static QString focused()
@@ -157,6 +158,12 @@ TEST_F(SettingsWindowTest, RecordsAShortcut)
     EXPECT_FALSE(reads(hint));
     EXPECT_TRUE(
         reads(QStringLiteral("Este atalho já está em uso por outro aplicativo ou pelo sistema.")));
+    services.settings.update([&](AppSettings &next) { next.toggleHotKey = before; });
+
+    record();
+    desktop.hotKeyGrabber.keyCodes = {{10, 18}};
+    press(Qt::Key_Exclam, Qt::ControlModifier | Qt::ShiftModifier, '!', 10);
+    EXPECT_EQ(services.hotKeys.displayString(HotKeyAction::toggle), u"⌃⇧1");
     services.settings.update([&](AppSettings &next) { next.toggleHotKey = before; });
 
     const struct {

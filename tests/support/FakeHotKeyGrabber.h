@@ -25,6 +25,12 @@ public:
             throw std::logic_error("released what isn't grabbed");
     }
 
+    std::optional<std::uint32_t> keyCode(std::uint32_t scanCode) const override
+    {
+        const auto found = keyCodes.find(scanCode);
+        return found == keyCodes.end() ? std::nullopt : std::optional(found->second);
+    }
+
     /// The user presses a combination; whoever grabbed it is told.
     void press(const KeyCombo &combo)
     {
@@ -36,6 +42,7 @@ public:
 
     std::map<ID, KeyCombo> grabbed;
     std::map<KeyCombo, Result> refusals;
+    std::map<std::uint32_t, std::uint32_t> keyCodes; ///< by scan code
 };
 
 } // namespace velmo

@@ -104,6 +104,18 @@ void X11HotKeyGrabber::release(ID id)
     m_entries.erase(found);
 }
 
+std::optional<std::uint32_t> X11HotKeyGrabber::keyCode(std::uint32_t scanCode) const
+{
+    for (const auto &[code, keysyms] : m_keysyms) {
+        if (code != scanCode)
+            continue;
+        for (const std::uint32_t keysym : keysyms) // a further level where the first has no name
+            if (const auto known = KeyNames::keyCode(keysym))
+                return known;
+    }
+    return std::nullopt;
+}
+
 HotKeyGrabber::Result X11HotKeyGrabber::grabKey(Key key)
 {
     auto *server = m_connection.handle();

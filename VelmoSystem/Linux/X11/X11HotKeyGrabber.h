@@ -18,6 +18,7 @@ public:
     /// fails with the X error BadValue (2).
     Result grab(ID id, const KeyCombo &combo) override;
     void release(ID id) override;
+    std::optional<std::uint32_t> keyCode(std::uint32_t scanCode) const override;
 
 private:
     /// What the server knows a combination as.
