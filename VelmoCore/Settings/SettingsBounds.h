@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace velmo {
@@ -19,6 +20,13 @@ struct Bounds {
     constexpr double clamp(double value) const { return std::clamp(value, minimum, maximum); }
     constexpr Seconds clamp(Seconds value) const { return Seconds(clamp(value.count())); }
     constexpr int clamp(int value) const { return int(clamp(double(value))); }
+
+    /// The nearest multiple of the step, as its decimal text reads: 0.18 is no 0.1799999….
+    double snap(double value) const
+    {
+        const double steps = std::round(value / step);
+        return step < 1 ? steps / std::round(1 / step) : steps * step;
+    }
 
     bool operator==(const Bounds &) const = default;
 };

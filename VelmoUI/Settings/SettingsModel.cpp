@@ -93,7 +93,9 @@ QVariantMap SettingsModel::bounds(const QString &key) const
 QVariant SettingsModel::updateValue(const QString &key, const QVariant &input)
 {
     const bool isScripts = input.metaType() == QMetaType::fromType<QJSValue>(); // as arrays are
-    const QVariant plain = isScripts ? input.value<QJSValue>().toVariant() : input;
+    QVariant plain = isScripts ? input.value<QJSValue>().toVariant() : input;
+    if (const auto bounds = SettingsBounds::of(key); bounds && isNumber(plain))
+        plain = bounds->snap(plain.toDouble());
     m_store.update([&](AppSettings &settings) {
         boost::mp11::mp_for_each<Keys>([&](auto member) {
             if (key == QLatin1String(member.name))

@@ -52,6 +52,12 @@ TEST_F(SettingsModelTest, WritesAndShowsEveryKindOfKey)
     expected.hiddenHomeCards.clear();
     EXPECT_EQ(store.settings(), expected);
 
+    run("for (let d = 0.12; d < 0.95; d += 0.02) settings.hoverDelay = d;" // as a slider counts
+        "settings.closeDelay = 0.1 + 0.2");
+    expected.hoverDelay = 0.94s;
+    expected.closeDelay = 0.3s;
+    EXPECT_EQ(store.settings(), expected);
+
     store.update([](AppSettings &next) {
         next.theme = ThemePreference::light;
         next.closeDelay = 1s;
