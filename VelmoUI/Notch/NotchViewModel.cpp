@@ -141,6 +141,18 @@ void NotchViewModel::selectAdjacentModule(int direction)
     selectModule((place + direction % count + count) % count);
 }
 
+void NotchViewModel::setPresentingSystemUI(bool isPresenting)
+{
+    m_isPresentingSystemUI = isPresenting;
+    m_keyboardTask.cancel();
+    if (isPresenting)
+        return;
+    m_keyboardTask = m_services.platform.scheduler.after(keyboardDelay, [this] {
+        if (isOpen(presentation()) && onTapWhileOpen)
+            onTapWhileOpen();
+    });
+}
+
 void NotchViewModel::setDropTargeted(bool targeted)
 {
     if (targeted == m_isDropTargeted)

@@ -34,6 +34,8 @@ class NotchViewModel : public QObject {
 public:
     /// How long a droplet flies before the notch swallows it.
     static constexpr Seconds dropletFlight = 0.45s;
+    /// By then the window manager has given the keyboard of a dialog that went to another window.
+    static constexpr Seconds keyboardDelay = 0.15s;
 
     NotchViewModel(DisplayID displayID, const NotchMetrics &metrics, AppServices &services);
     ~NotchViewModel() override;
@@ -72,6 +74,12 @@ public:
     void selectAdjacentModule(int direction);
     /// Asks Home for its next (1) or previous (-1) page.
     void requestHomePage(int direction) { Q_EMIT homePageRequested(direction); }
+
+    /// Whether a dialog of the desktop belongs to this panel: neither a pointer that leaves nor a
+    /// click outside closes it then.
+    bool isPresentingSystemUI() const { return m_isPresentingSystemUI; }
+    /// An open panel takes the keyboard back at the dialog's end.
+    void setPresentingSystemUI(bool isPresenting);
 
     /// What the drop surface offers, from left to right; settled when a drag enters.
     const std::vector<DropZone> &dropZones() const { return m_dropZones; }
@@ -142,6 +150,8 @@ private:
     Date m_presentationChangedAt;
     ShapeAnimator m_shape;
     QString m_selectedModuleID;
+    bool m_isPresentingSystemUI = false;
+    ScheduledTask m_keyboardTask;
     std::vector<DroppedItem> m_droppedItems;
     bool m_isDropTargeted = false;
     DropZone m_dropZone = DropZone::actions;

@@ -121,18 +121,22 @@ void NotchWindowController::handleMouseMoved(Point point)
     const Seconds delay = m_model.presentation() == NotchPresentation::preview
                               ? previewCloseDelay
                               : SettingsBounds::closeDelay.clamp(settings.closeDelay);
-    m_hoverTask = m_services.platform.scheduler.after(
-        delay, [this] { m_model.send(NotchEvent::hoverExited); });
+    m_hoverTask = m_services.platform.scheduler.after(delay, [this] {
+        if (!m_model.isPresentingSystemUI())
+            m_model.send(NotchEvent::hoverExited);
+    });
 }
 
 void NotchWindowController::handleMouseDown(WindowID window)
 {
     if (!m_isVisible || m_model.presentation() == NotchPresentation::collapsed)
         return;
-    if (window != m_panel.window().id())
+    if (window == m_panel.window().id()) {
+        if (isOpen(m_model.presentation()))
+            m_model.onTapWhileOpen();
+    } else if (!m_model.isPresentingSystemUI()) {
         m_model.send(NotchEvent::clickOutside);
-    else if (isOpen(m_model.presentation()))
-        m_model.onTapWhileOpen();
+    }
 }
 
 void NotchWindowController::handleDrag(Point point)

@@ -27,12 +27,17 @@ public:
             throw LocalizedError(failure);
     }
     std::optional<double> contentWidth(const AppServices &) const override { return width; }
-    View makeView(const ModuleContext &) override { return {page, std::make_unique<QObject>()}; }
+    View makeView(const ModuleContext &context) override
+    {
+        panel = &context.panel;
+        return {page, std::make_unique<QObject>()};
+    }
 
     std::optional<double> width;
     QString failure; ///< what `activate` throws, nothing if empty
     int activations = 0;
     QUrl page;
+    NotchViewModel *panel = nullptr; ///< that a view was made for last
 
 private:
     QString m_id;

@@ -130,6 +130,26 @@ TEST_F(NotchCoordinatorTest, OpensTheDropSurfaceForARealDragOnly)
     EXPECT_EQ(shown(), u"collapsed") << "moves outside don't prolong it";
 }
 
+TEST_F(NotchCoordinatorTest, StaysOpenBehindADialogOfItsOwn)
+{
+    const FakeModule &module = FakeModule::addTo(services.modules, QStringLiteral("arquivos"));
+    start();
+    coordinator.open(QStringLiteral("arquivos"));
+    desktop.movePointer(notchOf(1));
+    module.panel->setPresentingSystemUI(true);
+    window().resignKey();
+    desktop.movePointer(outside);
+    wait(5s);
+    desktop.pointer.press(outside, 7);
+    EXPECT_EQ(shown(), u"expanded");
+
+    module.panel->setPresentingSystemUI(false);
+    wait(NotchViewModel::keyboardDelay);
+    EXPECT_TRUE(window().isKey());
+    desktop.pointer.press(outside, 7);
+    EXPECT_EQ(shown(), u"collapsed");
+}
+
 TEST_F(NotchCoordinatorTest, ReturnsToWhatItWasWhenADragEndsWithoutADrop)
 {
     start();
