@@ -10,6 +10,8 @@ FocusScope {
     required property string name
     property alias text: field.text
     property alias placeholder: placeholder.text
+    /// What is written isn't shown.
+    property bool isSecret: false
 
     signal edited(string text)
     signal accepted
@@ -33,6 +35,7 @@ FocusScope {
         selectionColor: Theme.accent
         selectedTextColor: Theme.shape
         selectByMouse: true
+        echoMode: entry.isSecret ? TextInput.Password : TextInput.Normal
         font.family: Theme.face
         font.pixelSize: Theme.bodySize
         Accessible.name: entry.name

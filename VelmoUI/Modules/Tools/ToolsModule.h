@@ -4,6 +4,7 @@
 
 namespace velmo {
 
+/// What can be done with files.
 class ToolsModule : public NotchModule {
 public:
     QString id() const override { return QStringLiteral("tools"); }

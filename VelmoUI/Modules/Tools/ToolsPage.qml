@@ -1,6 +1,114 @@
 import QtQuick
+import Velmo
 
-Item {
-    property QtObject page
-    property bool watched
+/// The files chosen on the left; on the right what can be done with them, or the tool that is open.
+FocusScope {
+    id: view
+
+    property ToolsPageModel page: null
+    property bool watched: false
+    property int lastTile: 0
+    readonly property bool hasFiles: page !== null && page.hasFiles
+
+    onWatchedChanged: tell()
+    onPageChanged: tell()
+    Component.onDestruction: if (page !== null)
+        page.setWatched(false)
+
+    function tell() {
+        if (page !== null)
+            page.setWatched(watched);
+    }
+
+    Column {
+        anchors.centerIn: parent
+        visible: view.page !== null && !view.hasFiles
+        width: Math.min(parent.width, Theme.paneWidth)
+        spacing: Theme.grid
+
+        Label {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: "Nenhum arquivo escolhido"
+            font.pixelSize: Theme.titleSize
+            font.weight: Font.Medium
+        }
+        Label {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
+            bottomPadding: 2 * Theme.grid
+            text: "Arraste arquivos até o notch ou escolha-os aqui para renomear, mover, compactar ou extrair."
+            color: Theme.secondaryText
+        }
+        ActionButton {
+            anchors.horizontalCenter: parent.horizontalCenter
+            focus: !view.hasFiles
+            name: "Escolher arquivos"
+            onTriggered: view.page.chooseFiles()
+        }
+    }
+
+    SelectionCard {
+        id: selection
+        visible: view.hasFiles
+        width: Theme.sidebarWidth + Theme.rowHeight + 2 * Theme.cardPadding
+        height: parent.height
+        page: view.page
+    }
+
+    Loader {
+        id: tool
+
+        readonly property string id: view.page !== null ? view.page.tool : ""
+
+        x: selection.width + Theme.gap
+        width: parent.width - x
+        height: parent.height
+        visible: view.hasFiles
+        focus: view.hasFiles
+        active: view.page !== null
+        sourceComponent: id === "rename" ? rename : id === "zip" ? zip : id === "extract" ? extract
+                       : id === "list" ? contents : id === "summary" ? summary : all
+    }
+
+    Component {
+        id: all
+        ToolTiles {
+            page: view.page
+            Component.onCompleted: current = view.lastTile
+            Component.onDestruction: view.lastTile = current
+        }
+    }
+    Component {
+        id: rename
+        RenameTool {
+            page: view.page
+        }
+    }
+    Component {
+        id: zip
+        ZipTool {
+            page: view.page
+        }
+    }
+    Component {
+        id: extract
+        ExtractTool {
+            page: view.page
+        }
+    }
+    Component {
+        id: contents
+        ArchiveContentsTool {
+            page: view.page
+        }
+    }
+    Component {
+        id: summary
+        SummaryTool {
+            page: view.page
+        }
+    }
 }

@@ -1,0 +1,49 @@
+import QtQuick
+import Velmo
+
+/// Where the content of archives goes, and the password where one is needed.
+ToolForm {
+    id: tool
+
+    readonly property bool isFree: page !== null && !page.isRunning
+
+    fields: [
+        ActionButton {
+            anchors.right: here.left
+            anchors.rightMargin: Theme.grid
+            enabled: tool.isFree
+            opacity: enabled ? 1 : 0.4
+            name: "Escolher pasta…"
+            onTriggered: tool.page.chooseExtractFolder()
+        },
+        ActionButton {
+            id: here
+            anchors.right: parent.right
+            focus: true
+            enabled: tool.isFree
+            opacity: enabled ? 1 : 0.4
+            name: "Extrair aqui"
+            idleColor: Theme.surfaceSelected
+            onTriggered: tool.page.extract()
+            Component.onCompleted: forceActiveFocus()
+        }
+    ]
+
+    Label {
+        id: hint
+        width: parent.width
+        visible: !password.active
+        wrapMode: Text.Wrap
+        text: tool.page !== null ? tool.page.extractDetail : ""
+        color: Theme.secondaryText
+    }
+    Loader {
+        id: password
+        width: parent.width
+        focus: active
+        active: tool.page !== null && tool.page.passwordQuestion.length > 0
+        sourceComponent: PasswordField {
+            page: tool.page
+        }
+    }
+}

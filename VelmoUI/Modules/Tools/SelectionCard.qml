@@ -1,0 +1,119 @@
+import QtQuick
+import Velmo
+
+/// How many files are chosen, and below what is done with them or what came of it.
+Rectangle {
+    id: card
+
+    required property ToolsPageModel page
+    readonly property bool isRunning: page !== null && page.isRunning
+    readonly property string names: page !== null ? page.filesNames : ""
+    /// Nothing is going on or has happened.
+    readonly property bool isQuiet: !isRunning && note.length === 0
+    readonly property string note: page !== null ? page.note : ""
+
+    radius: Theme.cardRadius
+    color: Theme.surface
+
+    Label {
+        id: title
+        x: Theme.cardPadding
+        y: 2 * Theme.grid
+        width: add.x - x - Theme.grid
+        height: Theme.controlHeight
+        text: card.page !== null ? card.page.filesTitle : ""
+        elide: Text.ElideMiddle
+        font.pixelSize: Theme.titleSize
+        font.weight: Font.Medium
+    }
+    IconButton {
+        id: add
+        anchors.right: clear.left
+        y: title.y
+        enabled: !card.isRunning
+        opacity: enabled ? 1 : 0.4
+        name: "Adicionar arquivos"
+        symbol: "plus"
+        onTriggered: card.page.chooseFiles()
+    }
+    IconButton {
+        id: clear
+        anchors.right: parent.right
+        anchors.rightMargin: 2 * Theme.grid
+        y: title.y
+        enabled: !card.isRunning
+        opacity: enabled ? 1 : 0.4
+        name: "Limpar a seleção"
+        symbol: "xmark"
+        onTriggered: card.page.clear()
+    }
+    Label {
+        id: detail
+        x: title.x
+        anchors.top: title.bottom
+        width: parent.width - 2 * x
+        text: card.page !== null ? card.page.filesDetail : ""
+        color: Theme.secondaryText
+        font.pixelSize: Theme.smallSize
+    }
+
+    Label {
+        id: note
+        x: title.x
+        anchors.top: detail.bottom
+        anchors.topMargin: Theme.grid
+        anchors.bottom: controls.top
+        width: parent.width - 2 * x
+        verticalAlignment: card.isQuiet ? Text.AlignTop : Text.AlignBottom
+        bottomPadding: Theme.grid
+        wrapMode: Text.Wrap
+        maximumLineCount: card.height > 3 * Theme.rowHeight + Theme.controlHeight ? 3 : 2
+        text: card.isRunning ? card.page.jobTitle : card.note.length > 0 ? card.note : card.names
+        color: card.isQuiet ? Theme.tertiaryText : !card.isRunning && card.page.isNoteError ? Theme.error : Theme.text
+        font.pixelSize: Theme.smallSize
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+    }
+
+    Item {
+        id: controls
+        x: 2 * Theme.grid
+        y: parent.height - height - (height > 0 ? 2 * Theme.grid : Theme.grid)
+        width: parent.width - 2 * x
+        height: card.isRunning || undo.visible || reveal.visible ? Theme.controlHeight : 0
+
+        ProgressBar {
+            x: Theme.grid
+            anchors.verticalCenter: parent.verticalCenter
+            width: cancel.x - x - Theme.gap
+            visible: card.isRunning
+            opacity: card.isRunning && card.page.progress < 0 ? 0.4 : 1
+            progress: card.isRunning ? Math.max(0, card.page.progress) : 0
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: note.text
+        }
+        ActionButton {
+            id: cancel
+            anchors.right: parent.right
+            visible: card.isRunning
+            name: "Cancelar"
+            onTriggered: card.page.cancel()
+        }
+        Row {
+            spacing: Theme.grid
+
+            ActionButton {
+                id: undo
+                visible: card.page !== null && card.page.canUndo
+                name: "Desfazer"
+                onTriggered: card.page.undo()
+            }
+            ActionButton {
+                id: reveal
+                visible: card.page !== null && card.page.canReveal
+                name: "Mostrar"
+                onTriggered: card.page.reveal()
+            }
+        }
+    }
+}

@@ -1,0 +1,84 @@
+#include "VelmoUI/Notch/PanelFileDialog.h"
+
+#include "VelmoUI/Notch/NotchViewModel.h"
+
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace velmo {
+
+namespace {
+
+constexpr int gapBelowPanel = 24;
+
+QScreen *screenAt(double centerX)
+{
+    for (QScreen *screen : QGuiApplication::screens()) {
+        if (screen->geometry().left() <= centerX && centerX <= screen->geometry().right())
+            return screen;
+    }
+    return QGuiApplication::primaryScreen();
+}
+
+} // namespace
+
+PanelFileDialog::PanelFileDialog(NotchViewModel &panel) : m_panel(panel)
+{
+}
+
+PanelFileDialog::~PanelFileDialog()
+{
+    if (m_dialog && m_dialog->isVisible())
+        m_panel.setPresentingSystemUI(false);
+}
+
+void PanelFileDialog::open(Kind kind, const QString &title, const QString &acceptText,
+                           const QString &directory, const Use &use)
+{
+    if (m_dialog && m_dialog->isVisible()) {
+        m_dialog->raise();
+        m_dialog->activateWindow();
+        return;
+    }
+    m_dialog = std::make_unique<QFileDialog>();
+    m_dialog->setWindowTitle(title);
+    m_dialog->setDirectory(directory);
+    if (kind == Kind::files)
+        m_dialog->setNameFilter(QStringLiteral("Todos os arquivos (*)"));
+    m_dialog->setFileMode(kind == Kind::files ? QFileDialog::ExistingFiles
+                                              : QFileDialog::Directory);
+    m_dialog->setOption(QFileDialog::ShowDirsOnly, kind == Kind::folder);
+    // Our words where the dialog is Qt's own.
+    m_dialog->setLabelText(QFileDialog::Accept, acceptText);
+    m_dialog->setLabelText(QFileDialog::Reject, QStringLiteral("Cancelar"));
+    m_dialog->setLabelText(QFileDialog::LookIn, QStringLiteral("Pasta:"));
+    m_dialog->setLabelText(QFileDialog::FileName, QStringLiteral("Nome:"));
+    m_dialog->setLabelText(QFileDialog::FileType, QStringLiteral("Tipo:"));
+    QObject::connect(m_dialog.get(), &QFileDialog::finished, m_dialog.get(),
+                     [&panel = m_panel] { panel.setPresentingSystemUI(false); });
+    QObject::connect(m_dialog.get(), &QFileDialog::filesSelected, m_dialog.get(),
+                     [this, use](const auto &) {
+                         const QList<QUrl> chosen = m_dialog->selectedUrls();
+                         use({chosen.begin(), chosen.end()});
+                     });
+    m_panel.setPresentingSystemUI(true);
+    m_dialog->show();
+    place();
+    m_dialog->activateWindow();
+}
+
+void PanelFileDialog::place()
+{
+    const NotchLayoutContext context = m_panel.layoutContext();
+    const double below = NotchLayout::shape(m_panel.presentation(), context).height();
+    const QRect screen = screenAt(context.metrics.centerX)->availableGeometry();
+    QRect frame(QPoint(), m_dialog->size());
+    frame.moveCenter(screen.center());
+    frame.moveTop(std::max(frame.top(), screen.top() + int(below) + gapBelowPanel));
+    m_dialog->move(frame.topLeft());
+}
+
+} // namespace velmo
