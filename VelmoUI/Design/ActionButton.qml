@@ -5,16 +5,17 @@ import Velmo
 ControlSurface {
     id: button
 
+    property string label: name
     property color textColor: Theme.text
 
     idleColor: Theme.surface
-    implicitWidth: label.implicitWidth + 2 * Theme.cardPadding
+    implicitWidth: text.implicitWidth + 2 * Theme.cardPadding
     implicitHeight: Theme.controlHeight
 
     Label {
-        id: label
+        id: text
         anchors.centerIn: parent
-        text: button.name
+        text: button.label
         color: button.textColor
         font.pixelSize: Theme.smallSize
         font.weight: Font.Medium

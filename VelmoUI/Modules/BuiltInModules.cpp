@@ -4,6 +4,7 @@
 #include "VelmoUI/Modules/Home/HomeModule.h"
 #include "VelmoUI/Modules/ModuleRegistry.h"
 #include "VelmoUI/Modules/System/SystemModule.h"
+#include "VelmoUI/Modules/Timers/TimersModule.h"
 #include "VelmoUI/Modules/Tools/ToolsModule.h"
 
 namespace velmo {
@@ -12,6 +13,7 @@ void addBuiltInModules(ModuleRegistry &modules)
 {
     modules.add(std::make_unique<HomeModule>());
     modules.add(std::make_unique<ToolsModule>());
+    modules.add(std::make_unique<TimersModule>());
     modules.add(std::make_unique<SystemModule>());
     modules.add(std::make_unique<ActivityModule>());
 }

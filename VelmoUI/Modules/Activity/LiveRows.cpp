@@ -88,8 +88,10 @@ void LiveRows::update()
     std::optional<Seconds> next;
     for (const LiveActivity &activity : m_activity.live()) {
         rows.push_back(row(activity, now));
-        if (countedTime(activity, now) && !(activity.countdown && activity.countdown->end <= now))
-            next = std::min(next.value_or(1s), untilNextSecond(activity, now));
+        const bool counts =
+            countedTime(activity, now) && !(activity.countdown && activity.countdown->end <= now);
+        if (counts && !next)
+            next = untilNextSecond(activity, now);
     }
     m_nextSecond.cancel();
     if (next && m_isWatched)

@@ -24,7 +24,7 @@ BOOST_DESCRIBE_STRUCT(LiveRow, (),
                        spoken))
 
 /// The live activities as rows. While somebody looks and a row counts time, the rows are made anew
-/// at each full second; otherwise nothing runs.
+/// at each full second of the first one that does; otherwise nothing runs.
 class LiveRows : public QObject {
     Q_OBJECT
 

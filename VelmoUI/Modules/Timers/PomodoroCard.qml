@@ -1,0 +1,97 @@
+import QtQuick
+import Velmo
+
+/// The pomodoro: its phase, what is left of it, and the cycle.
+Rectangle {
+    id: card
+
+    required property TimersPageModel page
+
+    radius: Theme.cardRadius
+    color: Theme.surface
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Pomodoro"
+
+    ProgressRing {
+        id: ring
+        x: Theme.cardPadding
+        anchors.verticalCenter: parent.verticalCenter
+        width: 96
+        height: width
+        lineWidth: Theme.grid
+        progress: card.page.pomodoroProgress
+        color: Theme.accent
+        trackColor: Theme.hairline
+
+        NumberLabel {
+            anchors.centerIn: parent
+            text: card.page.pomodoroTime
+            size: Theme.numberSize
+            color: card.page.isPomodoroRunning || !card.page.hasPomodoro ? Theme.text : Theme.secondaryText
+        }
+    }
+
+    Column {
+        anchors.left: ring.right
+        anchors.leftMargin: Theme.cardPadding
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.cardPadding
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.grid
+
+        Label {
+            width: parent.width
+            text: card.page.phase
+            font.pixelSize: Theme.titleSize
+            font.weight: Font.Medium
+        }
+        Row {
+            spacing: Theme.grid
+            Accessible.role: Accessible.StaticText
+            Accessible.name: card.page.cyclesText
+
+            Repeater {
+                model: Math.min(card.page.cycles, 8)
+
+                delegate: Rectangle {
+                    required property int index
+
+                    width: 2 * Theme.grid
+                    height: width
+                    radius: width / 2
+                    color: index < card.page.cyclesDone ? Theme.accent : Theme.surfaceSelected
+                }
+            }
+        }
+        Label {
+            width: parent.width
+            text: card.page.today
+            color: Theme.secondaryText
+            font.pixelSize: Theme.captionSize
+        }
+        ActionButton {
+            visible: !card.page.hasPomodoro
+            name: "Iniciar foco"
+            onTriggered: card.page.startPomodoro()
+        }
+        Row {
+            visible: card.page.hasPomodoro
+
+            IconButton {
+                name: card.page.isPomodoroRunning ? "Pausar" : "Continuar"
+                symbol: card.page.isPomodoroRunning ? "pause.fill" : "play.fill"
+                onTriggered: card.page.togglePomodoroPause()
+            }
+            IconButton {
+                name: "Pular etapa"
+                symbol: "forward.end.fill"
+                onTriggered: card.page.skipPhase()
+            }
+            IconButton {
+                name: "Encerrar"
+                symbol: "stop.fill"
+                onTriggered: card.page.stopPomodoro()
+            }
+        }
+    }
+}

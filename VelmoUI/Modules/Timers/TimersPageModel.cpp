@@ -1,0 +1,309 @@
+#include "VelmoUI/Modules/Timers/TimersPageModel.h"
+
+#include "VelmoCore/Timers/DurationText.h"
+#include "VelmoUI/App/AppServices.h"
+
+#include <QLocale>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+namespace velmo {
+
+namespace {
+
+constexpr int daysShown = 28;
+
+/// What is left counts until its last moment is over.
+QString remainingText(const CountdownTimer &timer, Date now)
+{
+    return TimerCenter::format(Seconds(std::ceil(timer.remaining(now).count())));
+}
+
+QString removalText(const QString &title)
+{
+    return QStringLiteral("Remover %1").arg(title);
+}
+
+TimerRow timerRow(const CountdownTimer &timer, Date now)
+{
+    const QString left = remainingText(timer, now);
+    const QString value = timer.isFinished() ? QStringLiteral("Concluído")
+                          : timer.isPaused() ? QStringLiteral("Pausado, %1").arg(left)
+                                             : left;
+    return {.id = uuidText(timer.id),
+            .title = timer.label,
+            .value = value,
+            .progress = timer.progress(now),
+            .isRunning = timer.isRunning(),
+            .isFinished = timer.isFinished(),
+            .removal = removalText(timer.label),
+            .spoken = QStringLiteral("%1, %2").arg(timer.label, value)};
+}
+
+QString minutesText(int minutes)
+{
+    if (minutes < 60)
+        return QStringLiteral("%1 min").arg(minutes);
+    return minutes % 60 == 0 ? QStringLiteral("%1 h").arg(minutes / 60)
+                             : QStringLiteral("%1 h %2 min").arg(minutes / 60).arg(minutes % 60);
+}
+
+} // namespace
+
+TimersPageModel::TimersPageModel(AppServices &services) : m_services(services)
+{
+    connect(&services.timers, &TimerCenter::changed, this, &TimersPageModel::update);
+    connect(&services.settings, &SettingsStore::settingsChanged, this, &TimersPageModel::changed);
+    update();
+}
+
+TimerCenter &TimersPageModel::center() const
+{
+    return m_services.timers;
+}
+
+bool TimersPageModel::hasFinished() const
+{
+    return std::ranges::any_of(center().timers(), &CountdownTimer::isFinished);
+}
+
+bool TimersPageModel::isPomodoroRunning() const
+{
+    return hasPomodoro() && center().pomodoro()->timer.isRunning();
+}
+
+QString TimersPageModel::phase() const
+{
+    return Pomodoro::title(hasPomodoro() ? center().pomodoro()->phase : PomodoroPhase::focus);
+}
+
+QString TimersPageModel::phaseSymbol() const
+{
+    return !hasPomodoro() || center().pomodoro()->phase == PomodoroPhase::focus
+               ? QStringLiteral("brain.head.profile")
+               : QStringLiteral("cup.and.saucer.fill");
+}
+
+QString TimersPageModel::pomodoroTime() const
+{
+    if (hasPomodoro())
+        return remainingText(center().pomodoro()->timer, m_services.platform.scheduler.now());
+    return TimerCenter::format(
+        Pomodoro::duration(PomodoroPhase::focus, m_services.settings.settings().pomodoro));
+}
+
+qreal TimersPageModel::pomodoroProgress() const
+{
+    return hasPomodoro() ? center().pomodoro()->timer.progress(m_services.platform.scheduler.now())
+                         : 0;
+}
+
+int TimersPageModel::cycles() const
+{
+    return std::max(m_services.settings.settings().pomodoro.cyclesBeforeLongBreak, 1);
+}
+
+int TimersPageModel::cyclesDone() const
+{
+    if (!hasPomodoro())
+        return 0;
+    const PomodoroSession &session = *center().pomodoro();
+    return session.phase == PomodoroPhase::longBreak ? cycles() : session.completedFocus % cycles();
+}
+
+QString TimersPageModel::cyclesText() const
+{
+    return QStringLiteral("%1 de %2 focos").arg(cyclesDone()).arg(cycles());
+}
+
+QString TimersPageModel::today() const
+{
+    const int count = center().focusSessionsToday();
+    return count == 0   ? QStringLiteral("Hoje: nenhuma sessão")
+           : count == 1 ? QStringLiteral("Hoje: 1 sessão")
+                        : QStringLiteral("Hoje: %1 sessões").arg(count);
+}
+
+QString TimersPageModel::total() const
+{
+    const QDate first =
+        localDateTime(m_services.platform.scheduler.now()).date().addDays(1 - daysShown);
+    int minutes = 0;
+    for (const PomodoroRecord &record : center().history()) {
+        if (localDateTime(record.date).date() >= first)
+            minutes += record.minutes;
+    }
+    return QStringLiteral("%1 de foco").arg(minutesText(minutes));
+}
+
+void TimersPageModel::setWatched(bool watched)
+{
+    if (watched == m_isWatched)
+        return;
+    m_isWatched = watched;
+    update();
+}
+
+bool TimersPageModel::start(const QString &text, const QString &label)
+{
+    const auto length = duration(text);
+    if (length)
+        center().startTimer(*length, label.trimmed());
+    return length.has_value();
+}
+
+void TimersPageModel::startPreset(const QString &id)
+{
+    center().startTimer(Seconds(id.toDouble()));
+}
+
+bool TimersPageModel::addPreset(const QString &text)
+{
+    const auto length = duration(text);
+    if (length)
+        center().addPreset(*length);
+    return length.has_value();
+}
+
+void TimersPageModel::removePreset(const QString &id)
+{
+    center().removePreset(Seconds(id.toDouble()));
+}
+
+void TimersPageModel::clearIssue()
+{
+    m_issue.clear();
+    Q_EMIT issueChanged();
+}
+
+void TimersPageModel::togglePause(const QString &id)
+{
+    const Uuid uuid = Uuid::fromString(id);
+    const auto timer = std::ranges::find(center().timers(), uuid, &CountdownTimer::id);
+    if (timer == center().timers().end())
+        return;
+    if (timer->isRunning())
+        center().pause(uuid);
+    else
+        center().resume(uuid);
+}
+
+void TimersPageModel::restart(const QString &id)
+{
+    center().restart(Uuid::fromString(id));
+}
+
+void TimersPageModel::remove(const QString &id)
+{
+    center().remove(Uuid::fromString(id));
+}
+
+void TimersPageModel::clearFinished()
+{
+    center().clearFinished();
+}
+
+void TimersPageModel::startPomodoro()
+{
+    center().startPomodoro();
+}
+
+void TimersPageModel::togglePomodoroPause()
+{
+    center().togglePomodoroPause();
+}
+
+void TimersPageModel::skipPhase()
+{
+    center().skipPomodoroPhase();
+}
+
+void TimersPageModel::stopPomodoro()
+{
+    center().stopPomodoro();
+}
+
+void TimersPageModel::clearHistory()
+{
+    center().clearHistory();
+}
+
+std::optional<Seconds> TimersPageModel::duration(const QString &text)
+{
+    const auto duration = durationFromText(text);
+    m_issue = duration ? QString() : QStringLiteral("Digite uma duração, como 1:30, 90 ou 1h20.");
+    Q_EMIT issueChanged();
+    return duration;
+}
+
+void TimersPageModel::update()
+{
+    const Date now = m_services.platform.scheduler.now();
+    updateTimers(now);
+    updateDays(now);
+    std::vector<PresetRow> presets;
+    for (const Seconds seconds : center().presets()) {
+        const QString title = TimerCenter::format(seconds);
+        presets.push_back({QString::number(seconds.count()), title, removalText(title)});
+    }
+    m_presets.setRecords(presets);
+    scheduleTick(now);
+    Q_EMIT changed();
+}
+
+void TimersPageModel::updateTimers(Date now)
+{
+    std::vector<TimerRow> rows;
+    for (const CountdownTimer &timer : center().timers())
+        rows.push_back(timerRow(timer, now));
+    m_timers.setRecords(rows);
+}
+
+void TimersPageModel::updateDays(Date now)
+{
+    const QDate today = localDateTime(now).date();
+    std::map<QDate, int> minutes;
+    for (int day = 0; day < daysShown; ++day)
+        minutes[today.addDays(-day)] = 0;
+    int most = 1;
+    for (const PomodoroRecord &record : center().history()) {
+        const auto day = minutes.find(localDateTime(record.date).date());
+        if (day == minutes.end())
+            continue;
+        day->second += record.minutes;
+        most = std::max(most, day->second);
+    }
+    std::vector<FocusDay> days;
+    for (const auto &[date, focus] : minutes)
+        days.push_back(
+            {.id = date.toString(Qt::ISODate),
+             .share = double(focus) / most,
+             .isToday = date == today,
+             .text = QStringLiteral("%1: %2").arg(QLocale().toString(date, QStringLiteral("d MMM")),
+                                                  minutesText(focus))});
+    m_days.setRecords(days);
+}
+
+/// One tick a second for all, at the first one's full second.
+void TimersPageModel::scheduleTick(Date now)
+{
+    constexpr Seconds leeway = 1ms;
+    m_nextSecond.cancel();
+    if (!m_isWatched)
+        return;
+    std::optional<Seconds> left;
+    if (isPomodoroRunning())
+        left = center().pomodoro()->timer.remaining(now);
+    const auto running = std::ranges::find_if(center().timers(), &CountdownTimer::isRunning);
+    if (!left && running != center().timers().end())
+        left = running->remaining(now);
+    if (!left)
+        return;
+    const Seconds fraction(left->count() - std::floor(left->count()));
+    m_nextSecond = m_services.platform.scheduler.after(
+        fraction > Seconds(0) ? fraction + leeway : Seconds(1s), [this] { update(); });
+}
+
+} // namespace velmo
