@@ -57,6 +57,12 @@ TimerCenter::TimerCenter(const std::optional<QString> &path, Scheduler &schedule
         m_state = *std::move(state);
 }
 
+bool TimerCenter::isRunning() const
+{
+    return (pomodoro() && pomodoro()->timer.isRunning()) ||
+           std::ranges::any_of(timers(), &CountdownTimer::isRunning);
+}
+
 int TimerCenter::focusSessionsToday() const
 {
     const QDate today = localDateTime(m_scheduler.now()).date();

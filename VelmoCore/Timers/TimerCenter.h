@@ -51,6 +51,8 @@ public:
     const std::vector<Seconds> &presets() const { return m_state.presets; }
     const std::optional<PomodoroSession> &pomodoro() const { return m_state.pomodoro; }
     const std::vector<PomodoroRecord> &history() const { return m_state.history; }
+    /// Whether a countdown or the pomodoro runs.
+    bool isRunning() const;
     /// Of the user's calendar day.
     int focusSessionsToday() const;
     const std::optional<QString> &loadIssue() const { return m_loadIssue; }

@@ -74,7 +74,7 @@ protected:
 
 } // namespace
 
-TEST_F(HomePageModelTest, BringsALowBatteryToTheFront)
+TEST_F(HomePageModelTest, BringsALowBatteryAndARunningTimerToTheFront)
 {
     const auto first = [&](int percent, bool isCharging) {
         desktop.power.set(BatteryInfo{.percent = percent, .isCharging = isCharging});
@@ -85,6 +85,10 @@ TEST_F(HomePageModelTest, BringsALowBatteryToTheFront)
     EXPECT_EQ(first(15, true), u"favorites");
     desktop.power.set(std::nullopt);
     EXPECT_EQ(shownCards().front(), u"favorites");
+    const Uuid timer = services.timers.startTimer(60s).id;
+    EXPECT_EQ(shownCards().front(), u"focus");
+    services.timers.pause(timer);
+    EXPECT_EQ(shownCards().front(), u"favorites");
 }
 
 TEST_F(HomePageModelTest, MakesThePanelAsWideAsItsCards)
@@ -94,7 +98,7 @@ TEST_F(HomePageModelTest, MakesThePanelAsWideAsItsCards)
     coordinator.open();
     const int withWelcome = width();
     change([](AppSettings &settings) { settings.hasCompletedOnboarding = true; });
-    constexpr int wanted = 72 + (146 + 10) + (214 + 10) + 290 + 20;
+    constexpr int wanted = 72 + (146 + 10) + (158 + 10) + (214 + 10) + 290 + 20;
     constexpr int leastForTheBar = 240 + 190 + 240;
     EXPECT_EQ(withWelcome - width(), wanted - leastForTheBar);
 }
@@ -103,7 +107,7 @@ TEST_F(HomePageModelTest, TurnsItsPagesByKeyAndWheel)
 {
     open();
     EXPECT_EQ(page().pageCount(), 1);
-    page().setWidth(200);
+    page().setWidth(400);
     ASSERT_EQ(page().pageCount(), 2);
     press(XK_Right, Qt::ControlModifier, Qt::Key_Right);
     press(XK_Right, Qt::ControlModifier, Qt::Key_Right);

@@ -4,6 +4,7 @@
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
 #include "VelmoUI/Modules/Home/HomeView.h"
 #include "VelmoUI/Modules/System/SystemPageModel.h"
+#include "VelmoUI/Modules/Timers/TimersPageModel.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
 
 #include <QWheelEvent>
@@ -28,6 +29,7 @@ HomePageModel::HomePageModel(const ModuleContext &context) : m_context(context)
     connect(&context.services.settings, &SettingsStore::settingsChanged, this,
             &HomePageModel::update);
     connect(&context.services.platform.power, &PowerInfo::changed, this, &HomePageModel::update);
+    connect(&context.services.timers, &TimerCenter::changed, this, &HomePageModel::update);
     connect(&context.panel, &NotchViewModel::homePageRequested, this,
             [this](int direction) { setPageIndex(m_pageIndex + direction); });
     update();
@@ -106,6 +108,8 @@ NotchModule::View HomePageModel::makeCard(HomeCard card)
     switch (card) {
     case HomeCard::favorites:
         return {cardSource(u"FavoritesCard"), std::make_unique<FavoritesModel>(m_context)};
+    case HomeCard::focus:
+        return {cardSource(u"FocusCard"), std::make_unique<TimersPageModel>(m_context.services)};
     case HomeCard::system:
         return {cardSource(u"SystemSummaryCard"),
                 std::make_unique<SystemPageModel>(m_context.services)};

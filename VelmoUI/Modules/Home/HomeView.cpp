@@ -7,17 +7,25 @@ namespace velmo {
 
 bool HomeView::isActive(HomeCard card, const AppServices &services)
 {
-    if (card != HomeCard::system)
+    switch (card) {
+    case HomeCard::focus:
+        return services.timers.isRunning();
+    case HomeCard::system: {
+        const auto battery = services.platform.power.battery();
+        return battery && battery->percent <= lowBattery && !battery->isCharging;
+    }
+    default:
         return false;
-    const auto battery = services.platform.power.battery();
-    return battery && battery->percent <= lowBattery && !battery->isCharging;
+    }
 }
 
 std::set<HomeCard> HomeView::available(const AppServices &services)
 {
     std::set<HomeCard> cards{HomeCard::favorites};
-    if (services.modules.find(*HomeCards::moduleID(HomeCard::system)))
-        cards.insert(HomeCard::system);
+    for (const HomeCard card : {HomeCard::focus, HomeCard::system}) {
+        if (services.modules.find(*HomeCards::moduleID(card)))
+            cards.insert(card);
+    }
     return cards;
 }
 

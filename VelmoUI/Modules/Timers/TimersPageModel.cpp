@@ -126,6 +126,23 @@ QString TimersPageModel::today() const
                         : QStringLiteral("Hoje: %1 sessões").arg(count);
 }
 
+QString TimersPageModel::leadTitle() const
+{
+    if (!lead())
+        return {};
+    return lead()->isPaused() ? QStringLiteral("Pausado") : lead()->label;
+}
+
+QString TimersPageModel::leadTime() const
+{
+    return lead() ? remainingText(*lead(), m_services.platform.scheduler.now()) : pomodoroTime();
+}
+
+qreal TimersPageModel::leadProgress() const
+{
+    return lead() ? lead()->progress(m_services.platform.scheduler.now()) : 0;
+}
+
 QString TimersPageModel::total() const
 {
     const QDate first =
@@ -228,6 +245,14 @@ void TimersPageModel::stopPomodoro()
 void TimersPageModel::clearHistory()
 {
     center().clearHistory();
+}
+
+const CountdownTimer *TimersPageModel::lead() const
+{
+    if (hasPomodoro())
+        return &center().pomodoro()->timer;
+    const auto open = std::ranges::find(center().timers(), false, &CountdownTimer::isFinished);
+    return open == center().timers().end() ? nullptr : &*open;
 }
 
 std::optional<Seconds> TimersPageModel::duration(const QString &text)

@@ -67,8 +67,13 @@ class TimersPageModel : public QObject {
     Q_PROPERTY(int cyclesDone READ cyclesDone NOTIFY changed)
     Q_PROPERTY(QString cyclesText READ cyclesText NOTIFY changed) ///< "1 de 4 focos"
     Q_PROPERTY(QString today READ today NOTIFY changed)           ///< "Hoje: 3 sessões"
-    Q_PROPERTY(QAbstractItemModel *days READ days CONSTANT)       ///< of the last four weeks
-    Q_PROPERTY(QString total READ total NOTIFY changed)           ///< "6 h 40 min de foco"
+    /// Of the pomodoro, or of the first countdown that isn't over.
+    Q_PROPERTY(bool hasLead READ hasLead NOTIFY changed)
+    Q_PROPERTY(QString leadTitle READ leadTitle NOTIFY changed)
+    Q_PROPERTY(QString leadTime READ leadTime NOTIFY changed)
+    Q_PROPERTY(qreal leadProgress READ leadProgress NOTIFY changed)
+    Q_PROPERTY(QAbstractItemModel *days READ days CONSTANT) ///< of the last four weeks
+    Q_PROPERTY(QString total READ total NOTIFY changed)     ///< "6 h 40 min de foco"
     Q_PROPERTY(bool hasHistory READ hasHistory NOTIFY changed)
 
 public:
@@ -89,6 +94,10 @@ public:
     int cyclesDone() const;
     QString cyclesText() const;
     QString today() const;
+    bool hasLead() const { return lead() != nullptr; }
+    QString leadTitle() const;
+    QString leadTime() const;
+    qreal leadProgress() const;
     QAbstractItemModel *days() { return &m_days; }
     QString total() const;
     bool hasHistory() const { return !center().history().empty(); }
@@ -120,6 +129,7 @@ Q_SIGNALS:
 
 private:
     TimerCenter &center() const;
+    const CountdownTimer *lead() const;
     std::optional<Seconds> duration(const QString &text);
     void update();
     void updateTimers(Date now);
