@@ -1,64 +1,27 @@
 #include "VelmoCore/Files/FileTransfer.h"
 
 #include "VelmoCore/Files/FileNaming.h"
+#include "VelmoCore/Files/NativeFiles.h"
+#include "VelmoCore/Files/TreeCopier.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Uuid.h"
-#include "VelmoCore/Storage/Descriptor.h"
 
-#include <QFile>
-
-#include <algorithm>
-#include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
-#include <memory>
-#include <string>
-#include <sys/stat.h>
-#include <sys/xattr.h>
-#include <vector>
 
 namespace velmo {
+
+using namespace NativeFiles;
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t chunk = 4 << 20;
 constexpr int mostAttempts = 1000;
 
 std::string native(const QString &path)
 {
     return QFile::encodeName(path).toStdString();
-}
-
-/// A path of the copy, for the user; names that aren't text lose something.
-QString shown(const std::string &path)
-{
-    return QFile::decodeName(path.c_str());
-}
-
-[[noreturn]] void fail(const std::string &path, int code = errno)
-{
-    throw FileError(shown(path), code);
-}
-
-void orFail(int result, const std::string &path)
-{
-    if (result < 0)
-        fail(path);
-}
-
-void heed(const std::stop_token &stop)
-{
-    if (stop.stop_requested())
-        throw Cancelled();
-}
-
-struct stat stated(const std::string &path)
-{
-    struct stat entry = {};
-    orFail(::lstat(path.c_str(), &entry), path);
-    return entry;
 }
 
 bool stands(const std::string &path)
@@ -79,7 +42,12 @@ int renameByTwoSteps(const std::string &from, const std::string &to)
         return ::rename(from.c_str(), to.c_str());
     if (::link(from.c_str(), to.c_str()) < 0)
         return errno == EPERM || errno == EOPNOTSUPP ? ::rename(from.c_str(), to.c_str()) : -1;
-    return ::unlink(from.c_str());
+    if (::unlink(from.c_str()) == 0)
+        return 0;
+    const int code = errno;
+    ::unlink(to.c_str());
+    errno = code;
+    return -1;
 }
 
 /// 0, or -1 with errno; EEXIST where something stands at `to`.
@@ -91,258 +59,74 @@ int renameWithoutReplacing(const std::string &from, const std::string &to)
     return result;
 }
 
+/// Folders that nobody may write to keep their files otherwise.
+void makeFoldersWritable(const fs::path &path)
+{
+    std::error_code error;
+    const auto open = [&](const fs::path &folder) {
+        fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, error);
+    };
+    if (!fs::is_directory(fs::symlink_status(path, error)))
+        return;
+    open(path);
+    for (auto entry = fs::recursive_directory_iterator(path, error);
+         !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        if (entry->is_directory(error) && !entry->is_symlink(error))
+            open(entry->path());
+    }
+}
+
 /// Removes what isn't to stay; a failure leaves a hidden file and a line in the log.
 void discard(const std::string &path)
 {
     std::error_code error;
     fs::remove_all(path, error);
+    if (error) {
+        makeFoldersWritable(path);
+        fs::remove_all(path, error);
+    }
     if (error)
         qCWarning(Log::storage).noquote()
             << QStringLiteral("Não foi possível remover %1: %2")
                    .arg(shown(path), QString::fromStdString(error.message()));
 }
 
-/// Copies a tree of files, folders and links.
-class Copier {
-public:
-    /// A safe copy is synced and read back before anyone relies on it.
-    Copier(bool isSafe, std::stop_token stop, const FileTransfer::Progress &progress)
-        : m_isSafe(isSafe), m_stop(std::move(stop)), m_progress(progress)
-    {
-    }
-
-    /// Says how much there is to copy before it begins.
-    void copyAll(const std::string &from, const std::string &to)
-    {
-        if (m_progress)
-            m_wanted = std::max<std::uintmax_t>(bytesOf(from), 1) * (m_isSafe ? 2 : 1);
-        copy(from, to);
-    }
-
-private:
-    void copy(const std::string &from, const std::string &to)
-    {
-        heed(m_stop);
-        const struct stat entry = stated(from);
-        if (S_ISREG(entry.st_mode))
-            copyFile(from, to);
-        else if (S_ISDIR(entry.st_mode))
-            copyFolder(from, to);
-        else if (S_ISLNK(entry.st_mode))
-            copyLink(from, to, entry);
-        else
-            fail(from, EOPNOTSUPP);
-    }
-
-    /// Of all files in a tree; what can't be read counts nothing and fails when it is copied.
-    std::uintmax_t bytesOf(const std::string &path) const
-    {
-        std::error_code error;
-        if (fs::is_regular_file(fs::symlink_status(path, error)))
-            return fs::file_size(path, error);
-        std::uintmax_t sum = 0;
-        if (!fs::is_directory(fs::symlink_status(path, error)))
-            return sum;
-        for (auto entry = fs::recursive_directory_iterator(path, error);
-             !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-            heed(m_stop);
-            std::error_code unread;
-            if (fs::is_regular_file(entry->symlink_status(unread)))
-                sum += fs::file_size(entry->path(), unread);
-        }
-        return sum;
-    }
-
-    void advance(ssize_t count)
-    {
-        if (!m_progress)
-            return;
-        m_done += std::uintmax_t(count);
-        m_progress(std::min(1.0, double(m_done) / double(m_wanted)));
-    }
-
-    void copyFile(const std::string &from, const std::string &to)
-    {
-        const Descriptor source(::open(from.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC),
-                                shown(from));
-        const Descriptor target(
-            ::open(to.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600),
-            shown(to));
-        struct stat before = {};
-        orFail(::fstat(source, &before), from);
-        copyContent(source, target, from, to);
-        if (m_isSafe)
-            compare(source, target, to);
-        struct stat after = {};
-        orFail(::fstat(source, &after), from);
-        if (before.st_size != after.st_size || before.st_mtim.tv_sec != after.st_mtim.tv_sec ||
-            before.st_mtim.tv_nsec != after.st_mtim.tv_nsec)
-            fail(from, EBUSY); // somebody is writing it
-        copyFacts(source, target, before, to);
-        if (m_isSafe)
-            orFail(retried([&] { return ::fsync(target); }), to);
-    }
-
-    void copyContent(int source, int target, const std::string &from, const std::string &to)
-    {
-        bool isInKernel = true;
-        std::unique_ptr<char[]> buffer;
-        for (;;) {
-            heed(m_stop);
-            if (isInKernel) {
-                const ssize_t count = retried(
-                    [&] { return ::copy_file_range(source, nullptr, target, nullptr, chunk, 0); });
-                if (count > 0) {
-                    advance(count);
-                    continue;
-                }
-                if (count < 0 && errno != EXDEV && errno != EINVAL && errno != ENOSYS &&
-                    errno != EOPNOTSUPP)
-                    fail(to);
-                isInKernel = false; // some file systems say 0 of what isn't empty
-                buffer = std::make_unique_for_overwrite<char[]>(chunk);
-            }
-            const ssize_t count = retried([&] { return ::read(source, buffer.get(), chunk); });
-            orFail(int(std::min<ssize_t>(count, 0)), from);
-            if (count == 0)
-                return;
-            writeAll(target, {buffer.get(), std::size_t(count)}, to);
-            advance(count);
-        }
-    }
-
-    static void writeAll(int target, std::string_view bytes, const std::string &to)
-    {
-        while (!bytes.empty()) {
-            const ssize_t count =
-                retried([&] { return ::write(target, bytes.data(), bytes.size()); });
-            orFail(int(std::min<ssize_t>(count, 0)), to);
-            bytes.remove_prefix(std::size_t(count));
-        }
-    }
-
-    void compare(int source, int target, const std::string &to)
-    {
-        std::vector<char> wanted(chunk);
-        std::vector<char> found(chunk);
-        for (off_t at = 0;;) {
-            heed(m_stop);
-            const ssize_t count =
-                retried([&] { return ::pread(source, wanted.data(), chunk, at); });
-            const ssize_t same = retried([&] { return ::pread(target, found.data(), chunk, at); });
-            if (count < 0 || count != same ||
-                !std::equal(wanted.begin(), wanted.begin() + count, found.begin()))
-                fail(to, EIO);
-            if (count == 0)
-                return;
-            at += count;
-            advance(count);
-        }
-    }
-
-    void copyFolder(const std::string &from, const std::string &to)
-    {
-        const Descriptor source(
-            ::open(from.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC), shown(from));
-        orFail(::mkdir(to.c_str(), 0700), to);
-        for (const std::string &name : names(from))
-            copy(fs::path(from) / name, fs::path(to) / name);
-        const Descriptor target(::open(to.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC),
-                                shown(to));
-        struct stat entry = {};
-        orFail(::fstat(source, &entry), from);
-        copyFacts(source, target, entry, to);
-    }
-
-    static std::vector<std::string> names(const std::string &folder)
-    {
-        const std::unique_ptr<DIR, int (*)(DIR *)> listing(::opendir(folder.c_str()), ::closedir);
-        if (!listing)
-            fail(folder);
-        std::vector<std::string> found;
-        for (errno = 0; const dirent *entry = ::readdir(listing.get()); errno = 0) {
-            const std::string name = entry->d_name;
-            if (name != "." && name != "..")
-                found.push_back(name);
-        }
-        if (errno != 0)
-            fail(folder);
-        return found;
-    }
-
-    static void copyLink(const std::string &from, const std::string &to, const struct stat &entry)
-    {
-        std::string target(std::size_t(entry.st_size) + 1, '\0');
-        const ssize_t size = ::readlink(from.c_str(), target.data(), target.size());
-        orFail(int(std::min<ssize_t>(size, 0)), from);
-        target.resize(std::size_t(size));
-        orFail(::symlink(target.c_str(), to.c_str()), to);
-        const timespec times[] = {entry.st_atim, entry.st_mtim};
-        ::utimensat(AT_FDCWD, to.c_str(), times, AT_SYMLINK_NOFOLLOW); // not every file system can
-    }
-
-    /// Mode, extended attributes and times, the last ones last.
-    static void copyFacts(int source, int target, const struct stat &entry, const std::string &to)
-    {
-        copyAttributes(source, target);
-        orFail(::fchmod(target, entry.st_mode & 07777), to);
-        const timespec times[] = {entry.st_atim, entry.st_mtim};
-        orFail(::futimens(target, times), to);
-    }
-
-    /// What the target can't hold stays behind.
-    static void copyAttributes(int source, int target)
-    {
-        const ssize_t size = ::flistxattr(source, nullptr, 0);
-        std::string names(std::size_t(std::max<ssize_t>(size, 0)), '\0');
-        if (size <= 0 || ::flistxattr(source, names.data(), names.size()) != size)
-            return;
-        for (std::size_t at = 0; at < names.size(); at += std::string_view(&names[at]).size() + 1) {
-            const char *name = &names[at];
-            const ssize_t length = ::fgetxattr(source, name, nullptr, 0);
-            std::string value(std::size_t(std::max<ssize_t>(length, 0)), '\0');
-            if (length >= 0 && ::fgetxattr(source, name, value.data(), value.size()) == length)
-                ::fsetxattr(target, name, value.data(), value.size(), 0);
-        }
-    }
-
-    bool m_isSafe;
-    std::stop_token m_stop;
-    const FileTransfer::Progress &m_progress;
-    std::uintmax_t m_wanted = 1; ///< bytes, those that are read back counted again
-    std::uintmax_t m_done = 0;
-};
-
-/// Copies beside the target under a hidden name, and gives it its name when it is whole.
-void copyTo(const std::string &from, const std::string &to, bool isSafe,
-            const std::stop_token &stop, const FileTransfer::Progress &progress)
+std::string hiddenBeside(const std::string &path)
 {
-    if (stands(to))
-        fail(to, EEXIST);
-    const std::string temporary =
-        fs::path(to).parent_path() / (".orvane-" + uuidText(makeUuid()).toStdString());
-    try {
-        Copier(isSafe, stop, progress).copyAll(from, temporary);
-        orFail(renameWithoutReplacing(temporary, to), to);
-    } catch (const LocalizedError &) {
-        if (stands(temporary))
-            discard(temporary);
-        throw;
-    }
+    return fs::path(path).parent_path() / (".orvane-" + uuidText(makeUuid()).toStdString());
 }
 
-/// Takes the original away now that its copy is whole: at once under another name, so that it is
-/// never half there.
-void removeOriginal(const std::string &from, const std::string &copy)
+void syncFolderOf(const std::string &path)
 {
-    const std::string aside =
-        fs::path(from).parent_path() / (".orvane-" + uuidText(makeUuid()).toStdString());
-    if (renameWithoutReplacing(from, aside) < 0) {
-        const int code = errno;
-        discard(copy);
-        fail(from, code);
+    const std::string folder = fs::path(path).parent_path();
+    sync(Descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), shown(folder)),
+         folder);
+}
+
+/// What keeps something from coming to be at `to` is the folder's fault, if it has one.
+void checkFolderOf(const std::string &to)
+{
+    const std::string folder = fs::path(to).parent_path();
+    orFail(::eaccess(folder.c_str(), W_OK | X_OK), folder);
+}
+
+/// Copies beside the target under a hidden name, and gives it its name when it is whole.
+void copyTo(const std::string &from, const std::string &to, TreeCopier &copier)
+{
+    checkFolderOf(to);
+    struct stat entry = {};
+    if (::lstat(to.c_str(), &entry) == 0)
+        fail(to, EEXIST);
+    if (errno != ENOENT)
+        fail(to);
+    const std::string temporary = hiddenBeside(to);
+    try {
+        copier.copy(from, temporary);
+        orFail(renameWithoutReplacing(temporary, to), to);
+    } catch (const LocalizedError &) {
+        discard(temporary);
+        throw;
     }
-    discard(aside);
 }
 
 std::string trimmed(const QString &path)
@@ -367,15 +151,85 @@ QUrl uniquely(const QUrl &to, const std::function<void(const QString &)> &transf
     }
 }
 
+/// Nothing of an original that is gone.
+QString staysAt(const std::string &path)
+{
+    struct stat entry = {};
+    if (::lstat(path.c_str(), &entry) < 0 && (errno == ENOENT || errno == ENOTDIR))
+        return {};
+    return QStringLiteral("O original está em “%1”.").arg(shown(path));
+}
+
+/// Takes a copy back that has its name already. Says where it is if that can't be.
+QString takenBack(const std::string &copy)
+{
+    const std::string temporary = hiddenBeside(copy);
+    if (renameWithoutReplacing(copy, temporary) < 0)
+        return errno == ENOENT ? QString()
+                               : QStringLiteral("Uma cópia ficou em “%1”. ").arg(shown(copy));
+    discard(temporary);
+    return {};
+}
+
+/// Gives the original its name again, or one close to it, or none. Gives its path.
+std::string givenBack(const std::string &aside, const std::string &from)
+{
+    std::string place = aside;
+    try {
+        uniquely(QUrl::fromLocalFile(shown(from)), [&](const QString &free) {
+            orFail(renameWithoutReplacing(aside, native(free)), from);
+            place = native(free);
+        });
+    } catch (const FileError &error) {
+        qCWarning(Log::storage).noquote() << error.description();
+    }
+    return place;
+}
+
+/// Takes the original away now that its copy is whole: at once under another name, so that it is
+/// never half there. What was written to it meanwhile brings it back.
+void replaceByCopy(const std::string &from, const std::string &copy, const TreeCopier &copier)
+{
+    const std::string aside = hiddenBeside(from);
+    try {
+        syncFolderOf(copy);
+        orFail(renameWithoutReplacing(from, aside), from);
+    } catch (const FileError &error) {
+        const QString left = takenBack(copy);
+        throw FileError(error, left + staysAt(from));
+    }
+    if (copier.isUnchanged(aside) && stands(copy)) {
+        discard(aside);
+        return;
+    }
+    const std::string place = givenBack(aside, from);
+    const QString left = takenBack(copy);
+    throw FileError(FileError(shown(from), EBUSY), left + staysAt(place));
+}
+
 /// False, and nothing has happened, where `to` is on another file system.
 bool renamed(const std::string &from, const std::string &to)
 {
     stated(from);
     if (renameWithoutReplacing(from, to) == 0)
         return true;
-    if (errno != EXDEV)
-        fail(errno == ENOENT || errno == EEXIST ? to : from);
-    return false;
+    const int code = errno;
+    if (code == EXDEV)
+        return false;
+    if (code != EEXIST && code != ENAMETOOLONG)
+        checkFolderOf(to);
+    fail(code == EEXIST || code == ENAMETOOLONG ? to : from, code);
+}
+
+/// A failure says where the original is.
+template <class Transfer>
+auto orStaying(const std::string &from, const Transfer &transfer)
+{
+    try {
+        return transfer();
+    } catch (const FileError &error) {
+        throw FileError(error, staysAt(from));
+    }
 }
 
 void moveTo(const QString &from, const QString &to, const std::stop_token &stop,
@@ -383,11 +237,23 @@ void moveTo(const QString &from, const QString &to, const std::stop_token &stop,
 {
     const std::string source = trimmed(from);
     const std::string target = trimmed(to);
+    TreeCopier copier(true, stop, progress);
     heed(stop);
-    if (renamed(source, target))
-        return;
-    copyTo(source, target, true, stop, progress);
-    removeOriginal(source, target);
+    const bool isRenamed = orStaying(source, [&] {
+        const bool wasEnough = renamed(source, target);
+        if (!wasEnough)
+            copyTo(source, target, copier);
+        return wasEnough;
+    });
+    if (!isRenamed)
+        replaceByCopy(source, target, copier);
+}
+
+void copyFrom(const QString &from, const QString &to, const std::stop_token &stop,
+              const FileTransfer::Progress &progress)
+{
+    TreeCopier copier(false, stop, progress);
+    copyTo(trimmed(from), trimmed(to), copier);
 }
 
 } // namespace
@@ -399,7 +265,7 @@ void FileTransfer::move(const QString &from, const QString &to, const std::stop_
 
 void FileTransfer::copy(const QString &from, const QString &to, const std::stop_token &stop)
 {
-    copyTo(trimmed(from), trimmed(to), false, stop, {});
+    copyFrom(from, to, stop, {});
 }
 
 QUrl FileTransfer::moveUnique(const QUrl &from, const QUrl &to, const std::stop_token &stop,
@@ -412,16 +278,16 @@ QUrl FileTransfer::moveUnique(const QUrl &from, const QUrl &to, const std::stop_
 QUrl FileTransfer::copyUnique(const QUrl &from, const QUrl &to, const std::stop_token &stop,
                               const Progress &progress)
 {
-    return uniquely(to, [&](const QString &target) {
-        copyTo(trimmed(from.toLocalFile()), trimmed(target), false, stop, progress);
-    });
+    return uniquely(
+        to, [&](const QString &target) { copyFrom(from.toLocalFile(), target, stop, progress); });
 }
 
 std::optional<QUrl> FileTransfer::renameUnique(const QUrl &from, const QUrl &to)
 {
     bool isRenamed = false;
     const QUrl target = uniquely(to, [&](const QString &free) {
-        isRenamed = renamed(trimmed(from.toLocalFile()), trimmed(free));
+        const std::string source = trimmed(from.toLocalFile());
+        isRenamed = orStaying(source, [&] { return renamed(source, trimmed(free)); });
     });
     return isRenamed ? std::optional(target) : std::nullopt;
 }

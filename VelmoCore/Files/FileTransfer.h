@@ -19,8 +19,8 @@ namespace FileTransfer {
 using Progress = std::function<void(double)>;
 
 /// Renames; across file systems copies, verifies, then removes the original. Throws `FileError`
-/// (EEXIST where something stands at `to`) and `Cancelled`; then the original stands untouched and
-/// nothing is left at `to`.
+/// (EEXIST where something stands at `to`, EBUSY where the original is being written) and
+/// `Cancelled`; then the original stands untouched, as the text says, and nothing is left at `to`.
 void move(const QString &from, const QString &to, const std::stop_token &stop = {});
 
 /// Modification times, modes, links and extended attributes survive. Throws as `move` does.

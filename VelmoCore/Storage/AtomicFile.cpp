@@ -190,7 +190,7 @@ FileError::FileError(const QString &path, int code)
 }
 
 FileError::FileError(const FileError &cause, const QString &consequence)
-    : LocalizedError(cause.description() + u' ' + consequence), m_code(cause.code())
+    : LocalizedError((cause.description() + u' ' + consequence).trimmed()), m_code(cause.code())
 {
 }
 

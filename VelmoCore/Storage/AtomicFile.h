@@ -16,7 +16,7 @@ class FileError : public LocalizedError {
 public:
     /// `code` is an errno value.
     FileError(const QString &path, int code);
-    /// The same failure, with a sentence on what it came to.
+    /// The same failure, with sentences on what it came to, if any.
     FileError(const FileError &cause, const QString &consequence);
 
     int code() const { return m_code; }
