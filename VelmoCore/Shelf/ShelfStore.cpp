@@ -1,6 +1,5 @@
 #include "VelmoCore/Shelf/ShelfStore.h"
 
-#include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Files/FileTransfer.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Text.h"
@@ -13,6 +12,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <set>
+#include <sys/stat.h>
 
 namespace velmo {
 
@@ -41,10 +41,13 @@ bool isInside(const QString &path, const std::optional<QString> &folder)
     return folder && path.startsWith(standardized(*folder) + u'/');
 }
 
-/// Whether anything stands there, a dangling link too.
+/// Whether anything stands there, a dangling link too. What can't be asked counts as standing: its
+/// record is all that tells where it is.
 bool stands(const QString &path)
 {
-    return FileNaming::exists(QUrl::fromLocalFile(path));
+    struct stat entry = {};
+    return ::lstat(QFile::encodeName(path).constData(), &entry) == 0 ||
+           (errno != ENOENT && errno != ENOTDIR);
 }
 
 const ShelfItem::File *fileOf(const ShelfItem &item)
