@@ -86,6 +86,7 @@ void checkKind(QChar kind, QStringView path)
 
 /// Bytes. Longer ones can't be walked, measured or removed by their path.
 constexpr qsizetype longestPath = 3072;
+constexpr qsizetype shownPath = 200;
 
 /// No entry lies beneath one that is no folder.
 void checkParents(const std::vector<ArchiveEntry> &entries)
@@ -215,8 +216,10 @@ void ArchiveListing::check(const std::vector<ArchiveEntry> &entries, qint64 size
 {
     qint64 left = sizeLimit;
     for (const ArchiveEntry &entry : entries) {
-        if (pointsOut(entry.path) || entry.path.toUtf8().size() > longestPath)
-            throw ArchiveError(ArchiveError::UnsafeEntry{entry.path.left(longestPath)});
+        if (pointsOut(entry.path))
+            throw ArchiveError(ArchiveError::UnsafeEntry{entry.path});
+        if (entry.path.toUtf8().size() > longestPath)
+            throw ArchiveError(ArchiveError::UnsafeEntry{entry.path.left(shownPath) + u'…'});
     }
     for (const ArchiveEntry &entry : entries) {
         const qint64 size = std::max<qint64>(entry.size, 0);
@@ -224,6 +227,7 @@ void ArchiveListing::check(const std::vector<ArchiveEntry> &entries, qint64 size
             throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
         left -= size;
     }
+    checkParents(entries);
 }
 
 void ArchiveListing::checkTechnicalKinds(const QString &text)
@@ -240,7 +244,6 @@ void ArchiveListing::checkTechnicalKinds(const QString &text)
         else if (key == u"Hard Link" && pointsOut(value))
             throw ArchiveError(ArchiveError::UnsafeEntry{path.toString()});
     }
-    checkParents(parseTechnicalListing(text));
 }
 
 void ArchiveListing::checkTarKinds(const QString &text)
@@ -259,7 +262,6 @@ void ArchiveListing::checkTarKinds(const QString &text)
             throw ArchiveError(
                 ArchiveError::UnsafeEntry{whole.section(hardLinkArrow.toString(), 0, 0)});
     }
-    checkParents(parseTarListing(text));
 }
 
 } // namespace velmo

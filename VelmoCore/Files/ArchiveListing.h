@@ -73,13 +73,13 @@ ArchiveError classify(const QString &text, bool passwordGiven);
 /// The archive's name without its extension, ".tar.gz" and the like being one.
 QString baseName(const QString &fileName);
 
-/// Throws `UnsafeEntry` for an absolute path or one with a component "..", `TooLarge` if the listed
-/// sizes are more than `sizeLimit` together.
+/// Throws `UnsafeEntry` for an absolute path, one with a component ".." and one beneath an entry
+/// that is no folder, such as a link made earlier; `TooLarge` if the listed sizes are more than
+/// `sizeLimit` together.
 void check(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit);
 
 /// What a listing of the same two kinds tells of links and devices. Throws `UnsafeEntry` for a
-/// device, a pipe or a socket, for a hard link that points out of the archive, and for an entry
-/// that lies beneath one that is no folder, such as a link made earlier.
+/// device, a pipe or a socket, and for a hard link that points out of the archive.
 void checkTechnicalKinds(const QString &text);
 void checkTarKinds(const QString &text);
 

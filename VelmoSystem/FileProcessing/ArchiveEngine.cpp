@@ -31,10 +31,11 @@ bool isCompressedTar(const QString &name)
                               ".tgz", ".tbz", ".tbz2", ".txz", ".tzst"});
 }
 
-/// 7-Zip unpacks the tar first, into a file, and then what is in it.
+/// Measured: ZIP is unpacked in less time by bsdtar, and 7-Zip unpacks a compressed tar in two
+/// steps.
 bool isQuickerByBsdtar(const QString &name)
 {
-    return isCompressedTar(name) || endsWithAny(name, {".tar", ".cpio"});
+    return isCompressedTar(name) || endsWithAny(name, {".zip", ".tar", ".cpio"});
 }
 
 /// One run for each folder that items are in: Info-ZIP keeps the path that it is given.

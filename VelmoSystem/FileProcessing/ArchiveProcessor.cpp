@@ -164,8 +164,8 @@ void guardSize(const QString &folder, qint64 sizeLimit, const std::optional<qint
 
 /// Unpacks into `folder`. What is in it is checked before a byte is written; only a large
 /// compressed tar is checked meanwhile, because listing it takes nearly as long as unpacking it.
-void unpack(Source &source, const QString &folder, qint64 sizeLimit, JobProgress *progress,
-            const std::stop_token &stop)
+ExtractedTree::Contents unpack(Source &source, const QString &folder, qint64 sizeLimit,
+                               JobProgress *progress, const std::stop_token &stop)
 {
     constexpr qint64 quickToList = 1 << 20;
     std::optional<qint64> sum;
@@ -183,9 +183,11 @@ void unpack(Source &source, const QString &folder, qint64 sizeLimit, JobProgress
     // These reasons say more than a failure's own words.
     if (meanwhile)
         meanwhile->wait(stop);
-    ExtractedTree::makeOrdinary(folder);
-    guardSize(folder, sizeLimit, std::nullopt, nullptr);
+    const ExtractedTree::Contents contents = ExtractedTree::makeOrdinary(folder);
+    if (contents.size > sizeLimit)
+        throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
     source.succeed(result);
+    return contents;
 }
 
 /// 7-Zip takes a compressed tar for an archive of one file, the tar.
@@ -223,15 +225,14 @@ QStringList topLevel(const QString &folder)
     return names;
 }
 
-/// Removes links from `content` that lead out and gives the path of what the user is to have, which
-/// lies in `folder` under the name that it is to have.
-QString cleaned(const PrivateFolder &folder, const QString &content, const QString &baseName)
+/// Removes links from `content` that lead out, if there are any, and gives the path of what the
+/// user is to have, which lies in `folder` under the name that it is to have.
+QString cleaned(const PrivateFolder &folder, const QString &content, const QString &baseName,
+                bool hasLinks)
 {
-    QStringList names = topLevel(content);
-    if (names.size() != 1) {
+    if (hasLinks)
         ExtractedTree::removeEscapingLinks(content);
-        names = topLevel(content);
-    }
+    QStringList names = topLevel(content);
     if (names.size() == 1) {
         // It leaves `content`, so what it holds may not lead there.
         const QString only = content + u'/' + names.first();
@@ -239,7 +240,7 @@ QString cleaned(const PrivateFolder &folder, const QString &content, const QStri
             QFile::remove(only);
             names.clear();
         } else {
-            if (QFileInfo(only).isDir())
+            if (hasLinks && QFileInfo(only).isDir())
                 ExtractedTree::removeEscapingLinks(only);
             return only;
         }
@@ -272,8 +273,9 @@ QUrl extractBy(const ArchiveEngine &engine, const ArchiveProcessor::Request &req
     const QString content = folder.makeFolder(QStringLiteral("content"));
     Source source = unwrapped({engine, archive.absoluteFilePath(), request.password}, folder,
                               sizeLimit, &progress, stop);
-    unpack(source, content, sizeLimit, &progress, stop);
-    const QString result = cleaned(folder, content, ArchiveListing::baseName(archive.fileName()));
+    const bool hasLinks = unpack(source, content, sizeLimit, &progress, stop).hasLinks;
+    const QString result =
+        cleaned(folder, content, ArchiveListing::baseName(archive.fileName()), hasLinks);
     const QString target = destination.toLocalFile() + u'/' + QFileInfo(result).fileName();
     const QUrl made = handOver(result, target, stop);
     progress.update(1.0, std::nullopt, true);

@@ -132,28 +132,34 @@ bool escapes(const fs::path &link, const fs::path &folder)
 
 } // namespace
 
-void ExtractedTree::makeOrdinary(const QString &folder)
+ExtractedTree::Contents ExtractedTree::makeOrdinary(const QString &folder)
 {
     struct Names {
         nlink_t known = 0;
         std::vector<fs::path> paths;
     };
     std::map<std::pair<dev_t, ino_t>, Names> linked;
+    constexpr qint64 blockSize = 512; // of `st_blocks`, on every file system
+    Contents contents;
     std::vector<fs::path> foreign;
     std::vector<fs::path> misnamed;
+    std::vector<std::pair<fs::path, mode_t>> modes;
     walk(native(folder), [&](const fs::path &path, const struct stat &status) {
         if (const std::string name = path.filename(); repaired(name) != name)
             misnamed.push_back(path);
         if (S_ISREG(status.st_mode)) {
+            contents.size += status.st_blocks * blockSize;
             if (status.st_nlink > 1) {
                 Names &names = linked[{status.st_dev, status.st_ino}];
                 names.known = status.st_nlink;
                 names.paths.push_back(path);
             }
-            if ((status.st_mode & (S_ISUID | S_ISGID)) != 0 &&
-                ::chmod(path.c_str(), status.st_mode & ACCESSPERMS) != 0)
-                throw fileError(path, errno);
-        } else if (!S_ISDIR(status.st_mode) && !S_ISLNK(status.st_mode)) {
+            const mode_t wanted = (status.st_mode & ACCESSPERMS) | S_IRUSR;
+            if (wanted != (status.st_mode & ALLPERMS))
+                modes.emplace_back(path, wanted);
+        } else if (S_ISLNK(status.st_mode)) {
+            contents.hasLinks = true;
+        } else if (!S_ISDIR(status.st_mode)) {
             foreign.push_back(path);
         }
     });
@@ -162,11 +168,17 @@ void ExtractedTree::makeOrdinary(const QString &folder)
             foreign.insert(foreign.end(), names.paths.begin(), names.paths.end());
     }
     std::ranges::for_each(foreign, removeEntry);
+    // Not sooner: a file that is linked from elsewhere is none of ours.
+    for (const auto &[path, mode] : modes) {
+        if (::chmod(path.c_str(), mode) != 0 && errno != ENOENT)
+            throw fileError(path, errno);
+    }
     // What a folder holds goes before the folder, whose new name changes their paths.
     for (const fs::path &path : misnamed | std::views::reverse) {
         if (fs::exists(fs::symlink_status(path)))
             repairName(path);
     }
+    return contents;
 }
 
 void ExtractedTree::removeEscapingLinks(const QString &folder)

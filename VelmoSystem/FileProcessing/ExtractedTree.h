@@ -5,10 +5,15 @@
 /// What an archive's tool left in a folder, made fit for the user. All throw `FileError`.
 namespace velmo::ExtractedTree {
 
-/// Removes what is neither file, folder nor link, and files that are linked from elsewhere. Gives
-/// the user access to all folders, takes set-id bits away, and repairs names that aren't UTF-8 or
-/// hold control characters.
-void makeOrdinary(const QString &folder);
+struct Contents {
+    qint64 size = 0; ///< bytes that the files take on disk
+    bool hasLinks = false;
+};
+
+/// Removes what is neither file, folder nor link, and files that are linked from elsewhere. Opens
+/// all folders and files to the user, takes set-id bits away, and repairs names that aren't UTF-8
+/// or hold control characters.
+Contents makeOrdinary(const QString &folder);
 
 /// Removes the links that lead out of `folder` or would once it is moved, absolute ones among them.
 void removeEscapingLinks(const QString &folder);

@@ -190,8 +190,12 @@ TEST_P(ArchiveProcessor_, StopsAtTheSizeThatAnArchiveHasOrHides)
     EXPECT_EQ(refusal("bomb.zip", 40 << 20), std::nullopt);
 }
 
-TEST_P(ArchiveProcessor_, RepairsNames)
+TEST_P(ArchiveProcessor_, RepairsNamesAndModes)
 {
+    const QString closed = extract(world().archives.path("closed.tar"));
+    EXPECT_TRUE(QFile::permissions(closed) & QFile::WriteOwner);
+    EXPECT_TRUE(QFile::permissions(closed + "/d") & QFile::ExeOwner);
+    EXPECT_TRUE(QFile::permissions(closed + "/d/a") & QFile::ReadOwner);
     const QString folder = extract(world().archives.path("names.tar"));
     EXPECT_EQ(tree(folder),
               QStringList({"a_b=1", "c__[31m=2", "c__[31m_2=5", "d_=4", QString(255, 'x') + "=3"}));
@@ -281,6 +285,7 @@ TEST_P(ArchiveProcessor_, LeavesNothingWhereTheTargetFails)
     } catch (const FileError &error) {
         EXPECT_EQ(error.code(), ENOSPC);
     }
+    EXPECT_EQ(extract(world().archives.path("folder.zip")), target.path("pasta"));
     EXPECT_EQ(tree(files.path("disk")), QStringList());
     EXPECT_EQ(QProcess::execute("umount", {files.path("disk")}), 0);
 }

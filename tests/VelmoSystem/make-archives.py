@@ -11,7 +11,7 @@ import zipfile
 
 folder = sys.argv[1]
 outside = sys.argv[-1]
-FILE, LINK, HARD = tarfile.REGTYPE, tarfile.SYMTYPE, tarfile.LNKTYPE
+FILE, LINK, HARD, DIRECTORY = tarfile.REGTYPE, tarfile.SYMTYPE, tarfile.LNKTYPE, tarfile.DIRTYPE
 
 
 def tar(name, entries, mode="w"):
@@ -19,7 +19,7 @@ def tar(name, entries, mode="w"):
         for path, kind, value in entries:
             info = tarfile.TarInfo(path)
             info.type = kind
-            info.mode = 0o4644
+            info.mode = 0 if name == "closed.tar" else 0o4644
             if kind == FILE:
                 info.size = len(value)
             elif kind in (LINK, HARD):
@@ -61,6 +61,7 @@ tar("hardby.tar", [("l", LINK, outside), ("h", HARD, "l/secret")])
 tar("hardin.tar", [("a", FILE, b"a"), ("h", HARD, "a")])
 tar("device.tar", [("a", FILE, b"x"), ("null", tarfile.CHRTYPE, None)])
 tar("pipe.tar", [("a", FILE, b"x"), ("fifo", tarfile.FIFOTYPE, None)])
+tar("closed.tar", [(".", DIRECTORY, None), ("d", DIRECTORY, None), ("d/a", FILE, b"1"), ("b", FILE, b"2")])
 tar("names.tar", [("a\nb", FILE, b"1"), ("c\x01\x1b[31m", FILE, b"2"), ("x" * 255, FILE, b"3"),
                   ("d\udce7", FILE, b"4"), ("c_\x7f[31m", FILE, b"5")])
 with gzip.open(os.path.join(folder, "liar.gz"), "wb") as file:
