@@ -1,7 +1,8 @@
 #include "VelmoSystem/FileProcessing/FileSummary.h"
 
+#include "VelmoSystem/Storage/StorageInspector.h"
+
 #include <QFileInfo>
-#include <QLocale>
 #include <QMimeDatabase>
 
 namespace velmo {
@@ -40,8 +41,7 @@ QString FileSummary::detail() const
         return QStringLiteral("Arquivo não encontrado");
     if (!byteSize)
         return kind;
-    return QStringLiteral("%1 · %2").arg(
-        kind, QLocale().formattedDataSize(*byteSize, 1, QLocale::DataSizeSIFormat));
+    return QStringLiteral("%1 · %2").arg(kind, StorageInspector::format(*byteSize));
 }
 
 } // namespace velmo

@@ -118,6 +118,10 @@ void NotchWindowController::handleMouseMoved(Point point)
             [this] { m_model.send(NotchEvent::hoverEntered); });
         return;
     }
+    if (m_model.isPresentingSystemUI()) {
+        m_hoverTask.cancel();
+        return;
+    }
     const Seconds delay = m_model.presentation() == NotchPresentation::preview
                               ? previewCloseDelay
                               : SettingsBounds::closeDelay.clamp(settings.closeDelay);

@@ -31,14 +31,14 @@ PanelFileDialog::PanelFileDialog(NotchViewModel &panel) : m_panel(panel)
 
 PanelFileDialog::~PanelFileDialog()
 {
-    if (m_dialog && m_dialog->isVisible())
+    if (m_dialog)
         m_panel.setPresentingSystemUI(false);
 }
 
 void PanelFileDialog::open(Kind kind, const QString &title, const QString &acceptText,
                            const QString &directory, const Use &use)
 {
-    if (m_dialog && m_dialog->isVisible()) {
+    if (m_dialog) {
         m_dialog->raise();
         m_dialog->activateWindow();
         return;
@@ -57,13 +57,16 @@ void PanelFileDialog::open(Kind kind, const QString &title, const QString &accep
     m_dialog->setLabelText(QFileDialog::LookIn, QStringLiteral("Pasta:"));
     m_dialog->setLabelText(QFileDialog::FileName, QStringLiteral("Nome:"));
     m_dialog->setLabelText(QFileDialog::FileType, QStringLiteral("Tipo:"));
-    QObject::connect(m_dialog.get(), &QFileDialog::finished, m_dialog.get(),
-                     [&panel = m_panel] { panel.setPresentingSystemUI(false); });
     QObject::connect(m_dialog.get(), &QFileDialog::filesSelected, m_dialog.get(),
-                     [this, use](const auto &) {
-                         const QList<QUrl> chosen = m_dialog->selectedUrls();
+                     [dialog = m_dialog.get(), use](const auto &) {
+                         const QList<QUrl> chosen = dialog->selectedUrls();
                          use({chosen.begin(), chosen.end()});
                      });
+    // It goes for good: its list of completions would come up after it and take the next click.
+    QObject::connect(m_dialog.get(), &QFileDialog::finished, m_dialog.get(), [this] {
+        m_dialog.release()->deleteLater();
+        m_panel.setPresentingSystemUI(false);
+    });
     m_panel.setPresentingSystemUI(true);
     m_dialog->show();
     place();

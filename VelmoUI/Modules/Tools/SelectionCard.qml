@@ -9,8 +9,8 @@ Rectangle {
     readonly property bool isRunning: page !== null && page.isRunning
     readonly property string names: page !== null ? page.filesNames : ""
     /// Nothing is going on or has happened.
-    readonly property bool isQuiet: !isRunning && note.length === 0
-    readonly property string note: page !== null ? page.note : ""
+    readonly property bool isQuiet: !isRunning && message.length === 0
+    readonly property string message: page !== null ? page.note : ""
 
     radius: Theme.cardRadius
     color: Theme.surface
@@ -67,8 +67,8 @@ Rectangle {
         verticalAlignment: card.isQuiet ? Text.AlignTop : Text.AlignBottom
         bottomPadding: Theme.grid
         wrapMode: Text.Wrap
-        maximumLineCount: card.height > 3 * Theme.rowHeight + Theme.controlHeight ? 3 : 2
-        text: card.isRunning ? card.page.jobTitle : card.note.length > 0 ? card.note : card.names
+        maximumLineCount: Math.max(1, Math.floor(height / Theme.smallSymbolSize))
+        text: card.isRunning ? card.page.jobTitle : card.message.length > 0 ? card.message : card.names
         color: card.isQuiet ? Theme.tertiaryText : !card.isRunning && card.page.isNoteError ? Theme.error : Theme.text
         font.pixelSize: Theme.smallSize
         Accessible.role: Accessible.AlertMessage

@@ -43,8 +43,11 @@ FocusScope {
             Accessible.description: isUsable ? "" : "Indisponível"
             onActiveFocusChanged: if (activeFocus)
                 grid.currentIndex = index
-            onTriggered: if (isUsable)
-                tiles.page.open(tile.id)
+            onTriggered: {
+                grid.currentIndex = index;
+                if (isUsable)
+                    tiles.page.open(id);
+            }
 
             Symbol {
                 id: glyph

@@ -44,7 +44,6 @@ FocusScope {
         }
         ActionButton {
             anchors.horizontalCenter: parent.horizontalCenter
-            focus: !view.hasFiles
             name: "Escolher arquivos"
             onTriggered: view.page.chooseFiles()
         }
@@ -62,6 +61,7 @@ FocusScope {
         id: tool
 
         readonly property string id: view.page !== null ? view.page.tool : ""
+        property string idBefore: ""
 
         x: selection.width + Theme.gap
         width: parent.width - x
@@ -71,6 +71,12 @@ FocusScope {
         active: view.page !== null
         sourceComponent: id === "rename" ? rename : id === "zip" ? zip : id === "extract" ? extract
                        : id === "list" ? contents : id === "summary" ? summary : all
+        // The keyboard goes into a tool that opens, and back to the tiles.
+        onLoaded: {
+            if (id !== idBefore)
+                item.forceActiveFocus();
+            idBefore = id;
+        }
     }
 
     Component {
