@@ -68,6 +68,10 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     m_services->hotKeys.handlers[HotKeyAction::toggle] = [this] {
         m_coordinator->toggleFromHotKey();
     };
+    m_services->hotKeys.handlers[HotKeyAction::newNote] = [this] {
+        m_services->notes.requestCompose();
+        m_services->openModule(QStringLiteral("notes"));
+    };
     ServiceWiring::start(*m_services);
     m_coordinator->start();
     m_services->hotKeys.apply();

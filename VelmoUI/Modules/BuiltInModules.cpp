@@ -3,6 +3,7 @@
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
 #include "VelmoUI/Modules/Home/HomeModule.h"
 #include "VelmoUI/Modules/ModuleRegistry.h"
+#include "VelmoUI/Modules/Notes/NotesModule.h"
 #include "VelmoUI/Modules/System/SystemModule.h"
 #include "VelmoUI/Modules/Timers/TimersModule.h"
 #include "VelmoUI/Modules/Tools/ToolsModule.h"
@@ -13,6 +14,7 @@ void addBuiltInModules(ModuleRegistry &modules)
 {
     modules.add(std::make_unique<HomeModule>());
     modules.add(std::make_unique<ToolsModule>());
+    modules.add(std::make_unique<NotesModule>());
     modules.add(std::make_unique<TimersModule>());
     modules.add(std::make_unique<SystemModule>());
     modules.add(std::make_unique<ActivityModule>());

@@ -1,0 +1,159 @@
+import QtQuick
+import Velmo
+
+/// All notes, or those that the search and the chosen tag leave.
+Item {
+    id: list
+
+    required property NotesPageModel page
+
+    signal written
+
+    TextEntry {
+        id: search
+        width: parent.width - create.width - Theme.grid
+        name: "Buscar notas"
+        placeholder: "Buscar notas"
+        onEdited: text => list.page.search(text)
+    }
+    IconButton {
+        id: create
+        anchors.right: parent.right
+        name: "Nova nota"
+        symbol: "plus"
+        onTriggered: {
+            search.text = "";
+            list.page.create();
+            list.written();
+        }
+    }
+
+    ListView {
+        id: tags
+        y: Theme.controlHeight + Theme.grid
+        width: parent.width
+        height: visible ? Theme.controlHeight : 0
+        visible: list.page.hasTags
+        orientation: ListView.Horizontal
+        spacing: Theme.grid
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        activeFocusOnTab: true
+        model: list.page.tags
+        Accessible.role: Accessible.List
+        Accessible.name: "Tags"
+
+        SidewaysWheel {
+            flickable: tags
+        }
+
+        delegate: ActionButton {
+            required property string id
+            required property string title
+            required property bool isSelected
+            required property int index
+
+            name: title
+            activeFocusOnTab: false
+            idleColor: isSelected ? Theme.surfaceSelected : Theme.surface
+            textColor: isSelected ? Theme.accent : Theme.secondaryText
+            Accessible.checkable: true
+            Accessible.checked: isSelected
+            onActiveFocusChanged: if (activeFocus)
+                tags.currentIndex = index
+            onTriggered: list.page.toggleTag(id)
+        }
+    }
+
+    CardGrid {
+        id: grid
+        y: tags.y + (tags.visible ? tags.height + Theme.grid : 0)
+        width: parent.width + Theme.gap
+        height: parent.height - y + Theme.gap
+        cellWidth: Math.floor(width / 2)
+        model: list.page.notes
+        Accessible.role: Accessible.List
+        Accessible.name: "Notas"
+
+        delegate: Card {
+            id: card
+
+            required property int index
+            required property string id
+            required property string title
+            required property string summary
+            required property bool isPinned
+            required property bool isSelected
+            required property string spoken
+
+            function open() {
+                list.page.select(id);
+                list.written();
+            }
+
+            width: grid.cellWidth - Theme.gap
+            height: grid.cellHeight - Theme.gap
+            name: spoken
+            onActiveFocusChanged: if (activeFocus)
+                GridView.view.currentIndex = index
+            Keys.onReturnPressed: open()
+            Keys.onDeletePressed: list.page.remove(id)
+            Keys.onPressed: event => {
+                if (event.key === Qt.Key_P && event.modifiers === Qt.ControlModifier) {
+                    list.page.togglePin(id);
+                    event.accepted = true;
+                }
+            }
+
+            Rectangle {
+                anchors.fill: parent
+                radius: Theme.cardRadius
+                visible: card.isSelected
+                color: Theme.surface
+            }
+            Column {
+                x: Theme.cardPadding
+                width: parent.width - 2 * x - (card.isPinned ? pin.width : 0)
+                anchors.verticalCenter: parent.verticalCenter
+
+                Label {
+                    width: parent.width
+                    text: card.title
+                    font.weight: Font.Medium
+                    Accessible.ignored: true
+                }
+                Label {
+                    width: parent.width
+                    text: card.summary
+                    color: Theme.secondaryText
+                    font.pixelSize: Theme.captionSize
+                    Accessible.ignored: true
+                }
+            }
+            Symbol {
+                id: pin
+                anchors.right: parent.right
+                anchors.rightMargin: 2 * Theme.grid
+                anchors.verticalCenter: parent.verticalCenter
+                visible: card.isPinned
+                name: "pin.fill"
+                size: Theme.smallSymbolSize
+                color: Theme.accent
+            }
+            MouseArea {
+                anchors.fill: parent
+                onClicked: card.open()
+            }
+        }
+    }
+
+    Label {
+        anchors.fill: grid
+        visible: !list.page.hasFound
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        elide: Text.ElideNone
+        text: list.page.hasNotes ? "Nenhuma nota encontrada." : "Suas notas e tarefas aparecem aqui."
+        color: Theme.tertiaryText
+    }
+}

@@ -1,0 +1,154 @@
+import QtQuick
+import QtQuick.Templates as T
+import Velmo
+
+/// The note that is written in, with its addresses below.
+FocusScope {
+    id: sheet
+
+    required property NotesPageModel page
+
+    function write() {
+        editor.forceActiveFocus();
+        editor.cursorPosition = editor.length;
+    }
+    function load() {
+        editor.text = page.text;
+        editor.cursorPosition = editor.length;
+    }
+
+    Component.onCompleted: load()
+
+    Connections {
+        target: sheet.page
+        function onSelected() {
+            sheet.load();
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.cardRadius
+        color: Theme.surface
+    }
+
+    Flickable {
+        id: flick
+        x: Theme.cardPadding
+        y: Theme.grid
+        width: tools.x - x
+        height: foot.y - y
+        clip: true
+        contentHeight: editor.height
+        boundsBehavior: Flickable.StopAtBounds
+
+        T.TextArea {
+            id: editor
+            width: flick.width
+            height: Math.max(implicitHeight, flick.height)
+            focus: true
+            activeFocusOnTab: true
+            topPadding: Theme.grid
+            bottomPadding: Theme.grid
+            implicitHeight: contentHeight + topPadding + bottomPadding
+            color: Theme.text
+            selectionColor: Theme.accent
+            selectedTextColor: Theme.shape
+            selectByMouse: true
+            wrapMode: TextEdit.Wrap
+            textFormat: TextEdit.PlainText
+            font.family: Theme.face
+            font.pixelSize: Theme.bodySize
+            KeyNavigation.priority: KeyNavigation.BeforeItem
+            KeyNavigation.tab: pin
+            Accessible.name: "Nota"
+            Component.onCompleted: sheet.page.edit(textDocument, Theme.accent)
+            onCursorRectangleChanged: {
+                const top = cursorRectangle.y;
+                const bottom = top + cursorRectangle.height + bottomPadding;
+                if (top < flick.contentY)
+                    flick.contentY = Math.max(0, top - topPadding);
+                else if (bottom > flick.contentY + flick.height)
+                    flick.contentY = bottom - flick.height;
+            }
+
+            TapHandler {
+                acceptedModifiers: Qt.ControlModifier
+                onTapped: point => sheet.page.openLinkAt(editor.positionAt(point.position.x, point.position.y))
+            }
+        }
+        Label {
+            x: editor.leftPadding
+            y: editor.topPadding
+            visible: editor.length === 0 && editor.preeditText.length === 0
+            text: "Escreva aqui. #palavra vira uma tag."
+            color: Theme.tertiaryText
+            Accessible.ignored: true
+        }
+    }
+
+    Column {
+        id: tools
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.grid
+        y: Theme.grid
+
+        IconButton {
+            id: pin
+            enabled: sheet.page.hasSelection
+            name: sheet.page.isPinned ? "Desafixar nota" : "Fixar nota"
+            symbol: "pin.fill"
+            symbolColor: sheet.page.isPinned ? Theme.accent : hovered || activeFocus ? Theme.text : Theme.tertiaryText
+            onTriggered: sheet.page.togglePinOfSelected()
+        }
+        IconButton {
+            enabled: sheet.page.hasSelection
+            name: "Apagar nota"
+            symbol: "trash"
+            onTriggered: sheet.page.removeSelected()
+        }
+    }
+
+    Item {
+        id: foot
+        x: Theme.cardPadding
+        y: parent.height - height - Theme.grid
+        width: parent.width - 2 * x
+        height: undo.visible || links.count > 0 ? Theme.controlHeight : 0
+
+        ActionButton {
+            id: undo
+            visible: sheet.page.undoTitle.length > 0
+            name: sheet.page.undoTitle
+            textColor: Theme.accent
+            idleColor: "transparent"
+            onTriggered: sheet.page.undo()
+        }
+        ListView {
+            id: links
+            visible: count > 0 && !undo.visible
+            anchors.fill: parent
+            orientation: ListView.Horizontal
+            spacing: Theme.grid
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            activeFocusOnTab: visible
+            model: sheet.page.links
+            Accessible.role: Accessible.List
+            Accessible.name: "Endereços da nota"
+
+            delegate: ActionButton {
+                required property string id
+                required property string title
+                required property int index
+
+                name: title
+                activeFocusOnTab: false
+                textColor: Theme.accent
+                onActiveFocusChanged: if (activeFocus)
+                    links.currentIndex = index
+                onTriggered: sheet.page.openLink(id)
+            }
+        }
+    }
+}

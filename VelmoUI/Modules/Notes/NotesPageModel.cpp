@@ -1,0 +1,367 @@
+#include "VelmoUI/Modules/Notes/NotesPageModel.h"
+
+#include "VelmoCore/Notes/DueText.h"
+#include "VelmoCore/Notes/NoteParsing.h"
+#include "VelmoSystem/Ports/FileViewer.h"
+#include "VelmoUI/App/AppServices.h"
+
+#include <QLocale>
+#include <QScopedValueRollback>
+#include <QTextDocument>
+
+#include <algorithm>
+
+namespace velmo {
+
+namespace {
+
+/// The list follows what is typed a moment after the last key.
+constexpr Seconds refreshDelay = 0.2s;
+constexpr qsizetype previewLength = 120;
+
+/// "14:32", "hoje, 14:32" where the day must be said, "amanhã, 9:00", "12 de mar., 9:00".
+QString dayAndTime(Date date, Date now, bool saysToday)
+{
+    const QDateTime then = localDateTime(date);
+    const QLocale locale;
+    const QString time = locale.toString(then.time(), QLocale::ShortFormat);
+    const qint64 days = localDateTime(now).date().daysTo(then.date());
+    const QString day = days == 0    ? QStringLiteral("hoje")
+                        : days == 1  ? QStringLiteral("amanhã")
+                        : days == -1 ? QStringLiteral("ontem")
+                                     : locale.toString(then.date(), QStringLiteral("d MMM"));
+    return days == 0 && !saysToday ? time : QStringLiteral("%1, %2").arg(day, time);
+}
+
+/// What follows the first line, in one line.
+QString preview(const QString &text)
+{
+    const QString start = text.trimmed().left(4 * previewLength);
+    const qsizetype end = start.indexOf(u'\n');
+    return end < 0 ? QString() : start.sliced(end).simplified().left(previewLength);
+}
+
+NoteRow noteRow(const Note &note, Date now, bool isSelected)
+{
+    const QString title = NoteParsing::title(note.text);
+    const QString shown =
+        title.isEmpty() ? QStringLiteral("Nota vazia") : title.left(previewLength);
+    const QString time = dayAndTime(note.updated, now, false);
+    const QString next = preview(note.text);
+    return {.id = uuidText(note.id),
+            .title = shown,
+            .summary = next.isEmpty() ? time : QStringLiteral("%1 · %2").arg(time, next),
+            .isPinned = note.isPinned,
+            .isSelected = isSelected,
+            .spoken = note.isPinned ? QStringLiteral("%1, fixada").arg(shown) : shown};
+}
+
+TaskRow taskRow(const TaskItem &task, Date now)
+{
+    const QString due = task.due ? dayAndTime(*task.due, now, true) : QString();
+    const bool isOverdue = task.isOverdue(now);
+    QString spoken = task.title;
+    if (task.isDone)
+        spoken += QStringLiteral(", concluída");
+    else if (isOverdue)
+        spoken += QStringLiteral(", atrasada, %1").arg(due);
+    else if (task.due)
+        spoken += QStringLiteral(", %1").arg(due);
+    return {.id = uuidText(task.id),
+            .title = task.title,
+            .due = due,
+            .isDone = task.isDone,
+            .isOverdue = isOverdue,
+            .removal = QStringLiteral("Remover %1").arg(task.title),
+            .spoken = spoken};
+}
+
+} // namespace
+
+NotesPageModel::NotesPageModel(AppServices &services)
+    : m_services(services),
+      m_editor(services.platform.scheduler, [this](const QString &text) { edited(text); })
+{
+    connect(&services.notes, &NotesStore::changed, this, &NotesPageModel::storeChanged);
+    connect(&services.notes, &NotesStore::requested, this, &NotesPageModel::requested);
+    const auto notes = services.notes.sortedNotes();
+    if (!notes.empty())
+        m_selected = notes.front().id;
+    update();
+}
+
+bool NotesPageModel::hasNotes() const
+{
+    return !m_services.notes.notes().empty();
+}
+
+QString NotesPageModel::text() const
+{
+    const Note *note = m_selected ? m_services.notes.note(*m_selected) : nullptr;
+    return note ? note->text : QString();
+}
+
+bool NotesPageModel::isPinned() const
+{
+    const Note *note = m_selected ? m_services.notes.note(*m_selected) : nullptr;
+    return note && note->isPinned;
+}
+
+bool NotesPageModel::hasTasks() const
+{
+    return !m_services.notes.tasks().empty();
+}
+
+QString NotesPageModel::doneText() const
+{
+    const auto count = std::ranges::count(m_services.notes.tasks(), true, &TaskItem::isDone);
+    return count == 0   ? QString()
+           : count == 1 ? QStringLiteral("1 concluída")
+                        : QStringLiteral("%1 concluídas").arg(count);
+}
+
+void NotesPageModel::setShowsDone(bool shows)
+{
+    m_showsDone = shows;
+    update();
+}
+
+void NotesPageModel::setWatched(bool watched)
+{
+    if (watched) {
+        update();
+        return;
+    }
+    m_editor.flush();
+    m_services.notes.discardEmptyNotes();
+    m_undo = {};
+    m_undoTitle.clear();
+}
+
+bool NotesPageModel::takeRequest()
+{
+    if (const auto id = m_services.notes.consumeSelectionRequest())
+        select(uuidText(*id));
+    else if (m_services.notes.consumeComposeRequest())
+        create();
+    else
+        return false;
+    return true;
+}
+
+void NotesPageModel::search(const QString &query)
+{
+    m_query = query;
+    update();
+}
+
+void NotesPageModel::toggleTag(const QString &tag)
+{
+    m_tag = m_tag == tag ? std::nullopt : std::optional(tag);
+    update();
+}
+
+void NotesPageModel::select(const QString &id)
+{
+    m_editor.flush();
+    m_selected = uuidFromText(id);
+    Q_EMIT selected();
+    update();
+}
+
+void NotesPageModel::create()
+{
+    m_query.clear();
+    m_tag.reset();
+    select(uuidText(m_services.notes.createNote().id));
+}
+
+void NotesPageModel::edit(QQuickTextDocument *document, const QColor &accent)
+{
+    m_editor.attach(document->textDocument(), accent);
+}
+
+bool NotesPageModel::openLinkAt(int place)
+{
+    for (const NoteParsing::Link &link : NoteParsing::linksWithPlaces(text())) {
+        if (place < link.start || place >= link.start + link.length)
+            continue;
+        m_services.platform.fileViewer.open(link.url);
+        return true;
+    }
+    return false;
+}
+
+void NotesPageModel::openLink(const QString &url)
+{
+    m_services.platform.fileViewer.open(QUrl(url));
+}
+
+void NotesPageModel::togglePin(const QString &id)
+{
+    m_services.notes.togglePin(Uuid::fromString(id));
+}
+
+void NotesPageModel::togglePinOfSelected()
+{
+    if (m_selected)
+        m_services.notes.togglePin(*m_selected);
+}
+
+void NotesPageModel::remove(const QString &id)
+{
+    const Note *found = m_services.notes.note(Uuid::fromString(id));
+    if (!found)
+        return;
+    const Note note = *found;
+    if (m_selected == note.id) {
+        m_selected.reset();
+        Q_EMIT selected();
+    }
+    m_services.notes.deleteNote(note.id);
+    if (!note.text.trimmed().isEmpty())
+        offerUndo(QStringLiteral("Desfazer: nota apagada"), [this, note] {
+            m_services.notes.restore(note);
+            select(uuidText(note.id));
+        });
+}
+
+void NotesPageModel::removeSelected()
+{
+    if (m_selected)
+        remove(uuidText(*m_selected));
+}
+
+bool NotesPageModel::addTask(const QString &title, const QString &dueText)
+{
+    std::optional<Date> due;
+    return readDue(dueText, due) && m_services.notes.addTask(title, due);
+}
+
+bool NotesPageModel::setDue(const QString &id, const QString &dueText)
+{
+    std::optional<Date> due;
+    if (!readDue(dueText, due))
+        return false;
+    m_services.notes.setDue(Uuid::fromString(id), due);
+    return true;
+}
+
+void NotesPageModel::clearDueIssue()
+{
+    m_dueIssue.clear();
+    Q_EMIT changed();
+}
+
+void NotesPageModel::toggleTask(const QString &id)
+{
+    m_services.notes.toggleTask(Uuid::fromString(id));
+}
+
+void NotesPageModel::removeTask(const QString &id)
+{
+    const auto &tasks = m_services.notes.tasks();
+    const auto found = std::ranges::find(tasks, Uuid::fromString(id), &TaskItem::id);
+    if (found == tasks.end())
+        return;
+    const TaskItem task = *found;
+    m_services.notes.deleteTask(task.id);
+    offerUndo(QStringLiteral("Desfazer: tarefa apagada"),
+              [this, task] { m_services.notes.restore(std::vector{task}); });
+}
+
+void NotesPageModel::clearCompleted()
+{
+    std::vector<TaskItem> done;
+    std::ranges::copy_if(m_services.notes.tasks(), std::back_inserter(done), &TaskItem::isDone);
+    m_services.notes.clearCompletedTasks();
+    offerUndo(QStringLiteral("Desfazer: tarefas apagadas"),
+              [this, done] { m_services.notes.restore(done); });
+}
+
+void NotesPageModel::undo()
+{
+    const auto undo = std::exchange(m_undo, {});
+    m_undoTitle.clear();
+    if (undo)
+        undo();
+    Q_EMIT changed();
+}
+
+void NotesPageModel::edited(const QString &text)
+{
+    if (!m_selected) {
+        if (text.isEmpty())
+            return;
+        m_selected = m_services.notes.createNote().id; // one writes into the empty page
+    }
+    const QScopedValueRollback typing(m_isTyping, true);
+    m_services.notes.updateNote(*m_selected, text);
+}
+
+bool NotesPageModel::readDue(const QString &text, std::optional<Date> &due)
+{
+    due = dueFromText(text, m_services.platform.scheduler.now());
+    const bool isRead = due || text.trimmed().isEmpty();
+    m_dueIssue =
+        isRead ? QString() : QStringLiteral("Digite quando, como 18h, amanhã 9h ou 25/12 9:30.");
+    Q_EMIT changed();
+    return isRead;
+}
+
+void NotesPageModel::offerUndo(const QString &title, std::function<void()> undo)
+{
+    m_undoTitle = title;
+    m_undo = std::move(undo);
+    Q_EMIT changed();
+}
+
+void NotesPageModel::storeChanged()
+{
+    if (m_isTyping)
+        m_refresh = m_services.platform.scheduler.after(refreshDelay, [this] { update(); });
+    else
+        update();
+}
+
+void NotesPageModel::update()
+{
+    m_refresh.cancel();
+    const Date now = m_services.platform.scheduler.now();
+    std::vector<NoteRow> notes;
+    for (const Note &note : m_services.notes.notes(m_query, m_tag))
+        notes.push_back(noteRow(note, now, note.id == m_selected));
+    m_notes.setRecords(notes);
+    std::vector<TagRow> tags;
+    for (const QString &tag : m_services.notes.allTags())
+        tags.push_back({tag, u'#' + tag, tag == m_tag});
+    m_tags.setRecords(tags);
+    updateLinks();
+    updateTasks(now);
+    Q_EMIT changed();
+}
+
+void NotesPageModel::updateLinks()
+{
+    constexpr std::size_t most = 20;
+    std::vector<LinkRow> links;
+    for (const QUrl &url : NoteParsing::links(text().left(NoteEditor::longNote))) {
+        const QString address = QString::fromUtf8(url.toEncoded());
+        const QString host = url.host().isEmpty() ? url.path() : url.host();
+        if (links.size() < most && std::ranges::find(links, address, &LinkRow::id) == links.end())
+            links.push_back({address, host});
+    }
+    m_links.setRecords(links);
+}
+
+void NotesPageModel::updateTasks(Date now)
+{
+    std::vector<TaskRow> tasks;
+    for (const TaskItem &task : m_services.notes.sortedTasks()) {
+        if (!task.isDone || m_showsDone)
+            tasks.push_back(taskRow(task, now));
+    }
+    m_tasks.setRecords(tasks);
+}
+
+} // namespace velmo

@@ -1,0 +1,153 @@
+import QtQuick
+import Velmo
+
+/// The tasks, a line to add one, and when to be reminded.
+Item {
+    id: list
+
+    required property NotesPageModel page
+    /// The task whose reminder is being set; empty for the new one.
+    property string remembered: ""
+    property bool asksDue: false
+
+    function askDue(id) {
+        remembered = id;
+        asksDue = true;
+        due.text = "";
+        due.forceActiveFocus();
+    }
+    function submit() {
+        const isDone = remembered.length > 0 ? page.setDue(remembered, due.text)
+                                             : page.addTask(title.text, due.text);
+        if (!isDone)
+            return;
+        if (remembered.length === 0)
+            title.text = "";
+        remembered = "";
+        due.text = "";
+        asksDue = false;
+        title.forceActiveFocus();
+    }
+
+    TextEntry {
+        id: title
+        width: parent.width - bell.width - Theme.grid
+        name: "Nova tarefa"
+        placeholder: "Nova tarefa — Enter para adicionar"
+        onAccepted: {
+            list.remembered = "";
+            list.submit();
+        }
+    }
+    IconButton {
+        id: bell
+        anchors.right: parent.right
+        name: "Adicionar lembrete"
+        symbol: "bell.badge"
+        symbolColor: list.asksDue ? Theme.accent : hovered || activeFocus ? Theme.text : Theme.secondaryText
+        onTriggered: list.asksDue ? list.asksDue = false : list.askDue("")
+    }
+
+    Row {
+        id: dueRow
+        y: Theme.controlHeight + Theme.grid
+        width: parent.width
+        height: visible ? Theme.controlHeight : 0
+        spacing: Theme.grid
+        visible: list.asksDue
+        Keys.onEscapePressed: {
+            list.asksDue = false;
+            title.forceActiveFocus();
+        }
+
+        TextEntry {
+            id: due
+            width: parent.width - soon.width - tomorrow.width - 2 * parent.spacing
+            name: "Quando lembrar"
+            placeholder: "18h, amanhã 9h"
+            onEdited: if (list.page.dueIssue.length > 0)
+                list.page.clearDueIssue()
+            onAccepted: list.submit()
+        }
+        ActionButton {
+            id: soon
+            name: "Em 1 h"
+            onTriggered: {
+                due.text = "em 1h";
+                list.submit();
+            }
+        }
+        ActionButton {
+            id: tomorrow
+            name: "Amanhã"
+            onTriggered: {
+                due.text = "amanhã 9h";
+                list.submit();
+            }
+        }
+    }
+    Label {
+        id: issue
+        anchors.top: dueRow.bottom
+        width: parent.width
+        height: visible ? 4 * Theme.grid : 0
+        visible: list.page.dueIssue.length > 0 && list.asksDue
+        text: list.page.dueIssue
+        color: Theme.error
+        font.pixelSize: Theme.captionSize
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+    }
+
+    ListView {
+        id: tasks
+        anchors.top: issue.bottom
+        anchors.topMargin: Theme.grid
+        anchors.bottom: foot.top
+        width: parent.width
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        activeFocusOnTab: count > 0
+        model: list.page.tasks
+        Accessible.role: Accessible.List
+        Accessible.name: "Tarefas"
+
+        delegate: TaskLine {
+            width: tasks.width
+            page: list.page
+            onReminded: list.askDue(id)
+        }
+    }
+    Label {
+        anchors.fill: tasks
+        visible: !list.page.hasTasks
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        elide: Text.ElideNone
+        text: "Sem tarefas. Adicione uma acima; com 🔔 você recebe um lembrete na hora marcada."
+        color: Theme.tertiaryText
+        font.pixelSize: Theme.smallSize
+    }
+
+    Row {
+        id: foot
+        anchors.bottom: parent.bottom
+        height: list.page.doneText.length > 0 ? Theme.controlHeight : 0
+        visible: height > 0
+
+        ActionButton {
+            name: list.page.doneText
+            idleColor: "transparent"
+            textColor: list.page.showsDone ? Theme.text : Theme.secondaryText
+            Accessible.checkable: true
+            Accessible.checked: list.page.showsDone
+            onTriggered: list.page.showsDone = !list.page.showsDone
+        }
+        ActionButton {
+            name: "Limpar concluídas"
+            idleColor: "transparent"
+            textColor: Theme.secondaryText
+            onTriggered: list.page.clearCompleted()
+        }
+    }
+}

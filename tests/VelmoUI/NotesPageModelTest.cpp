@@ -1,0 +1,108 @@
+#include "VelmoUI/Modules/Notes/NotesPageModel.h"
+
+#include "VelmoUI/App/AppServices.h"
+
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/Printers.h"
+
+#include <QTextDocument>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmo {
+namespace {
+
+using testing::ElementsAre;
+
+class NotesPageModelTest : public testing::Test {
+protected:
+    static std::vector<QString> column(QAbstractItemModel *model, const char *role)
+    {
+        std::vector<QString> texts;
+        for (int row = 0; row < model->rowCount(); ++row)
+            texts.push_back(model->index(row, 0).data(model->roleNames().key(role)).toString());
+        return texts;
+    }
+
+    FakeDesktop desktop;
+    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+    NotesPageModel page{services};
+};
+
+TEST_F(NotesPageModelTest, WritesListsFindsAndBringsBackNotes)
+{
+    services.notes.requestCompose();
+    EXPECT_TRUE(page.takeRequest());
+    EXPECT_FALSE(page.takeRequest());
+    ASSERT_TRUE(page.hasSelection());
+    services.notes.updateNote(services.notes.notes().front().id,
+                              u"Plano #Casa\nver https://exemplo.org/a"_qs);
+    EXPECT_THAT(column(page.notes(), "title"), ElementsAre(u"Plano #Casa"_qs));
+    EXPECT_THAT(column(page.tags(), "title"), ElementsAre(u"#casa"_qs));
+    EXPECT_THAT(column(page.links(), "title"), ElementsAre(u"exemplo.org"_qs));
+    EXPECT_FALSE(page.openLinkAt(3));
+    EXPECT_TRUE(page.openLinkAt(20));
+    EXPECT_THAT(desktop.fileViewer.opened, ElementsAre(QUrl(u"https://exemplo.org/a"_qs)));
+    page.create();
+    EXPECT_THAT(column(page.notes(), "title"), ElementsAre(u"Nota vazia"_qs, u"Plano #Casa"_qs));
+    page.toggleTag(u"casa"_qs);
+    EXPECT_EQ(page.notes()->rowCount(), 1);
+    page.toggleTag(u"casa"_qs);
+    page.search(u"plano"_qs);
+    const QString id = column(page.notes(), "id").at(0);
+    page.search({});
+    page.remove(id);
+    EXPECT_EQ(page.undoTitle(), u"Desfazer: nota apagada");
+    page.undo();
+    EXPECT_EQ(page.text(), u"Plano #Casa\nver https://exemplo.org/a");
+    page.setWatched(false); // the empty one goes
+    EXPECT_EQ(services.notes.notes().size(), 1U);
+}
+
+TEST_F(NotesPageModelTest, HandsALongNoteOnOnlyWhenTheKeysRest)
+{
+    QStringList edits;
+    QTextDocument document;
+    NoteEditor editor(desktop.scheduler, [&](const QString &text) { edits.append(text); });
+    editor.attach(&document, Qt::white);
+    document.setPlainText(u"curta"_qs);
+    EXPECT_EQ(edits.takeLast(), u"curta");
+    edits.clear();
+    const QString text(NoteEditor::longNote + 1, u'a');
+    document.setPlainText(text);
+    document.setPlainText(text + u'b');
+    EXPECT_TRUE(edits.isEmpty());
+    desktop.scheduler.advance(0.5s);
+    EXPECT_EQ(edits.size(), 1);
+    document.setPlainText(text);
+    editor.flush();
+    EXPECT_EQ(edits.last(), text);
+}
+
+TEST_F(NotesPageModelTest, KeepsTasksWithTheirReminders)
+{
+    EXPECT_FALSE(page.addTask(u"regar"_qs, u"algum dia"_qs));
+    EXPECT_EQ(page.dueIssue(), u"Digite quando, como 18h, amanhã 9h ou 25/12 9:30.");
+    EXPECT_TRUE(page.addTask(u"regar"_qs, u"em 1h"_qs));
+    EXPECT_TRUE(page.addTask(u"ler"_qs, {}));
+    desktop.scheduler.advance(2h);
+    page.setWatched(true);
+    EXPECT_THAT(column(page.tasks(), "isOverdue"), ElementsAre(u"true"_qs, u"false"_qs));
+    const QString id = column(page.tasks(), "id").at(0);
+    EXPECT_TRUE(page.setDue(id, {}));
+    page.toggleTask(id);
+    EXPECT_THAT(column(page.tasks(), "title"), ElementsAre(u"ler"_qs));
+    EXPECT_EQ(page.doneText(), u"1 concluída");
+    page.setShowsDone(true);
+    EXPECT_THAT(column(page.tasks(), "spoken"), ElementsAre(u"ler"_qs, u"regar, concluída"_qs));
+    page.clearCompleted();
+    page.undo();
+    page.removeTask(id);
+    EXPECT_THAT(column(page.tasks(), "title"), ElementsAre(u"ler"_qs));
+    page.undo();
+    EXPECT_EQ(services.notes.tasks().size(), 2U);
+}
+
+} // namespace
+} // namespace velmo
