@@ -1,0 +1,76 @@
+#include "VelmoCore/Foundation/Json.h"
+#include "VelmoCore/Notes/NotesStore.h"
+#include "VelmoCore/Storage/DataCipher.h"
+#include "VelmoCore/Timers/TimerCenter.h"
+
+#include "tests/e2e/OrvaneTest.h"
+
+#include <QDateTime>
+
+#include <X11/keysym.h>
+#include <csignal>
+
+namespace velmo {
+
+class NotesTest : public OrvaneTest {
+protected:
+    /// What is sealed on disk; nothing while there is no file.
+    std::vector<Note> sealedNotes() const
+    {
+        if (!QFile::exists(home.path("data/Orvane/notes.json")))
+            return {};
+        const DataCipher cipher(home.read("state/Orvane/app.velmo.Velmo.storage:data-key-v1"));
+        const auto text = cipher.open(home.read("data/Orvane/notes.json"));
+        return Json::decode<NotesStore::Snapshot>(text).notes;
+    }
+};
+
+TEST_F(NotesTest, KeepANoteThatTheHotKeyBegan)
+{
+    writeSettings();
+    launch();
+    screen.typeKey(XK_m, {XK_Control_L, XK_Alt_L});
+    ASSERT_TRUE(shows("expanded"));
+    const auto isOnDisk = [&](const QString &text) {
+        return eventually([&] {
+            const auto notes = sealedNotes();
+            return notes.size() == 1 && notes.front().text == text;
+        });
+    };
+    ASSERT_TRUE(isOnDisk({})); // it has the keyboard by then
+    for (const xcb_keysym_t key : {XK_s, XK_e, XK_g, XK_r, XK_e, XK_d, XK_o})
+        screen.typeKey(key);
+    ASSERT_TRUE(isOnDisk("segredo"));
+    screen.typeKey(XK_Escape);
+    ASSERT_TRUE(shows("collapsed"));
+    EXPECT_FALSE(home.read("data/Orvane/notes.json").contains("segredo"));
+    ::kill(pid_t(orvane.processId()), SIGKILL);
+    EXPECT_LT(exitCode(), 0);
+    launch();
+    EXPECT_TRUE(isOnDisk("segredo"));
+}
+
+TEST_F(NotesTest, TellTheDesktopOfATimerThatWasRunningBeforeTheStart)
+{
+    writeSettings();
+    const Date now{Seconds(double(QDateTime::currentSecsSinceEpoch()))};
+    const TimerCenter::Snapshot running{.timers = {CountdownTimer::make("chá", 60s, now - 58s)},
+                                        .presets = {},
+                                        .pomodoro = std::nullopt,
+                                        .history = {}};
+    home.write("data/Orvane/timers.json", Json::encode(running));
+    screen.run("dunst", {"-conf", "/dev/null"});
+    launch();
+    const auto control = [&](const QStringList &words) {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start("dunstctl", words);
+        process.waitForFinished();
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    };
+    EXPECT_TRUE(eventually([&] { return control({"count", "displayed"}) == "1"; }));
+    control({"close-all"});
+    EXPECT_TRUE(eventually([&] { return control({"history"}).contains("Timer concluído"); }));
+}
+
+} // namespace velmo
