@@ -10,6 +10,12 @@ std::optional<Bounds> SettingsBounds::of(const QString &key)
         return closeDelay;
     if (key == u"activityRetentionDays")
         return activityRetentionDays;
+    if (key == u"focusMinutes")
+        return focusMinutes;
+    if (key == u"shortBreakMinutes" || key == u"longBreakMinutes")
+        return breakMinutes;
+    if (key == u"cyclesBeforeLongBreak")
+        return cyclesBeforeLongBreak;
     return std::nullopt;
 }
 

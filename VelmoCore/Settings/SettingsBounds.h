@@ -36,6 +36,9 @@ namespace SettingsBounds {
 inline constexpr Bounds hoverDelay{0, 1, 0.02};
 inline constexpr Bounds closeDelay{0.1, 3, 0.1};
 inline constexpr Bounds activityRetentionDays{1, 30, 1};
+inline constexpr Bounds focusMinutes{5, 120, 5};
+inline constexpr Bounds breakMinutes{1, 60, 1};
+inline constexpr Bounds cyclesBeforeLongBreak{1, 8, 1};
 
 /// By the key's name; nothing for a key that isn't a number.
 std::optional<Bounds> of(const QString &key);

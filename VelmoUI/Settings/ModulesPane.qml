@@ -70,6 +70,11 @@ Column {
         }
     }
 
+    TimerSettings {
+        width: parent.width
+        settings: pane.settings
+    }
+
     SettingsSection {
         title: "Favoritos"
         visible: pane.model.hasFavorites

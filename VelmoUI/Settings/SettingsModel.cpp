@@ -66,6 +66,17 @@ void take(const QVariant &input, Value &value)
     }
 }
 
+/// Calls `visit` with the name and the value of each key, and of each field of the pomodoro.
+template <class Settings, class Visit>
+void forEachKey(Settings &settings, const Visit &visit)
+{
+    boost::mp11::mp_for_each<Keys>(
+        [&](auto member) { visit(QLatin1String(member.name), settings.*member.pointer); });
+    using Fields = boost::describe::describe_members<PomodoroConfig, boost::describe::mod_public>;
+    boost::mp11::mp_for_each<Fields>(
+        [&](auto member) { visit(QLatin1String(member.name), settings.pomodoro.*member.pointer); });
+}
+
 } // namespace
 
 SettingsModel::SettingsModel(SettingsStore &store)
@@ -97,9 +108,9 @@ QVariant SettingsModel::updateValue(const QString &key, const QVariant &input)
     if (const auto bounds = SettingsBounds::of(key); bounds && isNumber(plain))
         plain = bounds->snap(plain.toDouble());
     m_store.update([&](AppSettings &settings) {
-        boost::mp11::mp_for_each<Keys>([&](auto member) {
-            if (key == QLatin1String(member.name))
-                take(plain, settings.*member.pointer);
+        forEachKey(settings, [&](QLatin1String name, auto &value) {
+            if (key == name)
+                take(plain, value);
         });
     });
     return value(key); // the store's, by now
@@ -107,10 +118,10 @@ QVariant SettingsModel::updateValue(const QString &key, const QVariant &input)
 
 void SettingsModel::show(const AppSettings &settings)
 {
-    boost::mp11::mp_for_each<Keys>([&](auto member) {
-        const QVariant value = shown(settings.*member.pointer);
+    forEachKey(settings, [&](QLatin1String name, const auto &setting) {
+        const QVariant value = shown(setting);
         if (value.isValid())
-            insert(QString::fromLatin1(member.name), value);
+            insert(name, value);
     });
 }
 

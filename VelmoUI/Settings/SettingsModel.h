@@ -7,7 +7,8 @@
 
 namespace velmo {
 
-/// The settings for QML: a property a key, read and written under the key's own name. Numbers and
+/// The settings for QML: a property a key, read and written under the key's own name, and one for
+/// each field of the pomodoro. Numbers and
 /// lists of texts are what they are, durations seconds, enumerations their case names. What is
 /// written goes to the store, what changes there shows here; a value that doesn't fit its key
 /// leaves it as it was.

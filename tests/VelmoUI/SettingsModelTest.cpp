@@ -40,7 +40,7 @@ TEST_F(SettingsModelTest, WritesAndShowsEveryKindOfKey)
     run("settings.openOnClick = false; settings.clipboardMaxItems = 50; settings.hoverDelay = 0.3;"
         "settings.closeDelay = 2; settings.hoverBehavior = 'preview';"
         "settings.radialFavoritesName = 'Anel'; settings.moduleOrder = ['a', 'b'];"
-        "settings.hiddenHomeCards = []");
+        "settings.hiddenHomeCards = []; settings.focusMinutes = 52; settings.autoAdvance = false");
     AppSettings expected;
     expected.openOnClick = false;
     expected.clipboardMaxItems = 50;
@@ -50,6 +50,8 @@ TEST_F(SettingsModelTest, WritesAndShowsEveryKindOfKey)
     expected.radialFavoritesName = QStringLiteral("Anel");
     expected.moduleOrder = {QStringLiteral("a"), QStringLiteral("b")};
     expected.hiddenHomeCards.clear();
+    expected.pomodoro.focusMinutes = 50;
+    expected.pomodoro.autoAdvance = false;
     EXPECT_EQ(store.settings(), expected);
 
     run("for (let d = 0.12; d < 0.95; d += 0.02) settings.hoverDelay = d;" // as a slider counts
