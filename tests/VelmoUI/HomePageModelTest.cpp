@@ -74,7 +74,7 @@ protected:
 
 } // namespace
 
-TEST_F(HomePageModelTest, BringsALowBatteryAndARunningTimerToTheFront)
+TEST_F(HomePageModelTest, BringsWhatMattersNowToTheFront)
 {
     const auto first = [&](int percent, bool isCharging) {
         desktop.power.set(BatteryInfo{.percent = percent, .isCharging = isCharging});
@@ -89,6 +89,8 @@ TEST_F(HomePageModelTest, BringsALowBatteryAndARunningTimerToTheFront)
     EXPECT_EQ(shownCards().front(), u"focus");
     services.timers.pause(timer);
     EXPECT_EQ(shownCards().front(), u"favorites");
+    services.notes.addTask(QStringLiteral("ler"), desktop.scheduler.now() - 1s);
+    EXPECT_EQ(shownCards().front(), u"notes");
 }
 
 TEST_F(HomePageModelTest, MakesThePanelAsWideAsItsCards)
@@ -107,7 +109,7 @@ TEST_F(HomePageModelTest, TurnsItsPagesByKeyAndWheel)
 {
     open();
     EXPECT_EQ(page().pageCount(), 1);
-    page().setWidth(400);
+    page().setWidth(620);
     ASSERT_EQ(page().pageCount(), 2);
     press(XK_Right, Qt::ControlModifier, Qt::Key_Right);
     press(XK_Right, Qt::ControlModifier, Qt::Key_Right);

@@ -3,6 +3,7 @@
 #include "VelmoSystem/Ports/PowerInfo.h"
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
 #include "VelmoUI/Modules/Home/HomeView.h"
+#include "VelmoUI/Modules/Notes/NotesPageModel.h"
 #include "VelmoUI/Modules/System/SystemPageModel.h"
 #include "VelmoUI/Modules/Timers/TimersPageModel.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
@@ -29,6 +30,7 @@ HomePageModel::HomePageModel(const ModuleContext &context) : m_context(context)
     connect(&context.services.settings, &SettingsStore::settingsChanged, this,
             &HomePageModel::update);
     connect(&context.services.platform.power, &PowerInfo::changed, this, &HomePageModel::update);
+    connect(&context.services.notes, &NotesStore::changed, this, &HomePageModel::update);
     connect(&context.services.timers, &TimerCenter::changed, this, &HomePageModel::update);
     connect(&context.panel, &NotchViewModel::homePageRequested, this,
             [this](int direction) { setPageIndex(m_pageIndex + direction); });
@@ -110,6 +112,8 @@ NotchModule::View HomePageModel::makeCard(HomeCard card)
         return {cardSource(u"FavoritesCard"), std::make_unique<FavoritesModel>(m_context)};
     case HomeCard::focus:
         return {cardSource(u"FocusCard"), std::make_unique<TimersPageModel>(m_context.services)};
+    case HomeCard::notes:
+        return {cardSource(u"NotesCard"), std::make_unique<NotesPageModel>(m_context.services)};
     case HomeCard::system:
         return {cardSource(u"SystemSummaryCard"),
                 std::make_unique<SystemPageModel>(m_context.services)};

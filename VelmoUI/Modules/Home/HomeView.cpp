@@ -3,6 +3,8 @@
 #include "VelmoSystem/Ports/PowerInfo.h"
 #include "VelmoUI/App/AppServices.h"
 
+#include <algorithm>
+
 namespace velmo {
 
 bool HomeView::isActive(HomeCard card, const AppServices &services)
@@ -10,6 +12,11 @@ bool HomeView::isActive(HomeCard card, const AppServices &services)
     switch (card) {
     case HomeCard::focus:
         return services.timers.isRunning();
+    case HomeCard::notes: {
+        const Date now = services.platform.scheduler.now();
+        return std::ranges::any_of(services.notes.tasks(),
+                                   [&](const TaskItem &task) { return task.isOverdue(now); });
+    }
     case HomeCard::system: {
         const auto battery = services.platform.power.battery();
         return battery && battery->percent <= lowBattery && !battery->isCharging;
@@ -22,7 +29,7 @@ bool HomeView::isActive(HomeCard card, const AppServices &services)
 std::set<HomeCard> HomeView::available(const AppServices &services)
 {
     std::set<HomeCard> cards{HomeCard::favorites};
-    for (const HomeCard card : {HomeCard::focus, HomeCard::system}) {
+    for (const HomeCard card : {HomeCard::focus, HomeCard::notes, HomeCard::system}) {
         if (services.modules.find(*HomeCards::moduleID(card)))
             cards.insert(card);
     }

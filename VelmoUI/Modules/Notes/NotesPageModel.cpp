@@ -112,6 +112,12 @@ bool NotesPageModel::hasTasks() const
     return !m_services.notes.tasks().empty();
 }
 
+bool NotesPageModel::hasOpenTasks() const
+{
+    return std::ranges::any_of(m_services.notes.tasks(),
+                               [](const TaskItem &task) { return !task.isDone; });
+}
+
 QString NotesPageModel::doneText() const
 {
     const auto count = std::ranges::count(m_services.notes.tasks(), true, &TaskItem::isDone);
@@ -147,6 +153,12 @@ bool NotesPageModel::takeRequest()
     else
         return false;
     return true;
+}
+
+void NotesPageModel::compose()
+{
+    m_services.notes.requestCompose();
+    m_services.openModule(QStringLiteral("notes"));
 }
 
 void NotesPageModel::search(const QString &query)

@@ -71,6 +71,7 @@ class NotesPageModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *links READ links CONSTANT)
     Q_PROPERTY(QAbstractItemModel *tasks READ tasks CONSTANT)
     Q_PROPERTY(bool hasTasks READ hasTasks NOTIFY changed)
+    Q_PROPERTY(bool hasOpenTasks READ hasOpenTasks NOTIFY changed)
     Q_PROPERTY(QString doneText READ doneText NOTIFY changed) ///< "3 concluídas"; empty without
     Q_PROPERTY(bool showsDone READ showsDone WRITE setShowsDone NOTIFY changed)
     Q_PROPERTY(QString dueIssue READ dueIssue NOTIFY changed)
@@ -90,6 +91,7 @@ public:
     QAbstractItemModel *links() { return &m_links; }
     QAbstractItemModel *tasks() { return &m_tasks; }
     bool hasTasks() const;
+    bool hasOpenTasks() const;
     QString doneText() const;
     bool showsDone() const { return m_showsDone; }
     void setShowsDone(bool shows);
@@ -100,6 +102,10 @@ public:
     Q_INVOKABLE void setWatched(bool watched);
     /// Whether somebody wants to write a new note, or to see one: it is selected then.
     Q_INVOKABLE bool takeRequest();
+
+    Q_INVOKABLE void refresh() { update(); }
+    /// Opens the page on a new note.
+    Q_INVOKABLE void compose();
 
     Q_INVOKABLE void search(const QString &query);
     Q_INVOKABLE void toggleTag(const QString &tag);
