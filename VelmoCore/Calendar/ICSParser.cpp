@@ -1,0 +1,247 @@
+#include "VelmoCore/Calendar/ICSParser.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+namespace velmo::ICSParser {
+
+namespace {
+
+/// Gives short texts that come again and again one shared string.
+class SharedTexts {
+public:
+    QString text(QStringView wanted)
+    {
+        if (wanted.isEmpty() || wanted.size() > 64)
+            return wanted.toString();
+        const std::size_t hash = std::size_t(wanted.size()) * 31 + wanted.front().unicode() * 7 +
+                                 wanted.back().unicode();
+        QString &known = m_texts[hash % m_texts.size()];
+        if (known != wanted)
+            known = wanted.toString();
+        return known;
+    }
+
+    QString upper(QStringView wanted)
+    {
+        const bool isUpper = std::all_of(wanted.begin(), wanted.end(), [](QChar c) {
+            return c.unicode() < 128 && (c < u'a' || c > u'z');
+        });
+        return isUpper ? text(wanted) : wanted.toString().toUpper();
+    }
+
+private:
+    std::array<QString, 256> m_texts;
+};
+
+/// The first of two marks outside double quotes; the end without one.
+qsizetype findOutsideQuotes(QStringView line, qsizetype start, char16_t mark, char16_t otherMark)
+{
+    bool isQuoted = false;
+    for (qsizetype i = start; i < line.size(); ++i) {
+        const char16_t c = line[i].unicode();
+        if (c == u'"')
+            isQuoted = !isQuoted;
+        else if (!isQuoted && (c == mark || c == otherMark))
+            return i;
+    }
+    return line.size();
+}
+
+QStringView withoutQuotes(QStringView value)
+{
+    const bool isQuoted = value.size() >= 2 && value.front() == u'"' && value.back() == u'"';
+    return isQuoted ? value.sliced(1, value.size() - 2) : value;
+}
+
+std::optional<Property> readProperty(QStringView line, SharedTexts &texts)
+{
+    qsizetype end = findOutsideQuotes(line, 0, u':', u';');
+    const QStringView name = line.first(end);
+    QMap<QString, QString> params;
+    while (end < line.size() && line[end] == u';') {
+        const qsizetype start = end + 1;
+        end = findOutsideQuotes(line, start, u':', u';');
+        const QStringView piece = line.sliced(start, end - start);
+        const qsizetype equals = piece.indexOf(u'=');
+        if (equals >= 0) {
+            params.insert(texts.upper(piece.first(equals)),
+                          texts.text(withoutQuotes(piece.sliced(equals + 1))));
+        }
+    }
+    if (end == line.size())
+        return std::nullopt;
+    return Property{texts.upper(name), std::move(params), line.sliced(end + 1).toString()};
+}
+
+/// Gives each unfolded line of a feed.
+class Lines {
+public:
+    explicit Lines(QStringView text) : m_rest(text), m_physical(cut()) {}
+
+    /// Valid until the next call.
+    std::optional<QStringView> next()
+    {
+        if (!m_physical)
+            return std::nullopt;
+        QStringView line = *m_physical;
+        m_physical = cut();
+        if (!isContinuation())
+            return line;
+        m_unfolded.resize(0);
+        m_unfolded.append(line);
+        for (; isContinuation(); m_physical = cut())
+            m_unfolded.append(m_physical->sliced(1));
+        return m_unfolded;
+    }
+
+private:
+    bool isContinuation() const
+    {
+        return m_physical && (m_physical->startsWith(u' ') || m_physical->startsWith(u'\t'));
+    }
+
+    /// The next line as it stands, which ends with CR LF, LF or CR.
+    std::optional<QStringView> cut()
+    {
+        if (m_isAtEnd)
+            return std::nullopt;
+        if (m_lineFeed < m_position) {
+            const qsizetype found = m_rest.indexOf(u'\n', m_position);
+            m_lineFeed = found < 0 ? m_rest.size() : found;
+        }
+        QStringView line = m_rest.sliced(m_position, m_lineFeed - m_position);
+        const qsizetype carriageReturn = line.indexOf(u'\r');
+        if (carriageReturn >= 0)
+            line.truncate(carriageReturn);
+        m_position += line.size() + 1;
+        if (carriageReturn >= 0 && m_position == m_lineFeed)
+            ++m_position;
+        m_isAtEnd = m_position > m_rest.size();
+        return line;
+    }
+
+    QStringView m_rest;
+    qsizetype m_position = 0;
+    qsizetype m_lineFeed = -1; ///< the next one at or behind the position; the size without one
+    bool m_isAtEnd = false;
+    std::optional<QStringView> m_physical;
+    QString m_unfolded;
+};
+
+/// Puts the lines of a feed together.
+class FeedReader {
+public:
+    FeedReader() { m_feed.zone = QTimeZone::systemTimeZone(); }
+
+    void read(Property &&property)
+    {
+        const bool begins = property.name == u"BEGIN";
+        if (begins || property.name == u"END")
+            readBoundary(begins, property.value);
+        else if (!m_isInEvent)
+            readFeedProperty(property);
+        else if (m_depth == 0)
+            m_event.props.push_back(std::move(property));
+    }
+
+    Feed take() { return std::move(m_feed); }
+
+private:
+    void readBoundary(bool begins, const QString &component)
+    {
+        if (component.toUpper() != u"VEVENT") {
+            m_depth = std::max<qsizetype>(m_depth + (begins ? 1 : -1), 0);
+            return;
+        }
+        if (begins)
+            m_event.props.clear();
+        else if (m_isInEvent)
+            m_feed.events.push_back(takeEvent());
+        m_isInEvent = begins;
+        m_depth = 0;
+    }
+
+    RawEvent takeEvent()
+    {
+        auto &props = m_event.props;
+        return {{std::make_move_iterator(props.begin()), std::make_move_iterator(props.end())}};
+    }
+
+    void readFeedProperty(const Property &property)
+    {
+        if (property.name == u"X-WR-CALNAME") {
+            m_feed.calendarName = unescape(property.value);
+        } else if (property.name == u"X-WR-TIMEZONE") {
+            if (auto zone = timeZone(property.value))
+                m_feed.zone = *zone;
+        }
+    }
+
+    Feed m_feed;
+    RawEvent m_event; ///< filled again and again, so that each event is stored at its size
+    bool m_isInEvent = false;
+    qsizetype m_depth = 0; ///< of the components inside the event
+};
+
+} // namespace
+
+const Property *RawEvent::first(QStringView name) const
+{
+    const auto found = std::find_if(props.begin(), props.end(), [&](const Property &property) {
+        return property.name == name;
+    });
+    return found == props.end() ? nullptr : &*found;
+}
+
+std::optional<QString> calendarName(const QString &text)
+{
+    return parse(text).calendarName;
+}
+
+Feed parse(const QString &text)
+{
+    Lines lines(text);
+    SharedTexts texts;
+    FeedReader reader;
+    while (const auto line = lines.next()) {
+        if (auto property = readProperty(*line, texts))
+            reader.read(*std::move(property));
+    }
+    return reader.take();
+}
+
+std::optional<Property> property(QStringView line)
+{
+    SharedTexts texts;
+    return readProperty(line, texts);
+}
+
+QString unescape(const QString &text)
+{
+    if (!text.contains(u'\\'))
+        return text;
+    QString plain;
+    plain.reserve(text.size());
+    for (auto c = text.begin(); c != text.end(); ++c) {
+        if (*c != u'\\')
+            plain.append(*c);
+        else if (++c == text.end())
+            break;
+        else
+            plain.append(*c == u'n' || *c == u'N' ? u'\n' : *c);
+    }
+    return plain;
+}
+
+std::optional<QString> text(const RawEvent &event, QStringView name)
+{
+    const Property *property = event.first(name);
+    if (!property || property->value.isEmpty())
+        return std::nullopt;
+    QString plain = unescape(property->value);
+    return plain.isEmpty() ? std::nullopt : std::optional(std::move(plain));
+}
+
+} // namespace velmo::ICSParser
