@@ -27,9 +27,9 @@ RenamePreview RenamePreview::make(const std::vector<QUrl> &urls, const QString &
         } else {
             const QUrl target = QUrl::fromLocalFile(folder.toLocalFile() + names[i]);
             if (!wanted.insert(target).second)
-                row.problem = QStringLiteral("Nome repetido, ganha um número");
+                row.problem = QStringLiteral("Nome repetido");
             else if (isTaken(target))
-                row.problem = QStringLiteral("Nome em uso, ganha um número");
+                row.problem = QStringLiteral("Nome em uso");
             const QUrl unique = FileNaming::uniqueURL(target, isTaken);
             given.insert(unique);
             row.after = unique.fileName();

@@ -9,12 +9,15 @@ FocusScope {
     /// Where the keyboard is to start, and then where it is.
     property alias current: grid.currentIndex
 
+    focus: true
+
     CardGrid {
         id: grid
         width: parent.width + Theme.gap
         height: parent.height + Theme.gap
         cellWidth: Math.floor(width / 4)
         interactive: contentWidth > width
+        keyNavigationEnabled: true
         focus: true
         model: tiles.page !== null ? tiles.page.tools : null
         Accessible.role: Accessible.List

@@ -74,7 +74,7 @@ FocusScope {
         // The keyboard goes into a tool that opens, and back to the tiles.
         onLoaded: {
             if (id !== idBefore)
-                (item as Item).forceActiveFocus();
+                forceActiveFocus();
             idBefore = id;
         }
     }
