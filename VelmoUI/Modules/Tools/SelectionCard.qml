@@ -77,15 +77,14 @@ Rectangle {
 
     Item {
         id: controls
-        x: 2 * Theme.grid
+        x: title.x
         y: parent.height - height - (height > 0 ? 2 * Theme.grid : Theme.grid)
         width: parent.width - 2 * x
         height: card.isRunning || undo.visible || reveal.visible ? Theme.controlHeight : 0
 
         ProgressBar {
-            x: Theme.grid
             anchors.verticalCenter: parent.verticalCenter
-            width: cancel.x - x - Theme.gap
+            width: cancel.x - Theme.gap
             visible: card.isRunning
             opacity: card.isRunning && card.page.progress < 0 ? 0.4 : 1
             progress: card.isRunning ? Math.max(0, card.page.progress) : 0
