@@ -20,33 +20,12 @@ FocusScope {
             page.setWatched(watched);
     }
 
-    Column {
+    EmptyState {
         anchors.centerIn: parent
         visible: view.page !== null && !view.hasLive && !view.hasRecent
-        width: Math.min(parent.width, 640)
-        spacing: Theme.grid
-
-        Symbol {
-            anchors.horizontalCenter: parent.horizontalCenter
-            name: "waveform.path.ecg"
-            size: Theme.bigNumberSize
-            color: Theme.tertiaryText
-        }
-        Label {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            text: "Nenhuma atividade ainda"
-            font.pixelSize: Theme.titleSize
-            font.weight: Font.Medium
-        }
-        Label {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            elide: Text.ElideNone
-            text: "Operações com arquivos, conversões e timers aparecerão aqui, com progresso e resultado."
-            color: Theme.secondaryText
-        }
+        symbol: "waveform.path.ecg"
+        title: "Nenhuma atividade ainda"
+        detail: "Operações com arquivos, conversões e timers aparecerão aqui, com progresso e resultado."
     }
 
     Item {

@@ -20,30 +20,14 @@ FocusScope {
             page.setWatched(watched);
     }
 
-    Column {
+    EmptyState {
         anchors.centerIn: parent
         visible: view.page !== null && !view.hasFiles
-        width: Math.min(parent.width, Theme.paneWidth)
-        spacing: Theme.grid
+        symbol: "wrench.and.screwdriver"
+        title: "Nenhum arquivo escolhido"
+        detail: "Arraste arquivos até o notch ou escolha-os aqui para renomear, mover, compactar ou extrair."
 
-        Label {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            text: "Nenhum arquivo escolhido"
-            font.pixelSize: Theme.titleSize
-            font.weight: Font.Medium
-        }
-        Label {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            elide: Text.ElideNone
-            bottomPadding: 2 * Theme.grid
-            text: "Arraste arquivos até o notch ou escolha-os aqui para renomear, mover, compactar ou extrair."
-            color: Theme.secondaryText
-        }
         ActionButton {
-            anchors.horizontalCenter: parent.horizontalCenter
             name: "Escolher arquivos"
             onTriggered: view.page.chooseFiles()
         }
