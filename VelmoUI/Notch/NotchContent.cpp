@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoSystem/Storage/StorageInspector.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
 
 #include <QFileInfo>
@@ -16,8 +17,7 @@ DroppedRow fileRow(const QUrl &url, const ShelfStore &shelf)
     const QFileInfo file(url.toLocalFile());
     const bool isFolder = file.isDir();
     const QString detail =
-        isFolder ? QStringLiteral("Pasta")
-                 : QLocale().formattedDataSize(file.size(), 1, QLocale::DataSizeSIFormat);
+        isFolder ? QStringLiteral("Pasta") : StorageInspector::format(file.size());
     return {{},
             isFolder ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill"),
             file.fileName(),
