@@ -115,6 +115,9 @@ Rectangle {
 
         Label {
             width: parent.width
+            // Narrow enough that the last word doesn't stand alone.
+            leftPadding: 2 * Theme.gap
+            rightPadding: 2 * Theme.gap
             text: "Seus apps, a um clique"
             color: Theme.secondaryText
             font.pixelSize: Theme.smallSize
