@@ -25,6 +25,7 @@ Row {
         id: control
         width: Theme.sliderWidth
         height: Theme.controlHeight
+        layer.enabled: !enabled // fades as one, or the track shows through the knob
         snapMode: T.Slider.SnapAlways
         focusPolicy: Qt.StrongFocus
         Accessible.name: slider.name
@@ -52,7 +53,7 @@ Row {
             radius: width / 2
             color: Theme.knob
             border.width: 1
-            border.color: Theme.hairline
+            border.color: Theme.knobEdge
 
             FocusRing {
                 anchors.margins: -2 * Theme.ringWidth

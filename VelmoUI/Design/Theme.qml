@@ -15,7 +15,7 @@ QtObject {
 
     readonly property color shape: "#000000"
     readonly property color shapeEdge: "#00000000"
-    readonly property color window: isLight ? "#f4f4f6" : "#1c1c1f"
+    readonly property color window: isLight ? "#f0f0f3" : "#1c1c1f"
     readonly property color text: isLight ? "#e0000000" : "#ebffffff"
     readonly property color secondaryText: isLight ? "#99000000" : "#99ffffff"
     readonly property color tertiaryText: isLight ? "#66000000" : "#66ffffff"
@@ -23,11 +23,14 @@ QtObject {
     readonly property color surfaceHover: isLight ? "#12000000" : "#1affffff"
     readonly property color surfacePressed: isLight ? "#1a000000" : "#24ffffff"
     readonly property color surfaceSelected: isLight ? "#1f000000" : "#29ffffff"
+    /// Under the rows of a window; what is on black needs no ground of its own.
+    readonly property color card: isLight ? "#ffffff" : surface
     readonly property color hairline: isLight ? "#14000000" : "#14ffffff"
     /// Over other content, so not to be seen through.
     readonly property color raised: isLight ? "#ffffff" : "#2b2b2e"
     /// What slides on a switch or a slider.
     readonly property color knob: "#ffffff"
+    readonly property color knobEdge: isLight ? "#33000000" : "#00000000"
 
     readonly property color success: isLight ? "#1f8a50" : "#4cd58a"
     readonly property color error: isLight ? "#cf2e25" : "#ff6b62"

@@ -13,6 +13,8 @@ Rectangle {
     height: Theme.controlHeight
     radius: Theme.controlRadius
     color: Theme.raised
+    border.width: 1
+    border.color: Theme.hairline
     opacity: 0
     visible: opacity > 0
     z: 1

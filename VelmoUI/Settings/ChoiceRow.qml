@@ -13,7 +13,7 @@ ControlSurface {
 
     name: title
     width: parent ? parent.width : 0
-    height: Theme.rowHeight
+    height: Math.max(Theme.rowHeight, texts.height + 2 * Theme.gap)
     radius: Theme.cardRadius
     Accessible.role: Accessible.RadioButton
     Accessible.checkable: true
@@ -21,9 +21,11 @@ ControlSurface {
     onTriggered: chosen()
 
     Column {
+        id: texts
         x: Theme.cardPadding
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width - mark.width - 3 * Theme.cardPadding
+        spacing: Theme.grid / 2
 
         Label {
             width: parent.width

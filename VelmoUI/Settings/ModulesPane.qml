@@ -13,6 +13,7 @@ Column {
 
     Label {
         width: parent.width
+        leftPadding: Theme.cardPadding
         text: "Arraste para mudar a ordem, ou use Ctrl com as setas. O que você desliga não aparece."
         color: Theme.secondaryText
         wrapMode: Text.Wrap

@@ -73,7 +73,7 @@ ListView {
             width: parent.width
             height: parent.height
             y: handle.pressed ? row.draggedTo - row.y : 0
-            radius: Theme.controlRadius
+            radius: Theme.cardRadius
             color: handle.pressed ? Theme.raised : hover.hovered ? Theme.surfaceHover : "transparent"
 
             Behavior on y {

@@ -13,6 +13,7 @@ Column {
 
     Label {
         width: parent.width
+        leftPadding: Theme.cardPadding
         text: "Cada permissão só é pedida quando você usa pela primeira vez o que depende dela. Recusar uma desliga apenas esse recurso."
         color: Theme.secondaryText
         wrapMode: Text.Wrap
@@ -56,7 +57,7 @@ Column {
                 anchors.right: parent.right
                 anchors.rightMargin: Theme.cardPadding
                 y: Theme.cardPadding
-                spacing: Theme.grid
+                spacing: 2 * Theme.grid
 
                 Label {
                     text: pane.model.protectionTitle
@@ -74,7 +75,7 @@ Column {
                 Label {
                     width: parent.width
                     text: "Arquivos guardados como cópia na prateleira e as capturas salvas na sua pasta continuam como arquivos normais, para poderem ser abertos em outros apps. Apagar o item do Keychain torna os dados criptografados ilegíveis."
-                    color: Theme.tertiaryText
+                    color: Theme.secondaryText
                     font.pixelSize: Theme.smallSize
                     wrapMode: Text.Wrap
                     elide: Text.ElideNone

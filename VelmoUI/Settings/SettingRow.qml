@@ -19,6 +19,7 @@ Item {
         x: Theme.cardPadding
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width - controls.width - 3 * Theme.cardPadding
+        spacing: Theme.grid / 2
 
         Label {
             width: parent.width

@@ -19,7 +19,9 @@ Column {
         width: parent.width
         height: rows.height
         radius: Theme.cardRadius
-        color: Theme.surface
+        color: Theme.card
+        border.width: Theme.isLight ? 1 : 0
+        border.color: Theme.hairline
 
         Column {
             id: rows

@@ -94,7 +94,7 @@ Rectangle {
                 height: issue.height + 2 * Theme.cardPadding
                 radius: Theme.cardRadius
                 visible: window.model.loadIssue.length > 0
-                color: Theme.surface
+                color: Theme.card
 
                 Symbol {
                     id: sign
