@@ -30,6 +30,13 @@ public:
         m_saved.wait(lock, [this] { return !m_isSaving; });
     }
 
+    /// For the thread may hold the state a little longer than its owner.
+    void forget()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_result.reset();
+    }
+
     /// Tells what the last save came to, once.
     void tell()
     {
@@ -80,6 +87,7 @@ BackgroundSaver::BackgroundSaver(Scheduler &scheduler, Finished finished)
 BackgroundSaver::~BackgroundSaver()
 {
     m_state->wait();
+    m_state->forget();
 }
 
 void BackgroundSaver::save(Save save)
