@@ -13,18 +13,20 @@ LinuxPlatform::LinuxPlatform(Scheduler &scheduler)
       m_bluetooth(QDBusConnection::systemBus()),
       m_permissions(QDBusConnection::sessionBus(), m_bluetooth),
       m_notifications(QDBusConnection::sessionBus()), m_loginItem(XdgAutostart::standardFolder()),
-      m_statusArea(QDBusConnection::sessionBus(), m_connection)
+      m_statusArea(QDBusConnection::sessionBus(), m_connection),
+      m_pasteboard(m_connection, scheduler), m_frontApplication(m_connection, m_applications)
 {
     QObject::connect(&m_sleep, &SleepMonitor::didWake, &m_workspace, &X11Workspace::wake);
 }
 
 Platform LinuxPlatform::ports()
 {
-    return {m_scheduler,   m_displays,      m_pointer,    m_dragPasteboard, m_hotKeyGrabber,
-            m_workspace,   m_panelWindows,  m_fileViewer, m_appearance,     m_power,
-            m_accessories, m_network,       m_bluetooth,  m_load,           m_applications,
-            m_permissions, m_notifications, m_sounds,     m_loginItem,      m_statusArea,
-            m_pasteboard,  m_share,         m_thumbnailer};
+    return {m_scheduler,     m_displays,  m_pointer,      m_dragPasteboard,
+            m_hotKeyGrabber, m_workspace, m_panelWindows, m_fileViewer,
+            m_appearance,    m_power,     m_accessories,  m_network,
+            m_bluetooth,     m_load,      m_applications, m_permissions,
+            m_notifications, m_sounds,    m_loginItem,    m_statusArea,
+            m_pasteboard,    m_share,     m_thumbnailer,  m_frontApplication};
 }
 
 } // namespace velmo

@@ -5,7 +5,6 @@
 #include "VelmoSystem/Linux/DBus/FileManagerViewer.h"
 #include "VelmoSystem/Linux/DBus/SleepMonitor.h"
 #include "VelmoSystem/Linux/Desktop/CanberraPlayer.h"
-#include "VelmoSystem/Linux/Desktop/ClipboardPasteboard.h"
 #include "VelmoSystem/Linux/Desktop/DesktopApplications.h"
 #include "VelmoSystem/Linux/Desktop/DesktopPermissions.h"
 #include "VelmoSystem/Linux/Desktop/DesktopShare.h"
@@ -19,8 +18,10 @@
 #include "VelmoSystem/Linux/X11/X11Connection.h"
 #include "VelmoSystem/Linux/X11/X11Displays.h"
 #include "VelmoSystem/Linux/X11/X11DragPasteboard.h"
+#include "VelmoSystem/Linux/X11/X11FrontApplication.h"
 #include "VelmoSystem/Linux/X11/X11HotKeyGrabber.h"
 #include "VelmoSystem/Linux/X11/X11PanelWindow.h"
+#include "VelmoSystem/Linux/X11/X11Pasteboard.h"
 #include "VelmoSystem/Linux/X11/X11Pointer.h"
 #include "VelmoSystem/Linux/X11/X11Workspace.h"
 #include "VelmoSystem/Ports/Platform.h"
@@ -59,7 +60,8 @@ private:
     CanberraPlayer m_sounds;
     XdgAutostart m_loginItem;
     DesktopStatusArea m_statusArea;
-    ClipboardPasteboard m_pasteboard;
+    X11Pasteboard m_pasteboard;
+    X11FrontApplication m_frontApplication;
     DesktopShare m_share;
     DesktopThumbnailer m_thumbnailer{DesktopThumbnailer::standardCacheFolder()};
 };

@@ -9,6 +9,7 @@ class DesktopAppearance;
 class Displays;
 class DragPasteboard;
 class FileViewer;
+class FrontApplication;
 class HotKeyGrabber;
 class LoginItem;
 class MachineLoad;
@@ -51,6 +52,7 @@ struct Platform {
     Pasteboard &pasteboard;
     ShareService &share;
     Thumbnailer &thumbnailer;
+    FrontApplication &frontApplication;
 };
 
 } // namespace velmo

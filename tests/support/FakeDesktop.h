@@ -73,12 +73,13 @@ public:
     FakeStatusArea statusArea;
     FakePasteboard pasteboard;
     FakeShare share;
+    FakeFrontApplication frontApplication;
     FakeThumbnailer thumbnailer;
-    const Platform platform{scheduler,   displays,      pointer,    dragPasteboard, hotKeyGrabber,
-                            workspace,   panelWindows,  fileViewer, appearance,     power,
-                            accessories, network,       bluetooth,  load,           applications,
-                            permissions, notifications, sounds,     loginItem,      statusArea,
-                            pasteboard,  share,         thumbnailer};
+    const Platform platform{
+        scheduler,    displays,   pointer,      dragPasteboard, hotKeyGrabber, workspace,
+        panelWindows, fileViewer, appearance,   power,          accessories,   network,
+        bluetooth,    load,       applications, permissions,    notifications, sounds,
+        loginItem,    statusArea, pasteboard,   share,          thumbnailer,   frontApplication};
 };
 
 } // namespace velmo

@@ -5,6 +5,7 @@
 #include "VelmoSystem/Ports/Applications.h"
 #include "VelmoSystem/Ports/BluetoothAdapter.h"
 #include "VelmoSystem/Ports/DesktopAppearance.h"
+#include "VelmoSystem/Ports/FrontApplication.h"
 #include "VelmoSystem/Ports/LoginItem.h"
 #include "VelmoSystem/Ports/MachineLoad.h"
 #include "VelmoSystem/Ports/NetworkMonitor.h"
@@ -174,10 +175,56 @@ struct FakeLoginItem : LoginItem {
     QString failure; ///< what `setEnabled` throws, nothing if empty
 };
 
+/// Answers at once, and remembers what was asked for.
 struct FakePasteboard : Pasteboard {
-    void writeText(const QString &written) override { text = written; }
+    std::uint64_t changeCount() const override { return count; }
+    void readTypes(Answer<std::vector<QString>> answer) override
+    {
+        std::vector<QString> types;
+        for (const auto &[type, bytes] : offered)
+            types.push_back(type);
+        answer(types);
+    }
+    void read(const QString &type, qsizetype limit, Answer<Data> answer) override
+    {
+        asked.append(type);
+        const auto found = offered.find(type);
+        if (found == offered.end() || isSilent)
+            answer(std::nullopt);
+        else
+            answer(Data{found->second.first(std::min(limit, found->second.size())),
+                        found->second.size() <= limit});
+    }
+    void write(const Contents &contents) override
+    {
+        ++count;
+        written = contents;
+        text = contents.text.value_or(QString());
+        offered.clear();
+        if (contents.text)
+            offered[textType.toString()] = contents.text->toUtf8();
+    }
 
+    /// Another application copies something.
+    void offer(std::map<QString, QByteArray> contents)
+    {
+        ++count;
+        offered = std::move(contents);
+        Q_EMIT changed();
+    }
+
+    std::uint64_t count = 0;
+    std::map<QString, QByteArray> offered;
+    QStringList asked;
+    bool isSilent = false; ///< the owner tells its types and nothing else
+    Contents written;
     QString text;
+};
+
+struct FakeFrontApplication : FrontApplication {
+    std::optional<Info> current() const override { return info; }
+
+    std::optional<Info> info;
 };
 
 struct FakeShare : ShareService {

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "VelmoSystem/Linux/X11/X11Connection.h"
+#include "VelmoSystem/Ports/Applications.h"
+#include "VelmoSystem/Ports/FrontApplication.h"
+
+#include <QStringList>
+
+namespace velmo {
+
+/// The application of `_NET_ACTIVE_WINDOW`, through what the window says of itself and the desktop
+/// entry that this leads to.
+class X11FrontApplication : public FrontApplication {
+public:
+    X11FrontApplication(X11Connection &connection, const Applications &applications);
+
+    std::optional<Info> current() const override;
+
+private:
+    /// Names that may be those of its desktop entry, the surest first.
+    QStringList names(xcb_window_t window) const;
+    QStringList texts(xcb_window_t window, const QByteArray &property) const;
+
+    X11Connection &m_connection;
+    const Applications &m_applications;
+};
+
+} // namespace velmo
