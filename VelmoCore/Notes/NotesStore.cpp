@@ -1,10 +1,10 @@
 #include "VelmoCore/Notes/NotesStore.h"
 
 #include "VelmoCore/Foundation/Log.h"
-#include "VelmoCore/Foundation/TextSearch.h"
 #include "VelmoCore/Notes/NoteParsing.h"
 
 #include <QLocale>
+#include <QPointer>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -52,6 +52,7 @@ NotesStore::NotesStore(const std::optional<QString> &path, const std::optional<D
     m_store.emplace(*path, cipher);
     if (auto state = m_store->load(m_scheduler.now()).value())
         m_state = *std::move(state);
+    readInBackground();
 }
 
 const Note *NotesStore::note(const Uuid &id) const
@@ -62,11 +63,7 @@ const Note *NotesStore::note(const Uuid &id) const
 
 std::vector<Note> NotesStore::sortedNotes() const
 {
-    auto sorted = m_state.notes;
-    std::ranges::stable_sort(sorted, [](const Note &a, const Note &b) {
-        return std::tie(a.isPinned, a.updated) > std::tie(b.isPinned, b.updated);
-    });
-    return sorted;
+    return notes({}, std::nullopt);
 }
 
 std::vector<TaskItem> NotesStore::sortedTasks() const
@@ -86,19 +83,32 @@ std::vector<QString> NotesStore::allTags() const
 {
     std::set<QString> all;
     for (const Note &note : m_state.notes)
-        all.insert(tags(note).begin(), tags(note).end());
+        all.insert(read(note).tags.begin(), read(note).tags.end());
     return {all.begin(), all.end()};
 }
 
 std::vector<Note> NotesStore::notes(const QString &query, const std::optional<QString> &tag) const
 {
-    const TextSearch search(query);
-    auto found = sortedNotes();
-    std::erase_if(found, [&](const Note &note) {
-        const bool hasTag = !tag || std::ranges::find(tags(note), *tag) != tags(note).end();
-        return !hasTag || !search.isIn(note.text);
+    const QString wanted = QLocale().toLower(query.trimmed());
+    std::vector<const Note *> found;
+    for (const Note &note : m_state.notes) {
+        if (!tag && wanted.isEmpty()) {
+            found.push_back(&note);
+            continue;
+        }
+        const Reading &reading = read(note);
+        const bool hasTag = !tag || std::ranges::find(reading.tags, *tag) != reading.tags.end();
+        if (hasTag && reading.folded.contains(wanted))
+            found.push_back(&note);
+    }
+    std::ranges::stable_sort(found, [](const Note *a, const Note *b) {
+        return std::tie(a->isPinned, a->updated) > std::tie(b->isPinned, b->updated);
     });
-    return found;
+    std::vector<Note> notes;
+    notes.reserve(found.size());
+    for (const Note *note : found)
+        notes.push_back(*note);
+    return notes;
 }
 
 Note NotesStore::createNote(const QString &text)
@@ -116,7 +126,6 @@ void NotesStore::updateNote(const Uuid &id, const QString &text)
         return;
     note->text = text;
     note->updated = m_scheduler.now();
-    m_tags.remove(id);
     scheduleSave();
 }
 
@@ -131,7 +140,7 @@ void NotesStore::togglePin(const Uuid &id)
 
 void NotesStore::deleteNote(const Uuid &id)
 {
-    m_tags.remove(id);
+    m_readings.remove(id);
     if (std::erase_if(m_state.notes, [&](const Note &note) { return note.id == id; }) > 0)
         scheduleSave();
 }
@@ -270,12 +279,31 @@ TaskItem *NotesStore::task(const Uuid &id)
     return task == m_state.tasks.end() ? nullptr : &*task;
 }
 
-const std::vector<QString> &NotesStore::tags(const Note &note) const
+NotesStore::Reading NotesStore::readingOf(const QString &text)
 {
-    auto known = m_tags.find(note.id);
-    if (known == m_tags.end())
-        known = m_tags.insert(note.id, NoteParsing::tags(note.text));
-    return *known;
+    return {text, QLocale().toLower(text), NoteParsing::tags(text)};
+}
+
+const NotesStore::Reading &NotesStore::read(const Note &note) const
+{
+    Reading &reading = m_readings[note.id];
+    // A reading shares its note's text, so the same characters are the same text.
+    if (reading.text.constData() != note.text.constData())
+        reading = readingOf(note.text);
+    return reading;
+}
+
+void NotesStore::readInBackground()
+{
+    m_reader.start([notes = m_state.notes, &scheduler = m_scheduler, self = QPointer(this)] {
+        QHash<Uuid, Reading> readings;
+        for (const Note &note : notes)
+            readings.insert(note.id, readingOf(note.text));
+        scheduler.post([readings, self] {
+            if (self && self->m_readings.isEmpty())
+                self->m_readings = readings;
+        });
+    });
 }
 
 void NotesStore::insert(const Note &note)

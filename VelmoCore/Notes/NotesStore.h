@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QThreadPool>
 
 #include <functional>
 #include <optional>
@@ -83,7 +84,16 @@ Q_SIGNALS:
 
 private:
     TaskItem *task(const Uuid &id);
-    const std::vector<QString> &tags(const Note &note) const;
+    /// What a search looks at in a text.
+    struct Reading {
+        QString text;
+        QString folded;
+        std::vector<QString> tags;
+    };
+
+    static Reading readingOf(const QString &text);
+    const Reading &read(const Note &note) const;
+    void readInBackground();
     void insert(const Note &note);
     void scheduleSave();
     void save();
@@ -91,11 +101,12 @@ private:
     Scheduler &m_scheduler;
     std::optional<JSONFileStore<Snapshot>> m_store;
     Snapshot m_state;
-    mutable QHash<Uuid, std::vector<QString>> m_tags; ///< as far as they were asked for
+    mutable QHash<Uuid, Reading> m_readings; ///< as far as they were asked for, or read at start
     bool m_pendingCompose = false;
     std::optional<Uuid> m_pendingSelection;
     ScheduledTask m_saveTask;
     BackgroundSaver m_saver;
+    QThreadPool m_reader; ///< it waits for its thread as it goes
 };
 BOOST_DESCRIBE_STRUCT(NotesStore::Snapshot, (), (notes, tasks))
 

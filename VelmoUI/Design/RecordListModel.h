@@ -27,7 +27,16 @@ public:
         return parent.isValid() ? 0 : int(m_records.size());
     }
 
-    QHash<int, QByteArray> roleNames() const override
+    QHash<int, QByteArray> roleNames() const override { return namesOfRoles(); }
+
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+            return {};
+        return field(m_records[std::size_t(index.row())], role);
+    }
+
+    static QHash<int, QByteArray> namesOfRoles()
     {
         QHash<int, QByteArray> names;
         int role = Qt::UserRole;
@@ -35,12 +44,10 @@ public:
         return names;
     }
 
-    QVariant data(const QModelIndex &index, int role) const override
+    /// What a record holds for a role.
+    static QVariant field(const Record &record, int role)
     {
         QVariant value;
-        if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-            return value;
-        const Record &record = m_records[std::size_t(index.row())];
         int candidate = Qt::UserRole;
         boost::mp11::mp_for_each<Members>([&](auto member) {
             if (candidate++ == role)

@@ -1,6 +1,5 @@
 #include "VelmoCore/Notes/NotesStore.h"
 
-#include "VelmoCore/Foundation/TextSearch.h"
 #include "VelmoCore/Notes/DueText.h"
 #include "VelmoCore/Notes/NoteParsing.h"
 
@@ -136,14 +135,6 @@ TEST(NoteParsing, FindsAddressesWithoutTheSentenceAroundThem)
                                   QUrl(u"https://www.exemplo.com"_qs),
                                   QUrl(u"mailto:ana.b+c@x.com.br"_qs)));
     EXPECT_EQ(NoteParsing::title(u"\n  \n  Compras \nleite"_qs), u"Compras");
-}
-
-TEST(TextSearch, FindsAlsoInTextThatIsNotWellFormed)
-{
-    const QString broken = u"abc"_qs + QChar(0xD800) + u"DEF"_qs;
-    EXPECT_TRUE(TextSearch(u" def"_qs).isIn(broken));
-    EXPECT_TRUE(TextSearch(u"É"_qs).isIn(u"café"_qs));
-    EXPECT_FALSE(TextSearch(u"a.c"_qs).isIn(broken));
 }
 
 TEST(DueText, ReadsDaysAndTimes)

@@ -78,6 +78,28 @@ TaskRow taskRow(const TaskItem &task, Date now)
 
 } // namespace
 
+void NoteList::show(const std::vector<Note> &notes, const std::optional<Uuid> &selected, Date now)
+{
+    m_selected = selected;
+    m_now = now;
+    setRecords(notes);
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+}
+
+QHash<int, QByteArray> NoteList::roleNames() const
+{
+    return RecordListModel<NoteRow>::namesOfRoles();
+}
+
+QVariant NoteList::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const Note &note = records()[std::size_t(index.row())];
+    return RecordListModel<NoteRow>::field(noteRow(note, m_now, note.id == m_selected), role);
+}
+
 NotesPageModel::NotesPageModel(AppServices &services)
     : m_services(services),
       m_editor(services.platform.scheduler, [this](const QString &text) { edited(text); })
@@ -340,10 +362,7 @@ void NotesPageModel::update()
 {
     m_refresh.cancel();
     const Date now = m_services.platform.scheduler.now();
-    std::vector<NoteRow> notes;
-    for (const Note &note : m_services.notes.notes(m_query, m_tag))
-        notes.push_back(noteRow(note, now, note.id == m_selected));
-    m_notes.setRecords(notes);
+    m_notes.show(m_services.notes.notes(m_query, m_tag), m_selected, now);
     std::vector<TagRow> tags;
     for (const QString &tag : m_services.notes.allTags())
         tags.push_back({tag, u'#' + tag, tag == m_tag});

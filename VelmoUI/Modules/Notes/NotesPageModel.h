@@ -23,6 +23,19 @@ struct NoteRow {
 };
 BOOST_DESCRIBE_STRUCT(NoteRow, (), (id, title, summary, isPinned, isSelected, spoken))
 
+/// Notes, of which only those in view are made into rows.
+class NoteList : public RecordListModel<Note> {
+public:
+    void show(const std::vector<Note> &notes, const std::optional<Uuid> &selected, Date now);
+
+    QHash<int, QByteArray> roleNames() const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+
+private:
+    std::optional<Uuid> m_selected;
+    Date m_now;
+};
+
 struct TagRow {
     QString id; ///< the tag
     QString title;
@@ -147,7 +160,7 @@ private:
 
     AppServices &m_services;
     NoteEditor m_editor;
-    RecordListModel<NoteRow> m_notes;
+    NoteList m_notes;
     RecordListModel<TagRow> m_tags;
     RecordListModel<LinkRow> m_links;
     RecordListModel<TaskRow> m_tasks;
