@@ -8,6 +8,10 @@ namespace velmo::ICSParser {
 
 namespace {
 
+/// Far more than a feed has, but what a hostile one can make us hold.
+constexpr qsizetype propertyLimit = 4'000'000; ///< in the events of one feed
+constexpr qsizetype paramLimit = 64;           ///< on one line
+
 /// Gives short texts that come again and again one shared string.
 class SharedTexts {
 public:
@@ -15,7 +19,8 @@ public:
     {
         if (wanted.isEmpty() || wanted.size() > 64)
             return wanted.toString();
-        const std::size_t hash = std::size_t(wanted.size()) * 31 + wanted.front().unicode() * 7 +
+        const std::size_t hash = std::size_t(wanted.size()) * 31 +
+                                 std::size_t(wanted.front().unicode()) * 7 +
                                  wanted.back().unicode();
         QString &known = m_texts[hash % m_texts.size()];
         if (known != wanted)
@@ -65,7 +70,7 @@ std::optional<Property> readProperty(QStringView line, SharedTexts &texts)
         end = findOutsideQuotes(line, start, u':', u';');
         const QStringView piece = line.sliced(start, end - start);
         const qsizetype equals = piece.indexOf(u'=');
-        if (equals >= 0) {
+        if (equals >= 0 && params.size() < paramLimit) {
             params.insert(texts.upper(piece.first(equals)),
                           texts.text(withoutQuotes(piece.sliced(equals + 1))));
         }
@@ -142,7 +147,7 @@ public:
             readBoundary(begins, property.value);
         else if (!m_isInEvent)
             readFeedProperty(property);
-        else if (m_depth == 0)
+        else if (m_depth == 0 && m_stored++ < propertyLimit)
             m_event.props.push_back(std::move(property));
     }
 
@@ -183,6 +188,7 @@ private:
     RawEvent m_event; ///< filled again and again, so that each event is stored at its size
     bool m_isInEvent = false;
     qsizetype m_depth = 0; ///< of the components inside the event
+    qsizetype m_stored = 0;
 };
 
 } // namespace

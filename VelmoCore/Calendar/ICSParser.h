@@ -13,7 +13,7 @@
 #include <vector>
 
 /// Reads the events of an iCalendar feed (RFC 5545) and unrolls them over a span of time. Nothing
-/// throws: what can't be read is left out.
+/// throws: what can't be read is left out, and what goes beyond any real feed as well.
 ///
 /// A local time that a change of clocks skips counts as that much later (02:30 becomes 03:30 where
 /// the clock jumps an hour at 02:00), one that comes twice as the first of the two.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <utility>
 
 namespace velmo {
 
@@ -14,10 +13,8 @@ constexpr std::int64_t day = 86400;
 
 } // namespace
 
-ZoneClock::ZoneClock(QTimeZone zone) : m_zone(std::move(zone))
+ZoneClock::ZoneClock(const QTimeZone &zone) : m_zone(zone.isValid() ? zone : QTimeZone::utc())
 {
-    if (!m_zone.isValid())
-        m_zone = QTimeZone::utc();
     if (!m_zone.hasTransitions()) {
         const auto moment = QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
         m_last = {Limits::min(), Limits::max(), m_zone.offsetFromUtc(moment)};

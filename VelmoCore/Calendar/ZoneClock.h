@@ -11,7 +11,7 @@ namespace velmo {
 /// zone's offsets, which `QTimeZone` takes microseconds to tell.
 class ZoneClock {
 public:
-    explicit ZoneClock(QTimeZone zone);
+    explicit ZoneClock(const QTimeZone &zone);
 
     const QTimeZone &zone() const { return m_zone; }
 
