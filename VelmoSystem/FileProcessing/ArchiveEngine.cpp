@@ -3,7 +3,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <array>
+#include <algorithm>
 
 namespace velmo {
 namespace {
@@ -89,11 +89,16 @@ std::optional<ArchiveEngine> ArchiveEngine::find(Kind kind)
 
 std::vector<ArchiveEngine> ArchiveEngine::all(const QString &fileName)
 {
-    std::vector<ArchiveEngine> engines;
-    std::array kinds = {Kind::sevenZip, Kind::bsdtar};
+    std::vector<ArchiveEngine> engines = allThatMake();
     if (isQuickerByBsdtar(fileName))
-        std::ranges::reverse(kinds);
-    for (const Kind kind : kinds) {
+        std::ranges::reverse(engines);
+    return engines;
+}
+
+std::vector<ArchiveEngine> ArchiveEngine::allThatMake()
+{
+    std::vector<ArchiveEngine> engines;
+    for (const Kind kind : {Kind::sevenZip, Kind::bsdtar}) {
         if (const auto engine = find(kind))
             engines.push_back(*engine);
     }

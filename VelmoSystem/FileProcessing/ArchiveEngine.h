@@ -16,8 +16,10 @@ public:
     /// Nothing where the program isn't installed. 7-Zip is that of `VELMO_7ZZ`, else "7zz" on the
     /// path.
     static std::optional<ArchiveEngine> find(Kind kind);
-    /// Those that are installed, the quicker one for archives of that name first.
+    /// Those that are installed, the quicker one to unpack archives of that name first.
     static std::vector<ArchiveEngine> all(const QString &fileName);
+    /// The quicker one to make archives first.
+    static std::vector<ArchiveEngine> allThatMake();
 
     Kind kind() const { return m_kind; }
     const QString &tool() const { return m_tool; }

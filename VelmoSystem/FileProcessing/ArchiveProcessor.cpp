@@ -427,7 +427,7 @@ QUrl ArchiveProcessor::zip(const std::vector<QUrl> &urls, const std::optional<QS
     const QString folder =
         destination ? destination->toLocalFile() : QFileInfo(urls[0].toLocalFile()).absolutePath();
     const QUrl target = QUrl::fromLocalFile(folder + u'/' + file);
-    const std::vector<ArchiveEngine> choice = engines ? *engines : ArchiveEngine::all(file);
+    const std::vector<ArchiveEngine> choice = engines ? *engines : ArchiveEngine::allThatMake();
     if (choice.empty())
         throw noEngine();
     const QUrl made = zipBy(choice.front(), urls, target, progress, stop);

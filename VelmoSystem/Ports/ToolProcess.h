@@ -44,7 +44,7 @@ public:
     /// All that it wrote to its standard output so far.
     const QByteArray &output() const;
 
-    /// Runs it to its end, calling `tick` some ten times a second. What `tick` throws ends the
+    /// Runs it to its end, calling `tick` four times a second. What `tick` throws ends the
     /// program, as `stop` does with `Cancelled`.
     static ProcessResult run(
         const ToolCommand &command, const std::stop_token &stop = {},

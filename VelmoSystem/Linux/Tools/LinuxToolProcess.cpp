@@ -23,7 +23,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto tickInterval = 100ms;
+constexpr auto tickInterval = 250ms;
 constexpr auto patience = 500ms; // of a program that was asked to end
 constexpr qsizetype errorLimit = 1 << 20;
 constexpr int notStarted = 127;
