@@ -186,10 +186,10 @@ TEST(Recurrence, GivesWhatAFullWalkGives)
         return list;
     };
     for (int round = 0; round < 400; ++round) {
-        const SlowRule rule{
+        SlowRule rule{
             below(4),
             1 + (below(2) ? 0 : below(9)),
-            below(2) ? 0 : 1 + below(below(2) ? 20 : 3000),
+            0,
             some(2, [&] { return std::pair(below(2) ? 0 : below(11) - 5, 1 + below(7)); }),
             some(3, [&] { return below(2) ? 1 + below(32) : -1 - below(31); }),
             some(4, [&] { return 1 + below(12); }),
@@ -200,6 +200,8 @@ TEST(Recurrence, GivesWhatAFullWalkGives)
                               QTime(3 + below(20), 30), zone);
         const Date from = at(u"2000-01-01T00:00:00Z") + Seconds(86400.0 * below(10000));
         const Date until = from + Seconds(86400.0 * below(400));
+        const int all = int(rule.walk(start, Date{}, until).size());
+        rule.count = below(2) ? 0 : std::max(all - below(20), 0); // mostly ends in the window
         EXPECT_EQ(ICSParser::expand(rule.text(), Date{Seconds(double(start.toSecsSinceEpoch()))},
                                     zone, from, until),
                   rule.walk(start, from, until))
