@@ -14,6 +14,7 @@ FocusScope {
     Keys.onBacktabPressed: page.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     ModuleBar {
+        id: bar
         width: parent.width
         height: expanded.content.notchHeight
         content: expanded.content
@@ -37,6 +38,23 @@ FocusScope {
             title: expanded.content.pageFailureTitle
             message: expanded.content.pageFailure
             onRetried: expanded.content.retryPage()
+        }
+    }
+
+    Loader {
+        anchors.fill: page
+        active: bar.showsIssues && expanded.content.issues.length > 0
+        onActiveChanged: if (!active)
+            page.forceActiveFocus()
+        sourceComponent: IssueList {
+            issues: expanded.content.issues
+            focus: true
+            Component.onCompleted: forceActiveFocus()
+            onClosed: bar.showsIssues = false
+            onDismissed: {
+                bar.showsIssues = false;
+                expanded.content.dismissIssues();
+            }
         }
     }
 

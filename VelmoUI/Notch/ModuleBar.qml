@@ -6,9 +6,10 @@ Item {
     id: bar
 
     required property NotchContent content
+    property bool showsIssues: false
     readonly property real side: (width - content.notchWidth) / 2
     /// Esc closes too: where it is narrow the modules go before the button.
-    readonly property bool hasClose: side >= right.tabsWidth + 2 * Theme.controlHeight + 2 * Theme.gap
+    readonly property bool hasClose: side >= right.tabsWidth + (issues.visible ? 3 : 2) * Theme.controlHeight + 2 * Theme.gap
 
     Accessible.role: Accessible.PageTabList
     Accessible.name: "Módulos"
@@ -37,6 +38,14 @@ Item {
         anchors.rightMargin: Theme.gap
         height: parent.height
 
+        BarButton {
+            id: issues
+            visible: bar.content.issues.length > 0
+            name: "Avisos"
+            symbol: "exclamationmark.triangle.fill"
+            symbolColor: Theme.warning
+            onTriggered: bar.showsIssues = !bar.showsIssues
+        }
         BarButton {
             name: "Ajustes"
             symbol: "gearshape"

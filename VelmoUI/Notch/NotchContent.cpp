@@ -74,7 +74,8 @@ DroppedRow droppedRow(const DroppedItem &item, const ShelfStore &shelf)
 } // namespace
 
 NotchContent::NotchContent(NotchViewModel &model)
-    : m_model(model), m_live(model.services().activity, model.services().platform.scheduler)
+    : m_model(model), m_live(model.services().activity, model.services().platform.scheduler),
+      m_issues(model.services())
 {
     AppServices &services = model.services();
     connect(&model, &NotchViewModel::presentationChanged, this, [this] {
@@ -94,6 +95,7 @@ NotchContent::NotchContent(NotchViewModel &model)
     connect(&model, &NotchViewModel::droppedItemsChanged, this, &NotchContent::updateDroppedItems);
     connect(&model, &NotchViewModel::dropletChanged, this, &NotchContent::dropletChanged);
     connect(&model, &NotchViewModel::gulped, this, &NotchContent::gulped);
+    connect(&m_issues, &PanelIssues::changed, this, &NotchContent::issuesChanged);
     connect(&m_live, &LiveRows::changed, this, &NotchContent::liveChanged);
     connect(&services.modules, &ModuleRegistry::failuresChanged, this, &NotchContent::updatePage);
     connect(&services.activity, &ActivityCenter::feedbackChanged, this, [this] {

@@ -2,6 +2,7 @@
 
 #include "VelmoUI/Modules/Activity/LiveRows.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
+#include "VelmoUI/Notch/PanelIssues.h"
 
 #include <QPointF>
 #include <QSizeF>
@@ -109,6 +110,9 @@ class NotchContent : public QObject {
     Q_PROPERTY(QString pageFailure READ pageFailure NOTIFY pageChanged)
     Q_PROPERTY(QString pageFailureTitle READ pageFailureTitle NOTIFY pageChanged)
 
+    /// What went wrong with the user's data, in sentences.
+    Q_PROPERTY(QStringList issues READ issues NOTIFY issuesChanged)
+
     Q_PROPERTY(QAbstractItemModel *dropZones READ dropZones CONSTANT)
     Q_PROPERTY(QAbstractItemModel *droppedItems READ droppedItems CONSTANT)
     Q_PROPERTY(QAbstractItemModel *dropActions READ dropActions CONSTANT)
@@ -169,6 +173,8 @@ public:
     QString pageFailure() const { return m_pageFailure; }
     QString pageFailureTitle() const;
 
+    QStringList issues() const { return m_issues.texts(); }
+
     QAbstractItemModel *dropZones() { return &m_dropZones; }
     QAbstractItemModel *droppedItems() { return &m_droppedItems; }
     QAbstractItemModel *dropActions() { return &m_dropActions; }
@@ -183,6 +189,7 @@ public:
     Q_INVOKABLE void removeDropped(const QString &id) { m_model.removeDroppedItem(id); }
     Q_INVOKABLE void performDropAction(const QString &id);
     Q_INVOKABLE void retryPage() { m_model.services().modules.retry(m_pageModuleID); }
+    Q_INVOKABLE void dismissIssues() { m_issues.dismiss(); }
     Q_INVOKABLE void openSettings();
     Q_INVOKABLE void close() { m_model.send(NotchEvent::dismiss); }
 
@@ -194,6 +201,7 @@ Q_SIGNALS:
     void liveChanged();
     void feedbackChanged();
     void pageChanged();
+    void issuesChanged();
     void droppedItemsChanged();
     void dropletChanged();
     /// The notch swallows.
@@ -212,6 +220,7 @@ private:
 
     NotchViewModel &m_model;
     LiveRows m_live;
+    PanelIssues m_issues;
     ActivityEvent m_feedback; ///< the last one, also while it fades out
     RecordListModel<ModuleTab> m_leftModules;
     RecordListModel<ModuleTab> m_rightModules;
