@@ -89,6 +89,7 @@ QtObject {
     readonly property int symbolSize: 20
     readonly property int tileSymbolSize: 40
     readonly property int leastTileWidth: 128
+    readonly property int thumbnailSize: 112
     readonly property int barHeight: 4
     readonly property int ringWidth: 2
     readonly property int fadeWidth: 32

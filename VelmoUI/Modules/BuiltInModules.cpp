@@ -4,6 +4,7 @@
 #include "VelmoUI/Modules/Home/HomeModule.h"
 #include "VelmoUI/Modules/ModuleRegistry.h"
 #include "VelmoUI/Modules/Notes/NotesModule.h"
+#include "VelmoUI/Modules/Shelf/ShelfModule.h"
 #include "VelmoUI/Modules/System/SystemModule.h"
 #include "VelmoUI/Modules/Timers/TimersModule.h"
 #include "VelmoUI/Modules/Tools/ToolsModule.h"
@@ -14,6 +15,7 @@ void addBuiltInModules(ModuleRegistry &modules)
 {
     modules.add(std::make_unique<HomeModule>());
     modules.add(std::make_unique<ToolsModule>());
+    modules.add(std::make_unique<ShelfModule>());
     modules.add(std::make_unique<NotesModule>());
     modules.add(std::make_unique<TimersModule>());
     modules.add(std::make_unique<SystemModule>());

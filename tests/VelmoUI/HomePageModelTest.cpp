@@ -23,7 +23,7 @@ protected:
         addBuiltInModules(services.modules);
         change([](AppSettings &settings) {
             settings.hasCompletedOnboarding = true;
-            settings.hiddenHomeCards = {};
+            settings.hiddenHomeCards = {QStringLiteral("shelf")};
             settings.moduleOrder = {QStringLiteral("home")};
         });
     }

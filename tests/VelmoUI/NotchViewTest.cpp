@@ -1,4 +1,5 @@
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/Shelf/ShelfModule.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
@@ -83,6 +84,9 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     FakeModule::addTo(services.modules, QStringLiteral("fake")).page =
         QUrl::fromLocalFile(desktop.folder.path(QStringLiteral("Page.qml")));
     services.modules.add(std::make_unique<ActivityModule>());
+    services.modules.add(std::make_unique<ShelfModule>());
+    services.shelf.addText(QStringLiteral("Nota"));
+    services.shelf.addLink(QUrl(QStringLiteral("https://example.org")));
     start();
     showView();
     view().setColor(Qt::white);
@@ -104,7 +108,7 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     change([](AppSettings &next) { next.hoverBehavior = HoverBehavior::preview; });
     hover();
     check("preview");
-    for (const char16_t *page : {u"activity", u"fake", u"activity", u"um"}) {
+    for (const char16_t *page : {u"activity", u"fake", u"activity", u"shelf", u"um"}) {
         coordinator.open(QString::fromUtf16(page));
         check("page");
     }

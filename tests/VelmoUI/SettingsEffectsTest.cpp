@@ -260,7 +260,8 @@ const std::vector<Effect> effects = {
      }},
     {"hasCompletedOnboarding", [](auto &s) { s.hasCompletedOnboarding = true; },
      [](auto &o) {
-         o.change([](auto &s) { s.hiddenHomeCards = {}; }); // wider than its bar
+         o.change(
+             [](auto &s) { s.hiddenHomeCards = {QStringLiteral("shelf")}; }); // wider than its bar
          return o.open(2);
      }},
 };

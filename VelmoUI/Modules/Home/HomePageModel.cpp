@@ -4,6 +4,7 @@
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
 #include "VelmoUI/Modules/Home/HomeView.h"
 #include "VelmoUI/Modules/Notes/NotesPageModel.h"
+#include "VelmoUI/Modules/Shelf/ShelfCardModel.h"
 #include "VelmoUI/Modules/System/SystemPageModel.h"
 #include "VelmoUI/Modules/Timers/TimersPageModel.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
@@ -114,6 +115,8 @@ NotchModule::View HomePageModel::makeCard(HomeCard card)
         return {cardSource(u"FocusCard"), std::make_unique<TimersPageModel>(m_context.services)};
     case HomeCard::notes:
         return {cardSource(u"NotesCard"), std::make_unique<NotesPageModel>(m_context.services)};
+    case HomeCard::shelf:
+        return {cardSource(u"ShelfCard"), std::make_unique<ShelfCardModel>(m_context)};
     case HomeCard::system:
         return {cardSource(u"SystemSummaryCard"),
                 std::make_unique<SystemPageModel>(m_context.services)};

@@ -1,9 +1,477 @@
 #include "VelmoUI/Modules/Shelf/ShelfPageModel.h"
 
+#include "VelmoSystem/FileProcessing/FileOperations.h"
+#include "VelmoUI/Modules/Shelf/ShelfDrag.h"
+#include "VelmoUI/Modules/Shelf/ShelfOpening.h"
+
+#include <QPixmap>
+#include <QQuickWindow>
+
+#include <algorithm>
+#include <array>
+
 namespace velmo {
+
+namespace {
+
+/// A file manager may still be copying what it will then take away.
+constexpr Seconds moveTime = 3s;
+
+struct OwnCommand {
+    const char16_t *id;
+    const char16_t *title;
+    const char16_t *symbol;
+};
+
+constexpr OwnCommand pinCommand{u"shelf.pin", u"Fixar", u"pin.fill"};
+constexpr OwnCommand unpinCommand{u"shelf.pin", u"Desafixar", u"pin.fill"};
+constexpr OwnCommand groupCommand{u"shelf.group", u"Agrupar…", u"tag"};
+constexpr OwnCommand renameCommand{u"shelf.rename", u"Renomear", u"pencil"};
+constexpr OwnCommand removeCommand{u"shelf.remove", u"Remover", u"trash"};
+
+struct Shortcut {
+    int key;
+    int modifiers;
+    const char16_t *text;
+    const char16_t *command;
+};
+
+/// Where several stand for one key, the first that is available counts.
+constexpr std::array shortcuts = {
+    Shortcut{Qt::Key_R, Qt::ControlModifier, u"Ctrl+R", u"files.reveal"},
+    Shortcut{Qt::Key_C, Qt::ControlModifier, u"Ctrl+C", u"files.copyPath"},
+    Shortcut{Qt::Key_C, Qt::ControlModifier, u"Ctrl+C", u"content.copy"},
+    Shortcut{Qt::Key_P, Qt::ControlModifier, u"Ctrl+P", u"shelf.pin"},
+    Shortcut{Qt::Key_G, Qt::ControlModifier, u"Ctrl+G", u"shelf.group"},
+    Shortcut{Qt::Key_F2, 0, u"F2", u"shelf.rename"},
+    Shortcut{Qt::Key_Delete, 0, u"Delete", u"shelf.remove"},
+};
+
+QString countText(std::size_t count, const char16_t *one, const char16_t *more)
+{
+    return count == 1 ? QString::fromUtf16(one) : QString::fromUtf16(more).arg(count);
+}
+
+ShelfCommand commandOf(const QString &id, const QString &title, const QString &symbol)
+{
+    const auto *const shortcut = std::ranges::find_if(
+        shortcuts, [&](const Shortcut &candidate) { return id == QStringView(candidate.command); });
+    return {id, title, symbol,
+            id == u"files.open"           ? QStringLiteral("Enter")
+            : shortcut == shortcuts.end() ? QString()
+                                          : QString::fromUtf16(shortcut->text)};
+}
+
+ShelfCommand commandOf(const OwnCommand &command)
+{
+    return commandOf(QString::fromUtf16(command.id), QString::fromUtf16(command.title),
+                     QString::fromUtf16(command.symbol));
+}
+
+} // namespace
 
 ShelfPageModel::ShelfPageModel(const ModuleContext &context) : m_context(context)
 {
+    connect(&shelf(), &ShelfStore::itemsChanged, this, &ShelfPageModel::update);
+    update();
+}
+
+ShelfPageModel::~ShelfPageModel()
+{
+    disconnect(&shelf(), nullptr, this, nullptr);
+    removeForGood();
+}
+
+bool ShelfPageModel::isEmpty() const
+{
+    return shelf().items().size() == m_removed.size();
+}
+
+QStringList ShelfPageModel::groups() const
+{
+    QStringList names;
+    for (const QString &name : shelf().groups())
+        names.append(name);
+    if (!names.isEmpty())
+        names.prepend(QStringLiteral("Tudo"));
+    return names;
+}
+
+int ShelfPageModel::groupIndex() const
+{
+    return m_group ? int(std::max<qsizetype>(groups().indexOf(*m_group, 1), 0)) : 0;
+}
+
+void ShelfPageModel::setGroupIndex(int index)
+{
+    const QStringList names = groups();
+    m_group = index > 0 && index < names.size() ? std::optional(names[index]) : std::nullopt;
+    update();
+}
+
+QString ShelfPageModel::summary() const
+{
+    if (canUndo())
+        return countText(m_removed.size(), u"1 item removido", u"%1 itens removidos");
+    if (!m_notice.isEmpty())
+        return m_notice;
+    if (m_selected.size() == 1)
+        return ShelfRows::detail(selected().front());
+    return m_selected.size() > 1 ? QStringLiteral("%1 selecionados").arg(m_selected.size())
+                                 : countText(m_shown.size(), u"1 item", u"%1 itens");
+}
+
+QString ShelfPageModel::selectedGroup() const
+{
+    const auto items = selected();
+    return items.empty() ? QString() : items.front().group.value_or(QString());
+}
+
+void ShelfPageModel::setWatched(bool watched)
+{
+    if (watched) {
+        shelf().forgetMissingFiles();
+        return;
+    }
+    removeForGood();
+    m_renaming.reset();
+    m_isGrouping = false;
+    say({});
+}
+
+void ShelfPageModel::search(const QString &text)
+{
+    m_query = text;
+    update();
+}
+
+QString ShelfPageModel::detail(int index) const
+{
+    return index >= 0 && index < int(m_shown.size())
+               ? ShelfRows::briefDetail(m_shown[std::size_t(index)])
+               : QString();
+}
+
+void ShelfPageModel::press(int index, int modifiers)
+{
+    if (index < 0 || index >= int(m_shown.size()))
+        return;
+    const Uuid id = m_shown[std::size_t(index)].id;
+    m_notice.clear();
+    if ((modifiers & Qt::ShiftModifier) != 0) {
+        moveTo(index, true);
+        return;
+    }
+    m_current = id;
+    m_anchor = id;
+    if ((modifiers & Qt::ControlModifier) == 0) {
+        if (!m_selected.contains(id)) // else the press may become a drag of them all
+            m_selected = {id};
+    } else if (m_selected.erase(id) == 0) {
+        m_selected.insert(id);
+    }
+    update();
+}
+
+void ShelfPageModel::release(int index, int modifiers)
+{
+    if (modifiers == 0 && m_selected.size() > 1 && index >= 0 && index < int(m_shown.size()))
+        moveTo(index, false);
+}
+
+void ShelfPageModel::clearSelection()
+{
+    m_selected.clear();
+    update();
+}
+
+bool ShelfPageModel::handleKey(int key, int modifiers)
+{
+    const int pressed = modifiers & ~Qt::KeypadModifier;
+    const bool extends = pressed == Qt::ShiftModifier;
+    const int last = int(m_shown.size()) - 1;
+    const int current = currentIndex();
+    if ((pressed == 0 || extends) && last >= 0) {
+        switch (key) {
+        case Qt::Key_Left:
+            moveTo(std::max(current - 1, 0), extends);
+            return true;
+        case Qt::Key_Right:
+            moveTo(std::min(current + 1, last), extends);
+            return true;
+        case Qt::Key_Home:
+            moveTo(0, extends);
+            return true;
+        case Qt::Key_End:
+            moveTo(last, extends);
+            return true;
+        default:
+            break;
+        }
+    }
+    if (key == Qt::Key_A && pressed == Qt::ControlModifier) {
+        select(0, last);
+        return true;
+    }
+    if (key == Qt::Key_Z && pressed == Qt::ControlModifier && canUndo()) {
+        undoRemove();
+        return true;
+    }
+    if (key == Qt::Key_Escape && pressed == 0 && hasSelection()) {
+        clearSelection();
+        return true;
+    }
+    if (!hasSelection())
+        return false;
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && pressed == 0) {
+        open();
+        return true;
+    }
+    for (const Shortcut &shortcut : shortcuts) {
+        const QString command = QString::fromUtf16(shortcut.command);
+        if (shortcut.key == key && shortcut.modifiers == pressed &&
+            std::ranges::count(m_commands.records(), command, &ShelfCommand::id) > 0) {
+            run(command);
+            return true;
+        }
+    }
+    return false;
+}
+
+void ShelfPageModel::open()
+{
+    say(ShelfOpening::open(selected(), m_context));
+}
+
+void ShelfPageModel::openSettings()
+{
+    m_context.close();
+    m_context.services.openSettings(SettingsPane::data);
+}
+
+void ShelfPageModel::run(const QString &command)
+{
+    if (command == QStringView(pinCommand.id))
+        togglePin();
+    else if (command == QStringView(groupCommand.id))
+        m_isGrouping = true;
+    else if (command == QStringView(renameCommand.id))
+        m_renaming = *m_selected.begin();
+    else if (command == QStringView(removeCommand.id))
+        remove();
+    else if (NotchAction *action = m_context.services.actions.find(command))
+        perform(*action);
+    Q_EMIT changed();
+}
+
+void ShelfPageModel::rename(const QString &name)
+{
+    const auto id = std::exchange(m_renaming, std::nullopt);
+    const int place = placeOf(id);
+    if (place < 0)
+        return;
+    const ShelfItem item = m_shown[std::size_t(place)];
+    try {
+        if (!std::holds_alternative<ShelfItem::File>(item.content.value))
+            shelf().setName(item.id, name);
+        else if (const auto file = shelf().resolve(item); file && name != file->fileName())
+            shelf().setFile(item.id, FileOperations::rename(*file, name));
+    } catch (const LocalizedError &error) {
+        say(error.description());
+    }
+    Q_EMIT changed();
+}
+
+void ShelfPageModel::stopRenaming()
+{
+    if (std::exchange(m_renaming, std::nullopt))
+        Q_EMIT changed();
+}
+
+void ShelfPageModel::group(const QString &name)
+{
+    m_isGrouping = false;
+    shelf().setGroup(name, selectedIDs());
+}
+
+void ShelfPageModel::stopGrouping()
+{
+    if (std::exchange(m_isGrouping, false))
+        Q_EMIT changed();
+}
+
+void ShelfPageModel::undoRemove()
+{
+    m_removal.cancel();
+    const auto back = std::exchange(m_removed, {});
+    m_selected = {back.begin(), back.end()};
+    update();
+}
+
+void ShelfPageModel::drag(QQuickItem *tile)
+{
+    const auto items = selected();
+    if (items.empty() || !tile || !tile->window())
+        return;
+    QQuickWindow &window = *tile->window();
+    const qreal ratio = window.effectiveDevicePixelRatio();
+    const QRectF frame = tile->mapRectToScene(tile->boundingRect());
+    QPixmap picture = QPixmap::fromImage(window.grabWindow().copy(
+        QRectF(frame.topLeft() * ratio, frame.size() * ratio).toAlignedRect()));
+    picture.setDevicePixelRatio(ratio);
+    ShelfDrag::run(*this, items, picture);
+    shelf().forgetMissingFiles();
+    m_lookAgain = m_context.services.platform.scheduler.after(
+        moveTime, [this] { shelf().forgetMissingFiles(); });
+}
+
+void ShelfPageModel::update()
+{
+    if (m_group && groupIndex() == 0)
+        m_group.reset(); // its last item has gone
+    m_shown = shelf().items(m_query, m_group);
+    if (!m_removed.empty())
+        std::erase_if(m_shown, [this](const ShelfItem &item) {
+            return std::ranges::find(m_removed, item.id) != m_removed.end();
+        });
+    std::set<Uuid> shownSelected;
+    std::vector<ShelfRow> rows;
+    rows.reserve(m_shown.size());
+    for (const ShelfItem &item : m_shown) {
+        const bool isSelected = m_selected.contains(item.id);
+        if (isSelected)
+            shownSelected.insert(item.id);
+        rows.push_back(ShelfRows::make(item, isSelected));
+    }
+    m_selected = std::move(shownSelected);
+    m_rows.setRecords(rows);
+    updateCommands();
+    Q_EMIT changed();
+}
+
+void ShelfPageModel::updateCommands()
+{
+    std::vector<ShelfCommand> commands;
+    for (const NotchAction *action : m_context.services.actions.actions(dropped()))
+        commands.push_back(commandOf(action->id(), action->title(), action->symbol()));
+    const auto items = selected();
+    if (!items.empty()) {
+        const bool arePinned = std::ranges::all_of(items, &ShelfItem::isPinned);
+        commands.push_back(commandOf(arePinned ? unpinCommand : pinCommand));
+        commands.push_back(commandOf(groupCommand));
+        if (items.size() == 1)
+            commands.push_back(commandOf(renameCommand));
+        commands.push_back(commandOf(removeCommand));
+    }
+    m_commands.setRecords(commands);
+}
+
+int ShelfPageModel::placeOf(const std::optional<Uuid> &id) const
+{
+    const auto found = id ? std::ranges::find(m_shown, *id, &ShelfItem::id) : m_shown.end();
+    return found == m_shown.end() ? -1 : int(found - m_shown.begin());
+}
+
+void ShelfPageModel::select(int first, int last)
+{
+    m_selected.clear();
+    for (int index = first; index <= last; ++index)
+        m_selected.insert(m_shown[std::size_t(index)].id);
+    update();
+}
+
+void ShelfPageModel::moveTo(int index, bool extends)
+{
+    const int anchor = extends ? std::max(placeOf(m_anchor), 0) : index;
+    m_notice.clear();
+    m_current = m_shown[std::size_t(index)].id;
+    m_anchor = m_shown[std::size_t(anchor)].id;
+    select(std::min(anchor, index), std::max(anchor, index));
+}
+
+void ShelfPageModel::perform(NotchAction &action)
+{
+    AppServices &services = m_context.services;
+    try {
+        const ActionOutcome outcome = action.perform(dropped());
+        shelf().forgetMissingFiles();
+        say(outcome.message);
+        if (outcome.dismissesPanel)
+            m_context.close();
+    } catch (const LocalizedError &error) {
+        const QString title = QStringLiteral("%1: falhou").arg(action.title());
+        services.activity.post(ActivityEvent::make(
+            services.platform.scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
+            title, FeedbackStyle::error, QStringLiteral("shelf"), error.description()));
+        say(error.description());
+    }
+}
+
+void ShelfPageModel::remove()
+{
+    removeForGood();
+    m_removed = selectedIDs();
+    m_notice.clear();
+    // The keyboard stays near where it was.
+    const int place = m_removed.empty() ? -1 : placeOf(m_removed.front());
+    update();
+    if (!m_shown.empty() && place >= 0)
+        moveTo(std::min(place, int(m_shown.size()) - 1), false);
+    m_removal = m_context.services.platform.scheduler.after(undoTime, [this] {
+        removeForGood();
+        Q_EMIT changed();
+    });
+}
+
+void ShelfPageModel::removeForGood()
+{
+    m_removal.cancel();
+    // Kept hidden until the shelf has let them go; what can't go shows again.
+    if (const auto ids = m_removed; !ids.empty()) {
+        shelf().remove(ids);
+        m_removed.clear();
+        update();
+    }
+}
+
+void ShelfPageModel::togglePin()
+{
+    const auto items = selected();
+    const bool arePinned = std::ranges::all_of(items, &ShelfItem::isPinned);
+    for (const ShelfItem &item : items) {
+        if (item.isPinned == arePinned)
+            shelf().togglePin(item.id);
+    }
+}
+
+void ShelfPageModel::say(const QString &notice)
+{
+    m_notice = notice;
+    Q_EMIT changed();
+}
+
+std::vector<ShelfItem> ShelfPageModel::selected() const
+{
+    std::vector<ShelfItem> items;
+    std::ranges::copy_if(m_shown, std::back_inserter(items),
+                         [this](const ShelfItem &item) { return m_selected.contains(item.id); });
+    return items;
+}
+
+ShelfStore::IDs ShelfPageModel::selectedIDs() const
+{
+    ShelfStore::IDs ids;
+    for (const ShelfItem &item : selected())
+        ids.push_back(item.id);
+    return ids;
+}
+
+std::vector<DroppedItem> ShelfPageModel::dropped() const
+{
+    std::vector<DroppedItem> items;
+    for (const ShelfItem &item : selected())
+        items.push_back(ShelfRows::dropped(item));
+    return items;
 }
 
 } // namespace velmo

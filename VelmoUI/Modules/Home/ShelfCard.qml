@@ -1,0 +1,102 @@
+import QtQuick
+import Velmo
+
+/// The latest items of the shelf, a click away.
+Rectangle {
+    id: shelf
+
+    required property HomePage home
+    required property string title
+    required property ShelfCardModel card
+    property bool watched: false
+
+    radius: Theme.cardRadius
+    color: Theme.surface
+    Accessible.role: Accessible.Grouping
+    Accessible.name: title
+    onWatchedChanged: if (!watched)
+        card.clearNotice()
+
+    SectionTitle {
+        id: heading
+        y: Theme.grid
+        width: more.x
+        text: shelf.card.notice.length > 0 ? shelf.card.notice : shelf.title
+    }
+    IconButton {
+        id: more
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.grid
+        y: Theme.grid
+        name: "Mostrar a prateleira"
+        symbol: "chevron.right"
+        onTriggered: shelf.home.page.openModule("shelf")
+    }
+
+    ListView {
+        x: Theme.grid
+        y: heading.height + Theme.grid
+        width: parent.width - 2 * x
+        height: parent.height - y - Theme.grid
+        clip: true
+        interactive: false
+        model: shelf.card.items
+        Accessible.role: Accessible.List
+        Accessible.name: shelf.title
+
+        delegate: ControlSurface {
+            id: row
+
+            required property int index
+            required property string kind
+            required property string picture
+            required property string spoken
+            required property var model
+
+            name: spoken
+            width: ListView.view.width
+            height: Theme.controlHeight
+            onTriggered: shelf.card.open(index)
+
+            Image {
+                x: 2 * Theme.grid
+                anchors.verticalCenter: parent.verticalCenter
+                width: Theme.symbolSize
+                height: Theme.symbolSize
+                fillMode: Image.PreserveAspectFit
+                sourceSize.width: Theme.symbolSize * Screen.devicePixelRatio
+                sourceSize.height: Theme.symbolSize * Screen.devicePixelRatio
+                source: row.picture
+            }
+            Symbol {
+                x: 2 * Theme.grid
+                width: Theme.symbolSize
+                height: parent.height
+                visible: row.kind !== "file"
+                name: row.kind === "link" ? "link" : "text.alignleft"
+                size: Theme.smallSymbolSize
+                color: Theme.secondaryText
+            }
+            Label {
+                x: 4 * Theme.grid + Theme.symbolSize
+                width: parent.width - x - 2 * Theme.grid
+                height: parent.height
+                elide: Text.ElideMiddle
+                text: row.model.name
+                font.pixelSize: Theme.smallSize
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    Label {
+        anchors.centerIn: parent
+        width: parent.width - 2 * Theme.cardPadding
+        visible: shelf.card.isEmpty
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        text: "O que você soltar no notch aparece aqui"
+        color: Theme.secondaryText
+        font.pixelSize: Theme.smallSize
+    }
+}

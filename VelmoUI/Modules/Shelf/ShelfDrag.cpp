@@ -1,0 +1,59 @@
+#include "VelmoUI/Modules/Shelf/ShelfDrag.h"
+
+#include "VelmoCore/Foundation/Overloaded.h"
+
+#include <QDrag>
+#include <QPixmap>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace velmo {
+
+std::unique_ptr<QMimeData> ShelfDrag::mimeData(const std::vector<ShelfItem> &items)
+{
+    QList<QUrl> urls;
+    QStringList texts;
+    for (const ShelfItem &item : items) {
+        std::visit(
+            overloaded{
+                [&](const ShelfItem::File &file) { urls.append(QUrl::fromLocalFile(file.path)); },
+                [&](const ShelfItem::Link &link) {
+                    urls.append(link.value);
+                    texts.append(QString::fromUtf8(link.value.toEncoded()));
+                },
+                [&](const ShelfItem::Text &text) { texts.append(text.value); },
+            },
+            item.content.value);
+    }
+    auto data = std::make_unique<QMimeData>();
+    if (!urls.isEmpty())
+        data->setUrls(urls);
+    if (!texts.isEmpty())
+        data->setText(texts.join(QLatin1Char('\n')));
+    return data;
+}
+
+Qt::DropActions ShelfDrag::actions(const std::vector<ShelfItem> &items)
+{
+    const bool areOurs = std::ranges::all_of(items, [](const ShelfItem &item) {
+        const auto *file = std::get_if<ShelfItem::File>(&item.content.value);
+        return file && file->storage != ShelfStorage::reference;
+    });
+    const Qt::DropActions always = Qt::CopyAction | Qt::LinkAction;
+    return areOurs ? always | Qt::MoveAction : always;
+}
+
+void ShelfDrag::run(QObject &source, const std::vector<ShelfItem> &items, const QPixmap &picture)
+{
+    auto *const drag = new QDrag(&source); // Qt's, from `exec` on
+    drag->setMimeData(mimeData(items).release());
+    drag->setPixmap(picture);
+    drag->setHotSpot(picture.deviceIndependentSize().toSize().isEmpty()
+                         ? QPoint()
+                         : QRect(QPoint(), picture.deviceIndependentSize().toSize()).center());
+    const Qt::DropActions allowed = actions(items);
+    drag->exec(allowed, allowed.testFlag(Qt::MoveAction) ? Qt::MoveAction : Qt::CopyAction);
+}
+
+} // namespace velmo

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "VelmoCore/Shelf/ShelfItem.h"
+
+#include <QMimeData>
+
+#include <memory>
+#include <vector>
+
+class QPixmap;
+
+namespace velmo::ShelfDrag {
+
+/// Files and links as URLs; texts, and links too, as text, a line each.
+std::unique_ptr<QMimeData> mimeData(const std::vector<ShelfItem> &items);
+
+/// What a target may do with them. Only what is ours to give may be moved: a reference's original
+/// stays where it is.
+Qt::DropActions actions(const std::vector<ShelfItem> &items);
+
+/// Drags the items out of `source` until they are dropped; events go on meanwhile.
+void run(QObject &source, const std::vector<ShelfItem> &items, const QPixmap &picture);
+
+} // namespace velmo::ShelfDrag

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "VelmoCore/Shelf/DroppedItem.h"
+#include "VelmoCore/Shelf/ShelfItem.h"
+
+#include <boost/describe.hpp>
+
+namespace velmo {
+
+/// An item of the shelf as a tile shows it.
+struct ShelfRow {
+    QString id;
+    QString kind; ///< "file", "link" or "text"
+    QString name;
+    QString text;    ///< how a text begins, a link's address, a file's extension
+    QString picture; ///< where the image of a file comes from, else empty
+    bool isPinned = false;
+    bool isSelected = false;
+    QString spoken; ///< for screen readers
+
+    bool operator==(const ShelfRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(ShelfRow, (), (id, kind, name, text, picture, isPinned, isSelected, spoken))
+
+namespace ShelfRows {
+
+/// Asks the file system nothing: a shelf may have thousands.
+ShelfRow make(const ShelfItem &item, bool isSelected = false);
+
+/// "Documento PDF · 1,2 MB", "Arquivo não encontrado", a link's address or the length of a text.
+QString detail(const ShelfItem &item);
+
+/// The same in a word or two: "1,2 MB", "Pasta", "Não encontrado".
+QString briefDetail(const ShelfItem &item);
+
+/// What actions work on and applications are given.
+DroppedItem dropped(const ShelfItem &item);
+
+} // namespace ShelfRows
+} // namespace velmo

@@ -1,0 +1,183 @@
+import QtQuick
+import Velmo
+
+/// An item of the shelf: pressed to select, dragged out, double-clicked to open.
+Item {
+    id: tile
+
+    required property int index
+    required property string id
+    required property string kind
+    required property string name
+    required property string text
+    required property string picture
+    required property bool isPinned
+    required property bool isSelected
+    required property string spoken
+    required property ShelfPageModel page
+    readonly property bool isRinged: GridView.isCurrentItem && GridView.view.activeFocus
+    readonly property bool isRenaming: page.renaming === id
+
+    signal menuRequested(point at)
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: spoken
+    Accessible.selectable: true
+    Accessible.selected: isSelected
+    Accessible.focusable: true
+    Accessible.focused: isRinged
+    Accessible.onPressAction: page.press(index, 0)
+
+    Rectangle {
+        id: surface
+        anchors.fill: parent
+        radius: Theme.cardRadius
+        color: tile.isSelected ? Theme.surfaceSelected : hover.hovered ? Theme.surfaceHover : Theme.surface
+
+        Behavior on color {
+            ColorAnimation {
+                duration: Theme.hover
+            }
+        }
+    }
+
+    Item {
+        id: preview
+        x: 2 * Theme.grid
+        y: 2 * Theme.grid
+        width: parent.width - 2 * x
+        height: lines.y - y - Theme.grid
+
+        Image {
+            anchors.fill: parent
+            visible: tile.kind === "file"
+            fillMode: Image.PreserveAspectFit
+            sourceSize.width: Theme.thumbnailSize * Screen.devicePixelRatio
+            sourceSize.height: Theme.thumbnailSize * Screen.devicePixelRatio
+            source: tile.picture
+            opacity: status === Image.Ready ? 1 : 0
+
+            Behavior on opacity {
+                NumberAnimation {
+                    duration: Theme.fadeIn
+                }
+            }
+        }
+        Symbol {
+            anchors.fill: parent
+            visible: tile.kind === "link"
+            name: "link"
+            size: Theme.bigNumberSize
+            color: Theme.secondaryText
+        }
+        Label {
+            anchors.fill: parent
+            visible: tile.kind === "text"
+            text: visible ? tile.text : ""
+            color: Theme.secondaryText
+            font.pixelSize: Theme.captionSize
+            wrapMode: Text.Wrap
+            verticalAlignment: Text.AlignTop
+            Accessible.ignored: true
+        }
+    }
+
+    Symbol {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.grid
+        y: Theme.grid
+        visible: tile.isPinned
+        name: "pin.fill"
+        size: Theme.smallSymbolSize
+        color: Theme.accent
+    }
+
+    Column {
+        id: lines
+        x: 2 * Theme.grid
+        y: parent.height - height - 2 * Theme.grid
+        width: parent.width - 2 * x
+        opacity: tile.isRenaming ? 0 : 1
+
+        Label {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            elide: Text.ElideMiddle
+            text: tile.name
+            font.pixelSize: Theme.smallSize
+            Accessible.ignored: true
+        }
+        Label {
+            width: parent.width
+            horizontalAlignment: Text.AlignHCenter
+            text: tile.page.detail(tile.index)
+            color: Theme.secondaryText
+            font.pixelSize: Theme.captionSize
+            Accessible.ignored: true
+        }
+    }
+
+    FocusRing {
+        radius: Theme.cardRadius
+        shown: tile.isRinged
+    }
+
+    HoverHandler {
+        id: hover
+    }
+
+    MouseArea {
+        property point start
+        property bool hasDragged: false
+
+        anchors.fill: parent
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        preventStealing: true
+        onPressed: mouse => {
+            start = Qt.point(mouse.x, mouse.y);
+            hasDragged = false;
+            tile.GridView.view.forceActiveFocus();
+            tile.page.press(tile.index, mouse.modifiers);
+            if (mouse.button === Qt.RightButton)
+                tile.menuRequested(start);
+        }
+        onPositionChanged: mouse => {
+            const way = Math.abs(mouse.x - start.x) + Math.abs(mouse.y - start.y);
+            if (hasDragged || !(pressedButtons & Qt.LeftButton) || way < Application.styleHints.startDragDistance)
+                return;
+            hasDragged = true;
+            tile.page.drag(tile);
+        }
+        onReleased: mouse => {
+            if (!hasDragged && mouse.button === Qt.LeftButton)
+                tile.page.release(tile.index, mouse.modifiers);
+        }
+        onDoubleClicked: mouse => {
+            if (mouse.button === Qt.LeftButton)
+                tile.page.open();
+        }
+    }
+
+    Loader {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: Theme.grid
+        active: tile.isRenaming
+        sourceComponent: TextEntry {
+            name: "Novo nome"
+            text: tile.name
+            onAccepted: {
+                tile.page.rename(text);
+                tile.GridView.view.forceActiveFocus();
+            }
+            onActiveFocusChanged: if (!activeFocus)
+                tile.page.stopRenaming()
+            Keys.onEscapePressed: tile.GridView.view.forceActiveFocus()
+            Component.onCompleted: {
+                forceActiveFocus();
+                selectAll();
+            }
+        }
+    }
+}

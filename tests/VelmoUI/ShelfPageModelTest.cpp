@@ -1,0 +1,204 @@
+#include "VelmoUI/Modules/Shelf/ShelfPageModel.h"
+
+#include "VelmoSystem/FileProcessing/QuickActions.h"
+#include "VelmoUI/Modules/Shelf/ShelfDrag.h"
+#include "VelmoUI/Modules/Shelf/ShelfModule.h"
+#include "VelmoUI/Notch/PanelIssues.h"
+
+#include "tests/VelmoUI/PanelFixture.h"
+#include "tests/support/Printers.h"
+
+#include <gmock/gmock.h>
+
+namespace velmo {
+namespace {
+
+class ShelfPageModelTest : public PanelFixture {
+protected:
+    ShelfPageModelTest()
+    {
+        addQuickActions(services.actions, desktop.fileViewer, desktop.pasteboard);
+        services.modules.add(std::make_unique<ShelfModule>());
+    }
+
+    /// One text a letter, so that they stand in the order given.
+    void addTexts(const char16_t *names)
+    {
+        const QString letters = QString::fromUtf16(names);
+        for (auto letter = letters.crbegin(); letter != letters.crend(); ++letter)
+            services.shelf.addText(*letter);
+    }
+    QUrl addFile(const QString &name)
+    {
+        desktop.folder.write(name, "?");
+        return services.shelf.moveIn(QUrl::fromLocalFile(desktop.folder.path(name)));
+    }
+    QString shown(bool selectedOnly = false)
+    {
+        QString names;
+        for (int row = 0; row < page.items()->rowCount(); ++row) {
+            if (!selectedOnly || field(row, "isSelected").toBool())
+                names += field(row, "name").toString();
+        }
+        return names;
+    }
+    QVariant field(int row, const char *name)
+    {
+        const QAbstractItemModel &items = *page.items();
+        return items.index(row, 0).data(items.roleNames().key(name));
+    }
+    QStringList commands()
+    {
+        QStringList titles;
+        for (int row = 0; row < page.commands()->rowCount(); ++row)
+            titles += page.commands()->index(row, 0).data(Qt::UserRole + 1).toString();
+        return titles;
+    }
+
+    NotchViewModel panel{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
+    ShelfPageModel page{ModuleContext{services, panel}};
+};
+
+constexpr int noModifier = Qt::NoModifier;
+constexpr int ctrl = Qt::ControlModifier;
+constexpr int shift = Qt::ShiftModifier;
+
+} // namespace
+
+TEST_F(ShelfPageModelTest, SelectsByPressAndByKey)
+{
+    addTexts(u"abcdef");
+    struct Step {
+        int place; ///< what is pressed, else the key
+        int key;
+        int modifiers;
+        const char16_t *selected;
+    };
+    for (const Step &step : {
+             Step{-1, Qt::Key_Right, noModifier, u"a"},
+             Step{1, 0, noModifier, u"b"},
+             Step{3, 0, shift, u"bcd"},
+             Step{0, 0, shift, u"ab"},
+             Step{4, 0, ctrl, u"abe"},
+             Step{1, 0, ctrl, u"ae"},
+             Step{4, 0, noModifier, u"ae"}, // may become a drag of both
+             Step{-1, Qt::Key_Left, noModifier, u"d"},
+             Step{-1, Qt::Key_Left, shift, u"cd"},
+             Step{-1, Qt::Key_End, shift, u"def"},
+             Step{-1, Qt::Key_Right, noModifier, u"f"},
+             Step{-1, Qt::Key_A, ctrl, u"abcdef"},
+             Step{-1, Qt::Key_Escape, noModifier, u""},
+         }) {
+        if (step.place >= 0)
+            page.press(step.place, step.modifiers);
+        else
+            EXPECT_TRUE(page.handleKey(step.key, step.modifiers));
+        EXPECT_EQ(shown(true), QStringView(step.selected));
+    }
+    EXPECT_FALSE(page.handleKey(Qt::Key_Escape, noModifier)) << "the panel closes";
+    page.handleKey(Qt::Key_A, ctrl);
+    page.release(2, noModifier);
+    EXPECT_EQ(shown(true), u"c");
+    page.search(QStringLiteral("D"));
+    EXPECT_EQ(shown(), u"d");
+    EXPECT_FALSE(page.hasSelection()) << "nothing is done with what can't be seen";
+}
+
+TEST_F(ShelfPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
+{
+    addTexts(u"abc");
+    const auto kept = [this] { return services.shelf.items().size(); };
+    page.press(1, noModifier);
+    EXPECT_TRUE(page.handleKey(Qt::Key_Delete, noModifier));
+    EXPECT_EQ(shown(), u"ac");
+    EXPECT_EQ(shown(true), u"c") << "the keyboard goes on from there";
+    EXPECT_EQ(page.summary(), u"1 item removido");
+    EXPECT_TRUE(page.handleKey(Qt::Key_Z, ctrl));
+    EXPECT_EQ(shown(), u"abc");
+    EXPECT_EQ(shown(true), u"b");
+    page.run(QStringLiteral("shelf.remove"));
+    wait(ShelfPageModel::undoTime);
+    EXPECT_EQ(kept(), 2U);
+    EXPECT_FALSE(page.canUndo());
+    page.run(QStringLiteral("shelf.remove"));
+    EXPECT_EQ(kept(), 2U);
+    page.setWatched(false);
+    EXPECT_EQ(kept(), 1U);
+}
+
+TEST_F(ShelfPageModelTest, TellsWhatWentWrongWithItsFileUntilTheUserHasReadIt)
+{
+    desktop.folder.write(QStringLiteral("other/Shelf/shelf.json"), "{");
+    AppPaths paths = desktop.paths();
+    paths.support = desktop.folder.path(QStringLiteral("other"));
+    AppServices others{paths, {DataProtectionStatus::Disabled{}}, desktop.platform};
+    PanelIssues issues(others);
+    EXPECT_EQ(issues.texts(), QStringList{others.shelf.loadIssue().value()});
+    issues.dismiss();
+    EXPECT_TRUE(issues.texts().isEmpty());
+}
+
+TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
+{
+    services.shelf.addText(QStringLiteral("nota"));
+    services.shelf.addLink(QUrl(QStringLiteral("https://example.org/a")));
+    const QUrl file = addFile(QStringLiteral("a.txt"));
+    page.press(0, noModifier);
+    EXPECT_EQ(commands(),
+              (QStringList{u"Abrir"_qs, u"Mostrar no Finder"_qs, u"Copiar caminho"_qs, u"Fixar"_qs,
+                           u"Agrupar…"_qs, u"Renomear"_qs, u"Remover"_qs}));
+    EXPECT_TRUE(page.handleKey(Qt::Key_C, ctrl));
+    EXPECT_EQ(desktop.pasteboard.text, file.toLocalFile());
+    EXPECT_EQ(page.summary(), u"Caminho copiado");
+    EXPECT_TRUE(page.handleKey(Qt::Key_P, ctrl));
+    EXPECT_TRUE(field(0, "isPinned").toBool());
+    EXPECT_TRUE(page.handleKey(Qt::Key_Return, noModifier));
+    EXPECT_EQ(desktop.fileViewer.opened, std::vector{file});
+
+    EXPECT_TRUE(page.handleKey(Qt::Key_F2, noModifier));
+    EXPECT_EQ(page.renaming(), field(0, "id").toString());
+    page.rename(QStringLiteral("b.txt"));
+    EXPECT_EQ(shown(), u"b.txtexample.orgnota");
+    EXPECT_TRUE(
+        QFileInfo::exists(desktop.folder.path(QStringLiteral("data/Shelf/Copies/Mesa/b.txt"))));
+    page.handleKey(Qt::Key_F2, noModifier);
+    page.rename(QStringLiteral("a/b"));
+    EXPECT_EQ(shown(), u"b.txtexample.orgnota");
+
+    page.press(1, noModifier);
+    page.press(2, shift);
+    EXPECT_EQ(commands(), (QStringList{u"Copiar"_qs, u"Fixar"_qs, u"Agrupar…"_qs, u"Remover"_qs}));
+    EXPECT_TRUE(page.handleKey(Qt::Key_C, ctrl));
+    EXPECT_EQ(desktop.pasteboard.text, u"https://example.org/a\nnota");
+    page.group(QStringLiteral("Viagem"));
+    EXPECT_EQ(page.groups(), (QStringList{u"Tudo"_qs, u"Viagem"_qs}));
+    page.setGroupIndex(1);
+    EXPECT_EQ(shown(), u"example.orgnota");
+    page.handleKey(Qt::Key_A, ctrl);
+    page.group({});
+    EXPECT_EQ(page.groupIndex(), 0) << "its last item has left the group";
+    EXPECT_EQ(page.items()->rowCount(), 3);
+}
+
+TEST_F(ShelfPageModelTest, GivesFilesLinksAndTextsToOtherApplications)
+{
+    const QUrl original = QUrl::fromLocalFile(desktop.folder.path(QStringLiteral("ref.txt")));
+    services.shelf.addText(QStringLiteral("nota"));
+    services.shelf.addLink(QUrl(QStringLiteral("https://example.org")));
+    services.shelf.addReferences({original});
+    const QUrl moved = addFile(QStringLiteral("a.txt"));
+    const auto &items = services.shelf.items();
+    const auto data = ShelfDrag::mimeData(items);
+    EXPECT_EQ(data->urls(),
+              (QList<QUrl>{moved, original, QUrl(QStringLiteral("https://example.org"))}));
+    EXPECT_EQ(data->text(), u"https://example.org\nnota");
+    EXPECT_TRUE(ShelfDrag::actions({items[0]}).testFlag(Qt::MoveAction));
+    EXPECT_FALSE(ShelfDrag::actions({items[0], items[1]}).testFlag(Qt::MoveAction))
+        << "an original isn't ours to give away";
+
+    QFile::remove(moved.toLocalFile());
+    page.setWatched(true);
+    EXPECT_EQ(shown(), u"ref.txtexample.orgnota");
+}
+
+} // namespace velmo
