@@ -8,8 +8,15 @@ FocusScope {
 
     required property NotchContent content
 
+    // A page on which no control has the keyboard yet is entered by Tab or an arrow.
+    function enter() {
+        if (Window.activeFocusItem === page)
+            page.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
+    }
+
     focus: true
-    // Of a page on which no control has the keyboard yet.
+    Keys.onRightPressed: enter()
+    Keys.onDownPressed: enter()
     Keys.onTabPressed: page.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: page.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 

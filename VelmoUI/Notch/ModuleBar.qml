@@ -1,7 +1,8 @@
 import QtQuick
 import Velmo
 
-/// The modules' symbols left and right of the notch; nothing behind it.
+/// The modules' symbols left and right of the notch; nothing behind it. The arrow keys go from one
+/// to the next, as Tab does.
 Item {
     id: bar
 
@@ -11,6 +12,14 @@ Item {
     /// Esc closes too: where it is narrow the modules go before the button.
     readonly property bool hasClose: side >= right.tabsWidth + (issues.visible ? 3 : 2) * Theme.controlHeight + 2 * Theme.gap
 
+    function step(forward: bool) {
+        const next = Window.activeFocusItem.nextItemInFocusChain(forward);
+        if (next.parent.parent === bar)
+            next.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    Keys.onLeftPressed: step(false)
+    Keys.onRightPressed: step(true)
     Accessible.role: Accessible.PageTabList
     Accessible.name: "Módulos"
 

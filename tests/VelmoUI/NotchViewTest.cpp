@@ -154,7 +154,7 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
 
     QStringList names;
     while (names.size() < 20 && !names.contains(QStringLiteral("Fechar")))
-        names.append(nameAfter(Qt::Key_Tab));
+        names.append(nameAfter(names.isEmpty() ? Qt::Key_Down : Qt::Key_Tab));
     names.replaceInStrings(QRegularExpression(QStringLiteral("Pronto, .*")),
                            QStringLiteral("Pronto"));
     EXPECT_EQ(names, QStringList({QStringLiteral("Job, 50 %"), QStringLiteral("Cancelar"),
@@ -163,6 +163,11 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
                                   QStringLiteral("DOIS"), QStringLiteral("TRÊS"),
                                   QStringLiteral("Atividade"), QStringLiteral("Ajustes"),
                                   QStringLiteral("Fechar")}));
+    EXPECT_EQ(nameAfter(Qt::Key_Right), u"Fechar") << "the bar's end";
+    EXPECT_EQ(nameAfter(Qt::Key_Left), u"Ajustes");
+    EXPECT_EQ(nameAfter(Qt::Key_Left), u"Atividade");
+    nameAfter(Qt::Key_Tab);
+    nameAfter(Qt::Key_Tab);
     EXPECT_EQ(nameAfter(Qt::Key_Tab), u"Cancelar");
     nameAfter(Qt::Key_Space);
     EXPECT_TRUE(isCancelled);
