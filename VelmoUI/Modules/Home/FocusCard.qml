@@ -28,7 +28,7 @@ ControlSurface {
         id: ring
         anchors.horizontalCenter: parent.horizontalCenter
         y: heading.y + heading.height - Theme.grid
-        width: parent.height - y - state.height - Theme.grid
+        width: state.y - y - Theme.grid
         height: width
         lineWidth: Theme.grid
         progress: focus.card.leadProgress
@@ -47,6 +47,7 @@ ControlSurface {
         width: parent.width - 2 * x
         height: Theme.controlHeight
         anchors.bottom: parent.bottom
+        anchors.bottomMargin: 2 * Theme.grid
         visible: focus.card.hasLead
         horizontalAlignment: Text.AlignHCenter
         text: focus.card.leadTitle
@@ -56,7 +57,6 @@ ControlSurface {
     ActionButton {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: state.verticalCenter
-        anchors.verticalCenterOffset: -Theme.grid
         visible: !focus.card.hasLead
         name: "Iniciar foco"
         onTriggered: focus.card.startPomodoro()
