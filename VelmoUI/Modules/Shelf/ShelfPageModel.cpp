@@ -304,7 +304,11 @@ void ShelfPageModel::undoRemove()
 {
     m_removal.cancel();
     const auto back = std::exchange(m_removed, {});
+    if (back.empty())
+        return;
     m_selected = {back.begin(), back.end()};
+    m_current = back.front();
+    m_anchor = m_current;
     update();
 }
 

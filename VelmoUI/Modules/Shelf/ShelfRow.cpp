@@ -2,10 +2,10 @@
 
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoSystem/FileProcessing/FileSummary.h"
+#include "VelmoSystem/Storage/StorageInspector.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
 
 #include <QFileInfo>
-#include <QLocale>
 
 namespace velmo {
 
@@ -78,8 +78,7 @@ QString ShelfRows::briefDetail(const ShelfItem &item)
     const QFileInfo info(file->path);
     if (!info.exists())
         return QStringLiteral("Não encontrado");
-    return info.isDir() ? QStringLiteral("Pasta")
-                        : QLocale().formattedDataSize(info.size(), 1, QLocale::DataSizeSIFormat);
+    return info.isDir() ? QStringLiteral("Pasta") : StorageInspector::format(info.size());
 }
 
 DroppedItem ShelfRows::dropped(const ShelfItem &item)
