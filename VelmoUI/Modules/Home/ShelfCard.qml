@@ -91,7 +91,8 @@ Rectangle {
 
     Label {
         anchors.centerIn: parent
-        width: parent.width - 2 * Theme.cardPadding
+        // Narrow enough that the last word doesn't stand alone.
+        width: parent.width - 4 * Theme.cardPadding - 2 * Theme.gap
         visible: shelf.card.isEmpty
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
