@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <X11/keysym.h>
+
 namespace velmo {
 
 namespace {
@@ -11,6 +13,8 @@ constexpr QPoint icon{50, 108};
 constexpr QPoint emptyPlace{700, 600};
 constexpr QPoint notchZone{1100, 90};
 constexpr QPoint besideIt{1000, 150};
+/// Of the first item on the Shelf's page.
+constexpr QPoint shelfTile{245, 120};
 constexpr std::uint32_t white = 0xffffff;
 constexpr std::uint32_t targeted = 0x292929;
 
@@ -41,6 +45,20 @@ protected:
         pause(20ms); // no hand is faster
     }
 
+    /// Moves the only file into the notch and shows it on the Shelf's page.
+    void moveIn()
+    {
+        ASSERT_TRUE(dragToNotch(icon));
+        EXPECT_TRUE(eventually([&] {
+            drag(notchZone);
+            return pixel(besideIt) == targeted;
+        }));
+        screen.setButton(1, false);
+        EXPECT_TRUE(eventually([&] { return stands("No Notch/Relatório.txt"); }));
+        EXPECT_FALSE(stands("Docs/Relatório.txt"));
+        EXPECT_TRUE(shows("dropResult"));
+    }
+
     /// Takes what lies there, which may have to be drawn first, to the panel.
     bool dragToNotch(const QPoint &from)
     {
@@ -57,18 +75,49 @@ protected:
     }
 };
 
-TEST_F(FileManagerTest, LetsGoOfAFileThatFallsIntoTheNotch)
+TEST_F(FileManagerTest, GivesAFileAndGetsItBackWhenItLeavesTheShelf)
 {
-    ASSERT_TRUE(dragToNotch(icon));
-    EXPECT_TRUE(eventually([&] {
-        drag(notchZone);
-        return pixel(besideIt) == targeted;
-    }));
-    screen.setButton(1, false);
-    EXPECT_TRUE(eventually([&] { return stands("No Notch/Relatório.txt"); }));
-    EXPECT_FALSE(stands("Docs/Relatório.txt"));
+    moveIn();
     EXPECT_TRUE(eventually([&] { return stands(".local/share/Orvane/Shelf/shelf.json"); }));
-    EXPECT_TRUE(shows("dropResult"));
+    EXPECT_TRUE(eventually(
+        [&] {
+            run({"open", "shelf"});
+            if (!shows("expanded"))
+                return false;
+            pause(300ms); // its tiles come with it
+            screen.click(shelfTile.x(), shelfTile.y());
+            screen.typeKey(XK_Delete);
+            screen.typeKey(XK_Escape); // from now on it can't be undone
+            return eventually([&] { return stands("Docs/Relatório.txt"); }, 1s);
+        },
+        20s));
+    EXPECT_FALSE(stands("No Notch/Relatório.txt"));
+}
+
+TEST_F(FileManagerTest, TakesAFileThatIsDraggedOutOfTheShelf)
+{
+    moveIn();
+    run({"open", "shelf"});
+    ASSERT_TRUE(shows("expanded"));
+    EXPECT_TRUE(eventually(
+        [&] {
+            screen.setButton(1, false);
+            screen.movePointer(shelfTile.x(), shelfTile.y());
+            pause(100ms);
+            screen.setButton(1, true);
+            pause(100ms);
+            for (int way = 4; way <= 40; way += 4)
+                drag(shelfTile + QPoint(0, way));
+            pause(300ms); // its picture is taken
+            for (int way = 40; way <= 480; way += 40)
+                drag(shelfTile + QPoint(way, way));
+            for (int way = 0; way < 20; ++way)
+                drag(emptyPlace + QPoint(way, 0)); // until the file manager takes it
+            pause(200ms);
+            screen.setButton(1, false);
+            return eventually([&] { return stands("Docs/Relatório.txt"); }, 1s);
+        },
+        20s));
 }
 
 } // namespace velmo

@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Overloaded.h"
 
+#include <QCoreApplication>
 #include <QDrag>
 #include <QPixmap>
 #include <QStringList>
@@ -44,9 +45,9 @@ Qt::DropActions ShelfDrag::actions(const std::vector<ShelfItem> &items)
     return areOurs ? always | Qt::MoveAction : always;
 }
 
-void ShelfDrag::run(QObject &source, const std::vector<ShelfItem> &items, const QPixmap &picture)
+void ShelfDrag::run(const std::vector<ShelfItem> &items, const QPixmap &picture)
 {
-    auto *const drag = new QDrag(&source); // Qt's, from `exec` on
+    auto *const drag = new QDrag(qApp); // Qt's, from `exec` on
     drag->setMimeData(mimeData(items).release());
     drag->setPixmap(picture);
     drag->setHotSpot(picture.deviceIndependentSize().toSize().isEmpty()

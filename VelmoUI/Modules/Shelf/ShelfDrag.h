@@ -18,7 +18,7 @@ std::unique_ptr<QMimeData> mimeData(const std::vector<ShelfItem> &items);
 /// stays where it is.
 Qt::DropActions actions(const std::vector<ShelfItem> &items);
 
-/// Drags the items out of `source` until they are dropped; events go on meanwhile.
-void run(QObject &source, const std::vector<ShelfItem> &items, const QPixmap &picture);
+/// Drags the items until they are dropped; events go on meanwhile.
+void run(const std::vector<ShelfItem> &items, const QPixmap &picture);
 
 } // namespace velmo::ShelfDrag

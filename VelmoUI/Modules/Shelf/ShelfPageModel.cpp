@@ -5,6 +5,7 @@
 #include "VelmoUI/Modules/Shelf/ShelfOpening.h"
 
 #include <QPixmap>
+#include <QPointer>
 #include <QQuickWindow>
 
 #include <algorithm>
@@ -323,7 +324,19 @@ void ShelfPageModel::drag(QQuickItem *tile)
     QPixmap picture = QPixmap::fromImage(window.grabWindow().copy(
         QRectF(frame.topLeft() * ratio, frame.size() * ratio).toAlignedRect()));
     picture.setDevicePixelRatio(ratio);
-    ShelfDrag::run(*this, items, picture);
+    // Not from within the tile's own handler: the tile, and even the page, may go meanwhile.
+    QMetaObject::invokeMethod(
+        this,
+        [self = QPointer(this), items, picture] {
+            ShelfDrag::run(items, picture);
+            if (self)
+                self->dragged();
+        },
+        Qt::QueuedConnection);
+}
+
+void ShelfPageModel::dragged()
+{
     shelf().forgetMissingFiles();
     m_lookAgain = m_context.services.platform.scheduler.after(
         moveTime, [this] { shelf().forgetMissingFiles(); });

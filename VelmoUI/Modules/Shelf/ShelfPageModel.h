@@ -101,6 +101,7 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void dragged();
     ShelfStore &shelf() const { return m_context.services.shelf; }
     void update();
     void updateCommands();
