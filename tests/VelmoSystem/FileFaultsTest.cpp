@@ -1,0 +1,303 @@
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoSystem/FileProcessing/FileOperations.h"
+
+#include "tests/VelmoSystem/SystemCalls.h"
+#include "tests/support/ManualScheduler.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sys/mount.h>
+#include <unistd.h>
+
+namespace velmo {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Contents = std::multiset<std::string>;
+
+/// Two folders on two file systems, and everything in them.
+class FileFaultsTest : public testing::Test {
+protected:
+    ~FileFaultsTest() override
+    {
+        clear(here);
+        clear(there);
+    }
+
+    static void clear(const fs::path &root)
+    {
+        if (!fs::exists(root))
+            return;
+        for (const auto &entry : fs::recursive_directory_iterator(root)) {
+            if (entry.is_directory() && !entry.is_symlink())
+                fs::permissions(entry, fs::perms::owner_all);
+        }
+        fs::remove_all(root);
+    }
+
+    /// Begins anew with a tree of the user's in `here`.
+    void arrange()
+    {
+        clear(here);
+        clear(there);
+        fs::create_directories(here / "pasta/funda");
+        fs::create_directory(there);
+        write(here / "pasta/a.txt", "um");
+        write(here / "pasta/funda/b.txt", "dois");
+        fs::create_symlink("a.txt", here / "pasta/link");
+        fs::permissions(here / "pasta/funda", fs::perms::owner_read | fs::perms::owner_exec);
+        expected = {"um", "dois"};
+    }
+    static void write(const fs::path &path, const std::string &content)
+    {
+        std::ofstream(path, std::ios::app) << content;
+    }
+    static Contents contents(const fs::path &root)
+    {
+        Contents found;
+        for (const auto &entry : fs::recursive_directory_iterator(root)) {
+            std::ifstream file(entry.path());
+            if (entry.is_regular_file() && !entry.is_symlink() &&
+                entry.path().parent_path().filename() != "Shelf")
+                found.emplace(std::istreambuf_iterator<char>(file),
+                              std::istreambuf_iterator<char>());
+        }
+        return found;
+    }
+    Contents everything() const
+    {
+        Contents found = contents(here);
+        if (fs::exists(there))
+            found.merge(contents(there));
+        return found;
+    }
+    QUrl url(const fs::path &path) const
+    {
+        return QUrl::fromLocalFile(QString::fromStdString(path));
+    }
+    /// The error's text; empty where there is none.
+    static std::string failure(const std::function<void()> &act)
+    {
+        try {
+            act();
+        } catch (const LocalizedError &error) {
+            return error.what();
+        }
+        return {};
+    }
+    std::string moveOver()
+    {
+        return failure(
+            [&] { FileTransfer::moveUnique(url(here / "pasta"), url(there / "pasta")); });
+    }
+
+    /// `act` once for each of its system calls, with `before` in front of that one.
+    void interruptEach(const std::function<int()> &before, const std::function<std::string()> &act,
+                       const std::function<void(const std::string &failure)> &check,
+                       bool isLasting = false)
+    {
+        for (int at = 1;; ++at) {
+            arrange();
+            SystemCalls::interrupt(at, isLasting, before);
+            const std::string text = act();
+            const bool wasInterrupted = SystemCalls::stop();
+            SCOPED_TRACE("call " + std::to_string(at) + ": " + text);
+            check(text);
+            if (HasFailure())
+                return;
+            if (!wasInterrupted) {
+                EXPECT_EQ(text, "");
+                EXPECT_GT(at, 5);
+                return;
+            }
+        }
+    }
+
+    TemporaryFolder folder;
+    const fs::path here = folder.path(QStringLiteral("aqui")).toStdString();
+    const fs::path there = "/dev/shm/orvane-faults-" + std::to_string(::getpid());
+    Contents expected;
+};
+
+bool says(const std::string &text, const std::string &part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+} // namespace
+
+TEST_F(FileFaultsTest, MoveAcrossFileSystemsWhollyOrNotAtAll)
+{
+    for (const int code : {EIO, ENOSPC, EINTR}) {
+        interruptEach([&] { return code; }, [&] { return moveOver(); },
+                      [&](const std::string &text) {
+                          EXPECT_EQ(everything(), expected);
+                          EXPECT_EQ(contents(text.empty() ? here : there).size(), 0U);
+                          EXPECT_TRUE(text.empty() || says(text, "está em “" + here.string()));
+                          EXPECT_FALSE(says(text, ".orvane-"));
+                      });
+    }
+}
+
+TEST_F(FileFaultsTest, SayWhereTheOriginalIsWhenNothingWorksAnyMore)
+{
+    interruptEach([] { return EIO; }, [&] { return moveOver(); },
+                  [&](const std::string &text) {
+                      fs::path place = there / "pasta";
+                      if (!text.empty()) {
+                          const auto begin =
+                              text.rfind("está em “") + std::string_view("está em “").size();
+                          place = text.substr(begin, text.rfind("”.") - begin);
+                      }
+                      EXPECT_EQ(contents(place), expected) << text;
+                  },
+                  true);
+}
+
+TEST_F(FileFaultsTest, MoveNothingAwayFromUnderSomebodyElse)
+{
+    const std::function<void()> others[] = {
+        [&] {
+            if (fs::exists(here / "pasta/a.txt")) {
+                write(here / "pasta/a.txt", " mais");
+                expected = {"um mais", "dois"};
+            }
+        },
+        [&] {
+            if (fs::exists(here / "pasta")) {
+                write(here / "pasta/novo.txt", "novo");
+                expected.insert("novo");
+            }
+        },
+        [&] {
+            if (!fs::exists(there / "pasta")) {
+                write(there / "pasta", "meu");
+                expected.insert("meu");
+            }
+        },
+        [&] { fs::remove_all(there); },
+        [&] {
+            if (fs::exists(here / "pasta"))
+                fs::rename(here / "pasta", here / "outra");
+        },
+    };
+    for (const auto &other : others) {
+        interruptEach(
+            [&] {
+                other();
+                return 0;
+            },
+            [&] { return moveOver(); },
+            [&](const std::string &) { EXPECT_EQ(everything(), expected); });
+    }
+}
+
+TEST_F(FileFaultsTest, RenameABatchWhollyOrNotAtAll)
+{
+    const auto act = [&] {
+        return failure([&] {
+            FileOperations::batchRename({url(here / "pasta/a.txt"), url(here / "pasta/funda")},
+                                        QStringLiteral("{n}"), 1, Date{0s}, [](double) {});
+        });
+    };
+    const auto isAsBefore = [&] {
+        return fs::exists(here / "pasta/a.txt") && fs::exists(here / "pasta/funda/b.txt");
+    };
+    interruptEach([] { return EIO; }, act,
+                  [&](const std::string &text) {
+                      EXPECT_EQ(everything(), expected);
+                      EXPECT_NE(isAsBefore(), text.empty());
+                      EXPECT_FALSE(says(text, ".velmo-rename-"));
+                  });
+    interruptEach([] { return EIO; }, act,
+                  [&](const std::string &text) {
+                      EXPECT_EQ(everything(), expected);
+                      EXPECT_TRUE(text.empty() || isAsBefore() ||
+                                  says(text, "ficou em “" + here.string()));
+                  },
+                  true);
+    interruptEach(
+        [&] {
+            if (!fs::exists(here / "pasta/a.txt")) {
+                write(here / "pasta/a.txt", "meu");
+                expected.insert("meu");
+            }
+            return 0;
+        },
+        act, [&](const std::string &) { EXPECT_EQ(everything(), expected); });
+}
+
+TEST_F(FileFaultsTest, KeepTheShelfAndItsFolderInStep)
+{
+    ManualScheduler scheduler;
+    std::optional<ShelfStore> shelf;
+    const auto open = [&] {
+        shelf.emplace(ShelfStore::Places{url(here / "Shelf").toLocalFile(),
+                                         url(there / "No Notch").toLocalFile(),
+                                         url(here / "Downloads").toLocalFile()},
+                      std::nullopt, scheduler);
+    };
+    const auto moveIn = [&] { return failure([&] { shelf->moveIn(url(here / "pasta/a.txt")); }); };
+    const auto check = [&](const std::string &) {
+        EXPECT_EQ(everything(), expected);
+        EXPECT_EQ(fs::exists(there / "No Notch/a.txt"), shelf->items().size() == 1);
+        EXPECT_NE(fs::exists(there / "No Notch/a.txt"), fs::exists(here / "pasta/a.txt"));
+    };
+    const auto fault = [] { return EIO; };
+    interruptEach(
+        fault,
+        [&] {
+            open();
+            return moveIn();
+        },
+        check);
+    for (int at = 1;; ++at) {
+        SCOPED_TRACE(at);
+        arrange();
+        open();
+        ASSERT_EQ(moveIn(), "");
+        SystemCalls::interrupt(at, false, fault);
+        shelf->remove({shelf->items()[0].id});
+        const bool wasInterrupted = SystemCalls::stop();
+        check({});
+        EXPECT_EQ(shelf->lastReturnFailure().has_value(), shelf->items().size() == 1);
+        if (!wasInterrupted || HasFailure())
+            break;
+    }
+}
+
+TEST_F(FileFaultsTest, StayWholeOnAFullDiskAndWithoutPermission)
+{
+    arrange();
+    const auto move = [&](const fs::path &to) {
+        return failure([&] { FileTransfer::moveUnique(url(here / "pasta"), url(to)); });
+    };
+    EXPECT_TRUE(says(move(there / std::string(256, 'x')), "o nome é longo demais"));
+    EXPECT_TRUE(says(move(there / "nada/pasta"), "“nada”: o item não existe"));
+    EXPECT_EQ(contents(here), expected);
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root mounts a disk and becomes somebody else";
+    write(here / "pasta/grande.bin", std::string(100'000, 'x'));
+    expected.insert(std::string(100'000, 'x'));
+    if (::mount("tmpfs", there.c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "no disk to fill";
+    EXPECT_TRUE(says(move(there / "pasta"), "“grande.bin”: não há espaço livre no disco"));
+    EXPECT_TRUE(fs::is_empty(there));
+    ::umount(there.c_str());
+    fs::permissions(folder.path().toStdString(), fs::perms(0755));
+    const fs::path target = there.string() + ".txt";
+    ASSERT_EQ(::seteuid(65'534), 0);
+    const std::string text =
+        failure([&] { FileTransfer::moveUnique(url(here / "pasta/a.txt"), url(target)); });
+    ASSERT_EQ(::seteuid(0), 0);
+    EXPECT_TRUE(says(text, "“a.txt”: sem permissão de acesso")) << text;
+    EXPECT_FALSE(fs::exists(target)) << "a copy without a move";
+    EXPECT_EQ(everything(), expected);
+}
+
+} // namespace velmo
