@@ -59,8 +59,8 @@ FocusScope {
             textFormat: TextEdit.PlainText
             font.family: Theme.face
             font.pixelSize: Theme.bodySize
-            KeyNavigation.priority: KeyNavigation.BeforeItem
-            KeyNavigation.tab: pin
+            Keys.priority: Keys.BeforeItem
+            Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
             Accessible.name: "Nota"
             Component.onCompleted: sheet.page.edit(textDocument, Theme.accent)
             onCursorRectangleChanged: {
