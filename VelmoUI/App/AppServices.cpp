@@ -38,6 +38,8 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
             desktop.scheduler),
       clipboard(appPaths.supportFile(QStringLiteral("Clipboard")), protection.cipher(),
                 desktop.scheduler),
+      clipboardMonitor(clipboard, desktop.pasteboard, desktop.frontApplication, desktop.scheduler,
+                       [this]() -> const AppSettings & { return settings.settings(); }),
       connectivity(desktop.network, desktop.bluetooth), jobs(activity, desktop.scheduler),
       shelf(shelfPlaces(appPaths), protection.cipher(), desktop.scheduler)
 {

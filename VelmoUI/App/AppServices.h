@@ -9,6 +9,7 @@
 #include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoCore/Storage/AppPaths.h"
 #include "VelmoCore/Timers/TimerCenter.h"
+#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 #include "VelmoSystem/Device/ConnectivityService.h"
 #include "VelmoSystem/Device/LaunchAtLoginService.h"
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
@@ -70,6 +71,7 @@ public:
     TimerCenter timers;
     NotesStore notes;
     ClipboardStore clipboard;
+    ClipboardMonitor clipboardMonitor;
     ConnectivityService connectivity;
     JobCenter jobs;
     ShelfStore shelf;

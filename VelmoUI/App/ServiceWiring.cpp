@@ -87,7 +87,8 @@ void startNotes(AppServices &services)
 
 void settingsChanged(AppServices &services, const AppSettings &before, const AppSettings &after)
 {
-    if (before.clipboardMaxItems != after.clipboardMaxItems ||
+    if (before.clipboardEnabled != after.clipboardEnabled ||
+        before.clipboardMaxItems != after.clipboardMaxItems ||
         before.clipboardRetentionDays != after.clipboardRetentionDays)
         applyClipboardSettings(services);
 }
@@ -123,6 +124,10 @@ void applyClipboardSettings(AppServices &services)
     const AppSettings &settings = services.settings.settings();
     services.clipboard.setLimits(settings.clipboardMaxItems, settings.clipboardRetentionDays);
     services.clipboard.enforceLimits(services.platform.scheduler.now());
+    if (settings.clipboardEnabled)
+        services.clipboardMonitor.start();
+    else
+        services.clipboardMonitor.stop();
 }
 
 void cleanShelf(AppServices &services)

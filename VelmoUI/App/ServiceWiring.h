@@ -9,7 +9,7 @@ namespace ServiceWiring {
 
 void start(AppServices &services);
 
-/// Takes the user's limits over to the clipboard's history.
+/// Takes the user's wishes over to the clipboard's history.
 void applyClipboardSettings(AppServices &services);
 /// Removes what has lain on the shelf for longer than the user wants.
 void cleanShelf(AppServices &services);

@@ -133,6 +133,18 @@ public:
         wait(5s);
         return QString::number(desktop.sounds.played.size());
     }
+    QString copiesFromAPasswordManager()
+    {
+        desktop.frontApplication.info = {QStringLiteral("KeePassXC"),
+                                         QStringLiteral("com.keepassxc.keepassxc")};
+        return copies();
+    }
+    QString copies()
+    {
+        desktop.pasteboard.offer({{Pasteboard::textType.toString(), "a"}});
+        wait(ClipboardMonitor::beat);
+        return QString::number(services.clipboard.items().size());
+    }
     QString copiesAfterTwoDays()
     {
         for (const QString &text : {QStringLiteral("a"), QStringLiteral("b")})
@@ -245,6 +257,12 @@ const std::vector<Effect> effects = {
          o.services.timers.startPomodoro();
          return TimerCenter::format(o.services.timers.pomodoro()->timer.duration);
      }},
+    {"clipboardEnabled", [](auto &s) { s.clipboardEnabled = false; },
+     [](auto &o) { return o.copies(); }},
+    {"clipboardPaused", [](auto &s) { s.clipboardPaused = true; },
+     [](auto &o) { return o.copies(); }},
+    {"clipboardIgnoredBundleIDs", [](auto &s) { s.clipboardIgnoredBundleIDs = {}; },
+     [](auto &o) { return o.copiesFromAPasswordManager(); }},
     {"clipboardMaxItems", [](auto &s) { s.clipboardMaxItems = 1; },
      [](auto &o) { return o.copiesAfterTwoDays(); }},
     {"clipboardRetentionDays", [](auto &s) { s.clipboardRetentionDays = 1; },
@@ -273,7 +291,6 @@ const QStringList pending =
         "radialStartRing radialLabelsOutside radialRings radialFavorites radialFavoritesName "
         "radialHoldDelay showMediaWhenCollapsed volumeHUDEnabled replaceSystemVolumeHUD "
         "volumeHUDShowsAutomaticChanges volumeHUDStyle eventAlertMinutes "
-        "clipboardEnabled clipboardPaused clipboardIgnoredBundleIDs "
         "capturesFolderPath screenshotFormat copyScreenshotToClipboard recordSystemAudio "
         "recordMicrophone studioMode studioRecordKeys studioOpenEditor mailNotifications "
         "mailShowsPreview mailSound smartNotchEnabled contextTools appContextOverrides "
@@ -294,10 +311,8 @@ QString sources()
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {
             QFile file(files.next());
-            // The settings themselves keep and edit what others read; nothing makes a monitor yet.
-            const bool counts = !file.fileName().contains(u"/Settings/") &&
-                                !file.fileName().endsWith(u"/ClipboardMonitor.cpp");
-            if (counts && file.open(QFile::ReadOnly))
+            // The settings themselves keep and edit what others read.
+            if (!file.fileName().contains(u"/Settings/") && file.open(QFile::ReadOnly))
                 text += QString::fromUtf8(file.readAll());
         }
     }
