@@ -1,20 +1,18 @@
 #include "VelmoCore/Shelf/ShelfStore.h"
 
-#include "VelmoCore/Files/FileTransfer.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Text.h"
+#include "VelmoCore/Shelf/ShelfPaths.h"
+#include "VelmoCore/Storage/AtomicFile.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
 
-#include <algorithm>
-#include <cerrno>
 #include <set>
-#include <sys/stat.h>
 
 namespace velmo {
+
+using namespace ShelfPaths;
 
 namespace {
 
@@ -24,61 +22,6 @@ constexpr Seconds day = 86'400s;
 QString label()
 {
     return QStringLiteral("Mesa");
-}
-
-QString standardized(const QString &path)
-{
-    return QDir::cleanPath(path);
-}
-
-QString standardized(const QUrl &url)
-{
-    return standardized(url.toLocalFile());
-}
-
-bool isInside(const QString &path, const std::optional<QString> &folder)
-{
-    return folder && path.startsWith(standardized(*folder) + u'/');
-}
-
-/// Whether anything stands there, a dangling link too. What can't be asked counts as standing: its
-/// record is all that tells where it is.
-bool stands(const QString &path)
-{
-    struct stat entry = {};
-    return ::lstat(QFile::encodeName(path).constData(), &entry) == 0 ||
-           (errno != ENOENT && errno != ENOTDIR);
-}
-
-const ShelfItem::File *fileOf(const ShelfItem &item)
-{
-    return std::get_if<ShelfItem::File>(&item.content.value);
-}
-
-ShelfItem::File *fileOf(ShelfItem &item)
-{
-    return std::get_if<ShelfItem::File>(&item.content.value);
-}
-
-/// What a file manager leaves in folders doesn't count.
-bool holdsNothing(const QString &folder)
-{
-    const QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden |
-                                                     QDir::System | QDir::NoDotAndDotDot);
-    return std::ranges::all_of(names, [](const QString &name) { return name == u".DS_Store"; });
-}
-
-void removeIfEmpty(const QString &folder)
-{
-    if (!QFileInfo(folder).isDir() || !holdsNothing(folder))
-        return;
-    QFile::remove(folder + QStringLiteral("/.DS_Store"));
-    QDir().rmdir(folder);
-}
-
-QUrl inFolder(const QString &folder, const QString &name)
-{
-    return QUrl::fromLocalFile(QDir(folder).filePath(name));
 }
 
 } // namespace
@@ -221,49 +164,6 @@ void ShelfStore::addText(const QString &text, const std::optional<QString> &grou
     changed();
 }
 
-QUrl ShelfStore::placeFor(const QUrl &url) const
-{
-    const auto mesa = mesaDirectory();
-    if (!mesa)
-        throw FileError(QString(), ENOENT);
-    AtomicFile::makeDirectory(*mesa);
-    return inFolder(*mesa, QFileInfo(standardized(url)).fileName());
-}
-
-QUrl ShelfStore::moveIn(const QUrl &url, const std::optional<QString> &group)
-{
-    const QUrl target = FileTransfer::moveUnique(url, placeFor(url));
-    addMoved(target, url, group);
-    return target;
-}
-
-std::optional<QUrl> ShelfStore::moveInAtOnce(const QUrl &url)
-{
-    const auto target = FileTransfer::renameUnique(url, placeFor(url));
-    if (target)
-        addMoved(*target, url);
-    return target;
-}
-
-void ShelfStore::addMoved(const QUrl &moved, const QUrl &original,
-                          const std::optional<QString> &group)
-{
-    const QFileInfo source(standardized(original));
-    insert({.content = {ShelfItem::File{moved.toLocalFile(), {}, ShelfStorage::moved}},
-            .name = source.fileName(),
-            .group = group,
-            .originalFolder = source.path()});
-    changed();
-}
-
-QUrl ShelfStore::copyIn(const QUrl &url)
-{
-    const QUrl place = placeFor(url);
-    const QUrl target = FileTransfer::copyUnique(url, place);
-    addCopy(target, place.fileName());
-    return target;
-}
-
 void ShelfStore::adoptOutputs(const std::vector<QUrl> &urls)
 {
     bool hasAdded = false;
@@ -316,26 +216,6 @@ void ShelfStore::setName(const Uuid &id, const QString &name)
     changed();
 }
 
-void ShelfStore::remove(const IDs &ids)
-{
-    std::set<Uuid> failures;
-    for (const ShelfItem &item : m_items) {
-        if (std::ranges::find(ids, item.id) == ids.end())
-            continue;
-        deleteManagedCopy(item);
-        if (!returnMovedFile(item))
-            failures.insert(item.id);
-    }
-    std::erase_if(m_items, [&](const ShelfItem &item) {
-        return std::ranges::find(ids, item.id) != ids.end() && !failures.contains(item.id);
-    });
-    if (!failures.empty()) {
-        m_lastReturnFailure = int(failures.size());
-        Q_EMIT issuesChanged();
-    }
-    changed();
-}
-
 int ShelfStore::autoClean(int olderThanDays, Date now)
 {
     if (olderThanDays < 1)
@@ -378,55 +258,6 @@ int ShelfStore::removeDuplicateFiles()
     return int(dropped);
 }
 
-int ShelfStore::migrateIntoNotchFolder()
-{
-    const auto copies = copiesDirectory();
-    if (!m_places.notchFolder || !copies)
-        return 0;
-    int count = 0;
-    const auto moveOver = [&](const QString &path) -> std::optional<QUrl> {
-        try {
-            AtomicFile::makeDirectory(*m_places.notchFolder);
-            const QUrl moved = FileTransfer::moveUnique(
-                QUrl::fromLocalFile(path),
-                inFolder(*m_places.notchFolder, QFileInfo(path).fileName()));
-            ++count;
-            return moved;
-        } catch (const LocalizedError &error) {
-            qCWarning(Log::storage).noquote() << "Migração da Mesa:" << error.description();
-            return std::nullopt;
-        }
-    };
-    for (ShelfItem &item : m_items) {
-        auto *file = fileOf(item);
-        if (!file || file->storage == ShelfStorage::reference ||
-            !isInside(standardized(file->path), copies) || !stands(file->path))
-            continue;
-        if (const auto moved = moveOver(file->path))
-            file->path = moved->toLocalFile();
-    }
-    const auto folders = QDir(*copies).entryInfoList(QDir::Dirs | QDir::Hidden |
-                                                     QDir::NoDotAndDotDot | QDir::NoSymLinks);
-    for (const QFileInfo &folder : folders) {
-        const auto entries = QDir(folder.filePath())
-                                 .entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                                QDir::NoDotAndDotDot);
-        for (const QFileInfo &entry : entries) {
-            if (entry.fileName() == u".DS_Store")
-                continue;
-            if (const auto moved = moveOver(entry.filePath()))
-                insert({.content = {ShelfItem::File{moved->toLocalFile(), {}, ShelfStorage::moved}},
-                        .name = moved->fileName()});
-        }
-        removeIfEmpty(folder.filePath());
-    }
-    if (count > 0) {
-        removeDuplicateFiles();
-        changed();
-    }
-    return count;
-}
-
 bool ShelfStore::isListed(const QUrl &url) const
 {
     const QString path = standardized(url);
@@ -455,7 +286,10 @@ void ShelfStore::save()
         return;
     std::optional<QString> issue;
     try {
-        m_store->save({m_items});
+        std::vector<ShelfItem> all = m_items;
+        for (const ShelfItem &item : m_underway)
+            insertByDate(all, item);
+        m_store->save({all});
     } catch (const LocalizedError &error) {
         qCWarning(Log::storage).noquote() << "Falha ao salvar a prateleira:" << error.description();
         issue = JSONFile::saveIssue(error, label(), m_loadIssue);
@@ -464,56 +298,6 @@ void ShelfStore::save()
         return;
     m_lastSaveError = issue;
     Q_EMIT issuesChanged();
-}
-
-void ShelfStore::deleteManagedCopy(const ShelfItem &item)
-{
-    const auto *file = fileOf(item);
-    if (!file || file->storage != ShelfStorage::copy || !stands(file->path))
-        return;
-    try {
-        trash(QUrl::fromLocalFile(file->path));
-    } catch (const LocalizedError &error) {
-        qCWarning(Log::storage).noquote()
-            << QStringLiteral("Não foi possível mandar para o Lixo %1: %2")
-                   .arg(item.name, error.description());
-        return;
-    }
-    const QString folder = QFileInfo(file->path).path();
-    if (isInside(standardized(folder), mesaDirectory()))
-        removeIfEmpty(folder);
-}
-
-bool ShelfStore::returnMovedFile(const ShelfItem &item)
-{
-    const auto *file = fileOf(item);
-    if (!file || file->storage != ShelfStorage::moved || !stands(file->path)) {
-        removeEmptyCopyFolder(item);
-        return true;
-    }
-    try {
-        const QString folder = returnFolder(item);
-        AtomicFile::makeDirectory(folder);
-        FileTransfer::moveUnique(QUrl::fromLocalFile(file->path),
-                                 inFolder(folder, QFileInfo(file->path).fileName()));
-    } catch (const LocalizedError &error) {
-        qCWarning(Log::storage).noquote() << QStringLiteral("Não foi possível devolver %1: %2")
-                                                 .arg(item.name, error.description());
-        return false;
-    }
-    removeEmptyCopyFolder(item);
-    return true;
-}
-
-void ShelfStore::removeEmptyCopyFolder(const ShelfItem &item) const
-{
-    const auto *file = fileOf(item);
-    const auto mesa = mesaDirectory();
-    if (!file || file->storage != ShelfStorage::moved || !mesa)
-        return;
-    const QString folder = QFileInfo(standardized(file->path)).path();
-    if (folder != standardized(*mesa) && isInNotch(QUrl::fromLocalFile(file->path)))
-        QDir().rmdir(folder); // does nothing unless it is empty
 }
 
 } // namespace velmo

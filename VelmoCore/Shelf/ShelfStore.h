@@ -30,6 +30,12 @@ public:
         QString downloads; ///< where a file goes whose original folder is gone
     };
     using IDs = std::vector<Uuid>;
+    /// A file that is to leave the shelf's folder for another file system.
+    struct Departure {
+        Uuid item;
+        QUrl from;
+        QUrl home; ///< unless something of that name stands there
+    };
 
     /// Loads at once; never fails.
     ShelfStore(const Places &places, const std::optional<DataCipher> &cipher, Scheduler &scheduler);
@@ -62,17 +68,18 @@ public:
     void addText(const QString &text, const std::optional<QString> &group = std::nullopt);
     /// Throw `FileError`; then no item is made and the file stands where it was. They take as long
     /// as a copy does where the file is on another file system; what may be long goes another way,
-    /// by `moveInAtOnce`, or a job and then `addMoved` or `addCopy`.
+    /// by `moveInAtOnce`, or by `expect`, a job and `settle`.
     QUrl moveIn(const QUrl &url, const std::optional<QString> &group = std::nullopt);
     QUrl copyIn(const QUrl &url);
     /// Nothing, and nothing has happened, where `moveIn` would have to copy. Throws `FileError`.
     std::optional<QUrl> moveInAtOnce(const QUrl &url);
-    /// Where a file goes that is moved or copied in, unless something of that name stands there.
-    /// Makes the folder. Throws `FileError`.
-    QUrl placeFor(const QUrl &url) const;
-    /// Lists `moved`, which came from `original`.
-    void addMoved(const QUrl &moved, const QUrl &original,
-                  const std::optional<QString> &group = std::nullopt);
+    /// Records that `original` is on its way into our folder, and gives the item, whose path is a
+    /// free place for it. It joins `items` when it has settled; if Orvane ends before, it is listed
+    /// at the next start, or forgotten where nothing came. Throws `FileError`.
+    ShelfItem expect(const QUrl &original, ShelfStorage storage);
+    /// The end of a transfer by `expect` or `removeAtOnce`: the file stands at `place` in our
+    /// folder, or not there.
+    void settle(const Uuid &id, const std::optional<QUrl> &place);
     /// Lists files that a tool made in our folders.
     void adoptOutputs(const std::vector<QUrl> &urls);
 
@@ -82,8 +89,14 @@ public:
     void setFile(const Uuid &id, const QUrl &url);
     /// What the item is called; an empty name changes nothing.
     void setName(const Uuid &id, const QString &name);
-    /// Copies go to the trash, moved files back; one that can't go back stays.
+    /// Copies go to the trash, moved files back; one that can't go back stays. Takes as long as a
+    /// copy does where a file's home is on another file system.
     void remove(const IDs &ids);
+    /// Does what `remove` does without copying. What it gives has left `items`, but not its place:
+    /// a job moves it, and then it has to `settle`.
+    std::vector<Departure> removeAtOnce(const IDs &ids);
+    /// Tells the user that so many moved files could not go back.
+    void reportReturnFailures(int count);
     /// Removes what is older, but nothing pinned and no moved file. Gives how many.
     int autoClean(int olderThanDays, Date now);
     void forgetMissingFiles();
@@ -99,18 +112,26 @@ Q_SIGNALS:
     void issuesChanged();
 
 private:
+    struct Removal {
+        std::vector<Departure> distant;
+        int failures = 0;
+    };
+
     bool isListed(const QUrl &url) const;
+    QUrl placeFor(const QUrl &url) const;
     void insert(ShelfItem item);
     void changed();
     void save();
+    Removal beginRemoval(const IDs &ids);
     void deleteManagedCopy(const ShelfItem &item);
-    bool returnMovedFile(const ShelfItem &item);
+    std::optional<Departure> returnMovedFile(const ShelfItem &item) const;
     void removeEmptyCopyFolder(const ShelfItem &item) const;
 
     Places m_places;
     Scheduler &m_scheduler;
     std::optional<JSONFileStore<Snapshot>> m_store;
     std::vector<ShelfItem> m_items;
+    std::vector<ShelfItem> m_underway; ///< recorded, but in no list until they settle
     std::optional<QString> m_loadIssue;
     std::optional<QString> m_lastSaveError;
     std::optional<int> m_lastReturnFailure;

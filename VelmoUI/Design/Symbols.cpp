@@ -105,6 +105,7 @@ constexpr std::array glyphs = {
     Glyph{u"timer", u"timer"},
     Glyph{u"trash", u"delete_outline"},
     Glyph{u"tray.and.arrow.down", u"move_to_inbox"},
+    Glyph{u"tray.and.arrow.up", u"outbox"},
     Glyph{u"tray.full", u"inbox"},
     Glyph{u"video", u"videocam"},
     Glyph{u"wand.and.stars", u"auto_fix_high"},

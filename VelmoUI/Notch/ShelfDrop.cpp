@@ -1,12 +1,10 @@
 #include "VelmoUI/Notch/ShelfDrop.h"
 
-#include "VelmoCore/Files/FileTransfer.h"
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoUI/App/AppServices.h"
 
 #include <QFileInfo>
-#include <QPointer>
 
 namespace velmo {
 
@@ -22,11 +20,6 @@ QString failureTitle(bool isMove)
     return isMove ? QStringLiteral("Não foi possível mover")
                   : QStringLiteral("Não foi possível copiar");
 }
-
-struct Transfer {
-    QUrl from;
-    QUrl place;
-};
 
 QString nameOf(const QUrl &file)
 {
@@ -69,67 +62,14 @@ bool isBundle(const QUrl &file)
     return QFileInfo(nameOf(file)).suffix().toLower() == u"app";
 }
 
-/// A file that fails doesn't keep the others from coming.
-JobOutcome transferAll(const std::vector<Transfer> &transfers, bool isMove,
-                       const ShelfDrop::Moved &arrived, JobProgress &progress,
-                       const std::stop_token &stop)
-{
-    const auto transferOne = isMove ? FileTransfer::moveUnique : FileTransfer::copyUnique;
-    QStringList failed;
-    std::vector<QUrl> outputs;
-    for (std::size_t i = 0; i < transfers.size(); ++i) {
-        const auto &[from, place] = transfers[i];
-        const QString name = nameOf(from);
-        try {
-            outputs.push_back(transferOne(from, place, stop, [&](double share) {
-                progress.update((double(i) + share) / double(transfers.size()), name);
-            }));
-            arrived(from, outputs.back());
-        } catch (const Cancelled &) {
-            throw;
-        } catch (const LocalizedError &) {
-            failed.append(name);
-        }
-    }
-    if (failed.isEmpty())
-        return {.message = keptTitle(outputs.size()), .detail = {}, .outputURLs = outputs};
-    return {.message = failureTitle(isMove),
-            .detail = failed.join(QStringLiteral(", ")),
-            .outputURLs = outputs,
-            .style = FeedbackStyle::error};
-}
-
-void startJob(AppServices &services, const std::vector<Transfer> &transfers, bool isMove,
-              const ShelfDrop::Moved &moved)
-{
-    const auto record = [shelf = QPointer(&services.shelf), isMove, moved](const QUrl &from,
-                                                                           const QUrl &to) {
-        if (!shelf)
-            return;
-        if (isMove)
-            shelf->addMoved(to, from);
-        else
-            shelf->addCopy(to, nameOf(from));
-        moved(from, to);
-    };
-    const auto arrived = [record, &scheduler = services.platform.scheduler](const QUrl &from,
-                                                                            const QUrl &to) {
-        scheduler.post([record, from, to] { record(from, to); });
-    };
-    services.jobs.run(
-        isMove ? QStringLiteral("Mover para o notch") : QStringLiteral("Copiar para o notch"),
-        QStringLiteral("tray.and.arrow.down"), source(),
-        [transfers, isMove, arrived](JobProgress &progress, const std::stop_token &stop) {
-            return transferAll(transfers, isMove, arrived, progress, stop);
-        });
-}
-
 /// Whether all that is to come is there already. Those that fail at once are told.
 bool bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMove,
              const ShelfDrop::Moved &moved)
 {
     QStringList failed;
-    std::vector<Transfer> distant;
+    ShelfTransfer distant{
+        .kind = isMove ? ShelfTransfer::Kind::moveIn : ShelfTransfer::Kind::copyIn, .moved = moved};
+    const ShelfStorage storage = isMove ? ShelfStorage::moved : ShelfStorage::copy;
     for (const QUrl &file : files) {
         if (isMove && isBundle(file))
             continue;
@@ -139,10 +79,13 @@ bool bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMove,
         }
         try {
             const auto target = isMove ? services.shelf.moveInAtOnce(file) : std::nullopt;
-            if (target)
+            if (target) {
                 moved(file, *target);
-            else
-                distant.push_back({file, services.shelf.placeFor(file)});
+            } else {
+                const ShelfItem item = services.shelf.expect(file, storage);
+                const auto &place = std::get<ShelfItem::File>(item.content.value).path;
+                distant.files.push_back({item.id, file, QUrl::fromLocalFile(place)});
+            }
         } catch (const LocalizedError &) {
             failed.append(nameOf(file));
         }
@@ -150,9 +93,9 @@ bool bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMove,
     if (!failed.isEmpty())
         post(services, FeedbackStyle::error, failureTitle(isMove),
              failed.join(QStringLiteral(", ")));
-    if (!distant.empty())
-        startJob(services, distant, isMove, moved);
-    return failed.isEmpty() && distant.empty();
+    if (!distant.files.empty())
+        distant.start(services);
+    return failed.isEmpty() && distant.files.empty();
 }
 
 } // namespace

@@ -2,8 +2,8 @@
 
 #include "VelmoCore/Shelf/DroppedItem.h"
 #include "VelmoCore/Shelf/ShelfStorage.h"
+#include "VelmoUI/Notch/ShelfTransfer.h"
 
-#include <functional>
 #include <vector>
 
 namespace velmo {
@@ -14,8 +14,7 @@ class AppServices;
 /// lies on another file system, and every copy, comes by a job. Failures become events.
 namespace ShelfDrop {
 
-/// What a copy or a move came to: a file stands elsewhere now. Main thread.
-using Moved = std::function<void(const QUrl &from, const QUrl &to)>;
+using Moved = ShelfTransfer::Moved;
 
 /// Moves files into the notch's folder. Application bundles and what is there already stay where
 /// they are.

@@ -84,6 +84,26 @@ TEST_F(ShelfStoreTest, KeepsTheRecordOfAFileThatCannotGoBack)
     EXPECT_EQ(shelf.lastReturnFailure(), std::nullopt);
 }
 
+TEST_F(ShelfStoreTest, KnowsAtTheNextStartWhatWasOnItsWay)
+{
+    const ShelfItem arrived = shelf.expect(file("docs/a.txt"), ShelfStorage::moved);
+    const ShelfItem lost = shelf.expect(url("docs/a.txt"), ShelfStorage::copy);
+    const QUrl place = url("No Notch/a.txt");
+    EXPECT_EQ(std::get<ShelfItem::File>(lost.content.value).path,
+              url("No Notch/a 2.txt").toLocalFile());
+    EXPECT_TRUE(shelf.items().empty());
+    QFile::rename(url("docs/a.txt").toLocalFile(), place.toLocalFile());
+    ShelfStore next = reopened();
+    next.forgetMissingFiles();
+    EXPECT_EQ(next.items(), std::vector{arrived});
+    EXPECT_EQ(next.resolve(arrived), place);
+
+    shelf.settle(lost.id, std::nullopt);
+    shelf.settle(arrived.id, url("No Notch/a 4.txt"));
+    EXPECT_EQ(shelf.items().size(), 1U);
+    EXPECT_EQ(reopened().items(), shelf.items());
+}
+
 TEST_F(ShelfStoreTest, TakesNothingInWithoutAPlaceForIt)
 {
     ShelfStore nowhere({}, std::nullopt, scheduler);

@@ -34,6 +34,13 @@ protected:
         model.setDropZone(zone);
         model.receiveDrop(items);
     }
+    void finishJobs()
+    {
+        while (services.jobs.runningCount() > 0) {
+            desktop.scheduler.runPosted();
+            std::this_thread::yield();
+        }
+    }
     QString lastEvent() const
     {
         if (services.activity.history().empty())
@@ -80,15 +87,28 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     drop(DropZone::notch,
          {{DroppedItem::File{QUrl::fromLocalFile(QString::fromStdString(other.string()))}}});
     EXPECT_TRUE(services.shelf.items().empty()) << "never on the main thread";
-    while (services.jobs.runningCount() > 0) {
-        desktop.scheduler.runPosted();
-        std::this_thread::yield();
-    }
+    finishJobs();
     EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(name)));
     ASSERT_EQ(services.shelf.items().size(), 1U);
     EXPECT_EQ(services.shelf.items()[0].originalFolder, QStringLiteral("/dev/shm"));
     EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
     EXPECT_FALSE(std::filesystem::exists(other));
+
+    const std::vector<ShelfItem> kept = services.shelf.items();
+    const std::filesystem::path here = inNotch(name).fileURL()->toLocalFile().toStdString();
+    std::filesystem::resize_file(here, 1U << 30); // or it would be home before the cancel
+    takeOffShelf(services, {kept[0].id});
+    EXPECT_TRUE(services.shelf.items().empty());
+    services.activity.cancel(services.activity.live().front().id);
+    finishJobs();
+    EXPECT_EQ(services.shelf.items(), kept);
+    std::filesystem::resize_file(here, 1);
+    EXPECT_EQ(lastEvent(), u"Devolver à pasta de origem: cancelado|");
+    takeOffShelf(services, {kept[0].id});
+    finishJobs();
+    EXPECT_EQ(lastEvent(), u"Devolvido à pasta “shm”|");
+    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_TRUE(std::filesystem::remove(other));
 }
 
 TEST_F(ShelfDropTest, HandsFilesToTheDesktopAndNothingElse)

@@ -3,6 +3,7 @@
 #include "VelmoSystem/FileProcessing/FileOperations.h"
 #include "VelmoUI/Modules/Shelf/ShelfDrag.h"
 #include "VelmoUI/Modules/Shelf/ShelfOpening.h"
+#include "VelmoUI/Notch/ShelfTransfer.h"
 
 #include <QPixmap>
 #include <QPointer>
@@ -445,7 +446,7 @@ void ShelfPageModel::removeForGood()
     m_removal.cancel();
     // Kept hidden until the shelf has let them go; what can't go shows again.
     if (const auto ids = m_removed; !ids.empty()) {
-        shelf().remove(ids);
+        takeOffShelf(m_context.services, ids);
         m_removed.clear();
         update();
     }

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "VelmoCore/Shelf/ShelfItem.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QUrl>
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+#include <sys/stat.h>
+#include <vector>
+
+/// Where the shelf's files stand, and the order of its items; for its own sources.
+namespace velmo::ShelfPaths {
+
+inline QString standardized(const QString &path)
+{
+    return QDir::cleanPath(path);
+}
+
+inline QString standardized(const QUrl &url)
+{
+    return standardized(url.toLocalFile());
+}
+
+inline bool isInside(const QString &path, const std::optional<QString> &folder)
+{
+    return folder && path.startsWith(standardized(*folder) + u'/');
+}
+
+inline QString nameOf(const QUrl &url)
+{
+    return QFileInfo(standardized(url)).fileName();
+}
+
+/// Whether anything stands there, a dangling link too. What can't be asked counts as standing: its
+/// record is all that tells where it is.
+inline bool stands(const QString &path)
+{
+    struct stat entry = {};
+    return ::lstat(QFile::encodeName(path).constData(), &entry) == 0 ||
+           (errno != ENOENT && errno != ENOTDIR);
+}
+
+inline const ShelfItem::File *fileOf(const ShelfItem &item)
+{
+    return std::get_if<ShelfItem::File>(&item.content.value);
+}
+
+inline ShelfItem::File *fileOf(ShelfItem &item)
+{
+    return std::get_if<ShelfItem::File>(&item.content.value);
+}
+
+inline QUrl inFolder(const QString &folder, const QString &name)
+{
+    return QUrl::fromLocalFile(QDir(folder).filePath(name));
+}
+
+/// Where its date puts it among the others, newest first.
+inline void insertByDate(std::vector<ShelfItem> &items, ShelfItem item)
+{
+    const auto place =
+        std::ranges::lower_bound(items, item.added, std::greater(), &ShelfItem::added);
+    items.insert(place, std::move(item));
+}
+
+} // namespace velmo::ShelfPaths
