@@ -1,0 +1,51 @@
+// One message of 3,000 characters and 30 links, as it is looked at when it arrives.
+
+#include "VelmoCore/Mail/LoginCodeDetector.h"
+
+#include <benchmark/benchmark.h>
+
+namespace velmo {
+namespace {
+
+const QString portuguese =
+    QStringLiteral("Olá, João! Não compartilhe esta informação com ninguém: nossa equipe não a "
+                   "pede por telefone. Sua solicitação nº 20481 foi recebida às 14:32 e será "
+                   "concluída até amanhã — é só aguardar.\n");
+const QString chinese = QStringLiteral("您的订单已经收到，我们会尽快处理，请耐心等待。");
+
+QString message(const QString &sentence, const QString &end, qsizetype length)
+{
+    const QString filled = sentence.repeated(length / sentence.size() + 1);
+    return filled.first(length - end.size()) + end;
+}
+
+std::vector<MailLink> links()
+{
+    std::vector<MailLink> links;
+    for (int link = 0; link < 30; ++link)
+        links.push_back(
+            {QStringLiteral("Ver a promoção %1").arg(link),
+             QUrl(QStringLiteral("https://exemplo.com.br/ofertas/%1?u=8fa1").arg(link))});
+    return links;
+}
+
+void detection(benchmark::State &state, const QString &text)
+{
+    const std::vector<MailLink> all = links();
+    const QString subject = QStringLiteral("Aviso sobre a sua solicitação");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(LoginCodeDetector::detect(subject, text, all));
+    state.SetItemsProcessed(state.iterations());
+}
+
+const QString code = QStringLiteral(" Seu código: 482 913.");
+BENCHMARK_CAPTURE(detection, withoutCode, message(portuguese, {}, 3000));
+BENCHMARK_CAPTURE(detection, withCode, message(portuguese, code, 3000));
+BENCHMARK_CAPTURE(detection, withCodeInTenThousand,
+                  message(portuguese, code, 2900) + message(portuguese, {}, 7100));
+BENCHMARK_CAPTURE(detection, chineseWithCode, message(chinese, code, 3000));
+BENCHMARK_CAPTURE(detection, onlyCodeWords, message(QStringLiteral("code 4829 "), {}, 3000));
+BENCHMARK_CAPTURE(detection, megabyteOfDigits, message(QStringLiteral("4"), {}, 1'000'000));
+
+} // namespace
+} // namespace velmo

@@ -1,0 +1,145 @@
+#include "VelmoCore/Mail/LoginCodeDetector.h"
+
+#include "VelmoCore/Mail/LoginCodePattern.h"
+
+#include "tests/support/Printers.h"
+
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace velmo {
+namespace {
+
+std::optional<QString> codeOf(const QString &subject, const QString &text)
+{
+    return LoginCodeDetector::detect(subject, text, {}).code;
+}
+
+QString repeated(const char *text, int count)
+{
+    return QString::fromUtf8(text).repeated(count);
+}
+
+} // namespace
+
+TEST(LoginCodeDetector, TellsACodeFromOtherNumbers)
+{
+    const std::pair<QString, std::optional<QString>> bodies[] = {
+        {"code 123 456.", "123456"},
+        {"code 123-4567", "1234567"},
+        {"code 1234-5678", "12345678"},
+        {"code ABCD-EFGH", {}},
+        {"code AB1D-EF2H", "AB1D-EF2H"},
+        {"code ab1d-ef2h", {}},
+        {"código ٤٨٢٩١٣", "٤٨٢٩١٣"},
+        {"code 123456789", {}},
+        {"Código do pedido: 2024", {}},
+        {"Código do pedido: ٢٠٢٤", {}},
+        {"Código do pedido: 2100", "2100"},
+        {"Código do pedido: 1899", "1899"},
+        {"codigo: R$ 482913", {}},
+        {"codigo: R$    482913", "482913"},
+        {"codigo: € 4829", {}},
+        {"Total: R$ 1234,56 com codigo", {}},
+        {"code ref/4521 #4521 x.4521", {}},
+        {"code 4521@a 4521_ 4521/7 4521-", {}},
+        {"code 4521, 2", "4521"},
+        {"your PIN 4521", "4521"},
+        {"PIN 4521", {}},
+        {"spin 4521", {}},
+        {"cod 4521", {}},
+        {"CO\u0301DIGO 4521", "4521"},
+        {QString::fromUtf16(u"code \xD83D 4521\xDE00"), "4521"}};
+    for (const auto &[body, code] : bodies)
+        EXPECT_EQ(codeOf("Oi", body), code) << qPrintable(body);
+}
+
+TEST(LoginCodeDetector, TakesTheCodeNearestToItsWord)
+{
+    const std::tuple<QString, QString, std::optional<QString>> cases[] = {
+        {"Seu código é 482913", "code 7777", "482913"},
+        {"4829 is your pass, says 5555's code", "", "5555"},
+        {"4829 for you", "code 7777", "7777"},
+        {"Your verification code", "Use 123 456 to continue", "123456"},
+        {"", "1111 code 2222", "1111"},
+        {"", "111111 code 2222", "2222"},
+        {"", "code" + repeated(" ", 216) + "4521", "4521"},
+        {"", "code" + repeated(" ", 217) + "4521", {}},
+        {"code" + repeated(" ", 217) + "4521", "", "4521"},
+        {"", " pin pin" + repeated(" ", 214) + "4521", {}},
+        // Distances are those of the original, which folding makes longer or shorter.
+        {"", "code" + repeated("ﬃ", 214) + "  4521", "4521"},
+        {"", "code" + repeated("e\u0301", 108) + "  4521", {}}};
+    for (const auto &[subject, body, code] : cases)
+        EXPECT_EQ(codeOf(subject, body), code) << qPrintable(subject + "|" + body);
+}
+
+TEST(LoginCodeDetector, ReadsThreeThousandCharacters)
+{
+    for (const char *character : {"a", "e\u0301\u0302", "👨‍👩‍👧‍👦", "\r\n"}) {
+        const QString code = " code 4521";
+        EXPECT_EQ(codeOf("", repeated(character, 2990) + code + " "), "4521") << character;
+        EXPECT_EQ(codeOf("", repeated(character, 2991) + code + repeated("b", 9000)), std::nullopt);
+    }
+}
+
+TEST(LoginCodeDetector, ChoosesTheLinkThatSignsIn)
+{
+    const std::pair<std::vector<MailLink>, int> cases[] = {
+        {{{"Home", {"https://a.b/"}}, {"Clique", {"https://a.b/continueto"}}}, 1},
+        {{{"Olá", {"https://a.b/auth"}}, {"ENTRAR", {"https://a.b/"}}, {"Login", {}}}, 1},
+        {{{"Login", {"https://a.b/"}}, {"Verify", {"https://a.b/LOGIN"}}}, 1},
+        {{{"Login", {"https://a.b/"}}, {"Login", {"https://a.c/"}}}, 0},
+        {{{"Unsubscribe: login", {"https://a.b/login"}}, {"Login", {"https://a.b/Settings"}}}, -1},
+        {{{"Preferências de login", {"https://a.b/"}}, {"Home", {"https://a.b/"}}}, -1},
+        {{{"Login", {"https://x.com/a"}}, {"Login", {"https://www.X.com/a"}}}, -1},
+        {{{"Login", {"https://dropbox.com/a"}}}, 0},
+        {{{"Login", {"https://netflix.com/?to=https://x.com/"}}}, -1},
+        {{{"Login", {"https://fa-x.com/a"}}}, 0}};
+    for (const auto &[links, best] : cases) {
+        const auto url = best < 0 ? std::nullopt : std::optional(links[std::size_t(best)].url);
+        const auto found = LoginCodeDetector::detect("Confirm your account", "4521", links);
+        EXPECT_EQ(found, (LoginCodeDetector::Detection{{}, url})) << qPrintable(links[0].text);
+        EXPECT_EQ(LoginCodeDetector::detect("", "Your code: 4521. Magic link:", links),
+                  (LoginCodeDetector::Detection{"4521", url}));
+        EXPECT_EQ(LoginCodeDetector::detect("", "A Magic Link", links).url, url);
+        EXPECT_EQ(LoginCodeDetector::detect("Oi", "login", links).url, std::nullopt);
+    }
+}
+
+TEST(LoginCodeDetector, FindsNoMoreInATextThatIsCut)
+{
+    const QString whole = "Olá 👋, código: AB1D-EF2H ou 123 456, R$ 77,50.";
+    std::set<std::optional<QString>> found;
+    for (qsizetype end = 0; end <= whole.size(); ++end)
+        found.insert(codeOf("", whole.first(end)));
+    EXPECT_EQ(found, (std::set<std::optional<QString>>{{}, "AB1D-EF2", "AB1D-EF2H"}));
+}
+
+TEST(LoginCodePattern, MatchesWhatTheWrittenPatternMatches)
+{
+    const QRegularExpression pattern(
+        R"((?<![\p{L}\p{N}#/\-.,@_])(\d{3}[ \-]\d{3}|\d{4,8}|[A-Z0-9]{3,5}-[A-Z0-9]{3,5}))"
+        R"((?![\p{L}\p{N}/\-@_]|[.,]\d))",
+        QRegularExpression::UseUnicodePropertiesOption);
+    const QStringList pieces = {"1", "23", "456", "7890", "A", "BC", "-", "-", " ", " ", ".", ",",
+                                "#", "/",  "@",   "_",    "é", "b",  "٣", "𝟗", "𝐀", "👋", "Ⅷ", "½"};
+    std::mt19937 random(7);
+    for (int round = 0; round < 40'000; ++round) {
+        QString text;
+        for (auto left = random() % 14; left > 0; --left)
+            text += pieces[qsizetype(random() % std::size_t(pieces.size()))];
+        QStringList expected;
+        for (auto matches = pattern.globalMatch(text); matches.hasNext();)
+            expected += matches.next().captured();
+        QStringList found;
+        for (const QStringView match : LoginCodePattern::matches(text))
+            found += match.toString();
+        ASSERT_EQ(found, expected) << qPrintable(text);
+    }
+}
+
+} // namespace velmo
