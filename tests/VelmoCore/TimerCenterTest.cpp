@@ -71,6 +71,21 @@ TEST_F(TimerCenterTest, EndsEachTimerOnceAtItsOwnTimeAlsoAfterARestart)
     EXPECT_TRUE(center->timers().empty());
 }
 
+TEST_F(TimerCenterTest, EndsATimerOnceHoweverTheClockIsSet)
+{
+    const Date start = scheduler.now();
+    center->startTimer(10min, u"chá"_qs);
+    scheduler.advance(1min);
+    scheduler.setClock(start - 2h);
+    scheduler.advance(1h);
+    EXPECT_TRUE(completed.empty());
+    scheduler.setClock(start + 3h);
+    EXPECT_EQ(timer(0).state, CountdownTimer::State(CountdownTimer::Finished{start + 10min}));
+    scheduler.setClock(start - 2h);
+    scheduler.advance(5h);
+    EXPECT_THAT(completed, ElementsAre(u"chá"_qs));
+}
+
 TEST_F(TimerCenterTest, GoesThroughTheCyclesOfAPomodoro)
 {
     config.cyclesBeforeLongBreak = 2;
