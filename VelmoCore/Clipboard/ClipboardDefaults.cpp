@@ -1,20 +1,44 @@
 #include "VelmoCore/Clipboard/ClipboardDefaults.h"
 
+#include <algorithm>
+#include <array>
+
 namespace velmo {
+
+namespace {
+
+struct Entry {
+    QStringView bundleID;
+    QStringView title;
+};
+
+constexpr std::array passwordManagers{
+    Entry{u"com.apple.keychainaccess", u"Chaveiro do sistema"},
+    Entry{u"com.apple.Passwords", u"Senhas do sistema"},
+    Entry{u"com.1password.1password", u"1Password"},
+    Entry{u"com.agilebits.onepassword7", u"1Password 7"},
+    Entry{u"com.bitwarden.desktop", u"Bitwarden"},
+    Entry{u"com.lastpass.LastPass", u"LastPass"},
+    Entry{u"com.dashlane.dashlanephonefinal", u"Dashlane"},
+    Entry{u"com.keepassxc.keepassxc", u"KeePassXC"},
+    Entry{u"com.proton.pass.electron", u"Proton Pass"},
+};
+
+} // namespace
 
 std::vector<QString> ClipboardDefaults::ignoredBundleIDs()
 {
-    return {
-        QStringLiteral("com.apple.keychainaccess"),
-        QStringLiteral("com.apple.Passwords"),
-        QStringLiteral("com.1password.1password"),
-        QStringLiteral("com.agilebits.onepassword7"),
-        QStringLiteral("com.bitwarden.desktop"),
-        QStringLiteral("com.lastpass.LastPass"),
-        QStringLiteral("com.dashlane.dashlanephonefinal"),
-        QStringLiteral("com.keepassxc.keepassxc"),
-        QStringLiteral("com.proton.pass.electron"),
-    };
+    std::vector<QString> ids;
+    for (const Entry &entry : passwordManagers)
+        ids.push_back(entry.bundleID.toString());
+    return ids;
+}
+
+QString ClipboardDefaults::title(const QString &ignoredBundleID)
+{
+    const auto entry =
+        std::ranges::find(passwordManagers, QStringView(ignoredBundleID), &Entry::bundleID);
+    return entry == passwordManagers.end() ? QString() : entry->title.toString();
 }
 
 const std::vector<QString> &ClipboardDefaults::ignoredPasteboardTypes()

@@ -9,6 +9,9 @@ namespace velmo::ClipboardDefaults {
 /// Keepers of passwords, from which nothing is taken.
 std::vector<QString> ignoredBundleIDs();
 
+/// What the user reads of one of them; nothing for any other identifier.
+QString title(const QString &ignoredBundleID);
+
 /// Types by which an application says that its content isn't for histories.
 const std::vector<QString> &ignoredPasteboardTypes();
 

@@ -20,8 +20,10 @@ public:
     struct Application {
         QString id; ///< as "org.gnome.Calculator.desktop"
         QString name;
-        QString icon;     ///< a name of the icon theme, or a path
-        QString keywords; ///< what else a search may find it by
+        QString icon;        ///< a name of the icon theme, or a path
+        QString keywords;    ///< what else a search may find it by
+        QString bundleID;    ///< as settings and profiles know it, else its id without the suffix
+        QString windowClass; ///< of its windows, where the entry says so
 
         bool operator==(const Application &) const = default;
     };

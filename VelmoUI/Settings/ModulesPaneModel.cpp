@@ -2,10 +2,9 @@
 
 #include "VelmoSystem/Ports/Applications.h"
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/App/ApplicationSearch.h"
 #include "VelmoUI/Modules/Home/FavoriteApps.h"
 #include "VelmoUI/Modules/Home/HomeView.h"
-
-#include <QUrl>
 
 #include <algorithm>
 
@@ -193,10 +192,9 @@ std::vector<OrderRow> ModulesPaneModel::favoriteRows() const
 {
     std::vector<OrderRow> rows;
     for (const auto &application : FavoriteApps::rows(m_services)) {
-        const auto icon = QString::fromLatin1(QUrl::toPercentEncoding(application.icon));
         rows.push_back({.id = application.id,
                         .title = application.name,
-                        .icon = QStringLiteral("image://icon/%1").arg(icon)});
+                        .icon = ApplicationSearch::iconSource(application)});
     }
     return rows;
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Velmo
 
-/// What Orvane may do, how its data is protected, and how long the history lasts.
+/// What Orvane may do, how its data is protected, what of it is kept, and for how long.
 Column {
     id: pane
 
@@ -9,7 +9,10 @@ Column {
     readonly property PrivacyPaneModel model: window.privacy
 
     spacing: 2 * Theme.gap
-    Component.onCompleted: model.refresh()
+    Component.onCompleted: {
+        model.refresh();
+        window.clipboard.refresh();
+    }
 
     Label {
         width: parent.width
@@ -82,6 +85,14 @@ Column {
                 }
             }
         }
+    }
+
+    ClipboardSection {
+        model: pane.window.clipboard
+        settings: pane.window.settings
+    }
+    IgnoredApps {
+        model: pane.window.clipboard
     }
 
     SettingsSection {

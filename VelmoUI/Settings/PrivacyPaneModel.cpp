@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Settings/NumberChoices.h"
 
 #include <algorithm>
 #include <set>
@@ -10,7 +11,7 @@ namespace velmo {
 
 namespace {
 
-constexpr std::array retentionDays = {1, 7, 30};
+const NumberChoices retention({1, 7, 30});
 
 QString idOf(PermissionKind kind)
 {
@@ -51,15 +52,6 @@ PermissionRow permissionRow(PermissionKind kind, const PermissionStatus &status,
             .spoken = QStringLiteral("%1: %2").arg(texts.title, status.label())};
 }
 
-/// What is offered, and what is set where that is something else.
-std::vector<int> retentionOptions(int current)
-{
-    std::vector<int> options(retentionDays.begin(), retentionDays.end());
-    if (std::ranges::find(options, current) == options.end())
-        options.insert(std::ranges::upper_bound(options, current), current);
-    return options;
-}
-
 } // namespace
 
 PrivacyPaneModel::PrivacyPaneModel(AppServices &services)
@@ -97,17 +89,12 @@ QString PrivacyPaneModel::protectionText() const
 
 QStringList PrivacyPaneModel::retentionChoices() const
 {
-    QStringList choices;
-    for (const int days : retentionOptions(m_services.settings.settings().activityRetentionDays))
-        choices += days == 1 ? QStringLiteral("1 dia") : QStringLiteral("%1 dias").arg(days);
-    return choices;
+    return retention.days(m_services.settings.settings().activityRetentionDays);
 }
 
 int PrivacyPaneModel::retentionIndex() const
 {
-    const int current = m_services.settings.settings().activityRetentionDays;
-    const std::vector<int> options = retentionOptions(current);
-    return int(std::ranges::find(options, current) - options.begin());
+    return retention.index(m_services.settings.settings().activityRetentionDays);
 }
 
 bool PrivacyPaneModel::hasHistory() const
@@ -139,11 +126,8 @@ void PrivacyPaneModel::openSettings(const QString &id)
 
 void PrivacyPaneModel::setRetention(int index)
 {
-    const auto options = retentionOptions(m_services.settings.settings().activityRetentionDays);
-    if (index < 0 || index >= int(options.size()))
-        return;
-    m_services.settings.update([days = options[std::size_t(index)]](AppSettings &next) {
-        next.activityRetentionDays = days;
+    m_services.settings.update([index](AppSettings &next) {
+        next.activityRetentionDays = retention.picked(index, next.activityRetentionDays);
     });
 }
 

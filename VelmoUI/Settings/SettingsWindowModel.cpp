@@ -39,7 +39,8 @@ QString idOf(SettingsPane pane)
 SettingsWindowModel::SettingsWindowModel(AppServices &services, SettingsPane pane)
     : m_services(services), m_pane(pane), m_settings(services.settings),
       m_hotKeys(services.settings, services.hotKeys, services.platform.hotKeyGrabber),
-      m_displays(services), m_modules(services), m_privacy(services), m_data(services)
+      m_displays(services), m_modules(services), m_privacy(services), m_clipboard(services),
+      m_data(services)
 {
     services.launchAtLogin.refresh();
     connect(&services.settings, &SettingsStore::settingsChanged, this,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Settings/ClipboardSectionModel.h"
 #include "VelmoUI/Settings/DataPaneModel.h"
 #include "VelmoUI/Settings/DisplaysPaneModel.h"
 #include "VelmoUI/Settings/HotKeysModel.h"
@@ -39,6 +40,7 @@ class SettingsWindowModel : public QObject {
     Q_PROPERTY(velmo::DisplaysPaneModel *displays READ displays CONSTANT)
     Q_PROPERTY(velmo::ModulesPaneModel *modules READ modules CONSTANT)
     Q_PROPERTY(velmo::PrivacyPaneModel *privacy READ privacy CONSTANT)
+    Q_PROPERTY(velmo::ClipboardSectionModel *clipboard READ clipboard CONSTANT)
     Q_PROPERTY(velmo::DataPaneModel *data READ data CONSTANT)
     Q_PROPERTY(bool launchesAtLogin READ launchesAtLogin NOTIFY launchAtLoginChanged)
     Q_PROPERTY(QString launchAtLoginMessage READ launchAtLoginMessage NOTIFY launchAtLoginChanged)
@@ -63,6 +65,7 @@ public:
     DisplaysPaneModel *displays() { return &m_displays; }
     ModulesPaneModel *modules() { return &m_modules; }
     PrivacyPaneModel *privacy() { return &m_privacy; }
+    ClipboardSectionModel *clipboard() { return &m_clipboard; }
     DataPaneModel *data() { return &m_data; }
     bool launchesAtLogin() const;
     QString launchAtLoginMessage() const { return m_services.launchAtLogin.message(); }
@@ -90,6 +93,7 @@ private:
     DisplaysPaneModel m_displays;
     ModulesPaneModel m_modules;
     PrivacyPaneModel m_privacy;
+    ClipboardSectionModel m_clipboard;
     DataPaneModel m_data;
 };
 

@@ -94,8 +94,9 @@ TEST_F(DesktopApplicationsTest, WaitsForNoBus)
 
 TEST_F(DesktopApplicationsTest, ListsWhatMenusShowAndFollowsChanges)
 {
-    write("first/tool.desktop", "Name=Tool\nName[pt_BR]=Abridor\nGenericName=Thing\n"
-                                "Keywords=one;two;\nIcon=tool.png\nExec=/bin/sh %U");
+    write("first/tool.desktop",
+          "Name=Tool\nName[pt_BR]=Abridor\nGenericName=Thing\n"
+          "Keywords=one;two;\nIcon=tool.png\nExec=/bin/sh %U\nStartupWMClass=Werkzeug");
     write("second/tool.desktop", "Name=Ensombrado\nExec=/bin/sh");
     const QString nested = write("second/kde/tool.desktop", "Name=Zíper\nExec=sh");
     const QString unseen = write("second/unseen.desktop", "Name=U\nExec=sh\nNoDisplay=true");
@@ -104,9 +105,9 @@ TEST_F(DesktopApplicationsTest, ListsWhatMenusShowAndFollowsChanges)
     write("second/gone.desktop", "Name=G\nExec=/no/such/program");
     write("second/broken.desktop", "Name");
     EXPECT_TRUE(wait([&] { return shown() == QStringList{"tool", "kde-tool"}; }));
-    EXPECT_EQ(
-        applications.find("tool.desktop"),
-        (Applications::Application{"tool.desktop", "Abridor", "tool.png", "Thing one two sh"}));
+    EXPECT_EQ(applications.find("tool.desktop"),
+              (Applications::Application{"tool.desktop", "Abridor", "tool.png", "Thing one two sh",
+                                         "tool", "Werkzeug"}));
     EXPECT_TRUE(applications.find("unseen.desktop"));
     for (const char *id : {"hidden.desktop", "gone.desktop", "broken.desktop", "none.desktop", ""})
         EXPECT_FALSE(applications.find(id)) << id;

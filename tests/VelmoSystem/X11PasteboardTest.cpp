@@ -152,8 +152,10 @@ TEST_F(X11PasteboardTest, EndsAReadingWhoseOwnerIsSilentOrGoes)
 TEST_F(X11PasteboardTest, NamesTheFrontApplicationByItsDesktopEntry)
 {
     FakeApplications applications;
-    applications.entries = {
-        {.id = QStringLiteral("org.editor.desktop"), .name = QStringLiteral("Editor")}};
+    applications.entries = {{.id = QStringLiteral("org.editor.desktop"),
+                             .name = QStringLiteral("Editor"),
+                             .bundleID = QStringLiteral("org.editor"),
+                             .windowClass = QStringLiteral("Writer")}};
     const X11FrontApplication front(connection, applications);
     const xcb_window_t window = makeFocusedWindow({100, 100, 200, 100});
     const auto is = [&](const char *property, const QByteArray &value,
@@ -165,6 +167,8 @@ TEST_F(X11PasteboardTest, NamesTheFrontApplicationByItsDesktopEntry)
     };
     EXPECT_TRUE(is("WM_CLASS", QByteArray("keepassxc\0KeePassXC", 20),
                    {QStringLiteral("KeePassXC"), QStringLiteral("com.keepassxc.keepassxc")}));
+    EXPECT_TRUE(is("WM_CLASS", QByteArray("writer\0writer", 14),
+                   {QStringLiteral("Editor"), QStringLiteral("org.editor")}));
     EXPECT_TRUE(is("WM_CLASS", QByteArray("tool\0Tool", 10),
                    {QStringLiteral("Tool"), QStringLiteral("tool")}));
     EXPECT_TRUE(is("_GTK_APPLICATION_ID", "org.editor",

@@ -135,6 +135,29 @@ TEST_F(SettingsWindowTest, ChangesSettingsByKey)
     EXPECT_TRUE(reads(QStringLiteral("Tela 1"))) << "it is chosen, though it is gone";
 }
 
+TEST_F(SettingsWindowTest, IgnoresAnApplicationByKey)
+{
+    desktop.applications.entries = {
+        {.id = u"a.desktop"_qs, .name = u"Editor"_qs, .bundleID = u"editor"_qs}};
+    show(SettingsPane::privacy);
+    tabTo(QStringLiteral("Pausar"));
+    press(Qt::Key_Space);
+    EXPECT_TRUE(settings().clipboardPaused);
+    tabTo(QStringLiteral("Buscar aplicativo"));
+    QKeyEvent letter(QEvent::KeyPress, Qt::Key_E, Qt::NoModifier, u"e"_qs);
+    QCoreApplication::sendEvent(windows().at(0), &letter);
+    EXPECT_TRUE(reads(QStringLiteral("Editor")));
+    press(Qt::Key_Return);
+    EXPECT_EQ(settings().clipboardIgnoredBundleIDs.back(), u"editor");
+    press(Qt::Key_Tab);
+    press(Qt::Key_Down);
+    press(Qt::Key_Delete);
+    QCoreApplication::processEvents();
+    press(Qt::Key_Delete);
+    EXPECT_EQ(settings().clipboardIgnoredBundleIDs.size(), 8U);
+    EXPECT_EQ(settings().clipboardIgnoredBundleIDs[1], u"com.agilebits.onepassword7");
+}
+
 TEST_F(SettingsWindowTest, RecordsAShortcut)
 {
     const KeyCombo before = settings().toggleHotKey;

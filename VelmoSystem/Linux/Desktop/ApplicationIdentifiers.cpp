@@ -42,4 +42,11 @@ QString ApplicationIdentifiers::known(const QString &id)
     return entry == table.end() ? QString() : entry->bundleID.toString();
 }
 
+QString ApplicationIdentifiers::withoutSuffix(QString id)
+{
+    if (id.endsWith(u".desktop"))
+        id.chop(8);
+    return id;
+}
+
 } // namespace velmo

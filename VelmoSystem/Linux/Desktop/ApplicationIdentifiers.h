@@ -8,4 +8,7 @@ namespace velmo::ApplicationIdentifiers {
 /// its window's class in any case; nothing for one that isn't in the table.
 QString known(const QString &id);
 
+/// The id of a desktop entry without its suffix.
+QString withoutSuffix(QString id);
+
 } // namespace velmo::ApplicationIdentifiers

@@ -1,6 +1,7 @@
 #include "VelmoSystem/Linux/Desktop/DesktopApplications.h"
 
 #include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoSystem/Linux/Desktop/ApplicationIdentifiers.h"
 
 #include <QAbstractEventDispatcher>
 #include <QFileInfo>
@@ -46,10 +47,15 @@ QString searchText(GDesktopAppInfo *entry)
 Applications::Application application(GDesktopAppInfo *entry)
 {
     const Owned<gchar> icon(g_desktop_app_info_get_string(entry, G_KEY_FILE_DESKTOP_KEY_ICON));
-    return {.id = QString::fromUtf8(g_app_info_get_id(G_APP_INFO(entry))),
+    const auto id = QString::fromUtf8(g_app_info_get_id(G_APP_INFO(entry)));
+    const QString name = ApplicationIdentifiers::withoutSuffix(id);
+    const QString known = ApplicationIdentifiers::known(name);
+    return {.id = id,
             .name = QString::fromUtf8(g_app_info_get_name(G_APP_INFO(entry))),
             .icon = QString::fromUtf8(icon.get()),
-            .keywords = searchText(entry)};
+            .keywords = searchText(entry),
+            .bundleID = known.isEmpty() ? name : known,
+            .windowClass = QString::fromUtf8(g_desktop_app_info_get_startup_wm_class(entry))};
 }
 
 std::vector<Applications::Application> shownInMenus()

@@ -12,13 +12,6 @@ namespace {
 
 constexpr std::uint32_t longestText = 256; ///< in words of 4 bytes
 
-QString withoutSuffix(QString name)
-{
-    if (name.endsWith(u".desktop"))
-        name.chop(8);
-    return name;
-}
-
 } // namespace
 
 X11FrontApplication::X11FrontApplication(X11Connection &connection,
@@ -37,14 +30,9 @@ std::optional<FrontApplication::Info> X11FrontApplication::current() const
     if (all.isEmpty())
         return std::nullopt;
 
-    Info info{all.last(), all.first()};
+    const auto entry = entryOf(all);
+    Info info = entry ? Info{entry->name, entry->bundleID} : Info{all.last(), all.first()};
     for (const QString &name : all) {
-        if (const auto entry = m_applications.find(name + QStringLiteral(".desktop"))) {
-            info = {entry->name, withoutSuffix(entry->id)};
-            break;
-        }
-    }
-    for (const QString &name : all + QStringList(info.bundleID)) {
         if (const QString known = ApplicationIdentifiers::known(name); !known.isEmpty()) {
             info.bundleID = known;
             break;
@@ -53,13 +41,26 @@ std::optional<FrontApplication::Info> X11FrontApplication::current() const
     return info;
 }
 
+std::optional<Applications::Application> X11FrontApplication::entryOf(const QStringList &all) const
+{
+    for (const QString &name : all) {
+        if (auto entry = m_applications.find(name + QStringLiteral(".desktop")))
+            return entry;
+    }
+    for (auto &entry : m_applications.installed()) {
+        if (!entry.windowClass.isEmpty() && all.contains(entry.windowClass, Qt::CaseInsensitive))
+            return entry;
+    }
+    return std::nullopt;
+}
+
 QStringList X11FrontApplication::names(xcb_window_t window) const
 {
     QStringList all;
     for (const char *property :
          {"_KDE_NET_WM_DESKTOP_FILE", "_BAMF_DESKTOP_FILE", "_GTK_APPLICATION_ID"}) {
         for (const QString &text : texts(window, property))
-            all.append(withoutSuffix(QFileInfo(text).fileName()));
+            all.append(ApplicationIdentifiers::withoutSuffix(QFileInfo(text).fileName()));
     }
     // First the program's name, then the class, which is fit to be read.
     const QStringList classes = texts(window, "WM_CLASS");

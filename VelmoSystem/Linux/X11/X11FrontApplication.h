@@ -17,6 +17,7 @@ public:
     std::optional<Info> current() const override;
 
 private:
+    std::optional<Applications::Application> entryOf(const QStringList &names) const;
     /// Names that may be those of its desktop entry, the surest first.
     QStringList names(xcb_window_t window) const;
     QStringList texts(xcb_window_t window, const QByteArray &property) const;

@@ -1,10 +1,8 @@
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
 
-#include "VelmoCore/Foundation/Text.h"
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/App/ApplicationSearch.h"
 #include "VelmoUI/Modules/Home/FavoriteApps.h"
-
-#include <QUrl>
 
 #include <algorithm>
 
@@ -14,9 +12,7 @@ namespace {
 
 ApplicationRow row(const Applications::Application &application, bool isFavorite)
 {
-    return {application.id, application.name,
-            QStringLiteral("image://icon/") +
-                QString::fromLatin1(QUrl::toPercentEncoding(application.icon)),
+    return {application.id, application.name, ApplicationSearch::iconSource(application),
             isFavorite,
             isFavorite ? QStringLiteral("%1, favorito").arg(application.name) : application.name};
 }
@@ -132,18 +128,11 @@ void FavoritesModel::update()
 
 void FavoritesModel::updateFound()
 {
-    const QString wanted = Text::folded(m_query.trimmed());
-    std::vector<ApplicationRow> first;
-    std::vector<ApplicationRow> others;
-    for (const auto &application : m_context.services.platform.applications.installed()) {
-        const QString name = Text::folded(application.name);
-        if (name.startsWith(wanted))
-            first.push_back(row(application, placeOf(application.id) >= 0));
-        else if (name.contains(wanted) || Text::folded(application.keywords).contains(wanted))
-            others.push_back(row(application, placeOf(application.id) >= 0));
-    }
-    first.insert(first.end(), others.begin(), others.end());
-    m_found.setRecords(first);
+    std::vector<ApplicationRow> rows;
+    for (const auto &application :
+         ApplicationSearch::find(m_context.services.platform.applications, m_query))
+        rows.push_back(row(application, placeOf(application.id) >= 0));
+    m_found.setRecords(rows);
     Q_EMIT foundChanged();
 }
 
