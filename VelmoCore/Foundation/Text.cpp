@@ -26,7 +26,17 @@ QString prefix(const QString &text, qsizetype count)
 
 QString folded(const QString &text)
 {
-    QString folded = text.normalized(QString::NormalizationForm_KD);
+    // The time of QString::normalized grows with the square of a text's length, hence the pieces.
+    constexpr qsizetype pieceLength = 64;
+    QString folded;
+    folded.reserve(text.size());
+    for (qsizetype start = 0; start < text.size();) {
+        qsizetype end = std::min(start + pieceLength, text.size());
+        if (text[end - 1].isHighSurrogate())
+            end = std::min(end + 1, text.size());
+        folded += text.sliced(start, end - start).normalized(QString::NormalizationForm_KD);
+        start = end;
+    }
     folded.removeIf([](QChar character) { return character.isMark(); });
     // QString folds one character to one; by way of upper case "ß" becomes "ss".
     return folded.toUpper().toCaseFolded();

@@ -38,6 +38,9 @@ TEST(Text, FoldsWhatReadsAlike)
         EXPECT_EQ(Text::folded(text), folded);
         EXPECT_EQ(Text::folded(folded), folded);
     }
+    // Long enough that more than linear time is noticed, and with pairs at any place.
+    const QString bold = QString("é𝐀").repeated(300'000);
+    EXPECT_EQ(Text::folded("Ç" + bold), "c" + QString("ea").repeated(300'000));
 }
 
 TEST(Date, WritesAndReadsWholeSecondsInUTC)
