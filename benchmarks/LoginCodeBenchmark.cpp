@@ -1,6 +1,10 @@
-// One message of 3,000 characters and 30 links, as it is looked at when it arrives.
+// One message of 3,000 characters and 30 links, as it is looked at when it arrives; the pattern
+// of codes alone, ours and by QRegularExpression.
 
 #include "VelmoCore/Mail/LoginCodeDetector.h"
+#include "VelmoCore/Mail/LoginCodePattern.h"
+
+#include <QRegularExpression>
 
 #include <benchmark/benchmark.h>
 
@@ -46,6 +50,28 @@ BENCHMARK_CAPTURE(detection, withCodeInTenThousand,
 BENCHMARK_CAPTURE(detection, chineseWithCode, message(chinese, code, 3000));
 BENCHMARK_CAPTURE(detection, onlyCodeWords, message(QStringLiteral("code 4829 "), {}, 3000));
 BENCHMARK_CAPTURE(detection, megabyteOfDigits, message(QStringLiteral("4"), {}, 1'000'000));
+
+void ourPattern(benchmark::State &state)
+{
+    const QString text = message(portuguese, code, 3000);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(LoginCodePattern::matches(text));
+}
+BENCHMARK(ourPattern);
+
+void writtenPattern(benchmark::State &state)
+{
+    const QString text = message(portuguese, code, 3000);
+    const QRegularExpression pattern(
+        QStringLiteral(R"((?<![\p{L}\p{N}#/\-.,@_])(\d{3}[ \-]\d{3}|\d{4,8}|)"
+                       R"([A-Z0-9]{3,5}-[A-Z0-9]{3,5})(?![\p{L}\p{N}/\-@_]|[.,]\d))"),
+        QRegularExpression::UseUnicodePropertiesOption);
+    for (auto _ : state) {
+        for (auto found = pattern.globalMatch(text); found.hasNext();)
+            benchmark::DoNotOptimize(found.next());
+    }
+}
+BENCHMARK(writtenPattern);
 
 } // namespace
 } // namespace velmo

@@ -1,6 +1,7 @@
 #include "VelmoCore/Mail/LoginCodeDetector.h"
 
 #include "VelmoCore/Foundation/Text.h"
+#include "VelmoCore/Mail/FoldedText.h"
 #include "VelmoCore/Mail/LoginCodePattern.h"
 #include "VelmoCore/Mail/WordSet.h"
 
@@ -73,73 +74,14 @@ constexpr WordSet linkStopWords(linkStopWordList);
 constexpr WordSet linkWords(linkWordList);
 constexpr WordSet addressWords(addressWordList);
 
-/// A text in both forms: words are looked for in the folded one, codes in the original.
-struct FoldedText {
-    explicit FoldedText(const QString &text);
-
-    QString original;
-    QString folded;
-    std::vector<qsizetype>
-        origins; ///< of each folded unit: where its character starts in `original`
-};
-
-bool isAscii(QChar unit)
-{
-    return unit.unicode() < 0x80;
-}
-
-qsizetype characterLength(const QString &text, qsizetype at)
-{
-    const bool isPair =
-        text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
-    return isPair ? 2 : 1;
-}
-
-/// What is not ASCII, each character with U+0000 behind it.
-QString separatedForeign(const QString &text)
-{
-    QString foreign;
-    for (qsizetype at = 0; at < text.size();) {
-        const qsizetype length = characterLength(text, at);
-        if (!isAscii(text[at])) {
-            foreign.append(QStringView(text).sliced(at, length));
-            foreign.append(QChar::Null);
-        }
-        at += length;
-    }
-    return foreign;
-}
-
-/// Folding looks at one character at a time and leaves U+0000 alone, so that all foreign characters
-/// are folded in one call and still found again.
-FoldedText::FoldedText(const QString &text) : original(text)
-{
-    const QString foreign = Text::folded(separatedForeign(text));
-    const auto *next = foreign.constData();
-    folded.reserve(text.size());
-    origins.reserve(std::size_t(text.size()));
-    const auto append = [&](QChar unit, qsizetype origin) {
-        folded.append(unit);
-        origins.push_back(origin);
-    };
-    for (qsizetype at = 0; at < text.size(); at += characterLength(text, at)) {
-        if (isAscii(text[at])) {
-            append(text[at].toLower(), at);
-            continue;
-        }
-        for (; !next->isNull(); ++next)
-            append(*next, at);
-        ++next;
-    }
-}
-
 /// The first 3000 characters, of which a hostile text may make any length; no more of a long text
 /// than needed is looked at.
 QString opening(const QString &text)
 {
     if (text.size() <= readCharacters)
         return text;
-    for (qsizetype window = 2 * readCharacters; window < text.size(); window *= 2) {
+    for (qsizetype window = readCharacters + readCharacters / 8; window < text.size();
+         window *= 2) {
         const QString cut = Text::prefix(text.first(window), readCharacters);
         // Whether a character ends is seen at the one behind it, which may be a pair.
         if (cut.size() + 2 <= window)
@@ -237,8 +179,9 @@ std::optional<QUrl> signInLink(const std::vector<MailLink> &links)
     std::optional<QUrl> best;
     int bestScore = 0;
     for (const MailLink &link : links) {
-        const QString label = Text::folded(link.text);
-        const QString address = QString::fromLatin1(link.url.toEncoded().toLower());
+        const FoldedText text(link.text);
+        const QStringView label = text.folded;
+        const QString address = link.url.toString(QUrl::FullyEncoded).toLower();
         if (isStopped(label) || isStopped(address))
             continue;
         const int score = (linkWords.isIn(label) ? 2 : 0) + (addressWords.isIn(address) ? 1 : 0);

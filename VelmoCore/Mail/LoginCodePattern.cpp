@@ -1,23 +1,9 @@
 #include "VelmoCore/Mail/LoginCodePattern.h"
 
+#include "VelmoCore/Mail/CodePoint.h"
+
 namespace velmo::LoginCodePattern {
 namespace {
-
-/// An unpaired surrogate stands for itself; the end of the text reads as U+0000.
-char32_t codePointAt(QStringView text, qsizetype at)
-{
-    if (at >= text.size())
-        return 0;
-    const QChar unit = text[at];
-    if (unit.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate())
-        return QChar::surrogateToUcs4(unit, text[at + 1]);
-    return unit.unicode();
-}
-
-qsizetype lengthOf(char32_t character)
-{
-    return QChar::requiresSurrogates(character) ? 2 : 1;
-}
 
 bool isDigit(char32_t character)
 {
