@@ -6,6 +6,14 @@ FocusScope {
     id: result
 
     required property NotchContent content
+    readonly property bool shown: content.presentation === "dropResult"
+
+    // Another drop shows here before this has faded: the keyboard begins anew, as the list does.
+    onShownChanged: if (shown) {
+        actions.focus = true;
+        actions.currentIndex = 0;
+        tiles.positionViewAtBeginning();
+    }
 
     focus: true
 

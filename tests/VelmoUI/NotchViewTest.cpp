@@ -173,6 +173,25 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
     EXPECT_TRUE(isCancelled);
 }
 
+TEST_F(NotchViewTest, GivesTheKeyboardToTheActionsOfAnotherDrop)
+{
+    start();
+    showView();
+    view().requestActivate();
+    const auto drop = [this] {
+        coordinator.openFiles({QUrl(QStringLiteral("file:///a"))});
+        QCoreApplication::processEvents();
+        return view().activeFocusItem()->property("name").toString();
+    };
+    const QString first = drop();
+    QString reached;
+    for (int i = 0; i < 10 && reached != u"Fechar"; ++i)
+        reached = nameAfter(Qt::Key_Tab);
+    ASSERT_EQ(reached, u"Fechar");
+    change([](AppSettings &next) { next.animationsEnabled = true; }); // the first one only fades
+    EXPECT_EQ(drop(), first);
+}
+
 TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)
 {
     auto &module = FakeModule::addTo(services.modules, QStringLiteral("quebrado"));
