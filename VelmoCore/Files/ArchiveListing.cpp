@@ -171,6 +171,12 @@ std::vector<ArchiveEntry> ArchiveListing::parseTarListing(const QString &text)
     return entries;
 }
 
+ArchiveError ArchiveListing::unrecognized()
+{
+    return ArchiveError(ArchiveError::Unsupported{
+        QStringLiteral("o arquivo não é um formato compactado reconhecido ou está danificado.")});
+}
+
 ArchiveError ArchiveListing::classify7z(const QString &text, int status, bool passwordGiven)
 {
     constexpr int interrupted = 255;
@@ -178,8 +184,7 @@ ArchiveError ArchiveListing::classify7z(const QString &text, int status, bool pa
         (status == interrupted && holds(text, {"break signaled", "enter password"})))
         return passwordError(passwordGiven);
     if (holds(text, {"can't open as archive", "cannot open the file as archive", "is not archive"}))
-        return ArchiveError(ArchiveError::Unsupported{QStringLiteral(
-            "o arquivo não é um formato compactado reconhecido ou está danificado.")});
+        return unrecognized();
     if (holds(text, {"unsupported method"}))
         return ArchiveError(
             ArchiveError::Unsupported{QStringLiteral("método de compressão não suportado.")});
@@ -196,8 +201,7 @@ ArchiveError ArchiveListing::classify(const QString &text, bool passwordGiven)
     if (holds(text, {"passphrase", "password"}))
         return passwordError(passwordGiven);
     if (holds(text, {"unrecognized archive format"}))
-        return ArchiveError(ArchiveError::Unsupported{QStringLiteral(
-            "o arquivo não é um formato compactado reconhecido ou está danificado.")});
+        return unrecognized();
     return ArchiveError(ArchiveError::Failed{text.trimmed()});
 }
 

@@ -65,6 +65,8 @@ std::vector<ArchiveEntry> parseTechnicalListing(const QString &text);
 /// Of `bsdtar -tvf`.
 std::vector<ArchiveEntry> parseTarListing(const QString &text);
 
+/// Of a file that is no archive.
+ArchiveError unrecognized();
 /// What 7-Zip's failure means.
 ArchiveError classify7z(const QString &text, int status, bool passwordGiven);
 /// What bsdtar's failure means.

@@ -300,27 +300,35 @@ auto byFirstThatCan(const ArchiveProcessor::Engines &given, const QString &archi
                     const Work &work)
 {
     const std::vector<ArchiveEngine> engines = given ? *given : ArchiveEngine::all(archive);
-    std::exception_ptr first;
+    std::exception_ptr reason; // 7-Zip's where it has one: it knows more formats, and says more
     for (const ArchiveEngine &engine : engines) {
         try {
             return work(engine);
         } catch (const ArchiveError &error) {
             if (!isWorthAnother(error))
                 throw;
-            if (!first)
-                first = std::current_exception();
+            if (!reason || engine.kind() == ArchiveEngine::Kind::sevenZip)
+                reason = std::current_exception();
         }
     }
-    if (first)
-        std::rethrow_exception(first);
+    if (reason)
+        std::rethrow_exception(reason);
     throw noEngine();
 }
 
-void requireFile(const QUrl &archive)
+void requireFile(const QUrl &file)
 {
-    const QString path = archive.toLocalFile();
+    const QString path = file.toLocalFile();
     if (!QFileInfo::exists(path))
         throw FileError(path, ENOENT);
+}
+
+/// bsdtar takes a file without a byte for an archive without an entry.
+void requireArchive(const QUrl &archive)
+{
+    requireFile(archive);
+    if (QFileInfo(archive.toLocalFile()).size() == 0)
+        throw ArchiveListing::unrecognized();
 }
 
 /// The items' paths, each with a name of its own: one whose name another has already is copied
@@ -394,7 +402,7 @@ QUrl zipBy(const ArchiveEngine &engine, const std::vector<QUrl> &urls, const QUr
 
 std::vector<ArchiveEntry> ArchiveProcessor::list(const Request &request, std::stop_token stop)
 {
-    requireFile(request.archive);
+    requireArchive(request.archive);
     const QString path = QFileInfo(request.archive.toLocalFile()).absoluteFilePath();
     return byFirstThatCan(request.engines, path, [&](const ArchiveEngine &engine) {
         const PrivateFolder folder(QStringLiteral("Orvane-extract"));
@@ -407,7 +415,7 @@ std::vector<ArchiveEntry> ArchiveProcessor::list(const Request &request, std::st
 QUrl ArchiveProcessor::extract(const Request &request, const std::optional<QUrl> &destination,
                                qint64 sizeLimit, JobProgress &progress, std::stop_token stop)
 {
-    requireFile(request.archive);
+    requireArchive(request.archive);
     const QFileInfo archive(request.archive.toLocalFile());
     const QUrl folder = destination.value_or(QUrl::fromLocalFile(archive.absolutePath()));
     return byFirstThatCan(request.engines, archive.fileName(), [&](const ArchiveEngine &engine) {

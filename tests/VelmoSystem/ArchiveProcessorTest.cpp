@@ -211,10 +211,24 @@ TEST_P(ArchiveProcessor_, AsksForThePassword)
     EXPECT_EQ(refusal(archive), Error::Value(Error::PasswordRequired{}));
     EXPECT_EQ(refusal(archive, 1 << 20, "wrong"), Error::Value(Error::WrongPassword{}));
     EXPECT_EQ(extract(archive, 1 << 20, "secret"), target.path("a"));
-    files.write("broken.zip", "no archive");
-    EXPECT_TRUE(std::holds_alternative<Error::Unsupported>(
-        refusal(files.path("broken.zip"), 1 << 20).value()));
+    for (const char *content : {"no archive", ""}) {
+        files.write("broken.zip", content);
+        EXPECT_TRUE(std::holds_alternative<Error::Unsupported>(
+            refusal(files.path("broken.zip"), 1 << 20).value()));
+    }
     EXPECT_THROW(extract(files.path("absent.zip")), FileError);
+}
+
+TEST_P(ArchiveProcessor_, SaysWhyInTheWordsOfTheEngineThatKnowsMore)
+{
+    files.write("broken.zip", QByteArray("PK\3\4") + QByteArray(300, 'x'));
+    const QUrl broken = url(files.path("broken.zip"));
+    try {
+        ArchiveProcessor::extract({broken, {}}, url(target.path()), 1 << 20, progress);
+        FAIL();
+    } catch (const Error &error) {
+        EXPECT_EQ(error.value(), ArchiveListing::unrecognized().value());
+    }
 }
 
 TEST_P(ArchiveProcessor_, MakesAnArchiveThatGivesTheSameBack)
