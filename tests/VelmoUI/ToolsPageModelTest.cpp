@@ -100,6 +100,8 @@ TEST_F(ToolsPageModelTest, SaysWhyAToolDoesNotApply)
     EXPECT_EQ(page.tool(), QString());
     EXPECT_TRUE(page.isNoteError());
     EXPECT_EQ(services.jobs.runningCount(), 0);
+    choose({"a.txt"});
+    EXPECT_EQ(page.note(), QString()) << "it was about other files";
 }
 
 TEST_F(ToolsPageModelTest, SumsUpTheFiles)

@@ -52,6 +52,8 @@ Rectangle {
         x: title.x
         anchors.top: title.bottom
         width: parent.width - 2 * x
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
         text: card.page !== null ? card.page.filesDetail : ""
         color: Theme.secondaryText
         font.pixelSize: Theme.smallSize

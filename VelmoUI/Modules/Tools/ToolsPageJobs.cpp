@@ -124,9 +124,9 @@ void ToolsPageModel::run(Job job)
 void ToolsPageModel::finish(const Job &job, const JobOutcome &outcome, const MovedFiles &moved)
 {
     m_jobID.clear();
+    follow(moved);
     m_outputs = outcome.outputURLs;
     m_undo = job.isUndo ? MovedFiles() : moved;
-    follow(moved);
     tell(outcome.message, false);
     job.done();
     startTool();
@@ -136,9 +136,9 @@ void ToolsPageModel::fail(const Job &job, const std::exception_ptr &failure,
                           const MovedFiles &moved)
 {
     m_jobID.clear();
-    if (!job.isUndo)
-        m_undo = moved;
+    const MovedFiles undo = job.isUndo ? m_undo : moved;
     follow(moved);
+    m_undo = undo;
     try {
         std::rethrow_exception(failure);
     } catch (const ArchiveError &error) {

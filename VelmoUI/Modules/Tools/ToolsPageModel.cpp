@@ -211,12 +211,15 @@ void ToolsPageModel::takeFiles()
     if (!isRunning()) {
         m_toExtract.clear();
         askForPassword({});
-        if (!hasFiles()) {
+        const bool isOther = std::ranges::none_of(
+            m_taken, [this](const QUrl &file) { return std::ranges::count(urls(), file) > 0; });
+        if (isOther) { // what came of the last job is nothing of theirs
             m_outputs.clear();
             m_undo = {};
             tell({}, false);
         }
     }
+    m_taken = urls();
     summarize();
     Q_EMIT zipChanged();
     Q_EMIT toolChanged();

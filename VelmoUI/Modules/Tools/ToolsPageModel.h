@@ -170,6 +170,7 @@ private:
     const ModuleContext m_context;
     PanelFileDialog m_dialog;
     bool m_isWatched = false;
+    std::vector<QUrl> m_taken; ///< the files when they last changed
     std::jthread m_summarizing;
     QString m_filesDetail;
     RecordListModel<FileRow> m_files;
