@@ -1,0 +1,119 @@
+#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoCore/Foundation/Json.h"
+#include "VelmoCore/Storage/DataCipher.h"
+
+#include "tests/e2e/OrvaneTest.h"
+
+#include <QImage>
+
+#include <X11/keysym.h>
+
+namespace velmo {
+
+/// Orvane beside applications that copy and paste.
+class ClipboardTest : public OrvaneTest {
+protected:
+    struct Content {
+        QString kind;
+        QString type; ///< as X11's tools call it
+        QString file; ///< what is copied, or what holds it
+        QString text; ///< what a reader prints
+    };
+
+    void SetUp() override { screen.runWindowManager(); }
+
+    /// Unlike those of any other owner.
+    std::vector<Content> contents(const QString &owner) const
+    {
+        const QString text = "ação € " + owner;
+        const int width = 40 + int(owner.size());
+        QImage image(width, 30, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        image.save(home.path(owner + ".png"));
+        home.write(owner, text.toUtf8());
+        return {{"text", "UTF8_STRING", home.path(owner), text},
+                {"files", "text/uri-list", home.path(owner), home.path(owner)},
+                {"image", "image/png", home.path(owner + ".png"), QString::number(width)}};
+    }
+    QProcess &copy(const QString &owner, const Content &content)
+    {
+        if (owner == "Qt")
+            return screen.run(CLIPBOARD_PEER, {"offer", content.kind, content.file});
+        if (owner == "GTK")
+            return screen.run("/usr/bin/python3",
+                              {CLIPBOARD_PEER_GTK, "offer", content.kind, content.file});
+        home.write("uris", "file://" + content.file.toUtf8() + "\r\n");
+        const QString file = content.kind == "files" ? home.path("uris") : content.file;
+        return screen.run("xclip", {"-quiet", "-selection", "clipboard", "-t", content.type, file});
+    }
+    /// What is sealed on disk, the newest first.
+    std::vector<ClipItem> items() const
+    {
+        if (!QFile::exists(home.path("data/Orvane/Clipboard/clipboard.json")))
+            return {};
+        const DataCipher cipher(home.read("state/Orvane/app.velmo.Velmo.storage:data-key-v1"));
+        const auto text = cipher.open(home.read("data/Orvane/Clipboard/clipboard.json"));
+        return Json::decode<ClipboardStore::Snapshot>(text).items;
+    }
+    /// Whether there come to be so many, the newest of that content.
+    testing::AssertionResult keeps(const Content &content, std::size_t count)
+    {
+        const auto textOf = [](const ClipItem &item) {
+            return item.imageWidth ? QString::number(*item.imageWidth)
+                   : item.fileURLs ? item.fileURLs->front().toLocalFile()
+                                   : item.text.value_or(QString());
+        };
+        std::vector<ClipItem> found;
+        const auto does = [&] {
+            found = items();
+            return found.size() == count && textOf(found.front()) == content.text;
+        };
+        if (eventually(does, 10s))
+            return testing::AssertionSuccess();
+        return testing::AssertionFailure()
+               << "It keeps " << found.size() << ", the newest being "
+               << (found.empty() ? "" : qPrintable(textOf(found.front())));
+    }
+};
+
+TEST_F(ClipboardTest, KeepsWhatApplicationsOfAnyToolkitCopy)
+{
+    launch();
+    std::size_t count = 0;
+    for (const QString &owner : QStringList{"xclip", "Qt", "GTK"}) {
+        for (const Content &content : contents(owner)) {
+            if (owner == "GTK" && content.kind == "files")
+                continue; // Python can't have it offer them
+            copy(owner, content);
+            EXPECT_TRUE(keeps(content, ++count)) << qPrintable(owner + " " + content.kind);
+        }
+    }
+}
+
+TEST_F(ClipboardTest, TakesNothingThatIsSecretOrWasCopiedInAPause)
+{
+    writeSettings({{"clipboardPaused", true}, {"animationsEnabled", false}});
+    launch();
+    const Content before = contents("pausa").front();
+    copy("xclip", before);
+    const xcb_window_t focused = screen.focusedWindow();
+    EXPECT_EQ(run({"settings", "privacy"}).exitCode, 0);
+    ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != focused; }));
+    for (int i = 0; i < 8; ++i)
+        screen.typeKey(XK_Tab, {XK_Shift_L});
+    screen.typeKey(XK_space);
+    EXPECT_TRUE(eventually([&] {
+        return home.read("data/Orvane/settings.json").contains("\"clipboardPaused\": false");
+    }));
+
+    Content secret = contents("segredo").front();
+    secret.kind = "secret";
+    copy("Qt", secret);
+    EXPECT_TRUE(eventually([&] { return QFile::exists(secret.file + ".asked"); }));
+    const Content after = contents("depois").front();
+    copy("xclip", after);
+    EXPECT_TRUE(keeps(after, 1));
+    EXPECT_EQ(home.read("segredo.asked"), "x-kde-passwordManagerHint\n");
+}
+
+} // namespace velmo
