@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <string>
 
 namespace velmo {
 namespace {
@@ -22,7 +21,7 @@ public:
     void write(const std::vector<IMAPValue> &values)
     {
         for (const IMAPValue &value : values) {
-            m_text.append(m_closers, ')').append(" ");
+            m_text += QByteArray(m_closers, ')') + ' ';
             m_closers = 0;
             std::visit(
                 overloaded{[&](const IMAPValue::None &) { m_text += "NIL"; },
@@ -40,11 +39,11 @@ public:
         }
     }
 
-    QByteArray text() const { return QByteArray::fromStdString(m_text); }
+    const QByteArray &text() const { return m_text; }
 
 private:
-    std::string m_text;
-    std::size_t m_closers = 0;
+    QByteArray m_text;
+    qsizetype m_closers = 0;
 };
 
 /// What was read and is written again reads the same.
