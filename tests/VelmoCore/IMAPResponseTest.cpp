@@ -1,6 +1,5 @@
 #include "VelmoCore/Mail/IMAP/IMAPResponse.h"
 
-#include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Mail/IMAP/IMAPTokenizer.h"
 
 #include "tests/support/Printers.h"
@@ -17,14 +16,13 @@ using testing::Optional;
 QByteArray shown(const std::vector<IMAPValue> &values)
 {
     QByteArrayList parts;
-    const auto add = [&](const QByteArray &part) { parts.push_back(part); };
     for (const IMAPValue &value : values) {
-        std::visit(
-            overloaded{[&](const IMAPValue::Atom &atom) { add(atom.word.toUtf8()); },
-                       [&](const IMAPValue::String &string) { add('<' + string.bytes + '>'); },
-                       [&](const IMAPValue::List &list) { add('(' + shown(list.values) + ')'); },
-                       [&](const IMAPValue::None &) { add("-"); }},
-            value.content);
+        if (const auto *string = std::get_if<IMAPValue::String>(&value.content))
+            parts.push_back('<' + string->bytes + '>');
+        else if (const auto *list = value.list())
+            parts.push_back('(' + shown(*list) + ')');
+        else
+            parts.push_back(value.text().value_or(QStringLiteral("-")).toUtf8());
     }
     return parts.join('|');
 }
@@ -33,11 +31,6 @@ QByteArray read(const QByteArray &response)
 {
     return shown(IMAPTokenizer(response).values());
 }
-
-const QByteArray fetchLine =
-    "* 5 FETCH (UID 9 FLAGS (\\sEEN NIL $Junk) INTERNALDATE \"17-Jul-2024 09:01:02 +0000\" "
-    "X-GM-THRID 1278455344230334865 RFC822.SIZE 1234 BODY[HEADER.FIELDS (TO)] NIL "
-    "BODY[]<0> {7+}\r\na(b\"c}\n)\r\n";
 
 TEST(IMAPTokenizer, ReadsValuesAndForgivesWhatIsOpen)
 {
@@ -71,6 +64,10 @@ TEST(IMAPTokenizer, StaysBoundedOnHostileBytes)
 
 TEST(IMAPResponse, ReadsAFetchUpToWhereItIsCut)
 {
+    const QByteArray fetchLine =
+        "* 5 FETCH (UID 9 FLAGS (\\sEEN NIL $Junk) INTERNALDATE \"17-Jul-2024 09:01:02 +0000\" "
+        "X-GM-THRID 1278455344230334865 RFC822.SIZE 1234 BODY[HEADER.FIELDS (TO)] NIL "
+        "BODY[]<0> {7+}\r\na(b\"c}\n)\r\n";
     const IMAPFetch whole{.sequence = 5,
                           .uid = 9,
                           .flags = {QStringLiteral("\\sEEN"), QStringLiteral("$Junk")},
@@ -83,7 +80,6 @@ TEST(IMAPResponse, ReadsAFetchUpToWhereItIsCut)
         const auto cut = IMAPResponse::fetch(fetchLine.first(length));
         ASSERT_EQ(cut.has_value(), length > fetchLine.indexOf('(')) << length;
         ASSERT_TRUE(!cut || whole.body->startsWith(cut->body.value_or("a"))) << length;
-        ASSERT_TRUE(!cut || !cut->internalDate || cut->internalDate == whole.internalDate);
     }
 }
 
@@ -113,7 +109,7 @@ TEST(IMAPResponse, ReadsTheServersDates)
         EXPECT_EQ(IMAPResponse::parseInternalDate(other), std::nullopt) << other.toUtf8().data();
 }
 
-TEST(IMAPResponse, CountsInTheFirstBytesOfALine)
+TEST(IMAPResponse, ReadsCountsMailboxesSearchesAndCodes)
 {
     EXPECT_THAT(IMAPResponse::count("  *  -172 exists more\r\n", u"EXISTS"), Optional(-172));
     EXPECT_TRUE(IMAPResponse::count("* 1" + QByteArray(71, ' ') + "EXISTSx", u"EXISTS"));
@@ -121,10 +117,6 @@ TEST(IMAPResponse, CountsInTheFirstBytesOfALine)
     for (const char *other :
          {"* OK [UNSEEN 12] first", "* 172", "n1 172 EXISTS", "* 17x EXISTS", "* +-1 EXISTS"})
         EXPECT_EQ(IMAPResponse::count(other, u"EXISTS"), std::nullopt) << other;
-}
-
-TEST(IMAPResponse, ReadsMailboxesNumbersAndCodes)
-{
     EXPECT_EQ(IMAPResponse::list("* list (\\A NIL \\Trash) NIL {5}\r\nLixo\"\r\n"),
               (IMAPResponse::Listing{{QStringLiteral("\\A"), QStringLiteral("\\Trash")},
                                      QStringLiteral("Lixo\"")}));
@@ -142,17 +134,15 @@ TEST(IMAPResponse, ReadsMailboxesNumbersAndCodes)
 TEST(IMAPResponse, ReadsCapabilities)
 {
     using Words = QSet<QString>;
-    const std::pair<const char *, std::optional<Words>> cases[] = {
-        {"* CAPABILITY IMAP4rev1\nIDLE\r\n", Words{"IMAP4REV1", "IDLE\r\n"}},
-        {"n1 OK [capability idle  move idle] done", Words{"IDLE", "MOVE"}},
-        {"* OK [CAPABILITY ]", Words()},
-        {"* OK CAPABILITY", std::nullopt},
-    };
-    for (const auto &[response, words] : cases)
-        EXPECT_EQ(IMAPResponse::capabilities(response), words) << response;
+    EXPECT_THAT(IMAPResponse::capabilities("* CAPABILITY IMAP4rev1\nIDLE\r\n"),
+                Optional(Words{"IMAP4REV1", "IDLE\r\n"}));
+    EXPECT_THAT(IMAPResponse::capabilities("n1 OK [capability idle  move idle] done"),
+                Optional(Words{"IDLE", "MOVE"}));
+    EXPECT_THAT(IMAPResponse::capabilities("* OK [CAPABILITY ]"), Optional(Words()));
+    EXPECT_EQ(IMAPResponse::capabilities("* OK CAPABILITY"), std::nullopt);
 }
 
-TEST(IMAPResponse, QuotesSoThatTheTextIsReadBack)
+TEST(IMAPResponse, QuotesATextForACommand)
 {
     EXPECT_EQ(IMAPResponse::quote(QStringLiteral("a\"b\\cé")), u"\"a\\\"b\\\\cé\"");
 }
