@@ -82,7 +82,7 @@ QString opening(const QString &text)
         return text;
     for (qsizetype window = readCharacters + readCharacters / 8; window < text.size();
          window *= 2) {
-        const QString cut = Text::prefix(text.first(window), readCharacters);
+        QString cut = Text::prefix(text.first(window), readCharacters);
         // Whether a character ends is seen at the one behind it, which may be a pair.
         if (cut.size() + 2 <= window)
             return cut;
