@@ -75,7 +75,9 @@ constexpr int tarNameField = 8;
 
 bool pointsOut(QStringView path)
 {
-    return path.startsWith(u'/') || path.split(u'/').contains(u"..");
+    const auto components = QStringTokenizer(path, u'/');
+    return path.startsWith(u'/') ||
+           std::ranges::find(components, QStringView(u"..")) != components.end();
 }
 
 void checkKind(QChar kind, QStringView path)
@@ -91,7 +93,8 @@ constexpr qsizetype shownPath = 200;
 /// No entry lies beneath one that is no folder.
 void checkParents(const std::vector<ArchiveEntry> &entries)
 {
-    QSet<QString> files;
+    QSet<QStringView> files;
+    files.reserve(qsizetype(entries.size()));
     for (const ArchiveEntry &entry : entries) {
         if (!entry.isDirectory)
             files.insert(entry.path);
@@ -99,7 +102,7 @@ void checkParents(const std::vector<ArchiveEntry> &entries)
     for (const ArchiveEntry &entry : entries) {
         for (qsizetype cut = entry.path.indexOf(u'/'); cut > 0 && cut + 1 < entry.path.size();
              cut = entry.path.indexOf(u'/', cut + 1)) {
-            if (files.contains(entry.path.left(cut)))
+            if (files.contains(QStringView(entry.path).left(cut)))
                 throw ArchiveError(ArchiveError::UnsafeEntry{entry.path});
         }
     }
@@ -222,7 +225,8 @@ void ArchiveListing::check(const std::vector<ArchiveEntry> &entries, qint64 size
     for (const ArchiveEntry &entry : entries) {
         if (pointsOut(entry.path))
             throw ArchiveError(ArchiveError::UnsafeEntry{entry.path});
-        if (entry.path.toUtf8().size() > longestPath)
+        constexpr qsizetype mostBytes = 3; // of a UTF-16 unit in UTF-8
+        if (entry.path.size() > longestPath / mostBytes && entry.path.toUtf8().size() > longestPath)
             throw ArchiveError(ArchiveError::UnsafeEntry{entry.path.left(shownPath) + u'…'});
     }
     for (const ArchiveEntry &entry : entries) {

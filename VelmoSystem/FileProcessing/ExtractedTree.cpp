@@ -7,9 +7,14 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <ranges>
+#include <string_view>
 #include <sys/stat.h>
 #include <vector>
 
@@ -28,18 +33,6 @@ FileError fileError(const fs::path &path, int code)
     return {QFile::decodeName(path.c_str()), code};
 }
 
-std::vector<fs::path> children(const fs::path &folder)
-{
-    std::error_code error;
-    std::vector<fs::path> result;
-    fs::directory_iterator entry(folder, error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error))
-        result.push_back(entry->path());
-    if (error)
-        throw fileError(folder, error.value());
-    return result;
-}
-
 struct stat statusOf(const fs::path &path)
 {
     struct stat status = {};
@@ -56,19 +49,57 @@ void removeEntry(const fs::path &path)
         throw fileError(path, error.value());
 }
 
-/// Everything beneath `folder`, folders before what they hold; opens those that are closed.
+struct CloseDirectory {
+    void operator()(DIR *directory) const { ::closedir(directory); }
+};
+
+/// Calls `visit` with the path and the status of everything beneath `folder`, folders before what
+/// they hold; opens those that are closed.
 template <class Visit>
-void walk(const fs::path &folder, const Visit &visit)
+void walk(const std::string &folder, mode_t mode, const Visit &visit)
 {
-    const mode_t mode = statusOf(folder).st_mode;
     if ((mode & S_IRWXU) != S_IRWXU && ::chmod(folder.c_str(), (mode | S_IRWXU) & ACCESSPERMS) != 0)
         throw fileError(folder, errno);
-    for (const fs::path &path : children(folder)) {
-        const struct stat status = statusOf(path);
-        visit(path, status);
-        if (S_ISDIR(status.st_mode))
-            walk(path, visit);
+    // Not one open folder a level: a tree may be deeper than a process may have files open.
+    std::vector<std::pair<std::string, mode_t>> folders;
+    {
+        const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(folder.c_str()));
+        if (!directory)
+            throw fileError(folder, errno);
+        for (;;) {
+            errno = 0;
+            const dirent *entry = ::readdir(directory.get());
+            if (!entry && errno != 0)
+                throw fileError(folder, errno);
+            if (!entry)
+                break;
+            const std::string_view name = entry->d_name;
+            if (name == "." || name == "..")
+                continue;
+            const std::string path = folder + '/' + entry->d_name;
+            struct stat status = {};
+            if (::fstatat(::dirfd(directory.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) !=
+                0)
+                throw fileError(path, errno);
+            visit(path, status);
+            if (S_ISDIR(status.st_mode))
+                folders.emplace_back(path, status.st_mode);
+        }
     }
+    for (const auto &[path, pathMode] : folders)
+        walk(path, pathMode, visit);
+}
+
+template <class Visit>
+void walk(const std::string &folder, const Visit &visit)
+{
+    walk(folder, statusOf(folder).st_mode, visit);
+}
+
+/// Printable ASCII, as nearly all names are.
+bool isPlain(std::string_view name)
+{
+    return std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
 }
 
 std::string repaired(const std::string &name)
@@ -144,15 +175,16 @@ ExtractedTree::Contents ExtractedTree::makeOrdinary(const QString &folder)
     std::vector<fs::path> foreign;
     std::vector<fs::path> misnamed;
     std::vector<std::pair<fs::path, mode_t>> modes;
-    walk(native(folder), [&](const fs::path &path, const struct stat &status) {
-        if (const std::string name = path.filename(); repaired(name) != name)
-            misnamed.push_back(path);
+    walk(native(folder), [&](const std::string &path, const struct stat &status) {
+        const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
+        if (!isPlain(name) && repaired(std::string(name)) != name)
+            misnamed.emplace_back(path);
         if (S_ISREG(status.st_mode)) {
             contents.size += status.st_blocks * blockSize;
             if (status.st_nlink > 1) {
                 Names &names = linked[{status.st_dev, status.st_ino}];
                 names.known = status.st_nlink;
-                names.paths.push_back(path);
+                names.paths.emplace_back(path);
             }
             const mode_t wanted = (status.st_mode & ACCESSPERMS) | S_IRUSR;
             if (wanted != (status.st_mode & ALLPERMS))
@@ -160,7 +192,7 @@ ExtractedTree::Contents ExtractedTree::makeOrdinary(const QString &folder)
         } else if (S_ISLNK(status.st_mode)) {
             contents.hasLinks = true;
         } else if (!S_ISDIR(status.st_mode)) {
-            foreign.push_back(path);
+            foreign.emplace_back(path);
         }
     });
     for (const auto &[file, names] : linked) {
@@ -189,9 +221,9 @@ void ExtractedTree::removeEscapingLinks(const QString &folder)
         throw fileError(native(folder), error.value());
     // All are judged before one goes: a link by way of another would else lead nowhere.
     std::vector<fs::path> escaping;
-    walk(root, [&](const fs::path &path, const struct stat &status) {
+    walk(root, [&](const std::string &path, const struct stat &status) {
         if (S_ISLNK(status.st_mode) && escapes(path, root))
-            escaping.push_back(path);
+            escaping.emplace_back(path);
     });
     for (const fs::path &link : escaping) {
         qCWarning(Log::storage, "Link simbólico externo removido da extração");
@@ -205,7 +237,7 @@ void ExtractedTree::remove(const QString &folder)
     fs::remove_all(native(folder), error);
     if (!error)
         return;
-    walk(native(folder), [](const fs::path &, const struct stat &) {});
+    walk(native(folder), [](const std::string &, const struct stat &) {});
     fs::remove_all(native(folder), error);
     if (error)
         throw fileError(native(folder), error.value());

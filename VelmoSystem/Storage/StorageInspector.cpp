@@ -7,7 +7,11 @@
 
 #include <array>
 #include <cmath>
+#include <dirent.h>
+#include <fcntl.h>
 #include <filesystem>
+#include <memory>
+#include <string_view>
 #include <sys/stat.h>
 #include <vector>
 
@@ -35,6 +39,10 @@ FileError fileError(const fs::path &path, const std::error_code &error)
     return {QFile::decodeName(path.c_str()), error.value()};
 }
 
+struct CloseDirectory {
+    void operator()(DIR *directory) const { ::closedir(directory); }
+};
+
 double rounded(double value, int decimals)
 {
     const double scale = std::pow(10, decimals);
@@ -46,14 +54,23 @@ double rounded(double value, int decimals)
 qint64 StorageInspector::size(const QString &path, const std::stop_token &stop)
 {
     qint64 total = 0;
-    std::error_code error;
-    fs::recursive_directory_iterator entry(native(path),
-                                           fs::directory_options::skip_permission_denied, error);
-    const fs::recursive_directory_iterator end;
-    for (; !error && entry != end && !stop.stop_requested(); entry.increment(error)) {
-        struct stat status = {};
-        if (::lstat(entry->path().c_str(), &status) == 0 && S_ISREG(status.st_mode))
-            total += status.st_blocks * blockSize;
+    std::vector<std::string> folders = {native(path)};
+    while (!folders.empty() && !stop.stop_requested()) {
+        const std::string folder = std::move(folders.back());
+        folders.pop_back();
+        const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(folder.c_str()));
+        while (const dirent *entry = directory ? ::readdir(directory.get()) : nullptr) {
+            const std::string_view name = entry->d_name;
+            struct stat status = {};
+            if (name == "." || name == ".." ||
+                ::fstatat(::dirfd(directory.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) !=
+                    0)
+                continue;
+            if (S_ISREG(status.st_mode))
+                total += status.st_blocks * blockSize;
+            else if (S_ISDIR(status.st_mode))
+                folders.push_back(folder + '/' + entry->d_name);
+        }
     }
     return total;
 }

@@ -26,6 +26,8 @@ using namespace std::chrono_literals;
 constexpr auto tickInterval = 250ms;
 constexpr auto patience = 500ms; // of a program that was asked to end
 constexpr qsizetype errorLimit = 1 << 20;
+constexpr int pipeSize = 1 << 20;
+constexpr auto collectingTime = 5ms; // in which a pipe of that size doesn't fill up
 constexpr int notStarted = 127;
 
 class Handle {
@@ -70,9 +72,11 @@ public:
     PipeCollector(Handle pipe, qsizetype limit) : m_pipe(std::move(pipe)), m_limit(limit)
     {
         ::fcntl(m_pipe.get(), F_SETFL, O_NONBLOCK);
+        m_isLarge = ::fcntl(m_pipe.get(), F_SETPIPE_SZ, pipeSize) >= pipeSize;
     }
 
     int descriptor() const { return m_pipe.get(); }
+    bool isLarge() const { return m_isLarge; }
     const QByteArray &data() const { return m_data; }
 
     /// What is there now, without waiting.
@@ -92,6 +96,7 @@ public:
 
 private:
     Handle m_pipe;
+    bool m_isLarge = false;
     qsizetype m_limit;
     QByteArray m_data;
 };
@@ -272,6 +277,9 @@ bool ToolProcess::waitFor(std::chrono::milliseconds time)
         }
         if (events[1].revents != 0)
             return false;
+        // A listing comes in ten thousands of writes: not one by one.
+        if (process.output->isLarge())
+            ::poll(events.data(), 2, int(collectingTime.count()));
     }
 }
 
