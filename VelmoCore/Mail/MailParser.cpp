@@ -147,17 +147,17 @@ ParsedMail parse(QByteArrayView message)
         mail.messageID =
             trimmed(*id, [](QChar c) { return QStringView(u"<> \t").contains(c); }).toString();
 
-    const TextParts parts = textParts(split.headers, split.body, 0);
+    TextParts parts = textParts(split.headers, split.body, 0);
     if (parts.html)
         mail.links = linksInHTML(*parts.html);
     const bool hasPlain = parts.plain && std::any_of(parts.plain->begin(), parts.plain->end(),
                                                      [](QChar c) { return !c.isSpace(); });
     if (hasPlain) {
-        mail.text = *parts.plain;
+        mail.text = std::move(*parts.plain);
         if (!parts.html)
             mail.links = linksInText(mail.text);
     } else if (parts.html) {
-        mail.text = htmlToText(*parts.html);
+        mail.text = htmlToText(std::move(*parts.html));
     }
     return mail;
 }

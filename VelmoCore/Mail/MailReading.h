@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QStringView>
+#include <QString>
 
 #include <optional>
 
@@ -23,5 +23,8 @@ std::optional<QByteArray> decodeBase64(QByteArrayView text);
 /// Decodes a body in base64 with whatever blanks and line breaks, as far as it goes: what a cut
 /// body has of its last group is left out. Empty if the text isn't base64.
 QByteArray decodeBase64Body(QByteArrayView body);
+
+/// `decodeEntities` over the text itself.
+void resolveEntities(QString &text);
 
 } // namespace velmo::MailParser

@@ -96,12 +96,12 @@ QString headerByPattern(const QString &text)
 QString randomText(std::mt19937 &random)
 {
     static const QStringList pieces =
-        utf8("<~>~/~ ~\n~\r~\t~\"~'~=~a~_~é~\u0301~ſ~\u212a~😀~\u00a0~<a ~</a~</A "
-             ">~href~HREF=~http:x~"
-             "http://~h2~https://~<head~</head~style~<ſtYLE>~</style>~<!--~-->~<br~</p>~</"
-             "blocKquote~"
-             "</div ~&amp;~&#65;~&~;~\u200b~=?~?~?Q?~?=~utf-8~?B?~YQ==~=?u?Q?a?=~]~)~.~"
-             "<a href='http:y'>~</a>")
+        utf8(
+            "<~>~/~ ~\n~\r~\t~\"~'~=~a~_~é~\u0301~ſ~\u212a~😀~\u00a0~<a ~</a~</A "
+            ">~href~HREF=~http:x~"
+            "http://~h2~https://~<head~</head~style~<ſtYLE>~</style>~<!--~-->~<br~</p>~"
+            "</blocKquote~</div ~&amp;~&#65;~&~;~\u200b~=?~?~?Q?~?=~utf-8~?B?~YQ==~=?u?Q?a?=~]~)~.~"
+            "<a href='http:y'>~</a>")
             .split(u'~');
     QString text;
     for (auto count = random() % 30; count > 0; --count)
@@ -167,13 +167,11 @@ TEST(MailHtml, FindsLinks)
         found.push_back(link.text + u' ' + link.url.toString());
     EXPECT_THAT(found, ElementsAre(utf8("'>Ir já https://x.y/?a&b"), utf8(" http://z")));
 
-    const QString long60(60, u'.');
     const QString text =
-        u"Veja x"_qs + long60 + u"https://a.b/c?d=1;., (http://e]f) HTTP://g http://"_qs;
+        QString(70, u'.') + u"https://a.b/c?d=1;., (http://e]f) HTTP://g http://"_qs;
     const auto links = MailParser::linksInText(text);
     ASSERT_EQ(links.size(), 2U);
-    EXPECT_EQ(links[0], (MailLink{long60, QUrl(u"https://a.b/c?d=1"_qs)}));
-    EXPECT_EQ(links[1].url, QUrl(u"http://e"_qs));
+    EXPECT_EQ(links[0], (MailLink{QString(60, u'.'), QUrl(u"https://a.b/c?d=1"_qs)}));
 }
 
 /// Each would take hours where a matcher goes back.
@@ -187,6 +185,7 @@ TEST(MailHtml, ReadsHostileTextInOnePass)
         EXPECT_TRUE(MailParser::linksInHTML(text).empty());
         EXPECT_TRUE(MailParser::linksInText(text).empty());
         EXPECT_EQ(MailParser::decodeHeader(text), text);
+        EXPECT_EQ(MailParser::parse("A: " + text.toUtf8()).text, u"");
     }
     const QByteArray boundary(500'000, 'a');
     const auto mail = MailParser::parse("Content-Type: multipart/mixed; boundary=" + boundary +
