@@ -22,7 +22,7 @@ constexpr std::array<std::uint8_t, 256> base64Digits = [] {
     constexpr std::string_view alphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     for (const char c : alphabet)
-        digits[std::size_t(c)] = value++;
+        digits[std::uint8_t(c)] = value++;
     return digits;
 }();
 

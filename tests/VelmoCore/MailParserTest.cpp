@@ -10,7 +10,6 @@ namespace velmo {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 QString utf8(const char *text)
 {
@@ -18,11 +17,11 @@ QString utf8(const char *text)
 }
 
 /// "text url" of each.
-std::vector<QString> shown(const std::vector<MailLink> &links)
+QStringList shown(const std::vector<MailLink> &links)
 {
-    std::vector<QString> lines;
+    QStringList lines;
     for (const MailLink &link : links)
-        lines.push_back(link.text + u' ' + link.url.toString());
+        lines += link.text + u' ' + link.url.toString();
     return lines;
 }
 
@@ -208,7 +207,7 @@ TEST(MailParser, SplitsAMultipartBodyAtItsDelimiters)
 
 TEST(MailParser, FindsTheTextsOfAMessage)
 {
-    const std::tuple<QByteArray, const char *, std::vector<QString>> cases[] = {
+    const std::tuple<QByteArray, const char *, QStringList> cases[] = {
         {nested(6), "fundo", {}},
         {nested(7), "", {}},
         {"\n\n veja http://x.y/1. ", " veja http://x.y/1. ", {" veja  http://x.y/1"}},
