@@ -165,6 +165,17 @@ std::optional<ClipCollection> ClipboardStore::createCollection(const QString &na
     return made;
 }
 
+void ClipboardStore::renameCollection(const Uuid &id, const QString &name)
+{
+    const QString trimmed = name.trimmed();
+    const auto collection = std::ranges::find(m_collections, id, &ClipCollection::id);
+    if (collection == m_collections.end() || trimmed.isEmpty() || trimmed == collection->name)
+        return;
+    collection->name = trimmed;
+    scheduleSave();
+    Q_EMIT collectionsChanged();
+}
+
 void ClipboardStore::deleteCollection(const Uuid &id)
 {
     if (std::erase_if(m_collections, [&](const auto &collection) { return collection.id == id; }) ==

@@ -64,6 +64,8 @@ public:
 
     /// Nothing for a blank name.
     std::optional<ClipCollection> createCollection(const QString &name);
+    /// A blank name changes nothing.
+    void renameCollection(const Uuid &id, const QString &name);
     /// Its items stay while they are young and few enough, or kept otherwise.
     void deleteCollection(const Uuid &id);
 

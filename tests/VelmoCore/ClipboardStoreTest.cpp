@@ -138,7 +138,11 @@ TEST_F(ClipboardStoreTest, SavesAMomentLaterAndOpensSealed)
     copy(QStringLiteral("\uFEFFum"));
     store.togglePin(copy(QStringLiteral("dois")).id);
     EXPECT_EQ(store.createCollection(QStringLiteral("  ")), std::nullopt);
-    store.toggle(store.items()[1].id, store.createCollection(QStringLiteral(" Cores "))->id);
+    const Uuid colors = store.createCollection(QStringLiteral(" Cor "))->id;
+    store.toggle(store.items()[1].id, colors);
+    for (const char16_t *name : {u" Cores ", u" "})
+        store.renameCollection(colors, QString::fromUtf16(name));
+    EXPECT_EQ(store.collections()[0].name, u"Cores");
     scheduler.advance(0.4s);
     EXPECT_EQ(folder.names(), QStringList());
     scheduler.advance(0.1s);
