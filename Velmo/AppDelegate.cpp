@@ -72,6 +72,9 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
         m_services->notes.requestCompose();
         m_services->openModule(QStringLiteral("notes"));
     };
+    m_services->hotKeys.handlers[HotKeyAction::clipboard] = [this] {
+        m_services->openModule(QStringLiteral("clipboard"));
+    };
     ServiceWiring::start(*m_services);
     m_coordinator->start();
     m_services->hotKeys.apply();

@@ -9,6 +9,8 @@ FocusScope {
     required property string name
     /// What the user reads of each choice.
     required property var options
+    /// Names of symbols before the options, if any.
+    property var symbols: []
     /// The place of the choice; negative for none of them.
     required property int current
 
@@ -55,7 +57,7 @@ FocusScope {
 
                 // The choice has the picker's keyboard, so that a screen reader says which it is.
                 focus: isCurrent
-                width: label.implicitWidth + 2 * Theme.cardPadding
+                width: content.width + 2 * Theme.cardPadding
                 height: Theme.controlHeight
                 radius: Theme.controlRadius
                 color: isCurrent ? Theme.surfaceSelected : hover.hovered ? Theme.surfaceHover : "transparent"
@@ -73,14 +75,26 @@ FocusScope {
                     }
                 }
 
-                Label {
-                    id: label
+                Row {
+                    id: content
                     anchors.centerIn: parent
-                    text: choice.modelData
-                    color: choice.isCurrent ? Theme.text : Theme.secondaryText
-                    font.pixelSize: Theme.smallSize
-                    font.weight: choice.isCurrent ? Font.Medium : Font.Normal
-                    Accessible.ignored: true
+                    spacing: Theme.grid
+
+                    Symbol {
+                        visible: choice.index < picker.symbols.length && name.length > 0
+                        height: label.height
+                        name: picker.symbols[choice.index] ?? ""
+                        size: Theme.smallSymbolSize
+                        color: label.color
+                    }
+                    Label {
+                        id: label
+                        text: choice.modelData
+                        color: choice.isCurrent ? Theme.text : Theme.secondaryText
+                        font.pixelSize: Theme.smallSize
+                        font.weight: choice.isCurrent ? Font.Medium : Font.Normal
+                        Accessible.ignored: true
+                    }
                 }
                 HoverHandler {
                     id: hover

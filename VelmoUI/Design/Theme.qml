@@ -84,7 +84,11 @@ QtObject {
     readonly property int fieldWidth: 200
     readonly property int sidebarWidth: 190
     readonly property int paneWidth: 620
+    readonly property int searchWidth: 160
+    readonly property int railWidth: 148
+    readonly property int clipWidth: 178
     readonly property int tabWidth: 30
+    readonly property int markSize: 12
     readonly property int smallSymbolSize: 16
     readonly property int symbolSize: 20
     readonly property int tileSymbolSize: 40

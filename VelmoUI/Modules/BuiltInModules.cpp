@@ -1,6 +1,7 @@
 #include "VelmoUI/Modules/BuiltInModules.h"
 
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
 #include "VelmoUI/Modules/Home/HomeModule.h"
 #include "VelmoUI/Modules/ModuleRegistry.h"
 #include "VelmoUI/Modules/Notes/NotesModule.h"
@@ -16,6 +17,7 @@ void addBuiltInModules(ModuleRegistry &modules)
     modules.add(std::make_unique<HomeModule>());
     modules.add(std::make_unique<ToolsModule>());
     modules.add(std::make_unique<ShelfModule>());
+    modules.add(std::make_unique<ClipboardModule>());
     modules.add(std::make_unique<NotesModule>());
     modules.add(std::make_unique<TimersModule>());
     modules.add(std::make_unique<SystemModule>());

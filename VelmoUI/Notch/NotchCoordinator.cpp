@@ -5,6 +5,7 @@
 #include "VelmoCore/Notch/DisplaySelection.h"
 #include "VelmoUI/Design/IconProvider.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
+#include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -61,6 +62,8 @@ NotchCoordinator::NotchCoordinator(AppServices &services)
     qml_register_types_Velmo();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
+    m_engine.addImageProvider(QStringLiteral("clip"),
+                              new ClipImageProvider(services.clipboard.imageWriter()));
     m_engine.addImageProvider(
         QStringLiteral("thumbnail"),
         new ThumbnailProvider(services.platform.thumbnailer, services.platform.scheduler));

@@ -23,7 +23,7 @@ protected:
         addBuiltInModules(services.modules);
         change([](AppSettings &settings) {
             settings.hasCompletedOnboarding = true;
-            settings.hiddenHomeCards = {QStringLiteral("shelf")};
+            settings.hiddenHomeCards = {QStringLiteral("shelf"), QStringLiteral("clipboard")};
             settings.moduleOrder = {QStringLiteral("home")};
         });
     }

@@ -26,7 +26,8 @@ public:
     Orvane()
     {
         addBuiltInModules(services.modules);
-        for (const HotKeyAction action : {HotKeyAction::toggle, HotKeyAction::newNote})
+        for (const HotKeyAction action :
+             {HotKeyAction::toggle, HotKeyAction::newNote, HotKeyAction::clipboard})
             services.hotKeys.handlers[action] = [] {};
         desktop.power.info = BatteryInfo{.percent = 5};
         desktop.applications.entries = {{QStringLiteral("a.desktop"), QStringLiteral("A"), {}, {}}};
@@ -212,6 +213,10 @@ const std::vector<Effect> effects = {
      [](auto &o) { return o.grabbed(); }},
     {"newNoteHotKey", [](auto &s) { s.newNoteHotKey.keyCode = 0; },
      [](auto &o) { return o.grabbed(); }},
+    {"clipboardHotKeyEnabled", [](auto &s) { s.clipboardHotKeyEnabled = false; },
+     [](auto &o) { return o.grabbed(); }},
+    {"clipboardHotKey", [](auto &s) { s.clipboardHotKey.keyCode = 0; },
+     [](auto &o) { return o.grabbed(); }},
     {"displayMode", [](auto &s) { s.displayMode = {DisplayMode::Primary{}}; },
      [](auto &o) { return QString::number(o.display(2).isEmpty()); }},
     {"nonNotchStyle", [](auto &s) { s.nonNotchStyle = NonNotchStyle::hidden; },
@@ -297,7 +302,7 @@ const QStringList pending =
         "smartNotchIgnoredApps smartNotchSides")
         .split(u' ');
 /// Registered once their action has a handler.
-const QStringList pendingHotKeys = QStringLiteral("clipboard search").split(u' ');
+const QStringList pendingHotKeys = {QStringLiteral("search")};
 /// The file's form, what no Linux desktop can do, and what only a real status area shows.
 const QStringList others =
     QStringLiteral("schemaVersion hapticFeedback showMenuBarIcon").split(u' ');

@@ -1,6 +1,7 @@
 #include "VelmoUI/Modules/Home/HomePageModel.h"
 
 #include "VelmoSystem/Ports/PowerInfo.h"
+#include "VelmoUI/Modules/Clipboard/ClipboardCardModel.h"
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
 #include "VelmoUI/Modules/Home/HomeView.h"
 #include "VelmoUI/Modules/Notes/NotesPageModel.h"
@@ -111,6 +112,8 @@ NotchModule::View HomePageModel::makeCard(HomeCard card)
     switch (card) {
     case HomeCard::favorites:
         return {cardSource(u"FavoritesCard"), std::make_unique<FavoritesModel>(m_context)};
+    case HomeCard::clipboard:
+        return {cardSource(u"ClipboardCard"), std::make_unique<ClipboardCardModel>(m_context)};
     case HomeCard::focus:
         return {cardSource(u"FocusCard"), std::make_unique<TimersPageModel>(m_context.services)};
     case HomeCard::notes:

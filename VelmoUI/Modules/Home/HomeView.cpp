@@ -29,8 +29,8 @@ bool HomeView::isActive(HomeCard card, const AppServices &services)
 std::set<HomeCard> HomeView::available(const AppServices &services)
 {
     std::set<HomeCard> cards{HomeCard::favorites};
-    for (const HomeCard card :
-         {HomeCard::focus, HomeCard::notes, HomeCard::shelf, HomeCard::system}) {
+    for (const HomeCard card : {HomeCard::focus, HomeCard::notes, HomeCard::shelf,
+                                HomeCard::clipboard, HomeCard::system}) {
         if (services.modules.find(*HomeCards::moduleID(card)))
             cards.insert(card);
     }

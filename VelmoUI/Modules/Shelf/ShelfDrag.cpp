@@ -2,9 +2,6 @@
 
 #include "VelmoCore/Foundation/Overloaded.h"
 
-#include <QCoreApplication>
-#include <QDrag>
-#include <QPixmap>
 #include <QStringList>
 
 #include <algorithm>
@@ -43,18 +40,6 @@ Qt::DropActions ShelfDrag::actions(const std::vector<ShelfItem> &items)
     });
     const Qt::DropActions always = Qt::CopyAction | Qt::LinkAction;
     return areOurs ? always | Qt::MoveAction : always;
-}
-
-void ShelfDrag::run(const std::vector<ShelfItem> &items, const QPixmap &picture)
-{
-    auto *const drag = new QDrag(qApp); // Qt's, from `exec` on
-    drag->setMimeData(mimeData(items).release());
-    drag->setPixmap(picture);
-    drag->setHotSpot(picture.deviceIndependentSize().toSize().isEmpty()
-                         ? QPoint()
-                         : QRect(QPoint(), picture.deviceIndependentSize().toSize()).center());
-    const Qt::DropActions allowed = actions(items);
-    drag->exec(allowed, allowed.testFlag(Qt::MoveAction) ? Qt::MoveAction : Qt::CopyAction);
 }
 
 } // namespace velmo

@@ -7,8 +7,6 @@
 #include <memory>
 #include <vector>
 
-class QPixmap;
-
 namespace velmo::ShelfDrag {
 
 /// Files and links as URLs; texts, and links too, as text, a line each.
@@ -17,8 +15,5 @@ std::unique_ptr<QMimeData> mimeData(const std::vector<ShelfItem> &items);
 /// What a target may do with them. Only what is ours to give may be moved: a reference's original
 /// stays where it is.
 Qt::DropActions actions(const std::vector<ShelfItem> &items);
-
-/// Drags the items until they are dropped; events go on meanwhile.
-void run(const std::vector<ShelfItem> &items, const QPixmap &picture);
 
 } // namespace velmo::ShelfDrag

@@ -1,13 +1,10 @@
 #include "VelmoUI/Modules/Shelf/ShelfPageModel.h"
 
 #include "VelmoSystem/FileProcessing/FileOperations.h"
+#include "VelmoUI/Design/TileDrag.h"
 #include "VelmoUI/Modules/Shelf/ShelfDrag.h"
 #include "VelmoUI/Modules/Shelf/ShelfOpening.h"
 #include "VelmoUI/Notch/ShelfTransfer.h"
-
-#include <QPixmap>
-#include <QPointer>
-#include <QQuickWindow>
 
 #include <algorithm>
 #include <array>
@@ -317,23 +314,9 @@ void ShelfPageModel::undoRemove()
 void ShelfPageModel::drag(QQuickItem *tile)
 {
     const auto items = selected();
-    if (items.empty() || !tile || !tile->window())
-        return;
-    QQuickWindow &window = *tile->window();
-    const qreal ratio = window.effectiveDevicePixelRatio();
-    const QRectF frame = tile->mapRectToScene(tile->boundingRect());
-    QPixmap picture = QPixmap::fromImage(window.grabWindow().copy(
-        QRectF(frame.topLeft() * ratio, frame.size() * ratio).toAlignedRect()));
-    picture.setDevicePixelRatio(ratio);
-    // Not from within the tile's own handler: the tile, and even the page, may go meanwhile.
-    QMetaObject::invokeMethod(
-        this,
-        [self = QPointer(this), items, picture] {
-            ShelfDrag::run(items, picture);
-            if (self)
-                self->dragged();
-        },
-        Qt::QueuedConnection);
+    if (!items.empty() && tile)
+        TileDrag::start(*tile, ShelfDrag::mimeData(items), ShelfDrag::actions(items), this,
+                        [this] { dragged(); });
 }
 
 void ShelfPageModel::dragged()

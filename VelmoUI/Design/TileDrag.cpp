@@ -1,0 +1,48 @@
+#include "VelmoUI/Design/TileDrag.h"
+
+#include <QCoreApplication>
+#include <QDrag>
+#include <QPixmap>
+#include <QPointer>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+namespace velmo {
+
+namespace {
+
+QPixmap pictureOf(const QQuickItem &tile)
+{
+    QQuickWindow &window = *tile.window();
+    const qreal ratio = window.effectiveDevicePixelRatio();
+    const QRectF frame = tile.mapRectToScene(tile.boundingRect());
+    QPixmap picture = QPixmap::fromImage(window.grabWindow().copy(
+        QRectF(frame.topLeft() * ratio, frame.size() * ratio).toAlignedRect()));
+    picture.setDevicePixelRatio(ratio);
+    return picture;
+}
+
+} // namespace
+
+void TileDrag::start(QQuickItem &tile, std::unique_ptr<QMimeData> data, Qt::DropActions actions,
+                     QObject *context, std::function<void()> done)
+{
+    if (!tile.window())
+        return;
+    auto *const drag = new QDrag(qApp); // Qt's, from `exec` on
+    drag->setMimeData(data.release());
+    const QPixmap picture = pictureOf(tile);
+    drag->setPixmap(picture);
+    const QSize size = picture.deviceIndependentSize().toSize();
+    drag->setHotSpot(size.isEmpty() ? QPoint() : QRect(QPoint(), size).center());
+    QMetaObject::invokeMethod(
+        drag,
+        [drag, actions, context = QPointer(context), done = std::move(done)] {
+            drag->exec(actions, actions.testFlag(Qt::MoveAction) ? Qt::MoveAction : Qt::CopyAction);
+            if (context)
+                done();
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace velmo

@@ -1,0 +1,148 @@
+#include "VelmoUI/Modules/Clipboard/ClipRow.h"
+
+#include "VelmoCore/Clipboard/ClipboardClassifier.h"
+#include "VelmoUI/Design/ThumbnailProvider.h"
+#include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
+
+#include <QColor>
+#include <QLocale>
+#include <QStringList>
+
+namespace velmo {
+
+namespace {
+
+/// As much of a text as a tile can show, and as much as a line can.
+constexpr qsizetype longestText = 320;
+constexpr qsizetype longestLine = 80;
+constexpr std::size_t mostNames = 8;
+
+QString begin(const ClipItem &item)
+{
+    const QString text = item.text.value_or(QString());
+    return QStringView(text).trimmed().left(longestText).toString();
+}
+
+void describeLink(ClipRow &row, const ClipItem &item)
+{
+    const QUrl url(item.text.value_or(QString()).trimmed());
+    row.title = url.host();
+    if (row.title.startsWith(u"www."))
+        row.title.remove(0, 4);
+    row.text = url.toDisplayString(QUrl::RemoveScheme | QUrl::RemoveAuthority).left(longestText);
+    if (row.text == u"/")
+        row.text.clear();
+}
+
+void describeColor(ClipRow &row, const ClipItem &item)
+{
+    row.title = begin(item);
+    if (const auto color = ClipboardClassifier::hexColor(row.title))
+        row.swatch = QColor::fromRgbF(float(color->red), float(color->green), float(color->blue),
+                                      float(color->alpha))
+                         .name(QColor::HexArgb);
+}
+
+void describeImage(ClipRow &row, const ClipItem &item)
+{
+    if (item.imageWidth && item.imageHeight)
+        row.title = QStringLiteral("%1 × %2").arg(*item.imageWidth).arg(*item.imageHeight);
+    if (item.imageFile)
+        row.picture = ClipImageProvider::urlFor(*item.imageFile);
+}
+
+void describeFiles(ClipRow &row, const ClipItem &item)
+{
+    const auto files = item.fileURLs.value_or(std::vector<QUrl>());
+    if (files.empty())
+        return;
+    row.picture = ThumbnailProvider::urlFor(files.front().toLocalFile());
+    // A folder's address may end with a slash.
+    const auto name = [](const QUrl &file) {
+        return file.adjusted(QUrl::StripTrailingSlash).fileName();
+    };
+    row.title =
+        files.size() == 1 ? name(files.front()) : QStringLiteral("%1 arquivos").arg(files.size());
+    QStringList names;
+    for (std::size_t i = 0; files.size() > 1 && i < std::min(files.size(), mostNames); ++i)
+        names.append(name(files[i]));
+    row.text = names.join(QStringLiteral(", "));
+}
+
+QString kindWord(ClipKind kind)
+{
+    switch (kind) {
+    case ClipKind::text:
+        return QStringLiteral("texto");
+    case ClipKind::link:
+        return QStringLiteral("link");
+    case ClipKind::color:
+        return QStringLiteral("cor");
+    case ClipKind::image:
+        return QStringLiteral("imagem");
+    case ClipKind::files:
+        return QStringLiteral("arquivo");
+    }
+    Q_UNREACHABLE();
+}
+
+QString spoken(const ClipRow &row, ClipKind kind)
+{
+    QStringList parts{row.title, kindWord(kind), row.origin};
+    if (row.isPinned)
+        parts.append(QStringLiteral("fixado"));
+    if (row.isFavorite)
+        parts.append(QStringLiteral("favorito"));
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+ClipRow ClipRows::make(const ClipItem &item, Date now)
+{
+    ClipRow row{.id = uuidText(item.id),
+                .kind = QString::fromLatin1(boost::describe::enum_to_string(item.kind, "")),
+                .isPinned = item.isPinned,
+                .isFavorite = item.isFavorite,
+                .isCollected = !item.collectionIDs.empty()};
+    switch (item.kind) {
+    case ClipKind::text:
+        row.text = begin(item);
+        row.title = row.text.simplified().left(longestLine);
+        break;
+    case ClipKind::link:
+        describeLink(row, item);
+        break;
+    case ClipKind::color:
+        describeColor(row, item);
+        break;
+    case ClipKind::image:
+        describeImage(row, item);
+        break;
+    case ClipKind::files:
+        describeFiles(row, item);
+        break;
+    }
+    row.origin = age(item.date, now);
+    if (item.sourceAppName)
+        row.origin = QStringLiteral("%1 · %2").arg(*item.sourceAppName, row.origin);
+    row.spoken = velmo::spoken(row, item.kind);
+    return row;
+}
+
+QString ClipRows::age(Date date, Date now)
+{
+    const auto minutes = qint64((now - date) / 60s);
+    if (minutes < 1)
+        return QStringLiteral("agora");
+    if (minutes < 60)
+        return QStringLiteral("%1 min").arg(minutes);
+    if (minutes < 24 * 60)
+        return QStringLiteral("%1 h").arg(minutes / 60);
+    if (minutes < 7 * 24 * 60)
+        return QStringLiteral("%1 d").arg(minutes / (24 * 60));
+    return QLocale().toString(localDateTime(date).date(), QLocale::ShortFormat);
+}
+
+} // namespace velmo

@@ -1,0 +1,115 @@
+import QtQuick
+import Velmo
+
+/// The latest copies, a click from the clipboard.
+Rectangle {
+    id: clipboard
+
+    required property HomePage home
+    required property string title
+    required property ClipboardCardModel card
+    property bool watched: false
+
+    radius: Theme.cardRadius
+    color: Theme.surface
+    Accessible.role: Accessible.Grouping
+    Accessible.name: title
+    onWatchedChanged: if (watched)
+        card.update()
+
+    SectionTitle {
+        id: heading
+        y: Theme.grid
+        width: more.x
+        text: clipboard.title
+    }
+    IconButton {
+        id: more
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.grid
+        y: Theme.grid
+        name: "Mostrar o clipboard"
+        symbol: "chevron.right"
+        onTriggered: clipboard.home.page.openModule("clipboard")
+    }
+
+    ListView {
+        x: Theme.grid
+        y: heading.height + Theme.grid
+        width: parent.width - 2 * x
+        height: parent.height - y - Theme.grid
+        clip: true
+        interactive: false
+        model: clipboard.card.items
+        Accessible.role: Accessible.List
+        Accessible.name: clipboard.title
+
+        delegate: ControlSurface {
+            id: row
+
+            required property int index
+            required property string kind
+            required property string title
+            required property string picture
+            required property string swatch
+            required property string spoken
+
+            name: spoken
+            width: ListView.view.width
+            height: Theme.controlHeight
+            onTriggered: clipboard.card.copy(index)
+
+            Image {
+                x: 2 * Theme.grid
+                anchors.verticalCenter: parent.verticalCenter
+                width: Theme.symbolSize
+                height: Theme.symbolSize
+                fillMode: Image.PreserveAspectFit
+                sourceSize.width: Theme.symbolSize * Screen.devicePixelRatio
+                sourceSize.height: Theme.symbolSize * Screen.devicePixelRatio
+                source: row.picture
+            }
+            Rectangle {
+                x: 2 * Theme.grid
+                anchors.verticalCenter: parent.verticalCenter
+                width: Theme.symbolSize
+                height: Theme.smallSymbolSize
+                visible: row.swatch.length > 0
+                radius: Theme.grid
+                color: visible ? row.swatch : "transparent"
+                border.width: 1
+                border.color: Theme.hairline
+            }
+            Symbol {
+                x: 2 * Theme.grid
+                width: Theme.symbolSize
+                height: parent.height
+                visible: row.picture.length === 0 && row.swatch.length === 0
+                name: row.kind === "link" ? "link" : "text.alignleft"
+                size: Theme.smallSymbolSize
+                color: Theme.secondaryText
+            }
+            Label {
+                x: 4 * Theme.grid + Theme.symbolSize
+                width: parent.width - x - 2 * Theme.grid
+                height: parent.height
+                text: row.title
+                elide: row.kind === "files" ? Text.ElideMiddle : Text.ElideRight
+                font.pixelSize: Theme.smallSize
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    Label {
+        anchors.centerIn: parent
+        // Narrow enough that the last word doesn't stand alone.
+        width: parent.width - 4 * Theme.cardPadding - 2 * Theme.gap
+        visible: clipboard.card.isEmpty
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        text: "O que você copiar aparece aqui"
+        color: Theme.secondaryText
+        font.pixelSize: Theme.smallSize
+    }
+}
