@@ -46,6 +46,26 @@ protected:
         const QString file = content.kind == "files" ? home.path("uris") : content.file;
         return screen.run("xclip", {"-quiet", "-selection", "clipboard", "-t", content.type, file});
     }
+    QString output(const QString &program, const QStringList &words) const
+    {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(program, words);
+        process.waitForFinished();
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
+    /// Has Orvane copy the newest item of its own.
+    void giveBack()
+    {
+        screen.typeKey(XK_v, {XK_Control_L, XK_Alt_L});
+        ASSERT_TRUE(shows("expanded"));
+        EXPECT_TRUE(eventually([&] {
+            screen.typeKey(XK_Return);
+            return presentation() == "collapsed";
+        }));
+    }
+
     /// What is sealed on disk, the newest first.
     std::vector<ClipItem> items() const
     {
@@ -88,6 +108,61 @@ TEST_F(ClipboardTest, KeepsWhatApplicationsOfAnyToolkitCopy)
             EXPECT_TRUE(keeps(content, ++count)) << qPrintable(owner + " " + content.kind);
         }
     }
+}
+
+TEST_F(ClipboardTest, GivesAnItemBackToApplicationsOfAnyToolkit)
+{
+    launch();
+    std::size_t count = 0;
+    for (const Content &content : contents("Qt")) {
+        SCOPED_TRACE(qPrintable(content.kind));
+        QProcess &owner = copy("Qt", content);
+        ASSERT_TRUE(keeps(content, ++count));
+        owner.terminate();
+        owner.waitForFinished();
+        giveBack();
+        const QStringList read{"read", content.kind};
+        EXPECT_TRUE(eventually([&] { return output(CLIPBOARD_PEER, read) == content.text; }));
+        EXPECT_EQ(output("/usr/bin/python3", QStringList(CLIPBOARD_PEER_GTK) + read), content.text);
+        const QString raw = output("xclip", {"-selection", "clipboard", "-t", content.type, "-o"});
+        const QString sign = content.kind == "image" ? "PNG" : content.text;
+        EXPECT_TRUE(raw.contains(sign)) << qPrintable(raw);
+        EXPECT_TRUE(keeps(content, count)) << "its own copy isn't another";
+    }
+}
+
+TEST_F(ClipboardTest, ExchangesTextWithABrowser)
+{
+    constexpr QPoint ground{700, 700};
+    const Content own{"text", {}, {}, "da página"};
+    home.write("page.html", R"(<!doctype html><meta charset=utf-8><body style="background:#0f0">
+        <textarea autofocus oninput="
+            document.body.style.background = this.value === 'ação € xclip' ? '#00f' : '#f00'
+        ">da página</textarea>)");
+    launch();
+    screen.run("chromium",
+               {"--no-sandbox", "--no-first-run", "--disable-gpu", "--password-store=basic",
+                "--user-data-dir=" + home.path("chromium"), "--window-size=1000,800",
+                "--window-position=200,100", "--app=file://" + home.path("page.html")});
+    ASSERT_TRUE(eventually([&] { return pixel(ground) == green; }, 20s));
+    EXPECT_TRUE(eventually([&] {
+        screen.typeKey(XK_a, {XK_Control_L});
+        screen.typeKey(XK_c, {XK_Control_L});
+        return !items().empty();
+    }));
+    EXPECT_TRUE(keeps(own, 1));
+
+    const Content other = contents("xclip").front();
+    QProcess &owner = copy("xclip", other);
+    EXPECT_TRUE(keeps(other, 2));
+    owner.terminate();
+    owner.waitForFinished();
+    giveBack();
+    EXPECT_TRUE(eventually([&] {
+        screen.typeKey(XK_a, {XK_Control_L});
+        screen.typeKey(XK_v, {XK_Control_L});
+        return pixel(ground) == 0x0000ff;
+    }));
 }
 
 TEST_F(ClipboardTest, TakesNothingThatIsSecretOrWasCopiedInAPause)
