@@ -8,8 +8,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <map>
+#include <limits>
 #include <random>
+#include <sys/resource.h>
 #include <unistd.h>
 
 /// What Orvane's care costs over the bare tools: the same archives unpacked and made by both, into
@@ -53,32 +54,58 @@ void tool(const QString &program, const QStringList &arguments, const QString &f
         qFatal("%s: %s", qPrintable(program), qPrintable(result.standardError));
 }
 
-double seconds(const QString &root, const Work &work)
+/// Milliseconds by the clock, and of the processor with all programs that were started.
+struct Cost {
+    double wall = std::numeric_limits<double>::infinity();
+    double cpu = std::numeric_limits<double>::infinity();
+
+    Cost best(const Cost &other) const
+    {
+        return {std::min(wall, other.wall), std::min(cpu, other.cpu)};
+    }
+};
+
+double usedProcessor()
+{
+    double sum = 0;
+    for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+        rusage usage = {};
+        ::getrusage(who, &usage);
+        for (const timeval &part : {usage.ru_utime, usage.ru_stime})
+            sum += double(part.tv_sec) * 1e3 + double(part.tv_usec) / 1e3;
+    }
+    return sum;
+}
+
+Cost costOf(const QString &root, const Work &work)
 {
     QTemporaryDir folder(root + QStringLiteral("/run-XXXXXX"));
     ::sync();
+    const double used = usedProcessor();
     const auto start = std::chrono::steady_clock::now();
     work(folder.path());
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const std::chrono::duration<double, std::milli> wall = std::chrono::steady_clock::now() - start;
+    return {wall.count(), usedProcessor() - used};
 }
 
 /// The bare tools and ours, which comes last.
 void compare(const char *what, const QString &root, int rounds,
              const std::vector<std::pair<const char *, Work>> &works)
 {
-    std::map<std::size_t, std::vector<double>> times;
+    std::vector<Cost> costs(works.size());
     for (int round = 0; round < rounds; ++round) {
         for (std::size_t i = 0; i < works.size(); ++i)
-            times[i].push_back(seconds(root, works[i].second));
+            costs[i] = costs[i].best(costOf(root, works[i].second));
     }
-    double quickest = std::numeric_limits<double>::infinity();
-    for (auto &[i, all] : times) {
-        const double best = std::ranges::min(all);
-        const bool isOurs = i + 1 == works.size();
-        std::printf("| %s | %s | %.0f | %s |\n", what, works[i].first, best * 1000,
-                    isOurs ? qPrintable(QString::number(best / quickest, 'f', 2)) : "");
+    Cost bare;
+    for (std::size_t i = 0; i < works.size(); ++i) {
+        const Cost &cost = costs[i];
+        std::printf("| %s | %s | %.0f | %.0f |", what, works[i].first, cost.wall, cost.cpu);
+        if (i + 1 == works.size())
+            std::printf(" %.2f | %.2f |", cost.wall / bare.wall, cost.cpu / bare.cpu);
+        std::printf("\n");
         std::fflush(stdout);
-        quickest = std::min(quickest, best);
+        bare = bare.best(cost);
     }
 }
 
