@@ -77,6 +77,8 @@ public:
     /// free place for it. It joins `items` when it has settled; if Orvane ends before, it is listed
     /// at the next start, or forgotten where nothing came. Throws `FileError`.
     ShelfItem expect(const QUrl &original, ShelfStorage storage);
+    /// How many files are expected that don't stand in our folder yet.
+    int arrivingCount() const;
     /// The end of a transfer by `expect` or `removeAtOnce`: the file stands at `place` in our
     /// folder, or not there.
     void settle(const Uuid &id, const std::optional<QUrl> &place);

@@ -88,8 +88,14 @@ ShelfItem ShelfStore::expect(const QUrl &original, ShelfStorage storage)
     item.id = makeUuid();
     item.added = m_scheduler.now();
     m_underway.push_back(item);
-    save();
+    changed();
     return item;
+}
+
+int ShelfStore::arrivingCount() const
+{
+    return int(std::ranges::count_if(
+        m_underway, [](const ShelfItem &item) { return !stands(fileOf(item)->path); }));
 }
 
 void ShelfStore::settle(const Uuid &id, const std::optional<QUrl> &place)

@@ -92,7 +92,9 @@ TEST_F(ShelfStoreTest, KnowsAtTheNextStartWhatWasOnItsWay)
     EXPECT_EQ(std::get<ShelfItem::File>(lost.content.value).path,
               url("No Notch/a 2.txt").toLocalFile());
     EXPECT_TRUE(shelf.items().empty());
+    EXPECT_EQ(shelf.arrivingCount(), 2);
     QFile::rename(url("docs/a.txt").toLocalFile(), place.toLocalFile());
+    EXPECT_EQ(shelf.arrivingCount(), 1);
     ShelfStore next = reopened();
     next.forgetMissingFiles();
     EXPECT_EQ(next.items(), std::vector{arrived});

@@ -27,7 +27,7 @@ FocusScope {
         anchors.centerIn: parent
         visible: view.page !== null && view.page.isEmpty && !view.page.canUndo
         symbol: "tray.full"
-        title: "A prateleira está vazia"
+        title: view.page?.emptyTitle ?? ""
         detail: "Arraste arquivos, links ou textos até o notch e solte em “No notch”."
 
         ActionButton {

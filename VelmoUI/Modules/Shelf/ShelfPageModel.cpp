@@ -46,11 +46,6 @@ constexpr std::array shortcuts = {
     Shortcut{Qt::Key_Delete, 0, u"Delete", u"shelf.remove"},
 };
 
-QString countText(std::size_t count, const char16_t *one, const char16_t *more)
-{
-    return count == 1 ? QString::fromUtf16(one) : QString::fromUtf16(more).arg(count);
-}
-
 ShelfCommand commandOf(const QString &id, const QString &title, const QString &symbol)
 {
     const auto *const shortcut = std::ranges::find_if(
@@ -86,6 +81,12 @@ bool ShelfPageModel::isEmpty() const
     return shelf().items().size() == m_removed.size();
 }
 
+QString ShelfPageModel::emptyTitle() const
+{
+    const QString arriving = ShelfRows::arriving(shelf().arrivingCount());
+    return arriving.isEmpty() ? QStringLiteral("A prateleira está vazia") : arriving;
+}
+
 QStringList ShelfPageModel::groups() const
 {
     QStringList names;
@@ -111,13 +112,16 @@ void ShelfPageModel::setGroupIndex(int index)
 QString ShelfPageModel::summary() const
 {
     if (canUndo())
-        return countText(m_removed.size(), u"1 item removido", u"%1 itens removidos");
+        return ShelfRows::count(m_removed.size(), u"1 item removido", u"%1 itens removidos");
     if (!m_notice.isEmpty())
         return m_notice;
     if (m_selected.size() == 1)
         return ShelfRows::detail(selected().front());
-    return m_selected.size() > 1 ? QStringLiteral("%1 selecionados").arg(m_selected.size())
-                                 : countText(m_shown.size(), u"1 item", u"%1 itens");
+    if (m_selected.size() > 1)
+        return QStringLiteral("%1 selecionados").arg(m_selected.size());
+    const QString arriving = ShelfRows::arriving(shelf().arrivingCount());
+    const QString count = ShelfRows::count(m_shown.size(), u"1 item", u"%1 itens");
+    return arriving.isEmpty() ? count : count + QStringLiteral(" · ") + arriving;
 }
 
 QString ShelfPageModel::selectedGroup() const

@@ -32,6 +32,8 @@ class ShelfPageModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *items READ items CONSTANT)
     /// Whether the shelf holds nothing, and whether it holds nothing of what is searched for.
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+    /// Why there is nothing to see.
+    Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY changed)
     Q_PROPERTY(bool hasFound READ hasFound NOTIFY changed)
     /// "Tudo", then the groups; empty without groups.
     Q_PROPERTY(QStringList groups READ groups NOTIFY changed)
@@ -57,6 +59,7 @@ public:
 
     QAbstractItemModel *items() { return &m_rows; }
     bool isEmpty() const;
+    QString emptyTitle() const;
     bool hasFound() const { return !m_shown.empty(); }
     QStringList groups() const;
     int groupIndex() const;

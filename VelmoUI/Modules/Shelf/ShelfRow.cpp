@@ -81,6 +81,17 @@ QString ShelfRows::briefDetail(const ShelfItem &item)
     return info.isDir() ? QStringLiteral("Pasta") : StorageInspector::format(info.size());
 }
 
+QString ShelfRows::count(std::size_t count, const char16_t *one, const char16_t *more)
+{
+    return count == 1 ? QString::fromUtf16(one) : QString::fromUtf16(more).arg(count);
+}
+
+QString ShelfRows::arriving(int arriving)
+{
+    return arriving == 0 ? QString()
+                         : count(std::size_t(arriving), u"1 item a caminho", u"%1 itens a caminho");
+}
+
 DroppedItem ShelfRows::dropped(const ShelfItem &item)
 {
     return std::visit(

@@ -33,6 +33,11 @@ QString detail(const ShelfItem &item);
 /// The same in a word or two: "1,2 MB", "Pasta", "Não encontrado".
 QString briefDetail(const ShelfItem &item);
 
+/// `one`, or `more` with its %1 filled in.
+QString count(std::size_t count, const char16_t *one, const char16_t *more);
+/// "2 itens a caminho"; empty for none.
+QString arriving(int count);
+
 /// What actions work on and applications are given.
 DroppedItem dropped(const ShelfItem &item);
 
