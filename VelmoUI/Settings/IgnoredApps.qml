@@ -179,7 +179,7 @@ SettingsSection {
 
     SettingRow {
         visible: section.model.canRestore
-        title: "Gerenciadores de senhas do Orvane"
+        title: "Gerenciadores de senhas padrão"
 
         ActionButton {
             name: "Restaurar"
