@@ -9,7 +9,8 @@ namespace velmo {
 
 namespace {
 
-/// Nothing but host and path, so that one file has one address.
+/// Nothing but host and path, so that one file has one address. What QUrl can't write, such as
+/// Unicode's noncharacters, would come back as another file.
 std::optional<QUrl> file(const QByteArray &line)
 {
     const QUrl url = QUrl::fromEncoded(line);
@@ -21,7 +22,8 @@ std::optional<QUrl> file(const QByteArray &line)
     file.setScheme(QStringLiteral("file"));
     file.setHost(url.host());
     file.setPath(QDir::cleanPath(path), QUrl::DecodedMode);
-    return file.isValid() ? std::optional(file) : std::nullopt;
+    const bool isWhole = file.isValid() && QUrl::fromEncoded(file.toEncoded()) == file;
+    return isWhole ? std::optional(file) : std::nullopt;
 }
 
 } // namespace
