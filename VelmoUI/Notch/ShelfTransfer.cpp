@@ -57,8 +57,9 @@ QString nameOf(const QUrl &file)
     return file.adjusted(QUrl::StripTrailingSlash).fileName();
 }
 
-/// Tells `settle` of every file, whatever happens.
-JobOutcome transferAll(const ShelfTransfer &transfer, const Settle &settle, JobProgress &progress,
+/// Tells `settle` of every file, whatever happens, and `report` how many failed.
+JobOutcome transferAll(const ShelfTransfer &transfer, const Settle &settle,
+                       const std::function<void(int)> &report, JobProgress &progress,
                        const std::stop_token &stop)
 {
     const auto transferOne =
@@ -86,6 +87,7 @@ JobOutcome transferAll(const ShelfTransfer &transfer, const Settle &settle, JobP
     const Words words = wordsOf(transfer.kind);
     if (failed.isEmpty())
         return {.message = words.success(made), .detail = {}, .outputURLs = made};
+    report(int(failed.size()));
     return {.message = words.failure,
             .detail = failed.join(QStringLiteral(", ")),
             .outputURLs = made,
@@ -111,11 +113,18 @@ void ShelfTransfer::start(AppServices &services) const
                                                                             const auto &to) {
         scheduler.post([settled, file, to] { settled(file, to); });
     };
+    const auto report = [shelf = QPointer(&services.shelf), isHomeward,
+                         &scheduler = services.platform.scheduler](int failures) {
+        scheduler.post([shelf, isHomeward, failures] {
+            if (shelf && isHomeward)
+                shelf->reportReturnFailures(failures);
+        });
+    };
     const Words words = wordsOf(kind);
     services.jobs.run(
         words.title, words.symbol, QStringLiteral("shelf"),
-        [transfer = *this, settle](JobProgress &progress, const std::stop_token &stop) {
-            return transferAll(transfer, settle, progress, stop);
+        [transfer = *this, settle, report](JobProgress &progress, const std::stop_token &stop) {
+            return transferAll(transfer, settle, report, progress, stop);
         });
 }
 

@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
 #include <thread>
 
 namespace velmo {
@@ -102,8 +103,16 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     services.activity.cancel(services.activity.live().front().id);
     finishJobs();
     EXPECT_EQ(services.shelf.items(), kept);
-    std::filesystem::resize_file(here, 1);
     EXPECT_EQ(lastEvent(), u"Devolver à pasta de origem: cancelado|");
+    std::filesystem::remove(here);
+    ASSERT_EQ(::mkfifo(here.c_str(), 0600), 0) << "which no other disk takes";
+    takeOffShelf(services, {kept[0].id});
+    finishJobs();
+    EXPECT_EQ(services.shelf.items(), kept);
+    EXPECT_EQ(services.shelf.lastReturnFailure(), 1);
+    EXPECT_EQ(lastEvent(), QStringLiteral("Não foi possível devolver|") + name);
+    std::filesystem::remove(here);
+    std::ofstream(here) << "conteúdo";
     takeOffShelf(services, {kept[0].id});
     finishJobs();
     EXPECT_EQ(lastEvent(), u"Devolvido à pasta “shm”|");
