@@ -6,14 +6,17 @@ import Velmo
 FocusScope {
     id: menu
 
-    property alias model: entries.model
+    property var model: null
     /// Where it opens, in the page.
     property point origin
+    /// Its entries are made when they are first wanted.
+    property bool wasOpened: false
 
     signal chosen(string id)
 
     function open(at: point) {
         origin = at;
+        wasOpened = true;
         visible = true;
         forceActiveFocus();
         entries.itemAt(0)?.forceActiveFocus();
@@ -69,6 +72,7 @@ FocusScope {
 
             Repeater {
                 id: entries
+                model: menu.wasOpened ? menu.model : null
 
                 delegate: ControlSurface {
                     id: entry

@@ -11,6 +11,9 @@ namespace velmo {
 
 namespace {
 
+/// The picture hangs below the pointer, so that what it is dropped on can be seen.
+constexpr QPoint beside(-12, -12);
+
 QPixmap pictureOf(const QQuickItem &tile)
 {
     QQuickWindow &window = *tile.window();
@@ -31,10 +34,8 @@ void TileDrag::start(QQuickItem &tile, std::unique_ptr<QMimeData> data, Qt::Drop
         return;
     auto *const drag = new QDrag(qApp); // Qt's, from `exec` on
     drag->setMimeData(data.release());
-    const QPixmap picture = pictureOf(tile);
-    drag->setPixmap(picture);
-    const QSize size = picture.deviceIndependentSize().toSize();
-    drag->setHotSpot(size.isEmpty() ? QPoint() : QRect(QPoint(), size).center());
+    drag->setPixmap(pictureOf(tile));
+    drag->setHotSpot(beside);
     QMetaObject::invokeMethod(
         drag,
         [drag, actions, context = QPointer(context), done = std::move(done)] {

@@ -207,6 +207,10 @@ private:
 
 TEST_F(AccessibilityTest, TellsEveryControlOfThePanel)
 {
+    home.write("copied", "https://example.org/a");
+    screen.run("xclip", {"-quiet", "-selection", "clipboard", home.path("copied")});
+    ASSERT_TRUE(eventually(
+        [this] { return QFile::exists(home.path("data/Orvane/Clipboard/clipboard.json")); }));
     pressHotKey();
     ASSERT_TRUE(shows("expanded"));
     expectEachPageIsTold("Módulos");

@@ -87,7 +87,7 @@ FocusScope {
             }
             Label {
                 x: Theme.smallSymbolSize + 4 * Theme.grid
-                width: (buttons.visible ? buttons.x : parent.width) - x
+                width: (buttons.active ? buttons.x : parent.width) - x
                 height: parent.height
                 visible: !row.isNamed
                 text: row.title
@@ -95,24 +95,23 @@ FocusScope {
                 font.pixelSize: Theme.smallSize
                 Accessible.ignored: true
             }
-            Row {
+            Loader {
                 id: buttons
                 anchors.right: parent.right
-                visible: row.isOwn && !rail.collections.isCollecting && (row.hovered || rename.hovered || remove.hovered)
-
-                IconButton {
-                    id: rename
-                    activeFocusOnTab: false
-                    name: "Renomear " + row.title
-                    symbol: "pencil"
-                    onTriggered: rail.collections.startNaming(row.id)
-                }
-                IconButton {
-                    id: remove
-                    activeFocusOnTab: false
-                    name: "Excluir " + row.title
-                    symbol: "trash"
-                    onTriggered: rail.page.askToDelete(row.id)
+                active: row.isOwn && row.hovered && !row.isNamed && !rail.collections.isCollecting
+                sourceComponent: Row {
+                    IconButton {
+                        activeFocusOnTab: false
+                        name: "Renomear " + row.title
+                        symbol: "pencil"
+                        onTriggered: rail.collections.startNaming(row.id)
+                    }
+                    IconButton {
+                        activeFocusOnTab: false
+                        name: "Excluir " + row.title
+                        symbol: "trash"
+                        onTriggered: rail.page.askToDelete(row.id)
+                    }
                 }
             }
             Loader {

@@ -96,10 +96,17 @@ void ClipList::replace(std::vector<ClipItem> items, std::size_t first, std::size
         beginMoveRows({}, int(first), int(first), {}, int(oldEnd));
         set();
         endMoveRows();
-    } else {
-        beginResetModel();
+    } else if (oldEnd <= newEnd) { // the rows that there are show other items
+        const int added = int(items.size() - m_items.size());
+        if (added > 0)
+            beginInsertRows({}, rowCount(), rowCount() + added - 1);
         set();
-        endResetModel();
+        if (added > 0)
+            endInsertRows();
+    } else {
+        beginRemoveRows({}, int(items.size()), rowCount() - 1);
+        set();
+        endRemoveRows();
     }
 }
 

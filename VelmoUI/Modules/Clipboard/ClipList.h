@@ -8,9 +8,9 @@
 
 namespace velmo {
 
-/// Items of the clipboard's history for QML, in roles as `ClipRow` has fields. A row is made when
-/// it is looked at, and a list that becomes another is told as one change, for there may be
-/// thousands.
+/// Items of the clipboard's history for QML, in roles as `ClipRow` has fields. There may be
+/// thousands: a row is made when it is looked at, and a list that becomes another is told in a
+/// change or two.
 class ClipList : public QAbstractListModel {
     Q_OBJECT
 

@@ -71,22 +71,24 @@ Item {
         Accessible.ignored: true
     }
 
-    Row {
+    Loader {
         id: marks
         anchors.right: parent.right
         anchors.rightMargin: 2 * Theme.grid
         anchors.verticalCenter: footer.verticalCenter
+        active: tile.isCollected || tile.isFavorite || tile.isPinned
+        sourceComponent: Row {
+            Repeater {
+                model: [tile.isCollected ? "folder" : "", tile.isFavorite ? "star.fill" : "", tile.isPinned ? "pin.fill" : ""]
 
-        Repeater {
-            model: [tile.isCollected ? "folder" : "", tile.isFavorite ? "star.fill" : "", tile.isPinned ? "pin.fill" : ""]
+                delegate: Symbol {
+                    required property string modelData
 
-            delegate: Symbol {
-                required property string modelData
-
-                visible: name.length > 0
-                name: modelData
-                size: Theme.markSize
-                color: Theme.accent
+                    visible: name.length > 0
+                    name: modelData
+                    size: Theme.markSize
+                    color: Theme.accent
+                }
             }
         }
     }
@@ -130,38 +132,40 @@ Item {
         }
     }
 
-    Rectangle {
+    Loader {
         anchors.right: parent.right
         anchors.margins: Theme.grid
         y: Theme.grid
-        width: buttons.width
-        height: buttons.height
-        radius: Theme.controlRadius
-        color: Theme.raised
-        visible: tile.hovered && !area.pressed
+        active: tile.hovered && !area.pressed
+        sourceComponent: Rectangle {
+            width: buttons.width
+            height: buttons.height
+            radius: Theme.controlRadius
+            color: Theme.raised
 
-        Row {
-            id: buttons
+            Row {
+                id: buttons
 
-            IconButton {
-                activeFocusOnTab: false
-                name: tile.isPinned ? "Desafixar" : "Fixar"
-                symbol: "pin.fill"
-                symbolColor: tile.isPinned ? Theme.accent : hovered ? Theme.text : Theme.secondaryText
-                onTriggered: tile.run("pin")
-            }
-            IconButton {
-                activeFocusOnTab: false
-                name: tile.isFavorite ? "Tirar dos favoritos" : "Favoritar"
-                symbol: tile.isFavorite ? "star.fill" : "star"
-                symbolColor: tile.isFavorite ? Theme.accent : hovered ? Theme.text : Theme.secondaryText
-                onTriggered: tile.run("favorite")
-            }
-            IconButton {
-                activeFocusOnTab: false
-                name: "Remover"
-                symbol: "trash"
-                onTriggered: tile.run("remove")
+                IconButton {
+                    activeFocusOnTab: false
+                    name: tile.isPinned ? "Desafixar" : "Fixar"
+                    symbol: "pin.fill"
+                    symbolColor: tile.isPinned ? Theme.accent : hovered ? Theme.text : Theme.secondaryText
+                    onTriggered: tile.run("pin")
+                }
+                IconButton {
+                    activeFocusOnTab: false
+                    name: tile.isFavorite ? "Tirar dos favoritos" : "Favoritar"
+                    symbol: tile.isFavorite ? "star.fill" : "star"
+                    symbolColor: tile.isFavorite ? Theme.accent : hovered ? Theme.text : Theme.secondaryText
+                    onTriggered: tile.run("favorite")
+                }
+                IconButton {
+                    activeFocusOnTab: false
+                    name: "Remover"
+                    symbol: "trash"
+                    onTriggered: tile.run("remove")
+                }
             }
         }
     }

@@ -27,22 +27,25 @@ FocusScope {
         menu.open(tile.mapToItem(view, at));
     }
 
-    EmptyState {
+    Loader {
         anchors.centerIn: parent
-        visible: view.page !== null && !view.hasHistory
-        symbol: "doc.on.clipboard"
-        title: view.page?.isEnabled ? "Nada copiado ainda" : "O histórico do clipboard está desligado"
-        detail: view.page?.isCapturing ? "Textos, links, cores, imagens e arquivos que você copiar aparecem aqui."
-              : view.page?.isEnabled ? "A captura está pausada." : "Ligado, ele guarda o que você copiar, só neste computador."
+        active: view.page !== null && !view.hasHistory
+        sourceComponent: EmptyState {
+            width: Math.min(view.width, Theme.paneWidth)
+            symbol: "doc.on.clipboard"
+            title: view.page?.isEnabled ? "Nada copiado ainda" : "O histórico do clipboard está desligado"
+            detail: view.page?.isCapturing ? "Textos, links, cores, imagens e arquivos que você copiar aparecem aqui."
+                  : view.page?.isEnabled ? "A captura está pausada." : "Ligado, ele guarda o que você copiar, só neste computador."
 
-        ActionButton {
-            visible: !view.page?.isCapturing
-            name: view.page?.isEnabled ? "Retomar" : "Ligar"
-            onTriggered: view.page.toggleCapture()
-        }
-        ActionButton {
-            name: "Ajustes do clipboard"
-            onTriggered: view.page.openSettings()
+            ActionButton {
+                visible: !view.page?.isCapturing
+                name: view.page?.isEnabled ? "Retomar" : "Ligar"
+                onTriggered: view.page.toggleCapture()
+            }
+            ActionButton {
+                name: "Ajustes do clipboard"
+                onTriggered: view.page.openSettings()
+            }
         }
     }
 

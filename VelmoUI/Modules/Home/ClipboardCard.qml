@@ -37,7 +37,8 @@ Rectangle {
         x: Theme.grid
         y: heading.height + Theme.grid
         width: parent.width - 2 * x
-        height: parent.height - y - Theme.grid
+        // No row is cut.
+        height: Math.floor((parent.height - y - Theme.grid) / Theme.controlHeight) * Theme.controlHeight
         clip: true
         interactive: false
         model: clipboard.card.items
