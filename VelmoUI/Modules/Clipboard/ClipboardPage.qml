@@ -7,6 +7,8 @@ FocusScope {
 
     property ClipboardPageModel page: null
     property bool watched: false
+    /// Until then the tiles aren't made, so that they are made once.
+    property bool wasWatched: false
     readonly property bool hasHistory: page !== null && (!page.isEmpty || page.canUndo)
     readonly property bool isAsked: page !== null && page.question.length > 0
 
@@ -21,6 +23,7 @@ FocusScope {
         if (watched)
             search.text = "";
         page.setWatched(watched);
+        wasWatched = wasWatched || watched;
     }
 
     function openMenu(tile: Item, at: point) {
@@ -136,32 +139,20 @@ FocusScope {
                 id: pause
                 name: view.page?.isCapturing ? "Pausar captura" : view.page?.isEnabled ? "Retomar captura" : "Ligar histórico"
                 symbol: view.page?.isCapturing ? "pause.fill" : "play.fill"
-                z: pauseTip.visible ? 1 : 0
                 onTriggered: view.page.toggleCapture()
-
-                Tip {
-                    id: pauseTip
-                    anchors.right: parent.right
-                    y: parent.height + Theme.grid
-                    shown: pause.hovered
-                    text: pause.name
-                }
             }
             IconButton {
                 id: clear
                 name: "Apagar histórico…"
                 symbol: "trash"
-                z: clearTip.visible ? 1 : 0
                 onTriggered: view.page.askToClear()
-
-                Tip {
-                    id: clearTip
-                    anchors.right: parent.right
-                    y: parent.height + Theme.grid
-                    shown: clear.hovered
-                    text: clear.name
-                }
             }
+        }
+        Tip {
+            anchors.right: parent.right
+            y: parent.height + Theme.grid
+            shown: pause.hovered || clear.hovered
+            text: pause.hovered ? pause.name : clear.name
         }
 
         Loader {
@@ -218,7 +209,8 @@ FocusScope {
         interactive: false
         keyNavigationEnabled: false
         focus: true
-        model: view.page ? view.page.items : null
+        cacheBuffer: 0
+        model: view.wasWatched ? view.page.items : null
         currentIndex: view.page?.currentIndex ?? -1
         Accessible.role: Accessible.List
         Accessible.name: "Clipboard"
