@@ -145,11 +145,16 @@ TEST_F(ClipboardTest, ExchangesTextWithABrowser)
                 "--user-data-dir=" + home.path("chromium"), "--window-size=1000,800",
                 "--window-position=200,100", "--app=file://" + home.path("page.html")});
     ASSERT_TRUE(eventually([&] { return pixel(ground) == green; }, 20s));
-    EXPECT_TRUE(eventually([&] {
-        screen.typeKey(XK_a, {XK_Control_L});
-        screen.typeKey(XK_c, {XK_Control_L});
-        return !items().empty();
-    }));
+    // A page that was drawn may not listen yet.
+    const auto press = [&](xcb_keysym_t key, const std::function<bool()> &effect) {
+        const auto hasEffect = [&] {
+            screen.typeKey(XK_a, {XK_Control_L});
+            screen.typeKey(key, {XK_Control_L});
+            return eventually(effect, 2s);
+        };
+        return eventually(hasEffect, 20s);
+    };
+    EXPECT_TRUE(press(XK_c, [&] { return !items().empty(); }));
     EXPECT_TRUE(keeps(own, 1));
 
     const Content other = contents("xclip").front();
@@ -158,11 +163,7 @@ TEST_F(ClipboardTest, ExchangesTextWithABrowser)
     owner.terminate();
     owner.waitForFinished();
     giveBack();
-    EXPECT_TRUE(eventually([&] {
-        screen.typeKey(XK_a, {XK_Control_L});
-        screen.typeKey(XK_v, {XK_Control_L});
-        return pixel(ground) == 0x0000ff;
-    }));
+    EXPECT_TRUE(press(XK_v, [&] { return pixel(ground) == 0x0000ff; }));
 }
 
 TEST_F(ClipboardTest, TakesNothingThatIsSecretOrWasCopiedInAPause)
