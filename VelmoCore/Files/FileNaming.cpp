@@ -34,11 +34,6 @@ QString joined(const QString &stem, const QString &extension)
     return extension.isEmpty() ? stem : stem + u'.' + extension;
 }
 
-QString nameOf(const QUrl &url)
-{
-    return url.adjusted(QUrl::StripTrailingSlash).fileName();
-}
-
 QUrl beside(const QUrl &url, const QString &name)
 {
     const QString path = url.adjusted(QUrl::StripTrailingSlash).toLocalFile();
@@ -72,6 +67,11 @@ QString numbered(QString name, int number)
 }
 
 } // namespace
+
+QString FileNaming::nameOf(const QUrl &url)
+{
+    return url.adjusted(QUrl::StripTrailingSlash).fileName();
+}
 
 bool FileNaming::exists(const QUrl &url)
 {

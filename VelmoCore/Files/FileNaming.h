@@ -13,6 +13,9 @@ namespace velmo::FileNaming {
 
 using Exists = std::function<bool(const QUrl &)>;
 
+/// Also of a folder's address that ends with a slash.
+QString nameOf(const QUrl &url);
+
 /// Whether anything stands there, a dangling link too.
 bool exists(const QUrl &url);
 

@@ -1,5 +1,6 @@
 #include "VelmoUI/Notch/ShelfDrop.h"
 
+#include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoUI/App/AppServices.h"
@@ -10,6 +11,8 @@ namespace velmo {
 
 namespace {
 
+using FileNaming::nameOf;
+
 QString source()
 {
     return QStringLiteral("shelf");
@@ -19,17 +22,6 @@ QString failureTitle(bool isMove)
 {
     return isMove ? QStringLiteral("Não foi possível mover")
                   : QStringLiteral("Não foi possível copiar");
-}
-
-QString nameOf(const QUrl &file)
-{
-    return file.adjusted(QUrl::StripTrailingSlash).fileName();
-}
-
-QString keptTitle(std::size_t count)
-{
-    return count == 1 ? QStringLiteral("Guardado na Mesa")
-                      : QStringLiteral("%1 itens na Mesa").arg(count);
 }
 
 void post(AppServices &services, FeedbackStyle style, const QString &title,

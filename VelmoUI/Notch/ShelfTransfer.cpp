@@ -1,5 +1,6 @@
 #include "VelmoUI/Notch/ShelfTransfer.h"
 
+#include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Files/FileTransfer.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoUI/App/AppServices.h"
@@ -11,6 +12,7 @@ namespace velmo {
 
 namespace {
 
+using FileNaming::nameOf;
 using Kind = ShelfTransfer::Kind;
 using Settle = std::function<void(const ShelfTransfer::File &, const std::optional<QUrl> &to)>;
 
@@ -20,12 +22,6 @@ struct Words {
     QString failure;
     std::function<QString(const std::vector<QUrl> &)> success;
 };
-
-QString keptTitle(const std::vector<QUrl> &made)
-{
-    return made.size() == 1 ? QStringLiteral("Guardado na Mesa")
-                            : QStringLiteral("%1 itens na Mesa").arg(made.size());
-}
 
 QString returnedTitle(const std::vector<QUrl> &made)
 {
@@ -37,24 +33,20 @@ QString returnedTitle(const std::vector<QUrl> &made)
 
 Words wordsOf(Kind kind)
 {
+    const auto kept = [](const std::vector<QUrl> &made) { return keptTitle(made.size()); };
     const QString inward = QStringLiteral("tray.and.arrow.down");
     switch (kind) {
     case Kind::moveIn:
         return {QStringLiteral("Mover para o notch"), inward,
-                QStringLiteral("Não foi possível mover"), keptTitle};
+                QStringLiteral("Não foi possível mover"), kept};
     case Kind::copyIn:
         return {QStringLiteral("Copiar para o notch"), inward,
-                QStringLiteral("Não foi possível copiar"), keptTitle};
+                QStringLiteral("Não foi possível copiar"), kept};
     case Kind::moveHome:
         return {QStringLiteral("Devolver à pasta de origem"), QStringLiteral("tray.and.arrow.up"),
                 QStringLiteral("Não foi possível devolver"), returnedTitle};
     }
     Q_UNREACHABLE();
-}
-
-QString nameOf(const QUrl &file)
-{
-    return file.adjusted(QUrl::StripTrailingSlash).fileName();
 }
 
 /// Tells `settle` of every file, whatever happens, and `report` how many failed.
@@ -95,6 +87,12 @@ JobOutcome transferAll(const ShelfTransfer &transfer, const Settle &settle,
 }
 
 } // namespace
+
+QString keptTitle(std::size_t count)
+{
+    return count == 1 ? QStringLiteral("Guardado na Mesa")
+                      : QStringLiteral("%1 itens na Mesa").arg(count);
+}
 
 void ShelfTransfer::start(AppServices &services) const
 {

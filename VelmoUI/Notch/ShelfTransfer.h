@@ -31,6 +31,9 @@ struct ShelfTransfer {
     void start(AppServices &services) const;
 };
 
+/// Tells of so many items that have come onto the shelf.
+QString keptTitle(std::size_t count);
+
 /// Takes items off the shelf: at once, or by a job where their files have to be copied home.
 void takeOffShelf(AppServices &services, const std::vector<Uuid> &items);
 

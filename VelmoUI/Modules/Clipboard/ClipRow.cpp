@@ -1,6 +1,7 @@
 #include "VelmoUI/Modules/Clipboard/ClipRow.h"
 
 #include "VelmoCore/Clipboard/ClipboardClassifier.h"
+#include "VelmoCore/Files/FileNaming.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
 #include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 
@@ -57,15 +58,11 @@ void describeFiles(ClipRow &row, const ClipItem &item)
     if (files.empty())
         return;
     row.picture = ThumbnailProvider::urlFor(files.front().toLocalFile());
-    // A folder's address may end with a slash.
-    const auto name = [](const QUrl &file) {
-        return file.adjusted(QUrl::StripTrailingSlash).fileName();
-    };
-    row.title =
-        files.size() == 1 ? name(files.front()) : QStringLiteral("%1 arquivos").arg(files.size());
+    row.title = files.size() == 1 ? FileNaming::nameOf(files.front())
+                                  : QStringLiteral("%1 arquivos").arg(files.size());
     QStringList names;
     for (std::size_t i = 0; files.size() > 1 && i < std::min(files.size(), mostNames); ++i)
-        names.append(name(files[i]));
+        names.append(FileNaming::nameOf(files[i]));
     row.text = names.join(QStringLiteral(", "));
 }
 
