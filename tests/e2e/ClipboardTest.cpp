@@ -140,11 +140,11 @@ TEST_F(ClipboardTest, ExchangesTextWithABrowser)
             document.body.style.background = this.value === 'ação € xclip' ? '#00f' : '#f00'
         ">da página</textarea>)");
     launch();
-    screen.run("chromium",
-               {"--no-sandbox", "--no-first-run", "--disable-gpu", "--password-store=basic",
-                "--user-data-dir=" + home.path("chromium"), "--window-size=1000,800",
-                "--window-position=200,100", "--app=file://" + home.path("page.html")});
-    ASSERT_TRUE(eventually([&] { return pixel(ground) == green; }, 20s));
+    screen.run("chromium", {"--no-sandbox", "--disable-dev-shm-usage", "--no-first-run",
+                            "--disable-gpu", "--password-store=basic",
+                            "--user-data-dir=" + home.path("chromium"), "--window-size=1000,800",
+                            "--window-position=200,100", "--app=file://" + home.path("page.html")});
+    ASSERT_TRUE(eventually([&] { return pixel(ground) == green; }, 40s));
     // A page that was drawn may not listen yet.
     const auto press = [&](xcb_keysym_t key, const std::function<bool()> &effect) {
         const auto hasEffect = [&] {
