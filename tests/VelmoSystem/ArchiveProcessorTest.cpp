@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QDirIterator>
 #include <QProcess>
+#include <QRandomGenerator>
 
 #include <gtest/gtest.h>
 
@@ -309,6 +310,12 @@ TEST_P(ArchiveProcessor_, LeavesNothingOfACancelledJob)
     for (int i = 0; i < 30; ++i)
         files.write(QString("in/%1").arg(i), QByteArray(8 << 20, char(i)));
     run("bsdtar", {"-cJf", "slow.tar.xz", "in"});
+    QByteArray noise(8 << 20, Qt::Uninitialized);
+    QRandomGenerator random(1);
+    random.generate(reinterpret_cast<quint32 *>(noise.begin()),
+                    reinterpret_cast<quint32 *>(noise.end()));
+    for (int i = 0; i < 30; ++i)
+        files.write(QString("in/%1").arg(i), noise); // which is slow to make small
     const QString archive = files.path("slow.tar.xz");
     SystemScheduler clock;
     ActivityCenter activity(clock, std::nullopt, 7);
