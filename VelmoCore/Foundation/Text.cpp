@@ -1,10 +1,30 @@
 #include "VelmoCore/Foundation/Text.h"
 
+#include "VelmoCore/Foundation/CodePoint.h"
+
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
 
 namespace velmo::Text {
+
+namespace {
+
+void removeMarks(QString &text)
+{
+    QChar *out = text.data();
+    const QStringView all = text;
+    qsizetype length = 0;
+    for (qsizetype at = 0; at < all.size(); at += length) {
+        const char32_t character = codePointAt(all, at);
+        length = lengthOf(character);
+        if (!QChar::isMark(character))
+            out = std::copy_n(all.begin() + at, length, out);
+    }
+    text.truncate(out - text.constData());
+}
+
+} // namespace
 
 qsizetype characterCount(QStringView text)
 {
@@ -27,6 +47,7 @@ QString prefix(const QString &text, qsizetype count)
 QString folded(const QString &text)
 {
     // The time of QString::normalized grows with the square of a text's length, hence the pieces.
+    // All that it orders among each other, over a piece's end as well, are marks, which go.
     constexpr qsizetype pieceLength = 64;
     QString folded;
     folded.reserve(text.size());
@@ -37,7 +58,7 @@ QString folded(const QString &text)
         folded += text.sliced(start, end - start).normalized(QString::NormalizationForm_KD);
         start = end;
     }
-    folded.removeIf([](QChar character) { return character.isMark(); });
+    removeMarks(folded);
     // QString folds one character to one; by way of upper case "ß" becomes "ss".
     return folded.toUpper().toCaseFolded();
 }

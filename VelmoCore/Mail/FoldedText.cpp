@@ -1,8 +1,9 @@
 #include "VelmoCore/Mail/FoldedText.h"
 
+#include "VelmoCore/Foundation/CodePoint.h"
 #include "VelmoCore/Foundation/Text.h"
-#include "VelmoCore/Mail/CodePoint.h"
 
+#include <algorithm>
 #include <array>
 
 namespace velmo {
@@ -13,30 +14,6 @@ std::u16string foldedAlone(char32_t character)
     return Text::folded(QString::fromUcs4(&character, 1)).toStdU16String();
 }
 
-/// What the characters up to the end of Cyrillic fold to, made on first use.
-class FoldTable {
-public:
-    static constexpr char32_t end = 0x530;
-
-    FoldTable()
-    {
-        for (char32_t character = 0; character < end; ++character) {
-            m_units += foldedAlone(character);
-            m_ends[character + 1] = m_units.size();
-        }
-    }
-
-    std::u16string_view operator[](char32_t character) const
-    {
-        const std::size_t start = m_ends[character];
-        return std::u16string_view(m_units).substr(start, m_ends[character + 1] - start);
-    }
-
-private:
-    std::u16string m_units;
-    std::array<std::size_t, end + 1> m_ends{};
-};
-
 /// Without marks, letters that have case, and those that are made plain.
 bool foldsToItself(char32_t character)
 {
@@ -46,9 +23,67 @@ bool foldsToItself(char32_t character)
            QChar::decompositionTag(character) == QChar::NoDecomposition;
 }
 
-char16_t foldedAscii(char32_t character)
+/// What the characters up to the ideographs, and those behind Hangul, fold to: made on first use.
+class FoldTable {
+public:
+    static constexpr char16_t nothing = 0xFFFE; ///< no characters: a mark folds to nothing,
+    static constexpr char16_t several = 0xFFFF; ///< and a ligature to several units
+
+    FoldTable()
+    {
+        for (char32_t character = 0; character < gapStart; ++character)
+            m_units[character] = foldedUnit(character);
+        for (char32_t character = gapEnd; character < end; ++character)
+            m_units[character - gapLength] = foldedUnit(character);
+    }
+
+    /// Also `several` for what isn't in the table.
+    char16_t operator[](char32_t character) const
+    {
+        if (character < gapStart)
+            return m_units[character];
+        return character >= gapEnd && character < end ? m_units[character - gapLength] : several;
+    }
+
+private:
+    static constexpr char32_t gapStart = 0x3400;
+    static constexpr char32_t gapEnd = 0xF900;
+    static constexpr char32_t end = nothing;
+    static constexpr char32_t gapLength = gapEnd - gapStart;
+
+    static char16_t foldedUnit(char32_t character)
+    {
+        if (foldsToItself(character))
+            return char16_t(character);
+        const std::u16string folded = foldedAlone(character);
+        return folded.empty() ? nothing : folded.size() > 1 ? several : folded.front();
+    }
+
+    std::array<char16_t, end - gapLength> m_units;
+};
+
+bool isIdeograph(char32_t character)
 {
-    return char16_t(character >= U'A' && character <= U'Z' ? character + 0x20 : character);
+    return character >= 0x3400 && character < 0xA000;
+}
+
+bool isHangulSyllable(char32_t character)
+{
+    return character >= 0xAC00 && character < 0xD7A4;
+}
+
+/// Calls `add` with the two or three letters of a syllable, by the arithmetic of the Unicode
+/// Standard, 3.12.
+template <typename Add>
+void addLetters(char32_t syllable, Add add)
+{
+    constexpr unsigned vowels = 21;
+    constexpr unsigned finals = 28; // none is one of them
+    const unsigned index = syllable - 0xAC00;
+    add(char16_t(0x1100 + index / (vowels * finals)));
+    add(char16_t(0x1161 + index / finals % vowels));
+    if (index % finals != 0)
+        add(char16_t(0x11A7 + index % finals));
 }
 
 } // namespace
@@ -59,19 +94,23 @@ FoldedText::FoldedText(const QString &text) : original(text)
     folded.reserve(std::size_t(text.size()));
     origins.reserve(std::size_t(text.size()));
     const QStringView view = text;
-    for (qsizetype at = 0; at < view.size();) {
+    qsizetype length = 0;
+    for (qsizetype at = 0; at < view.size(); at += length) {
+        const auto add = [&](char16_t unit) {
+            folded.push_back(unit);
+            origins.push_back(at);
+        };
         const char32_t character = codePointAt(view, at);
-        const qsizetype length = lengthOf(character);
-        if (character < 0x80)
-            folded.push_back(foldedAscii(character));
-        else if (character < FoldTable::end)
-            folded += table[character];
-        else if (foldsToItself(character))
-            folded += std::u16string_view(view.sliced(at, length).utf16(), std::size_t(length));
-        else
-            folded += foldedAlone(character);
-        origins.resize(folded.size(), at);
-        at += length;
+        length = lengthOf(character);
+        const char16_t unit = isIdeograph(character) ? char16_t(character) : table[character];
+        if (unit < FoldTable::nothing)
+            add(unit);
+        else if (isHangulSyllable(character))
+            addLetters(character, add);
+        else if (unit == FoldTable::several && foldsToItself(character))
+            std::for_each_n(view.utf16() + at, length, add);
+        else if (unit == FoldTable::several)
+            std::ranges::for_each(foldedAlone(character), add);
     }
 }
 

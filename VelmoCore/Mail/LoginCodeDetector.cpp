@@ -45,15 +45,14 @@ constexpr std::array signInBodyPhraseList = {u"magic link"sv,     u"sign-in link
                                              u"sign in link"sv,   u"login link"sv,
                                              u"link de acesso"sv, u"link para entrar"sv};
 
-/// `hostOfX` is one more.
+/// The end of many another host: it counts only where a label of a host name can start.
+constexpr std::u16string_view hostOfX = u"x.com/";
+
 constexpr std::array linkStopWordList = {
     u"unsubscribe"sv,   u"descadastr"sv,   u"privacy"sv,  u"privacidade"sv,  u"terms"sv,
     u"termos"sv,        u"help"sv,         u"ajuda"sv,    u"support"sv,      u"suporte"sv,
     u"preferences"sv,   u"preferencias"sv, u"settings"sv, u"facebook.com"sv, u"twitter.com"sv,
-    u"instagram.com"sv, u"linkedin.com"sv};
-
-/// The end of many another host: it counts only where a label of a host name can start.
-constexpr QStringView hostOfX = u"x.com/";
+    u"instagram.com"sv, u"linkedin.com"sv, hostOfX};
 
 constexpr std::array linkWordList = {u"sign in"sv,   u"sign-in"sv,     u"signin"sv,    u"log in"sv,
                                      u"login"sv,     u"log-in"sv,      u"magic"sv,     u"entrar"sv,
@@ -134,25 +133,22 @@ qsizetype distanceToNearest(const std::vector<qsizetype> &positions, qsizetype s
     return behind == positions.end() ? ahead : std::min(ahead, *behind - start);
 }
 
-/// The code nearest to a code word; the earlier one of two. `anywhere` leaves the distance open;
-/// with `subjectMentions` the text's start counts as a word.
-std::optional<QString> bestCode(const FoldedText &text, bool anywhere, bool subjectMentions)
+/// The code nearest to one of the positions, the earlier one of two, up to `reach` UTF-16 units
+/// away.
+std::optional<QString> bestCode(QStringView text, const std::vector<qsizetype> &positions,
+                                qsizetype reach)
 {
-    std::vector<qsizetype> positions = wordPositions(text);
-    if (subjectMentions)
-        positions.insert(positions.begin(), 0);
     if (positions.empty())
         return {};
     std::optional<QString> best;
     qsizetype bestDistance = 0;
-    const QStringView original = text.original;
-    for (const QStringView match : LoginCodePattern::matches(original)) {
-        const qsizetype start = match.begin() - original.begin();
+    for (const QStringView match : LoginCodePattern::matches(text)) {
+        const qsizetype start = match.begin() - text.begin();
         const qsizetype distance = distanceToNearest(positions, start);
-        if ((!anywhere && distance > farthest) || (best && distance >= bestDistance))
+        if (distance > reach || (best && distance >= bestDistance))
             continue;
-        const qsizetype reach = std::min(start, priceReach);
-        if (auto code = accept(match, original.sliced(start - reach, reach))) {
+        const qsizetype ahead = std::min(start, priceReach);
+        if (auto code = accept(match, text.sliced(start - ahead, ahead))) {
             best = std::move(code);
             bestDistance = distance;
         }
@@ -160,18 +156,16 @@ std::optional<QString> bestCode(const FoldedText &text, bool anywhere, bool subj
     return best;
 }
 
-bool holdsHostOfX(QStringView text)
-{
-    for (qsizetype at = text.indexOf(hostOfX); at >= 0; at = text.indexOf(hostOfX, at + 1)) {
-        if (at == 0 || !(text[at - 1].isLetterOrNumber() || text[at - 1] == u'-'))
-            return true;
-    }
-    return false;
-}
-
 bool isStopped(QStringView text)
 {
-    return linkStopWords.isIn(text) || holdsHostOfX(text);
+    bool isStopped = false;
+    linkStopWords.scan(text, [&](qsizetype at) {
+        const bool isRestOfLabel =
+            at > 0 && (text[at - 1].isLetterOrNumber() || text[at - 1] == u'-');
+        isStopped = !(isRestOfLabel && text.sliced(at).startsWith(hostOfX));
+        return !isStopped;
+    });
+    return isStopped;
 }
 
 std::optional<QUrl> signInLink(const std::vector<MailLink> &links)
@@ -199,15 +193,19 @@ Detection detect(const QString &subject, const QString &text, const std::vector<
 {
     const FoldedText heading(subject);
     const FoldedText body(opening(text));
-    const bool subjectMentions = codeWords.isIn(heading.folded);
-    if (!subjectMentions && !codeWords.isIn(body.folded)) {
+    const std::vector<qsizetype> inHeading = wordPositions(heading);
+    std::vector<qsizetype> inBody = wordPositions(body);
+    if (inHeading.empty() && inBody.empty()) {
         if (signInSubjectWords.isIn(heading.folded) || signInBodyPhrases.isIn(body.folded))
             return {{}, signInLink(links)};
         return {};
     }
-    auto code = bestCode(heading, true, false);
-    if (!code)
-        code = bestCode(body, false, subjectMentions);
+    auto code = bestCode(heading.original, inHeading, subject.size()); // wherever it is
+    if (!code) {
+        if (!inHeading.empty())
+            inBody.insert(inBody.begin(), 0); // the code follows on the subject
+        code = bestCode(body.original, inBody, farthest);
+    }
     return {code, signInLink(links)};
 }
 

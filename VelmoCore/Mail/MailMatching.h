@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VelmoCore/Foundation/CodePoint.h"
+
 #include <QString>
 
 #include <algorithm>
@@ -35,11 +37,7 @@ inline bool hasName(QStringView text, qsizetype at, QStringView name)
 /// Whether no letter, number or "_" comes next.
 inline bool isWordEnd(QStringView text, qsizetype at)
 {
-    if (at == text.size())
-        return true;
-    char32_t c = text[at].unicode();
-    if (QChar::isHighSurrogate(c) && at + 1 < text.size() && text[at + 1].isLowSurrogate())
-        c = QChar::surrogateToUcs4(text[at], text[at + 1]);
+    const char32_t c = codePointAt(text, at);
     return c != u'_' && !QChar::isLetterOrNumber(c);
 }
 

@@ -138,8 +138,9 @@ TEST(LoginCodePattern, MatchesWhatTheWrittenPatternMatches)
         R"((?<![\p{L}\p{N}#/\-.,@_])(\d{3}[ \-]\d{3}|\d{4,8}|[A-Z0-9]{3,5}-[A-Z0-9]{3,5}))"
         R"((?![\p{L}\p{N}/\-@_]|[.,]\d))",
         QRegularExpression::UseUnicodePropertiesOption);
-    const QStringList pieces = {"1", "23", "456", "7890", "A", "BC", "-", "-", " ", " ", ".", ",",
-                                "#", "/",  "@",   "_",    "é", "b",  "٣", "𝟗", "𝐀", "👋", "Ⅷ", "½"};
+    const QStringList pieces = {"1", "23", "456", "7890", "A", "BC", "-",  "-", " ", " ",
+                                ".", ",",  "#",   "/",    "@", "_",  "é",  "b", "٣", "𝟗",
+                                "𝐀", "👋",  "Ⅷ",   "½",    "᱙", "꯹",  "４", "中"};
     std::mt19937 random(7);
     for (int round = 0; round < 40'000; ++round) {
         QString text;

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace velmo {
 
 TEST(Text, CountsAndCutsWhatAReaderTakesForACharacter)
@@ -41,6 +43,24 @@ TEST(Text, FoldsWhatReadsAlike)
     // Long enough that more than linear time is noticed, and with pairs at any place.
     const QString bold = QString("é𝐀").repeated(300'000);
     EXPECT_EQ(Text::folded("Ç" + bold), "c" + QString("ea").repeated(300'000));
+}
+
+TEST(Text, FoldsALongTextAsItFoldsItWhole)
+{
+    const QStringList pieces = {"a",      "É",       "ﬁ",      "각",  "が",         "👋",
+                                "\u0301", "\u0323",  "\u302E", "한",  "\U0001E000", "\U0001D165",
+                                "\u0340", "é\u0316", "𝐀",      "\r\n"};
+    std::mt19937 random(7);
+    for (int round = 0; round < 2000; ++round) {
+        QString text;
+        while (text.size() < 200)
+            text += pieces[qsizetype(random() % std::size_t(pieces.size()))];
+        QList<uint> whole = text.normalized(QString::NormalizationForm_KD).toUcs4();
+        whole.removeIf([](uint character) { return QChar::isMark(character); });
+        const auto *units = reinterpret_cast<const char32_t *>(whole.constData());
+        ASSERT_EQ(Text::folded(text),
+                  QString::fromUcs4(units, whole.size()).toUpper().toCaseFolded());
+    }
 }
 
 TEST(Date, WritesAndReadsWholeSecondsInUTC)
