@@ -88,7 +88,7 @@ protected:
             found = items();
             return found.size() == count && textOf(found.front()) == content.text;
         };
-        if (eventually(does, 10s))
+        if (eventually(does))
             return testing::AssertionSuccess();
         return testing::AssertionFailure()
                << "It keeps " << found.size() << ", the newest being "
@@ -152,7 +152,7 @@ TEST_F(ClipboardTest, ExchangesTextWithABrowser)
             screen.typeKey(key, {XK_Control_L});
             return eventually(effect, 2s);
         };
-        return eventually(hasEffect, 20s);
+        return eventually(hasEffect);
     };
     EXPECT_TRUE(press(XK_c, [&] { return !items().empty(); }));
     EXPECT_TRUE(keeps(own, 1));

@@ -33,7 +33,7 @@ protected:
         screen.runWindowManager();
         launch();
         screen.run("pcmanfm", {home.path("home/Docs")});
-        ASSERT_TRUE(eventually([&] { return pixel(emptyPlace) == white; }, 20s));
+        ASSERT_TRUE(eventually([&] { return pixel(emptyPlace) == white; }));
     }
 
     bool stands(const char *path) const { return QFile::exists(home.path("home/") + path); }
@@ -59,6 +59,14 @@ protected:
         EXPECT_TRUE(shows("dropResult"));
     }
 
+    bool openShelf()
+    {
+        run({"open", "shelf"});
+        const bool isOpen = bool(shows("expanded"));
+        pause(300ms); // its tiles come with it
+        return isOpen;
+    }
+
     /// Takes what lies there, which may have to be drawn first, to the panel.
     bool dragToNotch(const QPoint &from)
     {
@@ -81,10 +89,8 @@ TEST_F(FileManagerTest, GivesAFileAndGetsItBackWhenItLeavesTheShelf)
     EXPECT_TRUE(eventually([&] { return stands(".local/share/Orvane/Shelf/shelf.json"); }));
     EXPECT_TRUE(eventually(
         [&] {
-            run({"open", "shelf"});
-            if (!shows("expanded"))
+            if (!openShelf())
                 return false;
-            pause(300ms); // its tiles come with it
             screen.click(shelfTile.x(), shelfTile.y());
             screen.typeKey(XK_Delete);
             screen.typeKey(XK_Escape); // from now on it can't be undone
@@ -97,11 +103,10 @@ TEST_F(FileManagerTest, GivesAFileAndGetsItBackWhenItLeavesTheShelf)
 TEST_F(FileManagerTest, TakesAFileThatIsDraggedOutOfTheShelf)
 {
     moveIn();
-    run({"open", "shelf"});
-    ASSERT_TRUE(shows("expanded"));
     EXPECT_TRUE(eventually(
         [&] {
-            screen.setButton(1, false);
+            if (!openShelf())
+                return false;
             screen.movePointer(shelfTile.x(), shelfTile.y());
             pause(100ms);
             screen.setButton(1, true);
@@ -115,9 +120,9 @@ TEST_F(FileManagerTest, TakesAFileThatIsDraggedOutOfTheShelf)
                 drag(emptyPlace + QPoint(way, 0)); // until the file manager takes it
             pause(200ms);
             screen.setButton(1, false);
-            return eventually([&] { return stands("Docs/Relatório.txt"); }, 1s);
+            return eventually([&] { return stands("Docs/Relatório.txt"); }, 2s);
         },
-        20s));
+        40s));
 }
 
 } // namespace velmo

@@ -60,7 +60,7 @@ void OrvaneTest::start(const QStringList &arguments)
 void OrvaneTest::launch(const QStringList &arguments)
 {
     start(arguments);
-    ASSERT_TRUE(eventually([this] { return !status().isEmpty(); }, 20s));
+    ASSERT_TRUE(eventually([this] { return !status().isEmpty(); }));
 }
 
 OrvaneTest::Result OrvaneTest::run(const QStringList &arguments) const
@@ -92,7 +92,7 @@ QString OrvaneTest::log()
 
 bool OrvaneTest::logs(const QString &text)
 {
-    return eventually([&] { return log().contains(text); }, 20s);
+    return eventually([&] { return log().contains(text); });
 }
 
 QJsonObject OrvaneTest::status() const

@@ -72,8 +72,9 @@ private:
     std::vector<std::unique_ptr<QProcess>> m_programs;
 };
 
-/// Runs the event loop until `condition` holds; false if it doesn't within `patience`.
+/// Runs the event loop until `condition` holds; false if it doesn't within `patience`, which is
+/// longer than anything takes that does happen.
 bool eventually(const std::function<bool()> &condition,
-                std::chrono::milliseconds patience = std::chrono::seconds(5));
+                std::chrono::milliseconds patience = std::chrono::seconds(20));
 
 } // namespace velmo
