@@ -22,10 +22,10 @@ QRect blackPart(const XServer &screen)
     return black;
 }
 
-/// The corners at the top edge run out into points.
+/// The corners at the top edge run out into points, which blend with what is behind.
 bool isAbout(const QRect &seen, const QRect &told, int scale = 1)
 {
-    const int point = 4 * scale;
+    const int point = 6 * scale;
     return std::abs(seen.left() - told.left()) <= point &&
            std::abs(seen.right() - told.right()) <= point && seen.top() == told.top() &&
            std::abs(seen.bottom() - told.bottom()) <= 1;
