@@ -115,7 +115,7 @@ protected:
         QProcess process;
         process.setWorkingDirectory(files.path());
         process.start(tool, arguments);
-        ASSERT_TRUE(process.waitForFinished()) << tool;
+        ASSERT_TRUE(process.waitForFinished(-1)) << tool;
         ASSERT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
     }
 
