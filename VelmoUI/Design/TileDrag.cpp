@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDrag>
+#include <QPainter>
 #include <QPixmap>
 #include <QPointer>
 #include <QQuickItem>
@@ -18,9 +19,18 @@ QPixmap pictureOf(const QQuickItem &tile)
 {
     QQuickWindow &window = *tile.window();
     const qreal ratio = window.effectiveDevicePixelRatio();
+    const qreal radius = tile.property("radius").toReal() * ratio;
     const QRectF frame = tile.mapRectToScene(tile.boundingRect());
-    QPixmap picture = QPixmap::fromImage(window.grabWindow().copy(
-        QRectF(frame.topLeft() * ratio, frame.size() * ratio).toAlignedRect()));
+    const QImage shot = window.grabWindow().copy(
+        QRectF(frame.topLeft() * ratio, frame.size() * ratio).toAlignedRect());
+    QPixmap picture(shot.size());
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(shot);
+    painter.drawRoundedRect(picture.rect(), radius, radius);
+    painter.end();
     picture.setDevicePixelRatio(ratio);
     return picture;
 }

@@ -17,6 +17,7 @@ Item {
     required property bool isCollected
     required property string spoken
     required property ClipboardPageModel page
+    readonly property real radius: Theme.cardRadius
     readonly property bool isCurrent: GridView.isCurrentItem
     readonly property bool isFocused: isCurrent && GridView.view.activeFocus
     readonly property bool hovered: hover.hovered
@@ -38,7 +39,7 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        radius: Theme.cardRadius
+        radius: tile.radius
         color: area.pressed ? Theme.surfacePressed : tile.hovered ? Theme.surfaceHover : Theme.surface
 
         Behavior on color {
@@ -94,7 +95,7 @@ Item {
     }
 
     FocusRing {
-        radius: Theme.cardRadius
+        radius: tile.radius
         shown: tile.isFocused || (tile.isCurrent && tile.page.collections.isCollecting)
     }
 

@@ -15,6 +15,7 @@ Item {
     required property bool isSelected
     required property string spoken
     required property ShelfPageModel page
+    readonly property real radius: Theme.cardRadius
     readonly property bool isRinged: GridView.isCurrentItem && GridView.view.activeFocus
     readonly property bool isRenaming: page.renaming === id
 
@@ -31,7 +32,7 @@ Item {
     Rectangle {
         id: surface
         anchors.fill: parent
-        radius: Theme.cardRadius
+        radius: tile.radius
         color: tile.isSelected ? Theme.surfaceSelected : hover.hovered ? Theme.surfaceHover : Theme.surface
 
         Behavior on color {
@@ -118,7 +119,7 @@ Item {
     }
 
     FocusRing {
-        radius: Theme.cardRadius
+        radius: tile.radius
         shown: tile.isRinged
     }
 
