@@ -1,30 +1,25 @@
 #include "VelmoCore/Activity/ActivityCenter.h"
 
-#include "VelmoCore/Foundation/Log.h"
-
 #include <algorithm>
 
 namespace velmo {
 
 namespace {
 
-/// A burst of events costs one write, this long after the last one.
 constexpr Seconds saveDelay = 0.5s;
 
 } // namespace
 
-ActivityCenter::ActivityCenter(Scheduler &scheduler, std::optional<Store> store, int retentionDays,
-                               Seconds duration)
-    : m_scheduler(scheduler), m_store(std::move(store)), m_retentionDays(retentionDays),
-      m_feedbackDuration(duration)
+ActivityCenter::ActivityCenter(const std::optional<QString> &path,
+                               const std::optional<DataCipher> &cipher, Scheduler &scheduler,
+                               int retentionDays, Seconds duration)
+    : m_scheduler(scheduler), m_retentionDays(retentionDays), m_feedbackDuration(duration),
+      m_file(path, cipher, scheduler,
+             {QStringLiteral("Atividade"), QStringLiteral("histórico de atividade")},
+             [this] { return m_history; })
 {
-    if (!m_store)
-        return;
-    const Date now = m_scheduler.now();
-    if (auto history = m_store->load(now).value()) {
-        m_history = *std::move(history);
-        prune(now);
-    }
+    if (auto history = m_file.load())
+        m_history = pruned(*std::move(history), scheduler.now());
 }
 
 void ActivityCenter::upsert(const LiveActivity &activity, std::function<void()> onCancel)
@@ -68,7 +63,7 @@ void ActivityCenter::post(ActivityEvent event, Presentation presentation)
     auto history = m_history;
     history.insert(history.begin(), std::move(event));
     setHistory(pruned(std::move(history), m_scheduler.now()));
-    scheduleSave();
+    m_file.saveAfter(saveDelay);
 }
 
 void ActivityCenter::dismissFeedback(const std::optional<Uuid> &id)
@@ -88,19 +83,7 @@ void ActivityCenter::prune(Date now)
 void ActivityCenter::clearHistory()
 {
     setHistory({});
-    scheduleSave();
-}
-
-void ActivityCenter::flush()
-{
-    m_saveTask.cancel();
-    if (!m_store)
-        return;
-    try {
-        m_store->save(m_history);
-    } catch (const LocalizedError &error) {
-        qCWarning(Log::storage, "Falha ao salvar histórico de atividade: %s", error.what());
-    }
+    m_file.saveAfter(saveDelay);
 }
 
 void ActivityCenter::removeLive(const QString &id)
@@ -146,12 +129,6 @@ void ActivityCenter::setHistory(std::vector<ActivityEvent> history)
         return;
     m_history = std::move(history);
     Q_EMIT historyChanged();
-}
-
-void ActivityCenter::scheduleSave()
-{
-    if (m_store)
-        m_saveTask = m_scheduler.after(saveDelay, [this] { flush(); });
 }
 
 } // namespace velmo

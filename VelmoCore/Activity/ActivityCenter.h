@@ -2,8 +2,7 @@
 
 #include "VelmoCore/Activity/ActivityEvent.h"
 #include "VelmoCore/Activity/LiveActivity.h"
-#include "VelmoCore/Foundation/Scheduler.h"
-#include "VelmoCore/Storage/JSONFileStore.h"
+#include "VelmoCore/Storage/StateFile.h"
 
 #include <QObject>
 
@@ -20,8 +19,6 @@ class ActivityCenter : public QObject {
     Q_OBJECT
 
 public:
-    using Store = JSONFileStore<std::vector<ActivityEvent>>;
-
     enum class Presentation { standard, transientOnly, historyOnly };
 
     static constexpr std::size_t historyLimit = 100;
@@ -29,9 +26,9 @@ public:
     /// An event with files stays at least this long, so that they can be reached.
     static constexpr Seconds feedbackDurationWithFiles = 8s;
 
-    /// Loads the history. Without a store nothing is kept.
-    ActivityCenter(Scheduler &scheduler, std::optional<Store> store, int retentionDays,
-                   Seconds duration = feedbackDuration);
+    /// Loads the history. Without a path nothing is kept.
+    ActivityCenter(const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
+                   Scheduler &scheduler, int retentionDays, Seconds duration = feedbackDuration);
 
     /// Sorted by priority, equal ones in order of arrival.
     const std::vector<LiveActivity> &live() const { return m_live; }
@@ -56,8 +53,8 @@ public:
     void setRetentionDays(int days) { m_retentionDays = days; }
     void prune(Date now);
     void clearHistory();
-    /// Saves at once.
-    void flush();
+    /// Saves at once, and returns when all of it is on disk.
+    void flush() { m_file.flush(); }
 
 Q_SIGNALS:
     void liveChanged();
@@ -71,18 +68,16 @@ private:
     /// What of `history` stays: young enough, and no more than the limit.
     std::vector<ActivityEvent> pruned(std::vector<ActivityEvent> history, Date now) const;
     void setHistory(std::vector<ActivityEvent> history);
-    void scheduleSave();
 
     Scheduler &m_scheduler;
-    std::optional<Store> m_store;
     int m_retentionDays;
     Seconds m_feedbackDuration;
     std::vector<LiveActivity> m_live;
     std::optional<ActivityEvent> m_feedback;
     std::vector<ActivityEvent> m_history;
+    StateFile<std::vector<ActivityEvent>> m_file;
     std::map<QString, std::function<void()>> m_cancelHandlers;
     ScheduledTask m_feedbackTask;
-    ScheduledTask m_saveTask;
 };
 
 } // namespace velmo

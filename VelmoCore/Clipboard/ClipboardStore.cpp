@@ -1,7 +1,5 @@
 #include "VelmoCore/Clipboard/ClipboardStore.h"
 
-#include "VelmoCore/Foundation/Log.h"
-
 #include <QDir>
 #include <QLocale>
 #include <QPointer>
@@ -14,13 +12,7 @@ namespace velmo {
 namespace {
 
 constexpr Seconds day = 86'400s;
-/// A burst of copies costs one write, this long after the last one.
 constexpr Seconds saveDelay = 0.5s;
-
-QString label()
-{
-    return QStringLiteral("Clipboard");
-}
 
 QString foldedText(const QString &text)
 {
@@ -36,19 +28,21 @@ std::optional<QString> inside(const std::optional<QString> &directory, const QSt
 
 ClipboardStore::ClipboardStore(const std::optional<QString> &directory,
                                const std::optional<DataCipher> &cipher, Scheduler &scheduler)
-    : m_scheduler(scheduler), m_images{inside(directory, QStringLiteral("images")), {cipher}},
-      m_saver(scheduler, [this](const std::exception_ptr &failure) { saved(failure); })
+    : m_scheduler(scheduler),
+      m_file(
+          inside(directory, QStringLiteral("clipboard.json")), cipher, scheduler,
+          {QStringLiteral("Clipboard"), QStringLiteral("o clipboard")},
+          [this] {
+              return Snapshot{m_items, m_collections};
+          },
+          [this] { Q_EMIT issuesChanged(); }),
+      m_images{inside(directory, QStringLiteral("images")), {cipher}}
 {
     m_worker.setMaxThreadCount(1);
-    if (!directory)
-        return;
-    m_store.emplace(*inside(directory, QStringLiteral("clipboard.json")), cipher);
-    const LoadResult<Snapshot> result = m_store->load(scheduler.now());
-    if (auto snapshot = result.value()) {
+    if (auto snapshot = m_file.load()) {
         m_items = std::move(snapshot->items);
         m_collections = std::move(snapshot->collections);
     }
-    m_loadIssue = result.issue(label());
     encryptLegacyImages();
     foldInBackground();
 }
@@ -83,13 +77,6 @@ std::optional<ClipItem> ClipboardStore::item(const Uuid &id) const
 {
     const auto item = std::ranges::find(m_items, id, &ClipItem::id);
     return item == m_items.end() ? std::nullopt : std::optional(*item);
-}
-
-void ClipboardStore::dismissIssues()
-{
-    m_loadIssue.reset();
-    m_lastSaveError.reset();
-    Q_EMIT issuesChanged();
 }
 
 void ClipboardStore::add(const ClipItem &item)
@@ -160,7 +147,7 @@ std::optional<ClipCollection> ClipboardStore::createCollection(const QString &na
         return std::nullopt;
     const ClipCollection made{makeUuid(), trimmed, m_scheduler.now()};
     m_collections.push_back(made);
-    scheduleSave();
+    m_file.saveAfter(saveDelay);
     Q_EMIT collectionsChanged();
     return made;
 }
@@ -172,7 +159,7 @@ void ClipboardStore::renameCollection(const Uuid &id, const QString &name)
     if (collection == m_collections.end() || trimmed.isEmpty() || trimmed == collection->name)
         return;
     collection->name = trimmed;
-    scheduleSave();
+    m_file.saveAfter(saveDelay);
     Q_EMIT collectionsChanged();
 }
 
@@ -230,8 +217,7 @@ void ClipboardStore::encryptLegacyImages()
 
 void ClipboardStore::flush()
 {
-    save();
-    m_saver.flush();
+    m_file.flush();
     m_worker.waitForDone();
 }
 
@@ -286,7 +272,7 @@ void ClipboardStore::removeImage(const ClipItem &item)
 
 void ClipboardStore::changed()
 {
-    scheduleSave();
+    m_file.saveAfter(saveDelay);
     Q_EMIT itemsChanged();
 }
 
@@ -315,37 +301,6 @@ void ClipboardStore::foldInBackground()
             }
         });
     });
-}
-
-void ClipboardStore::scheduleSave()
-{
-    if (m_store)
-        m_saveTask = m_scheduler.after(saveDelay, [this] { save(); });
-}
-
-void ClipboardStore::save()
-{
-    m_saveTask.cancel();
-    if (m_store)
-        m_saver.save([store = *m_store, snapshot = Snapshot{m_items, m_collections}] {
-            store.save(snapshot);
-        });
-}
-
-void ClipboardStore::saved(const std::exception_ptr &failure)
-{
-    std::optional<QString> issue;
-    try {
-        if (failure)
-            std::rethrow_exception(failure);
-    } catch (const LocalizedError &error) {
-        qCCritical(Log::storage).noquote() << "Falha ao salvar o clipboard:" << error.description();
-        issue = JSONFile::saveIssue(error, label(), m_loadIssue);
-    }
-    if (issue == m_lastSaveError)
-        return;
-    m_lastSaveError = issue;
-    Q_EMIT issuesChanged();
 }
 
 } // namespace velmo

@@ -3,8 +3,7 @@
 #include "VelmoCore/Clipboard/ClipImageWriter.h"
 #include "VelmoCore/Clipboard/ClipItem.h"
 #include "VelmoCore/Foundation/Scheduler.h"
-#include "VelmoCore/Storage/BackgroundSaver.h"
-#include "VelmoCore/Storage/JSONFileStore.h"
+#include "VelmoCore/Storage/StateFile.h"
 
 #include <QHash>
 #include <QObject>
@@ -46,9 +45,9 @@ public:
     std::optional<ClipItem> item(const Uuid &id) const;
     const std::vector<ClipCollection> &collections() const { return m_collections; }
 
-    const std::optional<QString> &loadIssue() const { return m_loadIssue; }
-    const std::optional<QString> &lastSaveError() const { return m_lastSaveError; }
-    void dismissIssues();
+    const std::optional<QString> &loadIssue() const { return m_file.loadIssue(); }
+    const std::optional<QString> &lastSaveError() const { return m_file.lastSaveError(); }
+    void dismissIssues() { m_file.dismissIssues(); }
 
     /// An item of the same content rises to the front and keeps its id, pin, favourite and
     /// collections; the new one's image file is removed then.
@@ -86,7 +85,7 @@ public:
     /// Seals the images that an earlier version left in plain.
     void encryptLegacyImages();
 
-    /// Saves at once, and returns when all of it is on disk.
+    /// Returns when all of it is on disk.
     void flush();
 
 Q_SIGNALS:
@@ -107,12 +106,9 @@ private:
     void changed();
     const QString &folded(const ClipItem &item) const;
     void foldInBackground();
-    void scheduleSave();
-    void save();
-    void saved(const std::exception_ptr &failure);
 
     Scheduler &m_scheduler;
-    std::optional<JSONFileStore<Snapshot>> m_store;
+    StateFile<Snapshot> m_file;
     ClipImageWriter m_images;
     Items m_items;
     std::vector<ClipCollection> m_collections;
@@ -120,10 +116,6 @@ private:
     int m_retentionDays = defaultRetentionDays;
     /// What a search compares with, by item.
     mutable FoldedTexts m_folded;
-    std::optional<QString> m_loadIssue;
-    std::optional<QString> m_lastSaveError;
-    ScheduledTask m_saveTask;
-    BackgroundSaver m_saver;
     QThreadPool m_worker; ///< one thread, so that image files change in order
 };
 BOOST_DESCRIBE_STRUCT(ClipboardStore::Snapshot, (), (items, collections))

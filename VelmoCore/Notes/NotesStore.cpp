@@ -1,6 +1,5 @@
 #include "VelmoCore/Notes/NotesStore.h"
 
-#include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Notes/NoteParsing.h"
 
 #include <QLocale>
@@ -16,17 +15,6 @@ namespace velmo {
 namespace {
 
 constexpr Seconds saveDelay = 0.4s;
-
-void logFailure(const std::exception_ptr &failure)
-{
-    if (!failure)
-        return;
-    try {
-        std::rethrow_exception(failure);
-    } catch (const LocalizedError &error) {
-        qCWarning(Log::storage).noquote() << "Falha ao salvar notas:" << error.description();
-    }
-}
 
 /// "segunda-feira, 23 de novembro": the locale's long date without its year.
 QString dayText(const QDateTime &date)
@@ -45,12 +33,11 @@ QString timeText(const QDateTime &date)
 
 NotesStore::NotesStore(const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
                        Scheduler &scheduler)
-    : m_scheduler(scheduler), m_saver(scheduler, logFailure)
+    : m_scheduler(scheduler),
+      m_file(path, cipher, scheduler, {QStringLiteral("Notas"), QStringLiteral("notas")},
+             [this] { return m_state; })
 {
-    if (!path)
-        return;
-    m_store.emplace(*path, cipher);
-    if (auto state = m_store->load(m_scheduler.now()).value())
+    if (auto state = m_file.load())
         m_state = *std::move(state);
     readInBackground();
 }
@@ -126,7 +113,7 @@ void NotesStore::updateNote(const Uuid &id, const QString &text)
         return;
     note->text = text;
     note->updated = m_scheduler.now();
-    scheduleSave();
+    hasChanged();
 }
 
 void NotesStore::togglePin(const Uuid &id)
@@ -135,14 +122,14 @@ void NotesStore::togglePin(const Uuid &id)
     if (note == m_state.notes.end())
         return;
     note->isPinned = !note->isPinned;
-    scheduleSave();
+    hasChanged();
 }
 
 void NotesStore::deleteNote(const Uuid &id)
 {
     m_readings.remove(id);
     if (std::erase_if(m_state.notes, [&](const Note &note) { return note.id == id; }) > 0)
-        scheduleSave();
+        hasChanged();
 }
 
 void NotesStore::restore(const Note &note)
@@ -157,7 +144,7 @@ void NotesStore::discardEmptyNotes()
         return std::ranges::all_of(note.text, [](QChar character) { return character.isSpace(); });
     };
     if (std::erase_if(m_state.notes, isEmpty) > 0)
-        scheduleSave();
+        hasChanged();
 }
 
 Note NotesStore::meetingNote(const QString &eventID, const QString &title, Date start, Date end)
@@ -208,7 +195,7 @@ std::optional<TaskItem> NotesStore::addTask(const QString &title, const std::opt
     const TaskItem task{
         .id = makeUuid(), .title = trimmed, .due = due, .created = m_scheduler.now()};
     m_state.tasks.insert(m_state.tasks.begin(), task);
-    scheduleSave();
+    hasChanged();
     if (due)
         onTaskReminderChanged(task);
     return task;
@@ -222,7 +209,7 @@ void NotesStore::toggleTask(const Uuid &id)
     changed->isDone = !changed->isDone;
     changed->completedAt = changed->isDone ? std::optional(m_scheduler.now()) : std::nullopt;
     const TaskItem copy = *changed;
-    scheduleSave();
+    hasChanged();
     onTaskReminderChanged(copy);
 }
 
@@ -233,7 +220,7 @@ void NotesStore::setDue(const Uuid &id, const std::optional<Date> &due)
         return;
     changed->due = due;
     const TaskItem copy = *changed;
-    scheduleSave();
+    hasChanged();
     onTaskReminderChanged(copy);
 }
 
@@ -245,14 +232,14 @@ void NotesStore::deleteTask(const Uuid &id)
     TaskItem deleted = *found;
     deleted.due.reset();
     std::erase_if(m_state.tasks, [&](const TaskItem &task) { return task.id == id; });
-    scheduleSave();
+    hasChanged();
     onTaskReminderChanged(deleted);
 }
 
 void NotesStore::clearCompletedTasks()
 {
     std::erase_if(m_state.tasks, [](const TaskItem &task) { return task.isDone; });
-    scheduleSave();
+    hasChanged();
 }
 
 void NotesStore::restore(const std::vector<TaskItem> &tasks)
@@ -263,14 +250,7 @@ void NotesStore::restore(const std::vector<TaskItem> &tasks)
         m_state.tasks.insert(m_state.tasks.begin(), restored);
         onTaskReminderChanged(restored);
     }
-    scheduleSave();
-}
-
-void NotesStore::flush()
-{
-    if (m_saveTask.isPending())
-        save();
-    m_saver.flush();
+    hasChanged();
 }
 
 TaskItem *NotesStore::task(const Uuid &id)
@@ -295,6 +275,8 @@ const NotesStore::Reading &NotesStore::read(const Note &note) const
 
 void NotesStore::readInBackground()
 {
+    if (m_state.notes.empty())
+        return;
     m_reader.start([notes = m_state.notes, &scheduler = m_scheduler, self = QPointer(this)] {
         QHash<Uuid, Reading> readings;
         for (const Note &note : notes)
@@ -309,20 +291,13 @@ void NotesStore::readInBackground()
 void NotesStore::insert(const Note &note)
 {
     m_state.notes.insert(m_state.notes.begin(), note);
-    scheduleSave();
+    hasChanged();
 }
 
-void NotesStore::scheduleSave()
+void NotesStore::hasChanged()
 {
-    if (m_store)
-        m_saveTask = m_scheduler.after(saveDelay, [this] { save(); });
+    m_file.saveAfter(saveDelay);
     Q_EMIT changed();
-}
-
-void NotesStore::save()
-{
-    m_saveTask.cancel();
-    m_saver.save([store = *m_store, state = m_state] { store.save(state); });
 }
 
 } // namespace velmo

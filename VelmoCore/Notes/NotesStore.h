@@ -2,8 +2,7 @@
 
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Notes/Note.h"
-#include "VelmoCore/Storage/BackgroundSaver.h"
-#include "VelmoCore/Storage/JSONFileStore.h"
+#include "VelmoCore/Storage/StateFile.h"
 
 #include <QHash>
 #include <QObject>
@@ -76,7 +75,7 @@ public:
     void restore(const std::vector<TaskItem> &tasks);
 
     /// Saves at once and waits for it.
-    void flush();
+    void flush() { m_file.flush(); }
 
 Q_SIGNALS:
     void changed();
@@ -95,17 +94,14 @@ private:
     const Reading &read(const Note &note) const;
     void readInBackground();
     void insert(const Note &note);
-    void scheduleSave();
-    void save();
+    void hasChanged();
 
     Scheduler &m_scheduler;
-    std::optional<JSONFileStore<Snapshot>> m_store;
     Snapshot m_state;
+    StateFile<Snapshot> m_file;
     mutable QHash<Uuid, Reading> m_readings; ///< as far as they were asked for, or read at start
     bool m_pendingCompose = false;
     std::optional<Uuid> m_pendingSelection;
-    ScheduledTask m_saveTask;
-    BackgroundSaver m_saver;
     QThreadPool m_reader; ///< it waits for its thread as it goes
 };
 BOOST_DESCRIBE_STRUCT(NotesStore::Snapshot, (), (notes, tasks))

@@ -19,11 +19,6 @@ namespace {
 constexpr qsizetype longestName = 80;
 constexpr Seconds day = 86'400s;
 
-QString label()
-{
-    return QStringLiteral("Mesa");
-}
-
 } // namespace
 
 ShelfStore::ShelfStore(const Places &places, const std::optional<DataCipher> &cipher,
@@ -33,15 +28,14 @@ ShelfStore::ShelfStore(const Places &places, const std::optional<DataCipher> &ci
           if (!QFile::moveToTrash(file.toLocalFile()))
               throw FileError(file.toLocalFile(), errno != 0 ? errno : EIO);
       }),
-      m_places(places), m_scheduler(scheduler)
+      m_places(places), m_scheduler(scheduler),
+      m_file(
+          inDirectory(QStringLiteral("shelf.json")), cipher, scheduler,
+          {QStringLiteral("Mesa"), QStringLiteral("a prateleira")}, [this] { return snapshot(); },
+          [this] { Q_EMIT issuesChanged(); })
 {
-    if (!places.directory)
-        return;
-    m_store.emplace(QDir(*places.directory).filePath(QStringLiteral("shelf.json")), cipher);
-    const LoadResult<Snapshot> result = m_store->load(scheduler.now());
-    if (auto snapshot = result.value())
-        m_items = std::move(snapshot->items);
-    m_loadIssue = result.issue(label());
+    if (auto kept = m_file.load())
+        m_items = std::move(kept->items);
     removeDuplicateFiles();
 }
 
@@ -73,17 +67,13 @@ std::vector<QString> ShelfStore::groups() const
 
 void ShelfStore::dismissIssues()
 {
-    m_loadIssue.reset();
-    m_lastSaveError.reset();
     m_lastReturnFailure.reset();
-    Q_EMIT issuesChanged();
+    m_file.dismissIssues();
 }
 
 std::optional<QString> ShelfStore::copiesDirectory() const
 {
-    if (!m_places.directory)
-        return std::nullopt;
-    return QDir(*m_places.directory).filePath(QStringLiteral("Copies"));
+    return inDirectory(QStringLiteral("Copies"));
 }
 
 std::optional<QString> ShelfStore::mesaDirectory() const
@@ -274,30 +264,24 @@ void ShelfStore::insert(ShelfItem item)
     m_items.insert(m_items.begin(), std::move(item));
 }
 
-void ShelfStore::changed()
+std::optional<QString> ShelfStore::inDirectory(const QString &name) const
 {
-    save();
-    Q_EMIT itemsChanged();
+    return m_places.directory ? std::optional(QDir(*m_places.directory).filePath(name))
+                              : std::nullopt;
 }
 
-void ShelfStore::save()
+ShelfStore::Snapshot ShelfStore::snapshot() const
 {
-    if (!m_store)
-        return;
-    std::optional<QString> issue;
-    try {
-        std::vector<ShelfItem> all = m_items;
-        for (const ShelfItem &item : m_underway)
-            insertByDate(all, item);
-        m_store->save({all});
-    } catch (const LocalizedError &error) {
-        qCWarning(Log::storage).noquote() << "Falha ao salvar a prateleira:" << error.description();
-        issue = JSONFile::saveIssue(error, label(), m_loadIssue);
-    }
-    if (issue == m_lastSaveError)
-        return;
-    m_lastSaveError = issue;
-    Q_EMIT issuesChanged();
+    std::vector<ShelfItem> all = m_items;
+    for (const ShelfItem &item : m_underway)
+        insertByDate(all, item);
+    return {all};
+}
+
+void ShelfStore::changed()
+{
+    m_file.saveNow();
+    Q_EMIT itemsChanged();
 }
 
 } // namespace velmo

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Shelf/ShelfItem.h"
-#include "VelmoCore/Storage/JSONFileStore.h"
+#include "VelmoCore/Storage/StateFile.h"
 
 #include <QObject>
 
@@ -46,8 +45,8 @@ public:
     /// The distinct names, sorted.
     std::vector<QString> groups() const;
 
-    const std::optional<QString> &loadIssue() const { return m_loadIssue; }
-    const std::optional<QString> &lastSaveError() const { return m_lastSaveError; }
+    const std::optional<QString> &loadIssue() const { return m_file.loadIssue(); }
+    const std::optional<QString> &lastSaveError() const { return m_file.lastSaveError(); }
     /// How many moved files could not go back.
     std::optional<int> lastReturnFailure() const { return m_lastReturnFailure; }
     void dismissIssues();
@@ -122,8 +121,9 @@ private:
     bool isListed(const QUrl &url) const;
     QUrl placeFor(const QUrl &url) const;
     void insert(ShelfItem item);
+    std::optional<QString> inDirectory(const QString &name) const;
+    Snapshot snapshot() const;
     void changed();
-    void save();
     Removal beginRemoval(const IDs &ids);
     void deleteManagedCopy(const ShelfItem &item);
     std::optional<Departure> returnMovedFile(const ShelfItem &item) const;
@@ -131,11 +131,9 @@ private:
 
     Places m_places;
     Scheduler &m_scheduler;
-    std::optional<JSONFileStore<Snapshot>> m_store;
+    StateFile<Snapshot> m_file;
     std::vector<ShelfItem> m_items;
     std::vector<ShelfItem> m_underway; ///< recorded, but in no list until they settle
-    std::optional<QString> m_loadIssue;
-    std::optional<QString> m_lastSaveError;
     std::optional<int> m_lastReturnFailure;
 };
 BOOST_DESCRIBE_STRUCT(ShelfStore::Snapshot, (), (items))

@@ -1,7 +1,5 @@
 #include "VelmoCore/Timers/TimerCenter.h"
 
-#include "VelmoCore/Foundation/Log.h"
-
 #include <QPointer>
 
 #include <algorithm>
@@ -13,11 +11,6 @@ namespace {
 constexpr Seconds leastWake = 0.05s;
 constexpr int timerPriority = 5;
 constexpr int pomodoroPriority = 6;
-
-QString label()
-{
-    return QStringLiteral("Timers");
-}
 
 QString pomodoroID()
 {
@@ -46,14 +39,12 @@ bool hasEnded(const CountdownTimer &timer, Date now)
 
 TimerCenter::TimerCenter(const std::optional<QString> &path, Scheduler &scheduler,
                          ActivityCenter &activity, std::function<PomodoroConfig()> config)
-    : m_scheduler(scheduler), m_activity(activity), m_config(std::move(config))
+    : m_scheduler(scheduler), m_activity(activity), m_config(std::move(config)),
+      m_file(
+          path, std::nullopt, scheduler, {QStringLiteral("Timers"), QStringLiteral("timers")},
+          [this] { return m_state; }, [this] { Q_EMIT issuesChanged(); })
 {
-    if (!path)
-        return;
-    m_store.emplace(*path, std::nullopt);
-    auto result = m_store->load(m_scheduler.now());
-    m_loadIssue = result.issue(label());
-    if (auto state = result.value())
+    if (auto state = m_file.load())
         m_state = *std::move(state);
 }
 
@@ -69,13 +60,6 @@ int TimerCenter::focusSessionsToday() const
     return int(std::ranges::count(history(), today, [](const PomodoroRecord &record) {
         return localDateTime(record.date).date();
     }));
-}
-
-void TimerCenter::dismissIssues()
-{
-    m_loadIssue.reset();
-    m_lastSaveError.reset();
-    Q_EMIT issuesChanged();
 }
 
 void TimerCenter::evaluate()
@@ -94,7 +78,7 @@ void TimerCenter::evaluate()
     scheduleWake(now);
     if (completions.empty())
         return;
-    save();
+    m_file.saveNow();
     Q_EMIT changed();
     for (const Completion &completion : completions)
         onCompletion(completion);
@@ -234,7 +218,7 @@ QString TimerCenter::format(Seconds seconds)
 /// After an operation: what has ended meanwhile completes as well.
 void TimerCenter::settle()
 {
-    save();
+    m_file.saveNow();
     Q_EMIT changed();
     evaluate();
 }
@@ -299,23 +283,6 @@ void TimerCenter::scheduleWake(Date now)
         consider(m_state.pomodoro->timer);
     if (earliest)
         m_wake = m_scheduler.at(std::max(*earliest, now + leastWake), [this] { evaluate(); });
-}
-
-void TimerCenter::save()
-{
-    if (!m_store)
-        return;
-    std::optional<QString> issue;
-    try {
-        m_store->save(m_state);
-    } catch (const LocalizedError &error) {
-        qCWarning(Log::storage).noquote() << "Falha ao salvar timers:" << error.description();
-        issue = JSONFile::saveIssue(error, label(), m_loadIssue);
-    }
-    if (issue == m_lastSaveError)
-        return;
-    m_lastSaveError = issue;
-    Q_EMIT issuesChanged();
 }
 
 } // namespace velmo

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VelmoCore/Activity/ActivityCenter.h"
-#include "VelmoCore/Storage/JSONFileStore.h"
+#include "VelmoCore/Storage/StateFile.h"
 #include "VelmoCore/Timers/PomodoroSession.h"
 
 #include <QObject>
@@ -55,9 +55,9 @@ public:
     bool isRunning() const;
     /// Of the user's calendar day.
     int focusSessionsToday() const;
-    const std::optional<QString> &loadIssue() const { return m_loadIssue; }
-    const std::optional<QString> &lastSaveError() const { return m_lastSaveError; }
-    void dismissIssues();
+    const std::optional<QString> &loadIssue() const { return m_file.loadIssue(); }
+    const std::optional<QString> &lastSaveError() const { return m_file.lastSaveError(); }
+    void dismissIssues() { m_file.dismissIssues(); }
 
     /// Completes what has ended; at start, and when the clock was set.
     void evaluate();
@@ -97,15 +97,12 @@ private:
     void publish(const CountdownTimer &timer, LiveActivity activity,
                  std::function<void()> onCancel);
     void scheduleWake(Date now);
-    void save();
 
     Scheduler &m_scheduler;
     ActivityCenter &m_activity;
     const std::function<PomodoroConfig()> m_config;
-    std::optional<JSONFileStore<Snapshot>> m_store;
     Snapshot m_state;
-    std::optional<QString> m_loadIssue;
-    std::optional<QString> m_lastSaveError;
+    StateFile<Snapshot> m_file;
     ScheduledTask m_wake;
 };
 BOOST_DESCRIBE_STRUCT(TimerCenter::Snapshot, (), (timers, presets, pomodoro, history))

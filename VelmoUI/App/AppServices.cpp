@@ -26,8 +26,7 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
                          const Platform &desktop)
     : platform(desktop), paths(appPaths), dataProtection(protection),
       settings(appPaths.settingsFile(), desktop.scheduler),
-      activity(desktop.scheduler,
-               ActivityCenter::Store(appPaths.activityHistoryFile(), protection.cipher()),
+      activity(appPaths.activityHistoryFile(), protection.cipher(), desktop.scheduler,
                settings.settings().activityRetentionDays),
       permissions(desktop.permissions), notifier(desktop.notifications, desktop.scheduler),
       launchAtLogin(desktop.loginItem), hotKeyCenter(desktop.hotKeyGrabber),

@@ -13,10 +13,7 @@ using Presentation = ActivityCenter::Presentation;
 
 class ActivityCenterTest : public testing::Test {
 protected:
-    ActivityCenter::Store store(const QString &name = "history.json") const
-    {
-        return {m_folder.path(name), std::nullopt};
-    }
+    QString path(const QString &name = "history.json") const { return m_folder.path(name); }
 
     ActivityEvent event(const QString &title, const std::vector<QUrl> &files = {}) const
     {
@@ -51,7 +48,7 @@ protected:
 
     TemporaryFolder m_folder;
     ManualScheduler m_scheduler;
-    ActivityCenter m_center{m_scheduler, std::nullopt, 7};
+    ActivityCenter m_center{{}, {}, m_scheduler, 7};
 };
 
 TEST_F(ActivityCenterTest, SortsByPriorityAndKeepsUpdatedRowsInPlace)
@@ -120,7 +117,7 @@ TEST_F(ActivityCenterTest, ShowsAMessageForItsTime)
                                                                 {event("a", files), 10s, 10},
                                                                 {emptyList, 2.4s, 2.4}};
     for (const auto &[event, duration, shown] : cases) {
-        ActivityCenter center(m_scheduler, std::nullopt, 7, duration);
+        ActivityCenter center({}, {}, m_scheduler, 7, duration);
         center.post(event);
         EXPECT_NEAR(shownFor(center), shown, 1e-6);
     }
@@ -173,34 +170,37 @@ TEST_F(ActivityCenterTest, ForgetsOldEventsAndTheHundredAndFirst)
 
 TEST_F(ActivityCenterTest, SavesABurstOnceAndReadsItBack)
 {
-    ActivityCenter center(m_scheduler, store(), 7);
-    center.post(event("um", {QUrl("file:///a%20b.pdf")}));
-    m_scheduler.advance(0.4s);
-    center.post(event("dois"), Presentation::historyOnly);
-    EXPECT_EQ(center.feedback()->title, "um");
-    center.post(event("breve"), Presentation::transientOnly);
-    EXPECT_EQ(center.feedback()->title, "breve");
-    m_scheduler.advance(0.4s);
-    EXPECT_TRUE(m_folder.names().isEmpty());
-    m_scheduler.advance(0.1s);
+    const std::vector files{QUrl("file:///a%20b.pdf")};
+    {
+        ActivityCenter center(path(), {}, m_scheduler, 7);
+        center.post(event("um", files));
+        m_scheduler.advance(0.4s);
+        center.post(event("dois"), Presentation::historyOnly);
+        EXPECT_EQ(center.feedback()->title, "um");
+        center.post(event("breve"), Presentation::transientOnly);
+        EXPECT_EQ(center.feedback()->title, "breve");
+        m_scheduler.advance(0.4s);
+        EXPECT_TRUE(m_folder.names().isEmpty());
+        m_scheduler.advance(0.1s);
+    }
 
-    ActivityCenter reread(m_scheduler, store(), 7);
+    ActivityCenter reread(path(), {}, m_scheduler, 7);
     EXPECT_EQ(titles(reread), "doisum");
-    EXPECT_EQ(reread.history()[1].fileURLs, center.history()[1].fileURLs);
+    EXPECT_EQ(reread.history()[1].fileURLs, files);
     m_scheduler.advance(std::chrono::days{1});
-    EXPECT_EQ(titles(ActivityCenter(m_scheduler, store(), 0)), "");
+    EXPECT_EQ(titles(ActivityCenter(path(), {}, m_scheduler, 0)), "");
     reread.clearHistory();
     reread.flush();
-    EXPECT_EQ(titles(ActivityCenter(m_scheduler, store(), 7)), "");
+    EXPECT_EQ(titles(ActivityCenter(path(), {}, m_scheduler, 7)), "");
 }
 
 TEST_F(ActivityCenterTest, StartsEmptyOverADamagedFileAndSurvivesAFailedSave)
 {
     m_folder.write("history.json", "[{");
-    EXPECT_EQ(titles(ActivityCenter(m_scheduler, store(), 7)), "");
+    EXPECT_EQ(titles(ActivityCenter(path(), {}, m_scheduler, 7)), "");
 
     m_folder.write("file", {});
-    ActivityCenter blocked(m_scheduler, store("file/history.json"), 7);
+    ActivityCenter blocked(path("file/history.json"), {}, m_scheduler, 7);
     blocked.post(event("um"));
     EXPECT_NO_THROW(blocked.flush());
     EXPECT_EQ(titles(blocked), "um");

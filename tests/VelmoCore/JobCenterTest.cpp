@@ -24,8 +24,7 @@ class JobCenterTest : public testing::Test {
 protected:
     QString run(JobCenter::Work work)
     {
-        return jobs.run(QStringLiteral("Compactar"), QStringLiteral("doc.zipper"),
-                        QStringLiteral("files"), std::move(work));
+        return jobs.run(u"Compactar"_qs, u"doc.zipper"_qs, u"files"_qs, std::move(work));
     }
     void wait(const std::function<bool()> &isDone)
     {
@@ -41,7 +40,7 @@ protected:
     }
 
     SystemScheduler scheduler;
-    ActivityCenter activity{scheduler, std::nullopt, 7};
+    ActivityCenter activity{{}, {}, scheduler, 7};
     JobCenter jobs{activity, scheduler};
 };
 
@@ -64,11 +63,11 @@ TEST(JobProgress, DropsWhatComesTooSoonUnlessForced)
 
 TEST_F(JobCenterTest, EndsInTheHistoryWithItsOwnWords)
 {
-    const std::vector<QUrl> made{QUrl(QStringLiteral("file:///a.zip"))};
+    const std::vector<QUrl> made{QUrl(u"file:///a.zip"_qs)};
     std::vector<QUrl> adopted;
     jobs.onOutputs = [&](const auto &urls) { adopted = urls; };
     const ActivityEvent done = end([&](auto &, auto) {
-        return JobOutcome{QStringLiteral("Pronto"), QStringLiteral("1 arquivo"), made};
+        return JobOutcome{u"Pronto"_qs, u"1 arquivo"_qs, made};
     });
     EXPECT_EQ(done.symbol, u"checkmark.circle.fill");
     EXPECT_EQ(done.title, u"Pronto");
@@ -76,16 +75,16 @@ TEST_F(JobCenterTest, EndsInTheHistoryWithItsOwnWords)
     EXPECT_EQ(adopted, made);
 
     const ActivityEvent bad = end([](auto &, auto) {
-        return JobOutcome{QStringLiteral("Metade"), {}, {}, FeedbackStyle::error};
+        return JobOutcome{u"Metade"_qs, {}, {}, FeedbackStyle::error};
     });
     EXPECT_EQ(bad.symbol, u"exclamationmark.triangle.fill");
     EXPECT_EQ(bad.title, u"Metade");
-    const ActivityEvent failed = end(
-        [](auto &, auto) -> JobOutcome { throw LocalizedError(QStringLiteral("Sem espaço.")); });
+    const ActivityEvent failed =
+        end([](auto &, auto) -> JobOutcome { throw LocalizedError(u"Sem espaço."_qs); });
     EXPECT_EQ(failed.title, u"Compactar: falhou");
     EXPECT_EQ(failed.detail, u"Sem espaço.");
     const ActivityEvent stopped =
-        end([](auto &, auto) -> JobOutcome { throw FileError(QStringLiteral("/a"), ECANCELED); });
+        end([](auto &, auto) -> JobOutcome { throw FileError(u"/a"_qs, ECANCELED); });
     EXPECT_EQ(stopped.title, u"Compactar: cancelado");
     EXPECT_EQ(stopped.style, FeedbackStyle::info);
 }
@@ -93,7 +92,7 @@ TEST_F(JobCenterTest, EndsInTheHistoryWithItsOwnWords)
 TEST_F(JobCenterTest, StopsWorkThatHeedsItAndShowsNothingOfItAfterwards)
 {
     const QString id = run([](JobProgress &progress, std::stop_token stop) -> JobOutcome {
-        progress.update(0.5, QStringLiteral("metade"));
+        progress.update(0.5, u"metade"_qs);
         while (!stop.stop_requested())
             std::this_thread::yield();
         progress.update(0.6, std::nullopt, true);
@@ -115,7 +114,7 @@ TEST_F(JobCenterTest, CountsWhatACancelledJobHasDoneAllTheSame)
     const QString id = run([](auto &, std::stop_token stop) {
         while (!stop.stop_requested())
             std::this_thread::yield();
-        return JobOutcome{QStringLiteral("Pronto")};
+        return JobOutcome{u"Pronto"_qs};
     });
     activity.cancel(id);
     wait([&] { return jobs.runningCount() == 0; });

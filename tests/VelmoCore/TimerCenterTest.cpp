@@ -38,7 +38,7 @@ protected:
 
     TemporaryFolder folder;
     ManualScheduler scheduler;
-    ActivityCenter activity{scheduler, std::nullopt, 7};
+    ActivityCenter activity{{}, {}, scheduler, 7};
     PomodoroConfig config;
     std::vector<QString> completed;
     std::optional<TimerCenter> center;

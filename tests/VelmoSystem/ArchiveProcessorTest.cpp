@@ -318,7 +318,7 @@ TEST_P(ArchiveProcessor_, LeavesNothingOfACancelledJob)
         files.write(QString("in/%1").arg(i), noise); // which is slow to make small
     const QString archive = files.path("slow.tar.xz");
     SystemScheduler clock;
-    ActivityCenter activity(clock, std::nullopt, 7);
+    ActivityCenter activity({}, {}, clock, 7);
     JobCenter jobs(activity, clock);
     const auto cancelled = [&](const auto &work) {
         const QString id = jobs.run("Extrair", "doc.zipper", "files",

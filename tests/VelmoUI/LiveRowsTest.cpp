@@ -20,7 +20,7 @@ protected:
 
     void upsert(LiveActivity activity)
     {
-        activity.id = activity.title = QStringLiteral("a");
+        activity.id = activity.title = u"a"_qs;
         center.upsert(activity);
     }
     void countDown(Seconds length)
@@ -30,7 +30,7 @@ protected:
     QString value() const { return rows.model().records().at(0).value; }
 
     ManualScheduler scheduler;
-    ActivityCenter center{scheduler, std::nullopt, 7};
+    ActivityCenter center{{}, {}, scheduler, 7};
     LiveRows rows{center, scheduler};
     int changes = 0;
 };
