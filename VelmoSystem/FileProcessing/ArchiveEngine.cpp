@@ -159,11 +159,6 @@ std::vector<ToolCommand> ArchiveEngine::compression(const QString &archive,
     return {command};
 }
 
-bool ArchiveEngine::listsByUnpacking(const QString &archive) const
-{
-    return m_kind == Kind::bsdtar && isCompressedTar(archive);
-}
-
 std::vector<ArchiveEntry> ArchiveEngine::entries(const ProcessResult &result) const
 {
     return m_kind == Kind::sevenZip ? ArchiveListing::parseTechnicalListing(result.standardOutput)

@@ -31,8 +31,8 @@ public:
     /// in them are kept. Without 7-Zip it is Info-ZIP that makes it.
     std::vector<ToolCommand> compression(const QString &archive, const QStringList &items) const;
 
-    /// Whether listing the archive takes nearly as long as unpacking it.
-    bool listsByUnpacking(const QString &archive) const;
+    /// Whether it refuses by itself to unpack through a link or by a path that leads out.
+    bool isCareful() const { return m_kind == Kind::bsdtar; }
 
     std::vector<ArchiveEntry> entries(const ProcessResult &result) const;
     /// Throws `UnsafeEntry` for a kind of entry that isn't unpacked.

@@ -61,14 +61,12 @@ private:
     QString m_path;
 };
 
-ProcessResult run(const ToolCommand &command, const std::stop_token &stop,
-                  const std::function<void(const ToolProcess &)> &tick)
+/// Throws where the tool found no space for what it wrote beneath `folder`.
+void requireSpace(const ProcessResult &result, const QString &folder)
 {
-    ProcessResult result = ToolProcess::run(command, stop, tick);
-    if (result.status != 0 && command.writableFolder &&
+    if (result.status != 0 &&
         (result.standardError + result.standardOutput).contains(u"No space left on device"))
-        throw FileError(*command.writableFolder, ENOSPC);
-    return result;
+        throw FileError(folder, ENOSPC);
 }
 
 struct Listing {
@@ -97,7 +95,8 @@ const Listing &Source::listing(const std::stop_token &stop)
     if (known)
         return *known;
     Listing listing;
-    listing.text = run(engine.listing(archive, password), stop, [](const ToolProcess &process) {
+    const ToolCommand command = engine.listing(archive, password);
+    listing.text = ToolProcess::run(command, stop, [](const ToolProcess &process) {
         if (process.output().size() > longest)
             throw ArchiveError(ArchiveError::Unsupported{
                 QStringLiteral("o arquivo compactado tem itens demais.")});
@@ -162,30 +161,32 @@ void guardSize(const QString &folder, qint64 sizeLimit, const std::optional<qint
         progress->update(std::min(1.0, double(size) / double(std::max<qint64>(*sum, 1))));
 }
 
-/// Unpacks into `folder`. What is in it is checked before a byte is written; only a large
-/// compressed tar is checked meanwhile, because listing it takes nearly as long as unpacking it.
+/// Unpacks into `folder`. What is in a small archive is checked before a byte is written. A larger
+/// one is checked meanwhile, if its tool follows no link that it made and can write nowhere else:
+/// what it wrote so far goes with the folder when the check refuses.
 ExtractedTree::Contents unpack(Source &source, const QString &folder, qint64 sizeLimit,
                                JobProgress *progress, const std::stop_token &stop)
 {
     constexpr qint64 quickToList = 1 << 20;
     std::optional<qint64> sum;
     std::optional<Check> meanwhile;
-    if (source.engine.listsByUnpacking(source.archive) &&
+    if (source.engine.isCareful() && ToolProcess::canConfine() &&
         QFileInfo(source.archive).size() > quickToList)
         meanwhile.emplace(source, sizeLimit);
     else
         sum = check(source, sizeLimit, stop);
-    const ProcessResult result =
-        run(source.engine.extraction(source.archive, folder, source.password), stop,
-            [&](const ToolProcess &) {
-                guardSize(folder, sizeLimit, meanwhile ? meanwhile->poll() : sum, progress);
-            });
+    const ProcessResult result = ToolProcess::run(
+        source.engine.extraction(source.archive, folder, source.password), stop,
+        [&](const ToolProcess &) {
+            guardSize(folder, sizeLimit, meanwhile ? meanwhile->poll() : sum, progress);
+        });
     // These reasons say more than a failure's own words.
     if (meanwhile)
         meanwhile->wait(stop);
     const ExtractedTree::Contents contents = ExtractedTree::makeOrdinary(folder);
     if (contents.size > sizeLimit)
         throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
+    requireSpace(result, folder);
     source.succeed(result);
     return contents;
 }
@@ -389,9 +390,11 @@ QUrl zipBy(const ArchiveEngine &engine, const std::vector<QUrl> &urls, const QUr
     const QString archive = folder.path(QStringLiteral("archive.zip"));
     const QStringList items = distinct(urls, folder, stop);
     for (const ToolCommand &command : engine.compression(archive, items)) {
-        const ProcessResult result = run(command, stop, [&](const ToolProcess &process) {
-            progress.update(toldShare(process.output()));
-        });
+        const ProcessResult result =
+            ToolProcess::run(command, stop, [&](const ToolProcess &process) {
+                progress.update(toldShare(process.output()));
+            });
+        requireSpace(result, folder.path());
         if (result.status != 0)
             throw ArchiveError(ArchiveError::Failed{engine.compressionFailure(result)});
     }

@@ -11,11 +11,15 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <future>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <ranges>
+#include <span>
 #include <string_view>
 #include <sys/stat.h>
+#include <utility>
 #include <vector>
 
 namespace velmo {
@@ -53,47 +57,61 @@ struct CloseDirectory {
     void operator()(DIR *directory) const { ::closedir(directory); }
 };
 
-/// Calls `visit` with the path and the status of everything beneath `folder`, folders before what
-/// they hold; opens those that are closed.
+/// Something in a folder. Makes the path only for who asks: a tree has ten thousands of them.
+struct Entry {
+    const std::string &folder;
+    std::string_view name;
+    const struct stat &status;
+
+    std::string path() const { return (folder + '/').append(name); }
+};
+
+struct Folder {
+    std::string path;
+    mode_t mode;
+};
+
+/// Calls `visit` with every `Entry` in `folder`, which it opens if it is closed. Adds the folders
+/// among them to `found`.
 template <class Visit>
-void walk(const std::string &folder, mode_t mode, const Visit &visit)
+void look(const Folder &folder, std::vector<Folder> &found, const Visit &visit)
 {
-    if ((mode & S_IRWXU) != S_IRWXU && ::chmod(folder.c_str(), (mode | S_IRWXU) & ACCESSPERMS) != 0)
-        throw fileError(folder, errno);
-    // Not one open folder a level: a tree may be deeper than a process may have files open.
-    std::vector<std::pair<std::string, mode_t>> folders;
-    {
-        const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(folder.c_str()));
-        if (!directory)
-            throw fileError(folder, errno);
-        for (;;) {
-            errno = 0;
-            const dirent *entry = ::readdir(directory.get());
-            if (!entry && errno != 0)
-                throw fileError(folder, errno);
-            if (!entry)
-                break;
-            const std::string_view name = entry->d_name;
-            if (name == "." || name == "..")
-                continue;
-            const std::string path = folder + '/' + entry->d_name;
-            struct stat status = {};
-            if (::fstatat(::dirfd(directory.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) !=
-                0)
-                throw fileError(path, errno);
-            visit(path, status);
-            if (S_ISDIR(status.st_mode))
-                folders.emplace_back(path, status.st_mode);
-        }
+    const auto &[path, mode] = folder;
+    if ((mode & S_IRWXU) != S_IRWXU && ::chmod(path.c_str(), (mode | S_IRWXU) & ACCESSPERMS) != 0)
+        throw fileError(path, errno);
+    const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(path.c_str()));
+    if (!directory)
+        throw fileError(path, errno);
+    for (;;) {
+        errno = 0;
+        const dirent *item = ::readdir(directory.get());
+        if (!item && errno != 0)
+            throw fileError(path, errno);
+        if (!item)
+            return;
+        struct stat status = {};
+        const Entry entry{path, item->d_name, status};
+        if (entry.name == "." || entry.name == "..")
+            continue;
+        if (::fstatat(::dirfd(directory.get()), item->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            throw fileError(entry.path(), errno);
+        visit(entry);
+        if (S_ISDIR(status.st_mode))
+            found.push_back({entry.path(), status.st_mode});
     }
-    for (const auto &[path, pathMode] : folders)
-        walk(path, pathMode, visit);
 }
 
+/// The same for everything beneath `path`, level by level.
 template <class Visit>
-void walk(const std::string &folder, const Visit &visit)
+void walk(const std::string &path, const Visit &visit)
 {
-    walk(folder, statusOf(folder).st_mode, visit);
+    std::vector<Folder> level = {{path, statusOf(path).st_mode}};
+    while (!level.empty()) {
+        std::vector<Folder> next;
+        for (const Folder &folder : level)
+            look(folder, next, visit);
+        level = std::move(next);
+    }
 }
 
 /// Printable ASCII, as nearly all names are.
@@ -131,6 +149,96 @@ void repairName(const fs::path &path)
         throw fileError(path, error.value());
 }
 
+/// What is to be told of and done to the entries of some folders.
+class Survey {
+public:
+    Survey() = default;
+    explicit Survey(std::span<const Folder> level)
+    {
+        for (const Folder &folder : level)
+            look(folder, folders, [this](const Entry &entry) { note(entry); });
+    }
+
+    void add(Survey &&other);
+    void repair();
+
+    ExtractedTree::Contents contents;
+    std::vector<Folder> folders; ///< among the entries
+
+private:
+    struct Names {
+        nlink_t known = 0;
+        std::vector<std::string> paths;
+    };
+
+    void note(const Entry &entry);
+
+    std::map<std::pair<dev_t, ino_t>, Names> m_linked;
+    std::vector<std::string> m_foreign;
+    std::vector<fs::path> m_misnamed; ///< a folder before what it holds
+    std::vector<std::pair<std::string, mode_t>> m_modes;
+};
+
+void Survey::note(const Entry &entry)
+{
+    constexpr qint64 blockSize = 512; // of `st_blocks`, on every file system
+    const struct stat &status = entry.status;
+    if (!isPlain(entry.name) && repaired(std::string(entry.name)) != entry.name)
+        m_misnamed.emplace_back(entry.path());
+    if (S_ISREG(status.st_mode)) {
+        contents.size += status.st_blocks * blockSize;
+        if (status.st_nlink > 1) {
+            Names &names = m_linked[{status.st_dev, status.st_ino}];
+            names.known = status.st_nlink;
+            names.paths.push_back(entry.path());
+        }
+        const mode_t wanted = (status.st_mode & ACCESSPERMS) | S_IRUSR;
+        if (wanted != (status.st_mode & ALLPERMS))
+            m_modes.emplace_back(entry.path(), wanted);
+    } else if (S_ISLNK(status.st_mode)) {
+        contents.hasLinks = true;
+    } else if (!S_ISDIR(status.st_mode)) {
+        m_foreign.push_back(entry.path());
+    }
+}
+
+void Survey::add(Survey &&other)
+{
+    const auto append = [](auto &to, auto &from) {
+        to.insert(to.end(), std::move_iterator(from.begin()), std::move_iterator(from.end()));
+    };
+    contents.size += other.contents.size;
+    contents.hasLinks = contents.hasLinks || other.contents.hasLinks;
+    append(folders, other.folders);
+    append(m_foreign, other.m_foreign);
+    append(m_misnamed, other.m_misnamed);
+    append(m_modes, other.m_modes);
+    for (auto &[file, names] : other.m_linked) {
+        m_linked[file].known = names.known;
+        append(m_linked[file].paths, names.paths);
+    }
+}
+
+void Survey::repair()
+{
+    for (const auto &[file, names] : m_linked) {
+        if (names.paths.size() < names.known)
+            m_foreign.insert(m_foreign.end(), names.paths.begin(), names.paths.end());
+    }
+    for (const std::string &path : m_foreign)
+        removeEntry(path);
+    // Not sooner: a file that is linked from elsewhere is none of ours.
+    for (const auto &[path, mode] : m_modes) {
+        if (::chmod(path.c_str(), mode) != 0 && errno != ENOENT)
+            throw fileError(path, errno);
+    }
+    // What a folder holds goes before the folder, whose new name changes their paths.
+    for (const fs::path &path : m_misnamed | std::views::reverse) {
+        if (fs::exists(fs::symlink_status(path)))
+            repairName(path);
+    }
+}
+
 /// Whether a link leads out of `folder`, by way of others too. What doesn't exist is judged by what
 /// the links say: it may come to exist.
 bool escapes(const fs::path &link, const fs::path &folder)
@@ -165,52 +273,22 @@ bool escapes(const fs::path &link, const fs::path &folder)
 
 ExtractedTree::Contents ExtractedTree::makeOrdinary(const QString &folder)
 {
-    struct Names {
-        nlink_t known = 0;
-        std::vector<fs::path> paths;
-    };
-    std::map<std::pair<dev_t, ino_t>, Names> linked;
-    constexpr qint64 blockSize = 512; // of `st_blocks`, on every file system
-    Contents contents;
-    std::vector<fs::path> foreign;
-    std::vector<fs::path> misnamed;
-    std::vector<std::pair<fs::path, mode_t>> modes;
-    walk(native(folder), [&](const std::string &path, const struct stat &status) {
-        const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
-        if (!isPlain(name) && repaired(std::string(name)) != name)
-            misnamed.emplace_back(path);
-        if (S_ISREG(status.st_mode)) {
-            contents.size += status.st_blocks * blockSize;
-            if (status.st_nlink > 1) {
-                Names &names = linked[{status.st_dev, status.st_ino}];
-                names.known = status.st_nlink;
-                names.paths.emplace_back(path);
-            }
-            const mode_t wanted = (status.st_mode & ACCESSPERMS) | S_IRUSR;
-            if (wanted != (status.st_mode & ALLPERMS))
-                modes.emplace_back(path, wanted);
-        } else if (S_ISLNK(status.st_mode)) {
-            contents.hasLinks = true;
-        } else if (!S_ISDIR(status.st_mode)) {
-            foreign.emplace_back(path);
-        }
-    });
-    for (const auto &[file, names] : linked) {
-        if (names.paths.size() < names.known)
-            foreign.insert(foreign.end(), names.paths.begin(), names.paths.end());
+    Survey survey;
+    std::vector<Folder> level = {{native(folder), statusOf(native(folder)).st_mode}};
+    while (!level.empty()) {
+        constexpr std::size_t worthAThread = 16;
+        const std::span<const Folder> all = level;
+        const std::size_t half = all.size() < worthAThread ? all.size() : all.size() / 2;
+        std::future<Survey> others;
+        if (half < all.size())
+            others = std::async(std::launch::async, [&] { return Survey(all.subspan(half)); });
+        survey.add(Survey(all.first(half)));
+        if (others.valid())
+            survey.add(others.get());
+        level = std::exchange(survey.folders, {});
     }
-    std::ranges::for_each(foreign, removeEntry);
-    // Not sooner: a file that is linked from elsewhere is none of ours.
-    for (const auto &[path, mode] : modes) {
-        if (::chmod(path.c_str(), mode) != 0 && errno != ENOENT)
-            throw fileError(path, errno);
-    }
-    // What a folder holds goes before the folder, whose new name changes their paths.
-    for (const fs::path &path : misnamed | std::views::reverse) {
-        if (fs::exists(fs::symlink_status(path)))
-            repairName(path);
-    }
-    return contents;
+    survey.repair();
+    return survey.contents;
 }
 
 void ExtractedTree::removeEscapingLinks(const QString &folder)
@@ -221,9 +299,9 @@ void ExtractedTree::removeEscapingLinks(const QString &folder)
         throw fileError(native(folder), error.value());
     // All are judged before one goes: a link by way of another would else lead nowhere.
     std::vector<fs::path> escaping;
-    walk(root, [&](const std::string &path, const struct stat &status) {
-        if (S_ISLNK(status.st_mode) && escapes(path, root))
-            escaping.emplace_back(path);
+    walk(root, [&](const Entry &entry) {
+        if (S_ISLNK(entry.status.st_mode) && escapes(entry.path(), root))
+            escaping.emplace_back(entry.path());
     });
     for (const fs::path &link : escaping) {
         qCWarning(Log::storage, "Link simbólico externo removido da extração");
@@ -237,7 +315,7 @@ void ExtractedTree::remove(const QString &folder)
     fs::remove_all(native(folder), error);
     if (!error)
         return;
-    walk(native(folder), [](const std::string &, const struct stat &) {});
+    walk(native(folder), [](const Entry &) {});
     fs::remove_all(native(folder), error);
     if (error)
         throw fileError(native(folder), error.value());

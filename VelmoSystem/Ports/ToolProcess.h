@@ -37,6 +37,9 @@ public:
     /// Ends it and all that it started: asks first, and kills what doesn't heed.
     ~ToolProcess();
 
+    /// Whether the system holds programs to their writable folder.
+    static bool canConfine();
+
     /// Reads what it writes until it has ended or the time is up. Whether it has ended.
     bool waitFor(std::chrono::milliseconds time);
     /// Of a program that has ended.

@@ -255,6 +255,12 @@ ToolProcess::~ToolProcess()
     }
 }
 
+bool ToolProcess::canConfine()
+{
+    static const bool isReal = WriteFence(QStringLiteral("/")).isReal();
+    return isReal;
+}
+
 bool ToolProcess::waitFor(std::chrono::milliseconds time)
 {
     Process &process = *m_process;
