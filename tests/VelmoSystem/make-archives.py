@@ -36,9 +36,32 @@ def pack(name, entries):
             archive.writestr(info, value)
 
 
+def many(name, paths):
+    """The bytes of a tar of empty files, made by hand because there are so many."""
+    header = bytearray(512)
+    header[100:108], header[257:265] = b"0000644\0", b"ustar\00000"
+    common = sum(header) + 8 * ord(" ")
+    with open(os.path.join(folder, name), "wb") as archive:
+        for path in paths:
+            path = path.encode()
+            header[:100] = path.ljust(100, b"\0")
+            header[148:156] = b"%06o\0 " % (common + sum(path))
+            archive.write(header)
+        archive.write(bytes(1024))
+
+
 if len(sys.argv) == 2:
-    tar("many.tar", [("%d/%d" % (i % 100, i), FILE, b"") for i in range(20000)])
+    paths = ["%d/%d" % (i % 100, i) for i in range(100_000)]
+    many("many.tar", paths)
+    many("manyabove.tar", paths + ["../evil"])
     sys.exit()
+
+
+def hostile(make, name, entries):
+    """The archive, and one that is as bad but too large to be looked at before it is unpacked."""
+    make(name, entries)
+    make("large" + name, [("noise", FILE, os.urandom(2 << 20))] + entries)
+
 
 links = [("a", FILE, b"a"), ("d/up", LINK, "../a"), ("d/in", LINK, "b"), ("d/b", FILE, b"b"),
          ("absolute", LINK, outside + "/secret"), ("up", LINK, "../" * 9 + outside[1:] + "/secret"),
@@ -46,21 +69,21 @@ links = [("a", FILE, b"a"), ("d/up", LINK, "../a"), ("d/in", LINK, "b"), ("d/b",
 through = [("l", LINK, outside), ("l/evil", FILE, b"x")]
 for make, ending in ((tar, ".tar"), (pack, ".zip")):
     make("links" + ending, links)
-    make("through" + ending, through)
-    make("above" + ending, [("ok", FILE, b"x"), ("../evil", FILE, b"x")])
-    make("root" + ending, [(outside + "/evil", FILE, b"x")])
+    hostile(make, "through" + ending, through)
+    hostile(make, "above" + ending, [("ok", FILE, b"x"), ("../evil", FILE, b"x")])
+    hostile(make, "root" + ending, [(outside + "/evil", FILE, b"x")])
     make("fine" + ending, [("a/..b", FILE, b"x")])
     make("onlylink" + ending, [("l", LINK, "/etc/passwd")])
     make("folder" + ending, [("pasta/x", FILE, b"x"), ("pasta/l", LINK, "../other"),
                              ("__MACOSX/._x", FILE, b"x")])
     make("bomb" + ending, [(str(i), FILE, bytes(1 << 20)) for i in range(40)])
 tar("fotos.tar.gz", [("ção", FILE, b"1"), ("b", FILE, b"2")], "w:gz")
-tar("hard.tar", [("h", HARD, outside + "/secret"), ("h", FILE, b"x")])
-tar("hardup.tar", [("a", FILE, b""), ("h link to a", HARD, "../" * 9 + outside[1:] + "/secret")])
-tar("hardby.tar", [("l", LINK, outside), ("h", HARD, "l/secret")])
+hostile(tar, "hard.tar", [("h", HARD, outside + "/secret"), ("h", FILE, b"x")])
+hostile(tar, "hardup.tar", [("a", FILE, b""), ("h link to a", HARD, "../" * 9 + outside[1:] + "/secret")])
+hostile(tar, "hardby.tar", [("l", LINK, outside), ("h", HARD, "l/secret")])
 tar("hardin.tar", [("a", FILE, b"a"), ("h", HARD, "a")])
-tar("device.tar", [("a", FILE, b"x"), ("null", tarfile.CHRTYPE, None)])
-tar("pipe.tar", [("a", FILE, b"x"), ("fifo", tarfile.FIFOTYPE, None)])
+hostile(tar, "device.tar", [("a", FILE, b"x"), ("null", tarfile.CHRTYPE, None)])
+hostile(tar, "pipe.tar", [("a", FILE, b"x"), ("fifo", tarfile.FIFOTYPE, None)])
 tar("closed.tar", [(".", DIRECTORY, None), ("d", DIRECTORY, None), ("d/a", FILE, b"1"), ("b", FILE, b"2")])
 tar("names.tar", [("a\nb", FILE, b"1"), ("c\x01\x1b[31m", FILE, b"2"), ("x" * 255, FILE, b"3"),
                   ("d\udce7", FILE, b"4"), ("c_\x7f[31m", FILE, b"5")])
