@@ -14,7 +14,8 @@
 #include <unistd.h>
 
 /// What Orvane's care costs over the bare tools: the same archives unpacked and made by both, into
-/// a new folder each time, in turn. Archives [ROUNDS]; prints the best times as rows of Markdown.
+/// a new folder each time, in turn. Archives [ROUNDS [NAME]]; prints the best times as rows of
+/// Markdown, of those whose name holds NAME.
 namespace velmo {
 namespace {
 
@@ -27,23 +28,40 @@ void write(const QString &path, const QByteArray &data)
         qFatal("Can't write %s", qPrintable(path));
 }
 
-/// 10,000 files of up to 6 kB of text in 100 folders, and three of 32 MB.
-void makeTree(const QString &folder)
-{
-    std::mt19937 random(1);
-    const auto bytes = [&](int count, unsigned alphabet) {
-        QByteArray data(count, '\0');
-        std::ranges::generate(data, [&] { return char('0' + random() % alphabet); });
+/// Texts, the first one of more kinds of characters than the others.
+class Texts {
+public:
+    QByteArray next(int size)
+    {
+        QByteArray data(size, '\0');
+        std::ranges::generate(data, [&] { return char('0' + m_random() % m_alphabet); });
+        m_alphabet = 20;
         return data;
-    };
-    for (int i = 0; i < 10'000; ++i) {
-        const QString parent = QStringLiteral("%1/%2").arg(folder).arg(i % 100);
-        QDir().mkpath(parent);
-        write(QStringLiteral("%1/%2.txt").arg(parent).arg(i), bytes(int(random() % 6000), 20));
     }
+    int sizeBelow(int limit) { return int(m_random() % unsigned(limit)); }
+
+private:
+    std::mt19937 m_random{1};
+    unsigned m_alphabet = 200;
+};
+
+/// "tree": 10,000 files of up to 6 kB in 100 folders, and three of 32 MB. "everyday": 20 files of
+/// 50 kB. "single": one of 1 MB.
+void makeFolders(const QDir &root)
+{
+    Texts texts;
+    const auto add = [&](const QString &path, int size) {
+        const QString file = root.filePath(path);
+        QDir().mkpath(QFileInfo(file).path());
+        write(file, texts.next(size));
+    };
     for (int i = 0; i < 3; ++i)
-        write(QStringLiteral("%1/large %2").arg(folder).arg(i),
-              bytes(32'000'000, i == 0 ? 200 : 20));
+        add(QStringLiteral("tree/large %1").arg(i), 32'000'000);
+    for (int i = 0; i < 10'000; ++i)
+        add(QStringLiteral("tree/%1/%2.txt").arg(i % 100).arg(i), texts.sizeBelow(6000));
+    for (int i = 0; i < 20; ++i)
+        add(QStringLiteral("everyday/%1.txt").arg(i), 50'000);
+    add(QStringLiteral("single/a.txt"), 1'000'000);
 }
 
 void tool(const QString &program, const QStringList &arguments, const QString &folder)
@@ -89,7 +107,7 @@ Cost costOf(const QString &root, const Work &work)
 }
 
 /// The bare tools and ours, which comes last.
-void compare(const char *what, const QString &root, int rounds,
+void compare(const QByteArray &what, const QString &root, int rounds,
              const std::vector<std::pair<const char *, Work>> &works)
 {
     std::vector<Cost> costs(works.size());
@@ -100,7 +118,8 @@ void compare(const char *what, const QString &root, int rounds,
     Cost bare;
     for (std::size_t i = 0; i < works.size(); ++i) {
         const Cost &cost = costs[i];
-        std::printf("| %s | %s | %.0f | %.0f |", what, works[i].first, cost.wall, cost.cpu);
+        std::printf("| %s | %s | %.1f | %.1f |", what.constData(), works[i].first, cost.wall,
+                    cost.cpu);
         if (i + 1 == works.size())
             std::printf(" %.2f | %.2f |", cost.wall / bare.wall, cost.cpu / bare.cpu);
         std::printf("\n");
@@ -109,56 +128,77 @@ void compare(const char *what, const QString &root, int rounds,
     }
 }
 
-void run(int rounds)
-{
-    const QTemporaryDir root;
-    QDir(root.path()).mkdir(QStringLiteral("out"));
-    qputenv("TMPDIR", QFile::encodeName(root.filePath(QStringLiteral("out"))));
-    makeTree(root.filePath(QStringLiteral("tree")));
-    const QString sevenZip = ArchiveEngine::find(ArchiveEngine::Kind::sevenZip)->tool();
-    const QString bsdtar = ArchiveEngine::find(ArchiveEngine::Kind::bsdtar)->tool();
-    SystemScheduler scheduler;
-    JobProgress progress(scheduler, [](auto, const auto &) {});
-
-    const QString tree = root.filePath(QStringLiteral("tree"));
-    for (const char *name : {"tree.zip", "tree.7z", "tree.tar", "tree.tar.gz"}) {
-        const QString archive = root.filePath(QLatin1String(name));
-        tool(bsdtar,
-             QStringList{"-caf", archive} +
-                 (archive.endsWith(u"z") ? QStringList{"--options", "compression-level=1"}
-                                         : QStringList()) +
-                 QStringList{"tree"},
-             root.path());
-        const auto bySevenZip = [&](const QString &folder) {
-            tool(sevenZip, {"x", "-y", "-bsp0", "-bso0", archive}, folder);
-            if (QFileInfo(folder + QStringLiteral("/tree.tar")).isFile())
-                tool(sevenZip, {"x", "-y", "-bsp0", "-bso0", "tree.tar"}, folder);
-        };
-        compare(name, root.path(), rounds,
-                {{"7zz", bySevenZip},
-                 {"bsdtar",
-                  [&](const QString &folder) {
-                      tool(bsdtar, {"-xf", archive}, folder);
-                  }},
-                 {"Orvane", [&](const QString &folder) {
-                      ArchiveProcessor::extract({QUrl::fromLocalFile(archive), {}},
-                                                QUrl::fromLocalFile(folder),
-                                                ArchiveProcessor::defaultSizeLimit, progress);
-                  }}});
+class Comparison {
+public:
+    Comparison(int rounds, QByteArray names) : m_rounds(rounds), m_names(std::move(names))
+    {
+        QDir(m_root.path()).mkdir(QStringLiteral("out"));
+        qputenv("TMPDIR", QFile::encodeName(m_root.filePath(QStringLiteral("out"))));
+        makeFolders(m_root.path());
     }
+
+    void unpack(const char *folder, const char *ending, int times = 1);
+    void zip(const char *folder);
+
+private:
+    bool isWanted(const QByteArray &name) const { return name.contains(m_names); }
+
+    const QTemporaryDir m_root;
+    const int m_rounds;
+    const QByteArray m_names;
+    const QString m_sevenZip = ArchiveEngine::find(ArchiveEngine::Kind::sevenZip)->tool();
+    const QString m_bsdtar = ArchiveEngine::find(ArchiveEngine::Kind::bsdtar)->tool();
+    SystemScheduler m_scheduler;
+    JobProgress m_progress{m_scheduler, [](auto, const auto &) {}};
+};
+
+void Comparison::unpack(const char *folder, const char *ending, int times)
+{
+    const QByteArray name = QByteArray(folder) + ending;
+    if (!isWanted(name))
+        return;
+    const QString archive = m_root.filePath(QString::fromLatin1(name));
+    QStringList making = {QStringLiteral("-caf"), archive, QString::fromLatin1(folder)};
+    if (name.endsWith('z'))
+        making = QStringList{"--options", "compression-level=1"} + making;
+    tool(m_bsdtar, making, m_root.path());
+    const QString wrapped = QLatin1String(folder) + QStringLiteral(".tar");
+    compare(name, m_root.path(), m_rounds * times,
+            {{"7zz",
+              [&](const QString &out) {
+                  tool(m_sevenZip, {"x", "-y", "-bsp0", "-bso0", archive}, out);
+                  if (QFileInfo(out + u'/' + wrapped).isFile())
+                      tool(m_sevenZip, {"x", "-y", "-bsp0", "-bso0", wrapped}, out);
+              }},
+             {"bsdtar",
+              [&](const QString &out) {
+                  tool(m_bsdtar, {"-xf", archive}, out);
+              }},
+             {"Orvane", [&](const QString &out) {
+                  ArchiveProcessor::extract({QUrl::fromLocalFile(archive), {}},
+                                            QUrl::fromLocalFile(out),
+                                            ArchiveProcessor::defaultSizeLimit, m_progress);
+              }}});
+}
+
+void Comparison::zip(const char *folder)
+{
+    const QString name = QString::fromLatin1(folder);
+    if (!isWanted("make " + name.toLatin1()))
+        return;
     const auto making = [&](const QString &program, const QStringList &arguments) {
-        return [=, &root](const QString &folder) {
-            tool(program, arguments + QStringList{folder + QStringLiteral("/a.zip"), "tree"},
-                 root.path());
+        return [=, this](const QString &out) {
+            tool(program, arguments + QStringList{out + QStringLiteral("/a.zip"), name},
+                 m_root.path());
         };
     };
-    compare("make a ZIP", root.path(), rounds,
-            {{"7zz, level 1", making(sevenZip, {"a", "-tzip", "-mx1", "-bsp0", "-bso0"})},
-             {"bsdtar", making(bsdtar, {"--format", "zip", "-cf"})},
+    compare("make " + name.toLatin1(), m_root.path(), m_rounds,
+            {{"7zz, level 1", making(m_sevenZip, {"a", "-tzip", "-mx1", "-bsp0", "-bso0"})},
+             {"bsdtar", making(m_bsdtar, {"--format", "zip", "-cf"})},
              {"zip", making(QStringLiteral("/usr/bin/zip"), {"-qr"})},
-             {"Orvane", [&](const QString &folder) {
-                  ArchiveProcessor::zip({QUrl::fromLocalFile(tree)}, std::nullopt,
-                                        QUrl::fromLocalFile(folder), progress);
+             {"Orvane", [&](const QString &out) {
+                  ArchiveProcessor::zip({QUrl::fromLocalFile(m_root.filePath(name))}, std::nullopt,
+                                        QUrl::fromLocalFile(out), m_progress);
               }}});
 }
 
@@ -168,5 +208,13 @@ void run(int rounds)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    velmo::run(argc > 1 ? std::atoi(argv[1]) : 7);
+    velmo::Comparison comparison(argc > 1 ? std::atoi(argv[1]) : 7, argc > 2 ? argv[2] : "");
+    for (const char *ending : {".zip", ".7z", ".tar", ".tar.gz"})
+        comparison.unpack("tree", ending);
+    constexpr int often = 10;
+    for (const char *folder : {"everyday", "single"}) {
+        for (const char *ending : {".zip", ".7z", ".tar.gz"})
+            comparison.unpack(folder, ending, often);
+    }
+    comparison.zip("tree");
 }
