@@ -13,16 +13,18 @@ namespace velmo::MailParser {
 
 namespace {
 
-constexpr std::uint8_t noDigit = 0xff;
+constexpr std::uint32_t noDigit = 1U << 24;
 
-constexpr std::array<std::uint8_t, 256> base64Digits = [] {
-    std::array<std::uint8_t, 256> digits;
-    digits.fill(noDigit);
-    std::uint8_t value = 0;
+/// The value of each byte as the first to fourth digit of a group, shifted to its place in there.
+constexpr auto base64Digits = [] {
+    std::array<std::array<std::uint32_t, 256>, 4> digits;
     constexpr std::string_view alphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    for (const char c : alphabet)
-        digits[std::uint8_t(c)] = value++;
+    for (std::size_t place = 0; place < digits.size(); ++place) {
+        digits[place].fill(noDigit);
+        for (std::uint32_t value = 0; value < alphabet.size(); ++value)
+            digits[place][std::uint8_t(alphabet[value])] = value << (18 - 6 * place);
+    }
     return digits;
 }();
 
@@ -176,22 +178,28 @@ std::optional<QByteArray> decodeBase64(QByteArrayView text)
 {
     if (text.size() % 4)
         return std::nullopt;
-    const int padding = text.endsWith("==") ? 2 : text.endsWith('=') ? 1 : 0;
-    const auto digit = [](char c) { return std::uint32_t(base64Digits[std::uint8_t(c)]); };
     QByteArray bytes(text.size() / 4 * 3, Qt::Uninitialized);
+    if (bytes.isEmpty())
+        return bytes;
     char *out = bytes.data();
     std::uint32_t seen = 0;
-    for (const char *in = text.begin(); in != text.end(); in += 4) {
-        const bool isLast = in + 4 == text.end();
-        const std::uint32_t third = isLast && padding == 2 ? 0 : digit(in[2]);
-        const std::uint32_t fourth = isLast && padding > 0 ? 0 : digit(in[3]);
-        seen |= digit(in[0]) | digit(in[1]) | third | fourth;
-        const std::uint32_t group = digit(in[0]) << 18 | digit(in[1]) << 12 | third << 6 | fourth;
+    const auto decode = [&](const char *in) {
+        std::uint32_t group = 0;
+        for (std::size_t place = 0; place < 4; ++place)
+            group |= base64Digits[place][std::uint8_t(in[place])];
+        seen |= group;
         *out++ = char(group >> 16);
         *out++ = char(group >> 8);
         *out++ = char(group);
-    }
-    if (seen == noDigit)
+    };
+    const char *const last = text.end() - 4;
+    for (const char *in = text.begin(); in != last; in += 4)
+        decode(in);
+    const int padding = text.endsWith("==") ? 2 : text.endsWith('=') ? 1 : 0;
+    std::array<char, 4> padded{'A', 'A', 'A', 'A'}; // which are zeros
+    std::copy(last, text.end() - padding, padded.begin());
+    decode(padded.data());
+    if ((seen & noDigit) != 0)
         return std::nullopt;
     bytes.chop(padding);
     return bytes;

@@ -106,7 +106,7 @@ void resolveEntities(QString &text)
 {
     Rewriting rewriting(text);
     qsizetype next = 0;
-    for (qsizetype mark = find(text, u'&', 0); mark >= 0; mark = find(text, u'&', next)) {
+    for (qsizetype mark = find(text, 0, u'&'); mark >= 0; mark = find(text, next, u'&')) {
         const qsizetype end = entityEnd(text, mark);
         next = end < 0 ? mark + 1 : end + 1;
         if (end < 0)
@@ -119,7 +119,7 @@ void resolveEntities(QString &text)
 
 QString decodeEntities(QString text)
 {
-    if (find(text, u'&', 0) >= 0)
+    if (find(text, 0, u'&') >= 0)
         resolveEntities(text);
     return text;
 }

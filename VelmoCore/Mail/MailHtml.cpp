@@ -23,7 +23,8 @@ void replaceTags(QString &text, QStringView replacement, EndOfMatch endOfMatch)
 {
     Rewriting rewriting(text);
     qsizetype next = 0;
-    for (qsizetype tag = find(text, u'<', 0); tag >= 0; tag = find(text, u'<', next)) {
+    const auto findNext = [&] { return findTag(text, next, u'!', u'h', u's', u't', u'\u017f'); };
+    for (qsizetype tag = findNext(); tag >= 0; tag = findNext()) {
         const qsizetype end = endOfMatch(tag);
         next = end < 0 ? tag + 1 : end;
         if (end >= 0)
@@ -92,14 +93,12 @@ qsizetype lineBreakEnd(QStringView html, qsizetype tag)
 /// Where the next ">" outside line breaks is, or -1.
 qsizetype tagEndAmongBreaks(QStringView html, qsizetype from)
 {
-    for (; from < html.size(); ++from) {
-        if (html[from] == u'>')
-            return from;
-        const qsizetype breakEnd = html[from] == u'<' ? lineBreakEnd(html, from) : -1;
-        if (breakEnd >= 0)
-            from = breakEnd - 1;
+    qsizetype at = find(html, from, u'<', u'>');
+    while (at >= 0 && html[at] == u'<') {
+        const qsizetype breakEnd = lineBreakEnd(html, at);
+        at = find(html, breakEnd < 0 ? at + 1 : breakEnd, u'<', u'>');
     }
-    return -1;
+    return at;
 }
 
 /// Breaks lines where HTML does, then takes out <[^>]+>
@@ -112,7 +111,7 @@ void removeTags(QString &text)
     });
     Rewriting rewriting(text);
     qsizetype next = 0;
-    for (qsizetype tag = find(html, u'<', 0); tag >= 0; tag = find(html, u'<', next)) {
+    for (qsizetype tag = find(html, 0, u'<'); tag >= 0; tag = find(html, next, u'<')) {
         const qsizetype breakEnd = lineBreakEnd(html, tag);
         const auto &end = breakEnd < 0 ? tagEnd.from(tag + 1) : std::nullopt;
         next = tag + 1;
@@ -143,7 +142,16 @@ bool isInvisible(QChar c)
 bool isPlain(QChar c)
 {
     constexpr char16_t softHyphen = 0x00ad;
-    return c > u' ' && c < softHyphen;
+    constexpr char16_t firstMark = 0x0300;
+    return c > u' ' && c < firstMark && c != softHyphen;
+}
+
+/// The end of the words from here on that stand one space apart.
+const QChar *endOfWords(const QChar *at, const QChar *end)
+{
+    while (at != end && (isPlain(*at) || (*at == u' ' && at + 1 != end && isPlain(at[1]))))
+        ++at;
+    return at;
 }
 
 /// Takes out invisible characters and empty lines, and puts words one space apart. A line ends
@@ -152,32 +160,28 @@ void tidy(QString &text)
 {
     QChar *const begin = text.data();
     const QChar *const end = begin + text.size();
-    const QChar *in = begin;
     QChar *out = begin;
     QChar separator;
     const auto write = [&](const QChar *from, const QChar *to) {
         if (!separator.isNull() && out != begin)
             *out++ = separator;
         separator = QChar();
-        while (from != to)
-            *out++ = *from++;
+        out = std::copy(from, to, out);
     };
-    while (in != end) {
+    for (const QChar *in = begin; in != end;) {
         const QChar *start = in;
-        in = std::find_if_not(start, end, isPlain);
-        if (in != start)
-            write(start, in);
-        if (in == end)
-            break;
         const QChar c = *in++;
-        if (c == u'\n' || (separator.isNull() && (c == u' ' || c == u'\t'))) {
+        if (isPlain(c)) {
+            in = endOfWords(in, end);
+            write(start, in);
+        } else if (c == u'\n' || (separator.isNull() && (c == u' ' || c == u'\t'))) {
             separator = c == u'\n' ? c : QChar(u' ');
         } else if (c == u'\r') {
             const QChar *next = std::find_if_not(in, end, isInvisible);
             if (next == end || *next != u'\n')
-                write(&c, &c + 1);
+                write(start, in);
         } else if (c != u' ' && c != u'\t' && !isInvisible(c)) {
-            write(&c, &c + 1);
+            write(start, in);
         }
     }
     text.truncate(out - begin);

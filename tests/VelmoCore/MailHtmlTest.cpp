@@ -101,7 +101,7 @@ QString randomText(std::mt19937 &random)
             ">~href~HREF=~http:x~"
             "http://~h2~https://~<head~</head~style~<ſtYLE>~</style>~<!--~-->~<br~</p>~"
             "</blocKquote~</div ~&amp;~&#65;~&~;~\u200b~=?~?~?Q?~?=~utf-8~?B?~YQ==~=?u?Q?a?=~]~)~.~"
-            "<a href='http:y'>~</a>")
+            "<a href='http:y'>~</a>~//x.y~/b.~?c=d&~%41~#~[~'>~")
             .split(u'~');
     QString text;
     for (auto count = random() % 30; count > 0; --count)
