@@ -28,8 +28,11 @@ std::optional<QUrl> file(const QByteArray &line)
 
 } // namespace
 
-std::vector<QUrl> UriList::files(const QByteArray &list)
+std::vector<QUrl> UriList::files(const QByteArray &text)
 {
+    // Some applications end it as C ends a string.
+    const QByteArray list =
+        text.first(qsizetype(qstrnlen(text.constData(), std::size_t(text.size()))));
     std::vector<QUrl> found;
     QSet<QUrl> known;
     for (qsizetype start = 0; start < list.size() && found.size() < mostURLs;) {

@@ -69,6 +69,7 @@ TEST(UriList, TakesFilesOnceAndNothingThatCannotBeOpened)
     };
     EXPECT_EQ(paths("# comment\r\nfile:///a%20b\r\nfile:///c\r\nfile:///c\r\n"), "/a b /c");
     EXPECT_EQ(paths("copy\nfile:///a\nhttps://exemplo.org/x\n/b\n"), "/a");
+    EXPECT_EQ(paths(QByteArray("copy\nfile:///a\0", 15)), "/a");
     EXPECT_EQ(paths("file:///%zz\nfile:///100%\n"), "/%zz /100%");
     EXPECT_EQ(paths("file:///%FF\nfile:///a%00b\nfile:///\xff\nfile:b\nfile:\n\n"), "");
     EXPECT_EQ(UriList::files(QByteArray("file:///a\n").repeated(3)).size(), 1U);

@@ -131,14 +131,30 @@ TEST_F(ClipboardTest, GivesAnItemBackToApplicationsOfAnyToolkit)
     }
 }
 
-TEST_F(ClipboardTest, ExchangesTextWithABrowser)
+TEST_F(ClipboardTest, ExchangesTextsAndImagesWithABrowser)
 {
     constexpr QPoint ground{700, 700};
-    const Content own{"text", {}, {}, "da página"};
+    const Content ownText{"text", {}, {}, "da página"};
+    const Content ownImage{"image", {}, {}, "64"};
     home.write("page.html", R"(<!doctype html><meta charset=utf-8><body style="background:#0f0">
-        <textarea autofocus oninput="
-            document.body.style.background = this.value === 'ação € xclip' ? '#00f' : '#f00'
-        ">da página</textarea>)");
+        <textarea autofocus>da página</textarea>
+        <script>
+            const page = document.body, field = page.firstElementChild;
+            const show = isRight => page.style.background = isRight ? '#00f' : '#f00';
+            field.oninput = () => show(field.value === 'ação € xclip');
+            page.onpaste = async event => {
+                const [file] = event.clipboardData.files;
+                if (file) show((await createImageBitmap(file)).width === 45);
+            };
+            page.onkeydown = async event => {
+                if (event.key !== 'F2') return;
+                page.style.background = '#0f0';
+                const canvas = new OffscreenCanvas(64, 20);
+                canvas.getContext('2d').fillRect(0, 0, 9, 9);
+                const image = await canvas.convertToBlob();
+                navigator.clipboard.write([new ClipboardItem({'image/png': image})]);
+            };
+        </script>)");
     launch();
     screen.run("chromium", {"--no-sandbox", "--disable-dev-shm-usage", "--no-first-run",
                             "--disable-gpu", "--password-store=basic",
@@ -146,24 +162,33 @@ TEST_F(ClipboardTest, ExchangesTextWithABrowser)
                             "--window-position=200,100", "--app=file://" + home.path("page.html")});
     ASSERT_TRUE(eventually([&] { return pixel(ground) == green; }, 40s));
     // A page that was drawn may not listen yet.
-    const auto press = [&](xcb_keysym_t key, const std::function<bool()> &effect) {
-        const auto hasEffect = [&] {
-            screen.typeKey(XK_a, {XK_Control_L});
-            screen.typeKey(key, {XK_Control_L});
-            return eventually(effect, 2s);
-        };
-        return eventually(hasEffect);
+    const auto untilIt = [](const std::function<void()> &act, const std::function<bool()> &has) {
+        return eventually([&] { return act(), eventually(has, 2s); });
     };
-    EXPECT_TRUE(press(XK_c, [&] { return !items().empty(); }));
-    EXPECT_TRUE(keeps(own, 1));
+    const auto press = [&](xcb_keysym_t key) {
+        screen.typeKey(XK_a, {XK_Control_L});
+        screen.typeKey(key, {XK_Control_L});
+    };
+    const auto paste = [&] { press(XK_v); };
+    const auto isTaken = [&] { return pixel(ground) == 0x0000ff; };
+    const auto takeFrom = [&](const Content &content, std::size_t count) {
+        QProcess &owner = copy("xclip", content);
+        EXPECT_TRUE(keeps(content, count));
+        owner.terminate();
+        owner.waitForFinished();
+        giveBack();
+    };
 
-    const Content other = contents("xclip").front();
-    QProcess &owner = copy("xclip", other);
-    EXPECT_TRUE(keeps(other, 2));
-    owner.terminate();
-    owner.waitForFinished();
-    giveBack();
-    EXPECT_TRUE(press(XK_v, [&] { return pixel(ground) == 0x0000ff; }));
+    EXPECT_TRUE(untilIt([&] { press(XK_c); }, [&] { return !items().empty(); }));
+    EXPECT_TRUE(keeps(ownText, 1));
+    takeFrom(contents("xclip").front(), 2);
+    EXPECT_TRUE(untilIt(paste, isTaken));
+
+    const auto copyImage = [&] { screen.typeKey(XK_F2); };
+    EXPECT_TRUE(untilIt(copyImage, [&] { return items().size() == 3; }));
+    EXPECT_TRUE(keeps(ownImage, 3));
+    takeFrom(contents("xclip").back(), 4);
+    EXPECT_TRUE(untilIt(paste, isTaken));
 }
 
 TEST_F(ClipboardTest, TakesNothingThatIsSecretOrWasCopiedInAPause)
