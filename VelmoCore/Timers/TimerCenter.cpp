@@ -135,16 +135,36 @@ void TimerCenter::change(const Uuid &id, void (CountdownTimer::*operation)(Date)
     settle();
 }
 
-void TimerCenter::remove(const Uuid &id)
+TimerCenter::Removed TimerCenter::remove(const Uuid &id)
 {
-    std::erase_if(m_state.timers, [&](const CountdownTimer &timer) { return timer.id == id; });
     m_activity.finish(activityID(id));
-    settle();
+    return take([&](const CountdownTimer &timer) { return timer.id == id; });
 }
 
-void TimerCenter::clearFinished()
+TimerCenter::Removed TimerCenter::clearFinished()
 {
-    std::erase_if(m_state.timers, [](const CountdownTimer &timer) { return timer.isFinished(); });
+    return take(&CountdownTimer::isFinished);
+}
+
+TimerCenter::Removed TimerCenter::take(const std::function<bool(const CountdownTimer &)> &isWanted)
+{
+    Removed removed;
+    for (std::size_t place = 0; place < timers().size(); ++place) {
+        if (isWanted(timers()[place]))
+            removed.emplace(place, timers()[place]);
+    }
+    std::erase_if(m_state.timers, isWanted);
+    settle();
+    return removed;
+}
+
+void TimerCenter::restore(const Removed &timers)
+{
+    auto &all = m_state.timers;
+    for (const auto &[place, timer] : timers) {
+        if (std::ranges::find(all, timer.id, &CountdownTimer::id) == all.end())
+            all.insert(all.begin() + std::ptrdiff_t(std::min(place, all.size())), timer);
+    }
     settle();
 }
 

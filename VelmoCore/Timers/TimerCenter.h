@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <variant>
 #include <vector>
@@ -35,6 +36,8 @@ public:
         PomodoroPhase next;
     };
     using Completion = std::variant<TimerCompletion, PomodoroCompletion>;
+    /// Timers by the place that they had in the list.
+    using Removed = std::map<std::size_t, CountdownTimer>;
 
     static constexpr std::size_t historyLimit = 500;
     static constexpr const char *pomodoroActivityID = "timers.pomodoro";
@@ -67,8 +70,10 @@ public:
     void pause(const Uuid &id);
     void resume(const Uuid &id);
     void restart(const Uuid &id);
-    void remove(const Uuid &id);
-    void clearFinished();
+    Removed remove(const Uuid &id);
+    Removed clearFinished();
+    /// Brings back what was removed, to its places; one that ended meanwhile completes, at its end.
+    void restore(const Removed &timers);
     /// Does nothing for what isn't above 0 or is there.
     void addPreset(Seconds seconds);
     void removePreset(Seconds seconds);
@@ -91,6 +96,7 @@ Q_SIGNALS:
 private:
     /// Does it to the timer, if there is one.
     void change(const Uuid &id, void (CountdownTimer::*operation)(Date));
+    Removed take(const std::function<bool(const CountdownTimer &)> &isWanted);
     void settle();
     std::optional<Completion> evaluatePomodoro(Date now);
     void publishActivities();

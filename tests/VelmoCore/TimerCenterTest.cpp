@@ -71,6 +71,35 @@ TEST_F(TimerCenterTest, EndsEachTimerOnceAtItsOwnTimeAlsoAfterARestart)
     EXPECT_TRUE(center->timers().empty());
 }
 
+TEST_F(TimerCenterTest, BringsARemovedTimerBackAsItWouldBeByNow)
+{
+    const Date start = scheduler.now();
+    for (const Seconds duration : {60s, 600s, 3600s})
+        center->startTimer(duration);
+    center->pause(timer(1).id);
+    const auto running = center->remove(timer(0).id);
+    const auto paused = center->remove(timer(0).id);
+    scheduler.advance(90s);
+    center->restore(paused);
+    EXPECT_TRUE(timer(0).isPaused());
+    EXPECT_EQ(timer(0).remaining(scheduler.now()), Seconds(600s));
+    for (int again = 0; again < 2; ++again) {
+        center->restore(running);
+        EXPECT_THAT(completed, ElementsAre(u"1:00"_qs));
+    }
+    EXPECT_EQ(timer(0).state, CountdownTimer::State(CountdownTimer::Finished{start + 60s}));
+    center->restore(center->clearFinished());
+    EXPECT_EQ(timer(0).label, u"1:00");
+    EXPECT_EQ(completed.size(), 1U);
+    const auto last = center->remove(timer(2).id);
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+    center.reset();
+    launch();
+    center->restore(last);
+    EXPECT_EQ(timer(2).remaining(scheduler.now()), Seconds(3510s));
+    EXPECT_EQ(activity.live().size(), 2U);
+}
+
 TEST_F(TimerCenterTest, EndsATimerOnceHoweverTheClockIsSet)
 {
     const Date start = scheduler.now();
