@@ -40,6 +40,7 @@ NotesStore::NotesStore(const std::optional<QString> &path, const std::optional<D
     if (auto state = m_file.load())
         m_state = *std::move(state);
     readInBackground();
+    scheduleDue();
 }
 
 const Note *NotesStore::note(const Uuid &id) const
@@ -297,7 +298,24 @@ void NotesStore::insert(const Note &note)
 void NotesStore::hasChanged()
 {
     m_file.saveAfter(saveDelay);
+    scheduleDue();
     Q_EMIT changed();
+}
+
+void NotesStore::scheduleDue()
+{
+    constexpr Seconds leeway = 1ms; // a task is overdue after its date, not at it
+    m_nextDue.cancel();
+    std::optional<Date> next;
+    for (const TaskItem &task : m_state.tasks) {
+        if (!task.isDone && task.due >= m_scheduler.now() && (!next || task.due < next))
+            next = task.due;
+    }
+    if (next)
+        m_nextDue = m_scheduler.at(*next + leeway, [this] {
+            scheduleDue();
+            Q_EMIT changed();
+        });
 }
 
 } // namespace velmo

@@ -78,6 +78,7 @@ public:
     void flush() { m_file.flush(); }
 
 Q_SIGNALS:
+    /// Also when a task becomes overdue.
     void changed();
     void requested();
 
@@ -95,6 +96,7 @@ private:
     void readInBackground();
     void insert(const Note &note);
     void hasChanged();
+    void scheduleDue();
 
     Scheduler &m_scheduler;
     Snapshot m_state;
@@ -102,6 +104,7 @@ private:
     mutable QHash<Uuid, Reading> m_readings; ///< as far as they were asked for, or read at start
     bool m_pendingCompose = false;
     std::optional<Uuid> m_pendingSelection;
+    ScheduledTask m_nextDue;
     QThreadPool m_reader; ///< it waits for its thread as it goes
 };
 BOOST_DESCRIBE_STRUCT(NotesStore::Snapshot, (), (notes, tasks))
