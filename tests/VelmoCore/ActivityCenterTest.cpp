@@ -13,7 +13,7 @@ using Presentation = ActivityCenter::Presentation;
 
 class ActivityCenterTest : public testing::Test {
 protected:
-    QString path(const QString &name = "history.json") const { return m_folder.path(name); }
+    QString path() const { return m_folder.path("history.json"); }
 
     ActivityEvent event(const QString &title, const std::vector<QUrl> &files = {}) const
     {
@@ -192,18 +192,6 @@ TEST_F(ActivityCenterTest, SavesABurstOnceAndReadsItBack)
     reread.clearHistory();
     reread.flush();
     EXPECT_EQ(titles(ActivityCenter(path(), {}, m_scheduler, 7)), "");
-}
-
-TEST_F(ActivityCenterTest, StartsEmptyOverADamagedFileAndSurvivesAFailedSave)
-{
-    m_folder.write("history.json", "[{");
-    EXPECT_EQ(titles(ActivityCenter(path(), {}, m_scheduler, 7)), "");
-
-    m_folder.write("file", {});
-    ActivityCenter blocked(path("file/history.json"), {}, m_scheduler, 7);
-    blocked.post(event("um"));
-    EXPECT_NO_THROW(blocked.flush());
-    EXPECT_EQ(titles(blocked), "um");
 }
 
 TEST(LiveActivity, ReckonsProgressAndRemainingTimeFromItsCountdown)

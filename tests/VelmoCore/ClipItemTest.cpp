@@ -37,9 +37,9 @@ TEST(ClipboardClassifier, TellsColoursAndWebAddressesFromTexts)
     for (const auto &[text, kind] : cases)
         EXPECT_EQ(ClipboardClassifier::kind(QString::fromUtf16(text)), kind)
             << QString::fromUtf16(text).toStdString();
-    EXPECT_EQ(ClipboardClassifier::hexColor(QStringLiteral("#f08")),
+    EXPECT_EQ(ClipboardClassifier::hexColor(u"#f08"_qs),
               (ClipboardClassifier::Color{1, 0, 136 / 255.0, 1}));
-    EXPECT_EQ(ClipboardClassifier::hexColor(QStringLiteral("#00FF0033"))->alpha, 0.2);
+    EXPECT_EQ(ClipboardClassifier::hexColor(u"#00FF0033"_qs)->alpha, 0.2);
 }
 
 TEST(ClipItems, CutsALongTextBeforeItsSignature)
@@ -48,15 +48,15 @@ TEST(ClipItems, CutsALongTextBeforeItsSignature)
     const QString whole(100'000, u'x');
     EXPECT_EQ(item(whole + u'y')->text, whole);
     EXPECT_EQ(item(whole + u'y')->signature, item(whole)->signature);
-    EXPECT_EQ(item(QStringLiteral(" \n\u00a0")), std::nullopt);
-    EXPECT_EQ(item(QStringLiteral(" a\n"))->text, QStringLiteral(" a\n"));
+    EXPECT_EQ(item(u" \n\u00a0"_qs), std::nullopt);
+    EXPECT_EQ(item(u" a\n"_qs)->text, u" a\n"_qs);
 
-    const QString flags = QStringLiteral("🇧🇷").repeated(100'001);
+    const QString flags = u"🇧🇷"_qs.repeated(100'001);
     EXPECT_EQ(item(flags)->text->size(), 400'000);
     const QString marks = u'a' + QString(1'000'000, QChar(0x0301));
     EXPECT_LE(item(marks)->text->size(), ClipItems::mostUnits);
     const QString lone = u'a' + QString(QChar(0xD800)) + QChar(0xDC00) + QChar(0xDC00);
-    EXPECT_EQ(item(lone)->text, QStringLiteral("a\U00010000?"));
+    EXPECT_EQ(item(lone)->text, u"a\U00010000?"_qs);
 }
 
 TEST(UriList, TakesFilesOnceAndNothingThatCannotBeOpened)

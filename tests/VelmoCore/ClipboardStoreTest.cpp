@@ -93,7 +93,7 @@ TEST_F(ClipboardStoreTest, FollowsItsRulesThroughAnySequence)
         ClipboardStore clipboard(std::nullopt, std::nullopt, scheduler);
         clipboard.setLimits(5, 2);
         PlainHistory plain;
-        const Uuid collection = clipboard.createCollection(QStringLiteral("c"))->id;
+        const Uuid collection = clipboard.createCollection(u"c"_qs)->id;
         for (int step = 0; step < 150; ++step) {
             const std::size_t action = upTo(10);
             const std::size_t place = plain.items.empty() ? 0 : upTo(plain.items.size());
@@ -135,10 +135,10 @@ TEST_F(ClipboardStoreTest, FollowsItsRulesThroughAnySequence)
 
 TEST_F(ClipboardStoreTest, SavesAMomentLaterAndOpensSealed)
 {
-    copy(QStringLiteral("\uFEFFum"));
-    store.togglePin(copy(QStringLiteral("dois")).id);
-    EXPECT_EQ(store.createCollection(QStringLiteral("  ")), std::nullopt);
-    const Uuid colors = store.createCollection(QStringLiteral(" Cor "))->id;
+    copy(u"\uFEFFum"_qs);
+    store.togglePin(copy(u"dois"_qs).id);
+    EXPECT_EQ(store.createCollection(u"  "_qs), std::nullopt);
+    const Uuid colors = store.createCollection(u" Cor "_qs)->id;
     store.toggle(store.items()[1].id, colors);
     for (const char16_t *name : {u" Cores ", u" "})
         store.renameCollection(colors, QString::fromUtf16(name));
@@ -147,7 +147,7 @@ TEST_F(ClipboardStoreTest, SavesAMomentLaterAndOpensSealed)
     EXPECT_EQ(folder.names(), QStringList());
     scheduler.advance(0.1s);
     store.flush();
-    EXPECT_TRUE(DataCipher::isSealedFile(folder.path(QStringLiteral("clipboard.json"))));
+    EXPECT_TRUE(DataCipher::isSealedFile(folder.path(u"clipboard.json"_qs)));
     ClipboardStore again(folder.path(), cipher, scheduler);
     EXPECT_EQ(again.items(), store.items());
     EXPECT_EQ(again.collections(), store.collections());
@@ -163,12 +163,12 @@ TEST_F(ClipboardStoreTest, SavesAMomentLaterAndOpensSealed)
 
 TEST_F(ClipboardStoreTest, TellsOfASaveThatFailsUntilOneSucceeds)
 {
-    folder.write(QStringLiteral("file"), "no folder");
-    ClipboardStore blocked(folder.path(QStringLiteral("file")), cipher, scheduler);
-    blocked.add(copy(QStringLiteral("um")));
+    folder.write(u"file"_qs, "no folder");
+    ClipboardStore blocked(folder.path(u"file"_qs), cipher, scheduler);
+    blocked.add(copy(u"um"_qs));
     blocked.flush();
     EXPECT_TRUE(blocked.lastSaveError());
-    QFile::remove(folder.path(QStringLiteral("file")));
+    QFile::remove(folder.path(u"file"_qs));
     blocked.flush();
     EXPECT_EQ(blocked.lastSaveError(), std::nullopt);
 }
@@ -181,48 +181,46 @@ TEST_F(ClipboardStoreTest, KeepsOneFileAnImageAndNoneOfADroppedOne)
     EXPECT_EQ(store.imageData(image), "png");
     EXPECT_TRUE(DataCipher::isSealedFile(store.imageURL(image)->toLocalFile()));
 
-    folder.write(QStringLiteral("images/") + *image.imageFile, "plain");
+    folder.write(u"images/"_qs + *image.imageFile, "plain");
     EXPECT_EQ(store.imageData(image), "plain");
     EXPECT_TRUE(DataCipher::isSealedFile(store.imageURL(image)->toLocalFile()));
-    folder.write(QStringLiteral("images/") + *image.imageFile, "legacy");
+    folder.write(u"images/"_qs + *image.imageFile, "legacy");
     ClipboardStore(folder.path(), cipher, scheduler).flush();
     EXPECT_TRUE(DataCipher::isSealedFile(store.imageURL(image)->toLocalFile()));
 
     store.clear(true);
     EXPECT_EQ(images(), QStringList());
     ClipItem foreign = image;
-    foreign.imageFile = QStringLiteral("../clipboard.json");
+    foreign.imageFile = u"../clipboard.json"_qs;
     EXPECT_EQ(store.imageURL(foreign), std::nullopt);
     store.add(foreign);
     store.clear(true);
     store.flush();
-    EXPECT_TRUE(QFile::exists(folder.path(QStringLiteral("clipboard.json"))));
+    EXPECT_TRUE(QFile::exists(folder.path(u"clipboard.json"_qs)));
     ClipboardStore nowhere(std::nullopt, cipher, scheduler);
     EXPECT_THROW(nowhere.storeImage("png"), FileError);
 }
 
 TEST_F(ClipboardStoreTest, FindsByTextFileAndApplicationWithPinnedOnesFirst)
 {
-    copy(QStringLiteral("Ação"));
+    copy(u"Ação"_qs);
     store.togglePin(store.items()[0].id);
-    store.add(*ClipItems::fromFiles({QUrl(QStringLiteral("file:///x/Relat%C3%B3rio.pdf"))},
-                                    {QStringLiteral("Nautilus"), {}}, scheduler.now()));
-    copy(QStringLiteral("#fff ação"));
-    EXPECT_EQ(texts(store.items(QStringLiteral(" AÇÃO\n"))),
-              (QStringList{QStringLiteral("Ação"), QStringLiteral("#fff ação")}));
-    EXPECT_EQ(store.items(QStringLiteral("relatório.PDF naut")).size(), 1U);
-    EXPECT_EQ(store.items(QStringLiteral("/x/")).size(), 0U);
+    store.add(*ClipItems::fromFiles({QUrl(u"file:///x/Relat%C3%B3rio.pdf"_qs)},
+                                    {u"Nautilus"_qs, {}}, scheduler.now()));
+    copy(u"#fff ação"_qs);
+    EXPECT_EQ(texts(store.items(u" AÇÃO\n"_qs)), (QStringList{u"Ação"_qs, u"#fff ação"_qs}));
+    EXPECT_EQ(store.items(u"relatório.PDF naut"_qs).size(), 1U);
+    EXPECT_EQ(store.items(u"/x/"_qs).size(), 0U);
     EXPECT_EQ(store.items({}, ClipKind::files).size(), 1U);
     EXPECT_EQ(store.items({}, {}, makeUuid()).size(), 0U);
     EXPECT_EQ(store.items({}, {}, {}, true).size(), 0U);
-    store.add(*ClipItems::fromText(QStringLiteral("Ação"), {QStringLiteral("Editor"), {}},
-                                   scheduler.now()));
-    EXPECT_EQ(store.items(QStringLiteral("editor")).size(), 1U) << "the new source is found";
+    store.add(*ClipItems::fromText(u"Ação"_qs, {u"Editor"_qs, {}}, scheduler.now()));
+    EXPECT_EQ(store.items(u"editor"_qs).size(), 1U) << "the new source is found";
     store.flush();
     ClipboardStore again(folder.path(), cipher, scheduler);
     again.flush();
     scheduler.runPosted();
-    EXPECT_EQ(again.items(QStringLiteral("ação")).size(), 2U);
+    EXPECT_EQ(again.items(u"ação"_qs).size(), 2U);
 }
 
 } // namespace velmo

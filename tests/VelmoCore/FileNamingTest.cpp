@@ -14,7 +14,7 @@ namespace {
 
 QUrl file(const QString &name)
 {
-    return QUrl::fromLocalFile(QStringLiteral("/pasta/") + name);
+    return QUrl::fromLocalFile(u"/pasta/"_qs + name);
 }
 
 } // namespace
@@ -32,9 +32,9 @@ TEST(FileNaming, CountsOnToAFreeName)
     EXPECT_EQ(unique(u".perfil", {u".perfil"_qs}), u".perfil 2");
     EXPECT_EQ(unique(u"a 99999999999999999999.b", {u"a 99999999999999999999.b"_qs}),
               u"a 99999999999999999999 2.b");
-    EXPECT_EQ(FileNaming::uniqueURL(QUrl(QStringLiteral("file:///p/Docs/")),
+    EXPECT_EQ(FileNaming::uniqueURL(QUrl(u"file:///p/Docs/"_qs),
                                     [](const QUrl &url) { return url.fileName() != u"Docs 2"; }),
-              QUrl(QStringLiteral("file:///p/Docs 2")));
+              QUrl(u"file:///p/Docs 2"_qs));
 }
 
 TEST(FileNaming, NamesAnOutputAfterItsSource)

@@ -19,7 +19,7 @@ class ShelfStoreTest : public testing::Test {
 protected:
     ShelfStoreTest()
     {
-        QDir().mkpath(folder.path(QStringLiteral("docs")));
+        QDir().mkpath(folder.path(u"docs"_qs));
         shelf.trash = [this](const QUrl &file) { trashed.push_back(file); };
     }
 
@@ -45,9 +45,8 @@ protected:
     TemporaryFolder folder;
     ManualScheduler scheduler;
     std::vector<QUrl> trashed;
-    const ShelfStore::Places places{folder.path(QStringLiteral("Shelf")),
-                                    folder.path(QStringLiteral("No Notch")),
-                                    folder.path(QStringLiteral("Downloads"))};
+    const ShelfStore::Places places{folder.path(u"Shelf"_qs), folder.path(u"No Notch"_qs),
+                                    folder.path(u"Downloads"_qs)};
     ShelfStore shelf{places, std::nullopt, scheduler};
 };
 
@@ -58,13 +57,13 @@ TEST_F(ShelfStoreTest, MovesAFileInAndBackToItsFolder)
     const QUrl moved = shelf.moveIn(file("docs/a.txt"));
     EXPECT_EQ(moved, url("No Notch/a.txt"));
     EXPECT_EQ(shelf.moveInAtOnce(file("docs/a.txt", "outro")), url("No Notch/a 2.txt"));
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.txt"), QStringLiteral("a.txt")}));
+    EXPECT_EQ(names(), (QStringList{u"a.txt"_qs, u"a.txt"_qs}));
     EXPECT_EQ(reopened().items(), shelf.items());
 
     file("docs/a.txt", "tomado");
     shelf.remove({shelf.items()[0].id});
     EXPECT_TRUE(exists("docs/a 2.txt"));
-    QDir(folder.path(QStringLiteral("docs"))).removeRecursively();
+    QDir(folder.path(u"docs"_qs)).removeRecursively();
     shelf.remove({shelf.items()[0].id});
     EXPECT_TRUE(exists("Downloads/a.txt"));
     EXPECT_TRUE(shelf.items().empty());
@@ -74,11 +73,11 @@ TEST_F(ShelfStoreTest, MovesAFileInAndBackToItsFolder)
 TEST_F(ShelfStoreTest, KeepsTheRecordOfAFileThatCannotGoBack)
 {
     const QUrl moved = shelf.moveIn(file("docs/a.txt"));
-    QDir(folder.path(QStringLiteral("docs"))).removeRecursively();
+    QDir(folder.path(u"docs"_qs)).removeRecursively();
     file("Downloads", "no folder");
     shelf.remove({shelf.items()[0].id});
     EXPECT_EQ(shelf.lastReturnFailure(), 1);
-    EXPECT_EQ(names(), QStringList(QStringLiteral("a.txt")));
+    EXPECT_EQ(names(), QStringList(u"a.txt"_qs));
     EXPECT_EQ(shelf.resolve(shelf.items()[0]), moved);
     shelf.dismissIssues();
     EXPECT_EQ(shelf.lastReturnFailure(), std::nullopt);
@@ -131,35 +130,33 @@ TEST_F(ShelfStoreTest, SendsACopyToTheTrashAndLeavesAReference)
 
 TEST_F(ShelfStoreTest, NamesLinksAndTextsByWhatTheySay)
 {
-    shelf.addLink(QUrl(QStringLiteral("https://exemplo.org/a")));
-    shelf.addLink(QUrl(QStringLiteral("mailto:a@exemplo.org")));
-    shelf.addText(QStringLiteral("\n\nprimeira\nsegunda"));
-    shelf.addText(QStringLiteral("\n \n"));
+    shelf.addLink(QUrl(u"https://exemplo.org/a"_qs));
+    shelf.addLink(QUrl(u"mailto:a@exemplo.org"_qs));
+    shelf.addText(u"\n\nprimeira\nsegunda"_qs);
+    shelf.addText(u"\n \n"_qs);
     shelf.addText(QString(100, u'x'));
-    EXPECT_EQ(names(),
-              (QStringList{QString(80, u'x'), QStringLiteral("\n \n"), QStringLiteral("primeira"),
-                           QStringLiteral("mailto:a@exemplo.org"), QStringLiteral("exemplo.org")}));
-    shelf.setGroup(QStringLiteral(" Ideias "), {shelf.items()[2].id});
-    EXPECT_EQ(shelf.items(QStringLiteral(" IDEIAS"), std::nullopt).size(), 1U);
-    EXPECT_EQ(shelf.items(QStringLiteral("segunda"), std::nullopt).size(), 0U);
-    EXPECT_EQ(shelf.items({}, QStringLiteral("Ideias")).size(), 1U);
-    shelf.setGroup(QStringLiteral(" "), {shelf.items()[2].id});
+    EXPECT_EQ(names(), (QStringList{QString(80, u'x'), u"\n \n"_qs, u"primeira"_qs,
+                                    u"mailto:a@exemplo.org"_qs, u"exemplo.org"_qs}));
+    shelf.setGroup(u" Ideias "_qs, {shelf.items()[2].id});
+    EXPECT_EQ(shelf.items(u" IDEIAS"_qs, std::nullopt).size(), 1U);
+    EXPECT_EQ(shelf.items(u"segunda"_qs, std::nullopt).size(), 0U);
+    EXPECT_EQ(shelf.items({}, u"Ideias"_qs).size(), 1U);
+    shelf.setGroup(u" "_qs, {shelf.items()[2].id});
     EXPECT_TRUE(shelf.groups().empty());
 }
 
 TEST_F(ShelfStoreTest, CleansWhatIsOldButNothingPinnedOrMoved)
 {
     shelf.moveIn(file("docs/movido.txt"));
-    shelf.addText(QStringLiteral("fixo"));
+    shelf.addText(u"fixo"_qs);
     shelf.togglePin(shelf.items()[0].id);
-    shelf.addText(QStringLiteral("velho"));
+    shelf.addText(u"velho"_qs);
     scheduler.advance(86'400s * 2);
-    shelf.addText(QStringLiteral("novo"));
+    shelf.addText(u"novo"_qs);
     EXPECT_EQ(shelf.autoClean(0, scheduler.now()), 0);
     EXPECT_EQ(shelf.autoClean(2, scheduler.now()), 0);
     EXPECT_EQ(shelf.autoClean(1, scheduler.now()), 1);
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("novo"), QStringLiteral("fixo"),
-                                    QStringLiteral("movido.txt")}));
+    EXPECT_EQ(names(), (QStringList{u"novo"_qs, u"fixo"_qs, u"movido.txt"_qs}));
 }
 
 TEST_F(ShelfStoreTest, ForgetsItsOwnFilesThatAreGoneAndKeepsReferences)
@@ -169,7 +166,7 @@ TEST_F(ShelfStoreTest, ForgetsItsOwnFilesThatAreGoneAndKeepsReferences)
     QFile::remove(moved.toLocalFile());
     QFile::remove(url("docs/b.txt").toLocalFile());
     shelf.forgetMissingFiles();
-    EXPECT_EQ(names(), QStringList(QStringLiteral("b.txt")));
+    EXPECT_EQ(names(), QStringList(u"b.txt"_qs));
     EXPECT_EQ(shelf.resolve(shelf.items()[0]), std::nullopt);
 }
 
@@ -178,7 +175,7 @@ TEST_F(ShelfStoreTest, AdoptsWhatAToolMadeBesideItsFilesOnly)
     shelf.moveIn(file("docs/a.txt"));
     shelf.adoptOutputs({file("No Notch/a.zip"), file("docs/b.zip"), url("No Notch/a.txt"),
                         url("No Notch/gone.zip")});
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("a.zip"), QStringLiteral("a.txt")}));
+    EXPECT_EQ(names(), (QStringList{u"a.zip"_qs, u"a.txt"_qs}));
     shelf.remove({shelf.items()[0].id});
     EXPECT_TRUE(exists("Downloads/a.zip"));
 }
