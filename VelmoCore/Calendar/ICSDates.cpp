@@ -80,12 +80,6 @@ double secondsOf(QChar unit)
 
 } // namespace
 
-ZoneBook::ZoneBook()
-    : m_machine(std::make_unique<ZoneClock>(QTimeZone::systemTimeZone())),
-      m_utc(std::make_unique<ZoneClock>(QTimeZone::utc()))
-{
-}
-
 ZoneClock *ZoneBook::named(const QString &name)
 {
     const auto known = m_named.constFind(name);

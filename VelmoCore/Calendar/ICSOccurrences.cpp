@@ -128,14 +128,9 @@ private:
         for (const Property &property : event.props) {
             if (property.name != u"EXDATE")
                 continue;
-            const QStringView list = property.value;
-            for (qsizetype start = 0; start <= list.size();) {
-                qsizetype end = list.indexOf(u',', start);
-                end = end < 0 ? list.size() : end;
-                const auto piece = list.sliced(start, end - start);
+            for (const QStringView piece : property.value.tokenize(u',')) {
                 if (const auto date = readDate(piece, property.params, m_zone, m_zones))
                     excluded.insert(dateOf(*date));
-                start = end + 1;
             }
         }
     }

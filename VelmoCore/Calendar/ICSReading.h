@@ -12,17 +12,15 @@ namespace velmo::ICSParser {
 /// The clocks of one feed's zones, each looked up once.
 class ZoneBook {
 public:
-    ZoneBook();
-
-    ZoneClock &machine() { return *m_machine; }
-    ZoneClock &utc() { return *m_utc; }
+    ZoneClock &machine() { return m_machine; }
+    ZoneClock &utc() { return m_utc; }
 
     /// The clock of the zone that `timeZone` finds for a TZID, or null.
     ZoneClock *named(const QString &name);
 
 private:
-    std::unique_ptr<ZoneClock> m_machine;
-    std::unique_ptr<ZoneClock> m_utc;
+    ZoneClock m_machine{QTimeZone::systemTimeZone()};
+    ZoneClock m_utc{QTimeZone::utc()};
     QHash<QString, std::shared_ptr<ZoneClock>> m_named;
 };
 

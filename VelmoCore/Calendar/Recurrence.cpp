@@ -289,7 +289,7 @@ public:
         // A zone's change of clocks moves a date by a day at most.
         const std::int64_t begin = std::max<std::int64_t>(m_periods.periodAt(dayOf(from) - 2), 0);
         const std::int64_t lastPeriod = m_periods.periodAt(dayOf(end) + 2);
-        if (m_rule.count > 0 && begin > 0 && !skipTo(begin))
+        if (m_rule.count && begin > 0 && !skipTo(begin))
             return {};
         std::vector<Date> dates;
         for (std::int64_t period = begin; period <= lastPeriod; ++period) {
@@ -299,7 +299,7 @@ public:
                 const Date date = dateAt(day);
                 if (date < m_start)
                     continue;
-                const bool isOver = m_rule.count > 0 && m_counted >= m_rule.count;
+                const bool isOver = m_rule.count && m_counted >= *m_rule.count;
                 if (isOver || !(date < end) || day > lastDay || --m_effort.dates < 0)
                     return dates;
                 ++m_counted;
@@ -329,14 +329,14 @@ private:
             m_counted += dateAt(day) < m_start ? 0 : 1;
         if (const auto count = m_periods.countAtOnce(1, begin)) {
             m_counted += *count;
-            return m_counted < m_rule.count;
+            return m_counted < *m_rule.count;
         }
-        for (std::int64_t period = 1; period < begin && m_counted < m_rule.count; ++period) {
+        for (std::int64_t period = 1; period < begin && m_counted < *m_rule.count; ++period) {
             if (--m_effort.periods < 0)
                 return false;
             m_counted += std::int64_t(m_periods.candidates(period).size());
         }
-        return m_counted < m_rule.count;
+        return m_counted < *m_rule.count;
     }
 
     const RecurrenceRule &m_rule;

@@ -16,28 +16,17 @@ std::optional<std::int64_t> integer(QStringView text)
     return isNumber ? std::optional(value) : std::nullopt;
 }
 
-template <class Read>
-void forEachPiece(QStringView list, Read read)
-{
-    for (qsizetype start = 0; start <= list.size();) {
-        qsizetype end = list.indexOf(u',', start);
-        end = end < 0 ? list.size() : end;
-        read(list.sliced(start, end - start).trimmed());
-        start = end + 1;
-    }
-}
-
 /// Calls `read` with every number of the list; true if there was one.
 template <class Read>
 bool readNumbers(QStringView list, Read read)
 {
     bool hasNumber = false;
-    forEachPiece(list, [&](QStringView piece) {
+    for (const QStringView piece : list.tokenize(u',')) {
         if (const auto number = integer(piece)) {
             hasNumber = true;
             read(*number);
         }
-    });
+    }
     return hasNumber;
 }
 
@@ -85,9 +74,10 @@ void readPart(QStringView name, QStringView value, RecurrenceRule &rule)
     if (name == u"INTERVAL") {
         rule.interval = std::clamp<std::int64_t>(integer(value).value_or(1), 1, longestInterval);
     } else if (name == u"COUNT") {
-        rule.count = std::max<std::int64_t>(integer(value).value_or(0), 0);
+        rule.count = integer(value);
     } else if (name == u"BYDAY") {
-        forEachPiece(value, [&](QStringView piece) { readWeekday(piece, rule); });
+        for (const QStringView piece : value.tokenize(u','))
+            readWeekday(piece.trimmed(), rule);
     } else if (name == u"BYMONTHDAY") {
         rule.hasMonthDays |= readNumbers(value, [&](std::int64_t day) {
             setBit(rule.monthDays, day, 31);
@@ -118,11 +108,7 @@ std::optional<RecurrenceRule> readRule(QStringView text, ZoneClock &zone, ZoneBo
 {
     RecurrenceRule rule;
     bool hasFrequency = false;
-    for (qsizetype start = 0; start <= text.size();) {
-        qsizetype end = text.indexOf(u';', start);
-        end = end < 0 ? text.size() : end;
-        const QStringView part = text.sliced(start, end - start);
-        start = end + 1;
+    for (const QStringView part : text.tokenize(u';')) {
         const qsizetype equals = part.indexOf(u'=');
         if (equals < 0)
             continue;

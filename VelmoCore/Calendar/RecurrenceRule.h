@@ -20,7 +20,7 @@ struct Effort {
 struct RecurrenceRule {
     Frequency frequency = Frequency::daily;
     std::int64_t interval = 1;         ///< in periods
-    std::int64_t count = 0;            ///< 0: without end
+    std::optional<std::int64_t> count; ///< the most dates, counted from the event's start
     std::optional<std::int64_t> until; ///< UTC
 
     bool hasDays = false;      ///< BYDAY
