@@ -167,12 +167,8 @@ SplitMessage splitHeaders(QByteArrayView bytes)
     const auto [end, bodyStart] = emptyLine(bytes);
     SplitMessage split{{}, bytes.sliced(bodyStart)};
     const QString block = decodeBytes(bytes.first(end));
-    QStringView rest = block;
-    for (qsizetype lineFeed = rest.indexOf(u'\n'); lineFeed >= 0; lineFeed = rest.indexOf(u'\n')) {
-        addLine(rest.first(lineFeed), split.headers);
-        rest = rest.sliced(lineFeed + 1);
-    }
-    addLine(rest, split.headers);
+    for (const QStringView line : block.tokenize(u'\n'))
+        addLine(line, split.headers);
     return split;
 }
 

@@ -4,7 +4,6 @@
 #include <QString>
 #include <QStringView>
 
-#include <charconv>
 #include <concepts>
 #include <optional>
 
@@ -18,14 +17,20 @@ QString decoded(QByteArrayView bytes);
 template <std::integral Number>
 std::optional<Number> decimal(QStringView text)
 {
-    const bool hasPlus = text.startsWith(u'+');
-    const QByteArray digits = text.sliced(hasPlus ? 1 : 0).toLatin1();
-    if (hasPlus && digits.startsWith('-'))
+    const bool isNegative = std::signed_integral<Number> && text.startsWith(u'-');
+    if (isNegative || text.startsWith(u'+'))
+        text = text.sliced(1);
+    if (text.isEmpty())
         return std::nullopt;
     Number value = 0;
-    const auto result = std::from_chars(digits.cbegin(), digits.cend(), value);
-    if (result.ec != std::errc() || result.ptr != digits.cend())
-        return std::nullopt;
+    for (const QChar c : text) {
+        if (c < u'0' || c > u'9')
+            return std::nullopt;
+        const int digit = c.unicode() - u'0';
+        if (__builtin_mul_overflow(value, 10, &value) ||
+            __builtin_add_overflow(value, isNegative ? -digit : digit, &value))
+            return std::nullopt;
+    }
     return value;
 }
 

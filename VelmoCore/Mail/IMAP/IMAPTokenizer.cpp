@@ -9,6 +9,8 @@ namespace velmo {
 
 namespace {
 
+constexpr std::size_t usualCount = 4; ///< of values in a response and in a list
+
 bool isSpace(char byte)
 {
     return byte == ' ' || byte == '\r' || byte == '\n';
@@ -23,6 +25,7 @@ IMAPTokenizer::IMAPTokenizer(QByteArray data) : bytes(std::move(data))
 std::vector<IMAPValue> IMAPTokenizer::values()
 {
     std::vector<IMAPValue> values;
+    values.reserve(usualCount);
     while (auto value = next(0))
         values.push_back(*std::move(value));
     return values;
@@ -67,6 +70,8 @@ IMAPValue IMAPTokenizer::list(int depth)
         auto value = next(depth);
         if (!value)
             break;
+        if (list.values.empty())
+            list.values.reserve(usualCount);
         list.values.push_back(*std::move(value));
     }
     return {std::move(list)};
