@@ -10,6 +10,26 @@ namespace velmo::Text {
 
 namespace {
 
+struct Passed {
+    qsizetype count; ///< characters
+    qsizetype end;
+};
+
+/// Passes up to `most` characters, as far as they are told without Unicode's tables: each letter
+/// below U+0300, dash or quotation mark is one, unless a mark may follow, as is a CR with its LF.
+Passed passSimple(QStringView text, qsizetype most)
+{
+    const auto isSimple = [&](qsizetype at) {
+        const char16_t unit = at < text.size() ? text[at].unicode() : u'\0';
+        return unit < 0x0300 || (unit >= 0x2010 && unit < 0x2028);
+    };
+    Passed passed{0, 0};
+    for (auto &[count, at] = passed;
+         count < most && at < text.size() && isSimple(at) && isSimple(at + 1); ++count)
+        at += text[at] == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n' ? 2 : 1;
+    return passed;
+}
+
 void removeMarks(QString &text)
 {
     QChar *out = text.data();
@@ -28,8 +48,9 @@ void removeMarks(QString &text)
 
 qsizetype characterCount(QStringView text)
 {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.data(), text.size());
-    qsizetype count = 0;
+    auto [count, end] = passSimple(text, text.size());
+    const QStringView rest = text.sliced(end);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, rest.data(), rest.size());
     while (finder.toNextBoundary() > 0)
         ++count;
     return count;
@@ -37,11 +58,15 @@ qsizetype characterCount(QStringView text)
 
 QString prefix(const QString &text, qsizetype count)
 {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    const Passed simple = passSimple(text, count);
+    const QStringView rest = QStringView(text).sliced(simple.end);
+    if (simple.count >= count || rest.isEmpty())
+        return text.first(simple.end);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, rest.data(), rest.size());
     qsizetype end = 0;
-    while (count-- > 0 && end < text.size())
+    for (qsizetype left = count - simple.count; left > 0 && end < rest.size(); --left)
         end = finder.toNextBoundary();
-    return text.first(end);
+    return text.first(simple.end + end);
 }
 
 QString folded(const QString &text)

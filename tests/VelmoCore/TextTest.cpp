@@ -5,6 +5,8 @@
 
 #include "tests/support/Printers.h"
 
+#include <QTextBoundaryFinder>
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -28,6 +30,19 @@ TEST(Text, CountsAndCutsWhatAReaderTakesForACharacter)
         EXPECT_EQ(Text::prefix(text, count + 1), text);
     }
     EXPECT_EQ(Text::characterCount(QStringView(u"ação").sliced(1, 2)), 2);
+
+    const QStringList pieces = {"a", "\r", "\n", "\u0301", "©", "\u200D", "👍", "\u00AD", "—", "🇧🇷"};
+    std::mt19937 random(7);
+    for (int round = 0; round < 5000; ++round) {
+        QString text;
+        while (text.size() < 8)
+            text += pieces[qsizetype(random() % std::size_t(pieces.size()))];
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+        for (qsizetype count = 0, end = 0; end >= 0; end = finder.toNextBoundary(), ++count) {
+            ASSERT_EQ(Text::prefix(text, count).size(), end) << qPrintable(text);
+            ASSERT_EQ(Text::characterCount(QStringView(text).first(end)), count);
+        }
+    }
 }
 
 TEST(Text, FoldsWhatReadsAlike)
