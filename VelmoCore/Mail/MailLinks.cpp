@@ -141,15 +141,27 @@ private:
         const qsizetype host = text.startsWith(u"https://")  ? 8
                                : text.startsWith(u"http://") ? 7
                                                              : 0;
-        const auto *end = std::find_if(text.begin() + host, text.end(),
-                                       [](QChar c) { return QStringView(u"/?#").contains(c); });
-        return host == 0 || end == text.begin() + host ? 0 : end - text.begin();
+        const qsizetype found = find(text, host, u'/', u'?', u'#');
+        const qsizetype end = found < 0 ? text.size() : found;
+        return host == 0 || end == host ? 0 : end;
     }
 
     /// Means itself in a path and in a query.
     static bool isPlain(QChar c)
     {
-        return (c.unicode() < 0x80 && c.isLetterOrNumber()) || QStringView(u"/?=&-_.~").contains(c);
+        switch (c.unicode()) {
+        case u'/':
+        case u'?':
+        case u'=':
+        case u'&':
+        case u'-':
+        case u'_':
+        case u'.':
+        case u'~':
+            return true;
+        default:
+            return c.unicode() < 0x80 && c.isLetterOrNumber();
+        }
     }
 
     QString m_site;
