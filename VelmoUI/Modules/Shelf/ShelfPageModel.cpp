@@ -13,9 +13,6 @@ namespace velmo {
 
 namespace {
 
-/// A file manager may still be copying what it will then take away.
-constexpr Seconds moveTime = 3s;
-
 struct OwnCommand {
     const char16_t *id;
     const char16_t *title;
@@ -326,8 +323,18 @@ void ShelfPageModel::drag(QQuickItem *tile)
 void ShelfPageModel::dragged()
 {
     shelf().forgetMissingFiles();
-    m_lookAgain = m_context.services.platform.scheduler.after(
-        moveTime, [this] { shelf().forgetMissingFiles(); });
+    lookAgain(1s);
+}
+
+/// A file manager may still be copying what it will then take away, or ask the user first.
+void ShelfPageModel::lookAgain(Seconds delay)
+{
+    static constexpr Seconds longest = 64s;
+    m_lookAgain = m_context.services.platform.scheduler.after(delay, [this, delay] {
+        shelf().forgetMissingFiles();
+        if (delay < longest)
+            lookAgain(delay * 2);
+    });
 }
 
 void ShelfPageModel::update()

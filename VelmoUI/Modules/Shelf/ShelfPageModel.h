@@ -105,6 +105,7 @@ Q_SIGNALS:
 
 private:
     void dragged();
+    void lookAgain(Seconds delay);
     ShelfStore &shelf() const { return m_context.services.shelf; }
     void update();
     void updateCommands();
