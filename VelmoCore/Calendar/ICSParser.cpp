@@ -1,5 +1,7 @@
 #include "VelmoCore/Calendar/ICSParser.h"
 
+#include "VelmoCore/Foundation/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -54,12 +56,6 @@ qsizetype findOutsideQuotes(QStringView line, qsizetype start, char16_t mark, ch
     return line.size();
 }
 
-QStringView withoutQuotes(QStringView value)
-{
-    const bool isQuoted = value.size() >= 2 && value.front() == u'"' && value.back() == u'"';
-    return isQuoted ? value.sliced(1, value.size() - 2) : value;
-}
-
 std::optional<Property> readProperty(QStringView line, SharedTexts &texts)
 {
     qsizetype end = findOutsideQuotes(line, 0, u':', u';');
@@ -72,7 +68,7 @@ std::optional<Property> readProperty(QStringView line, SharedTexts &texts)
         const qsizetype equals = piece.indexOf(u'=');
         if (equals >= 0 && params.size() < paramLimit) {
             params.insert(texts.upper(piece.first(equals)),
-                          texts.text(withoutQuotes(piece.sliced(equals + 1))));
+                          texts.text(Text::withoutQuotes(piece.sliced(equals + 1))));
         }
     }
     if (end == line.size())

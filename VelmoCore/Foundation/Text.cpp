@@ -69,6 +69,12 @@ QString prefix(const QString &text, qsizetype count)
     return text.first(simple.end + end);
 }
 
+QStringView withoutQuotes(QStringView text)
+{
+    const bool isQuoted = text.size() >= 2 && text.front() == u'"' && text.back() == u'"';
+    return isQuoted ? text.sliced(1, text.size() - 2) : text;
+}
+
 QString folded(const QString &text)
 {
     // The time of QString::normalized grows with the square of a text's length, hence the pieces.

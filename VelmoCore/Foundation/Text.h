@@ -11,6 +11,9 @@ qsizetype characterCount(QStringView text);
 /// The first `count` characters as a reader counts them; never cuts a cluster in two.
 QString prefix(const QString &text, qsizetype count);
 
+/// Without the double quotes around it, if there are both.
+QStringView withoutQuotes(QStringView text);
+
 /// The text folded for comparison and search: no case, no diacritics, compatibility forms made
 /// plain. "Ação" and "acao" fold alike.
 QString folded(const QString &text);

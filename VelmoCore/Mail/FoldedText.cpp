@@ -26,8 +26,9 @@ bool foldsToItself(char32_t character)
 /// What the characters up to the ideographs, and those behind Hangul, fold to: made on first use.
 class FoldTable {
 public:
-    static constexpr char16_t nothing = 0xFFFE; ///< no characters: a mark folds to nothing,
-    static constexpr char16_t several = 0xFFFF; ///< and a ligature to several units
+    // No characters themselves, and the last two units.
+    static constexpr char16_t nothing = 0xFFFE; ///< as of a mark
+    static constexpr char16_t several = 0xFFFF; ///< units, as of a ligature
 
     FoldTable()
     {
@@ -37,7 +38,7 @@ public:
             m_units[character - gapLength] = foldedUnit(character);
     }
 
-    /// Also `several` for what isn't in the table.
+    /// The unit that a character folds to; `several` also for what isn't in the table.
     char16_t operator[](char32_t character) const
     {
         if (character < gapStart)

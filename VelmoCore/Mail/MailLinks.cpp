@@ -31,7 +31,7 @@ public:
 
     explicit Anchors(QStringView html)
         : m_html(html), m_tagEnd(aheadOfTagEnd(html)), m_quote(aheadOfQuote(html)),
-          m_end(aheadOfTagEnd(html)), m_closing(aheadOfClosingTag(html, u"a"))
+          m_contentStart(aheadOfTagEnd(html)), m_closing(aheadOfClosingTag(html, u"a"))
     {
     }
 
@@ -84,7 +84,7 @@ private:
     std::optional<Anchor> anchorAt(qsizetype address)
     {
         const auto &quote = m_quote.from(address);
-        const auto &tag = quote ? m_end.from(quote->end) : std::nullopt;
+        const auto &tag = quote ? m_contentStart.from(quote->end) : std::nullopt;
         const auto &close = tag ? m_closing.from(tag->end) : std::nullopt;
         m_next = close ? close->end : m_html.size();
         if (!close)
@@ -93,12 +93,12 @@ private:
     }
 
     QStringView m_html;
-    qsizetype m_next = 0;           ///< where to go on
-    qsizetype m_seen = 0;           ///< up to where addresses were looked for
-    std::optional<Range> m_address; ///< the last found, with its "href"
-    decltype(aheadOfTagEnd({})) m_tagEnd;
+    qsizetype m_next = 0;                 ///< where to go on
+    qsizetype m_seen = 0;                 ///< up to where addresses were looked for
+    std::optional<Range> m_address;       ///< the last found, with its "href"
+    decltype(aheadOfTagEnd({})) m_tagEnd; ///< up to where an address may begin
     decltype(aheadOfQuote({})) m_quote;
-    decltype(aheadOfTagEnd({})) m_end;
+    decltype(aheadOfTagEnd({})) m_contentStart; ///< the ">" behind the address, which may hold one
     decltype(aheadOfClosingTag({}, {})) m_closing;
 };
 

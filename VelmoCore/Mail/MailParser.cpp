@@ -29,12 +29,6 @@ bool isSpaceOrTab(QChar c)
     return c == u' ' || c == u'\t';
 }
 
-QStringView withoutQuotes(QStringView text)
-{
-    const bool isQuoted = text.size() >= 2 && text.front() == u'"' && text.back() == u'"';
-    return isQuoted ? text.sliced(1, text.size() - 2) : text;
-}
-
 /// Where the header block ends and where the body begins.
 std::pair<qsizetype, qsizetype> emptyLine(QByteArrayView bytes)
 {
@@ -188,7 +182,7 @@ MailAddress parseAddress(const QString &text)
     const qsizetype open = all.lastIndexOf(u'<');
     const qsizetype close = open < 0 ? -1 : all.indexOf(u'>', open);
     if (close >= 0) {
-        QString name = withoutQuotes(trimmedBlanks(all.first(open))).toString();
+        QString name = Text::withoutQuotes(trimmedBlanks(all.first(open))).toString();
         name.replace(QStringLiteral("\\\""), QStringLiteral("\""));
         return {name, trimmedBlanks(all.sliced(open + 1, close - open - 1)).toString()};
     }
@@ -207,8 +201,9 @@ Parameters parameters(const QString &value)
     for (auto piece = pieces.begin() + 1; piece != pieces.end(); ++piece) {
         const qsizetype equals = piece->indexOf(u'=');
         if (equals >= 0)
-            read.params.insert(trimmedBlanks(piece->first(equals)).toString().toLower(),
-                               withoutQuotes(trimmedBlanks(piece->sliced(equals + 1))).toString());
+            read.params.insert(
+                trimmedBlanks(piece->first(equals)).toString().toLower(),
+                Text::withoutQuotes(trimmedBlanks(piece->sliced(equals + 1))).toString());
     }
     return read;
 }
