@@ -75,6 +75,8 @@ void readPart(QStringView name, QStringView value, RecurrenceRule &rule)
         rule.interval = std::clamp<std::int64_t>(integer(value).value_or(1), 1, longestInterval);
     } else if (name == u"COUNT") {
         rule.count = integer(value);
+        if (rule.count && *rule.count < 1)
+            rule.count.reset();
     } else if (name == u"BYDAY") {
         for (const QStringView piece : value.tokenize(u','))
             readWeekday(piece.trimmed(), rule);

@@ -20,7 +20,7 @@ struct Effort {
 struct RecurrenceRule {
     Frequency frequency = Frequency::daily;
     std::int64_t interval = 1;         ///< in periods
-    std::optional<std::int64_t> count; ///< the most dates, counted from the event's start
+    std::optional<std::int64_t> count; ///< 1 or more dates, from the event's start on
     std::optional<std::int64_t> until; ///< UTC
 
     bool hasDays = false;      ///< BYDAY
