@@ -118,6 +118,7 @@ constexpr std::array glyphs = {
     Glyph{u"wifi.slash", u"wifi_off"},
     Glyph{u"wrench.and.screwdriver", u"handyman"},
     Glyph{u"xmark", u"close"},
+    Glyph{u"xmark.circle", u"highlight_off"},
     Glyph{u"xmark.circle.fill", u"cancel"},
 };
 static_assert(std::ranges::is_sorted(glyphs, {}, &Glyph::name));
