@@ -13,6 +13,7 @@ namespace velmo {
 namespace {
 
 constexpr int gapBelowPanel = 24;
+constexpr int frameHeight = 32; // at most, of what the window manager puts around it
 
 QScreen *screenAt(double centerX)
 {
@@ -64,8 +65,13 @@ void PanelFileDialog::open(Kind kind, const QString &title, const QString &accep
                      });
     // It goes for good: its list of completions would come up after it and take the next click.
     QObject::connect(m_dialog.get(), &QFileDialog::finished, m_dialog.get(), [this] {
+        m_panel.disconnect(m_dialog.get());
         m_dialog.release()->deleteLater();
         m_panel.setPresentingSystemUI(false);
+    });
+    QObject::connect(&m_panel, &NotchViewModel::presentationChanged, m_dialog.get(), [this] {
+        if (!isOpen(m_panel.presentation()))
+            m_dialog->reject();
     });
     m_panel.setPresentingSystemUI(true);
     m_dialog->show();
@@ -77,10 +83,13 @@ void PanelFileDialog::place()
 {
     const NotchLayoutContext context = m_panel.layoutContext();
     const double below = NotchLayout::shape(m_panel.presentation(), context).height();
-    const QRect screen = screenAt(context.metrics.centerX)->availableGeometry();
+    QRect free = screenAt(context.metrics.centerX)->availableGeometry();
     QRect frame(QPoint(), m_dialog->size());
-    frame.moveCenter(screen.center());
-    frame.moveTop(std::max(frame.top(), screen.top() + int(below) + gapBelowPanel));
+    frame.moveCenter(free.center());
+    free.adjust(0, int(below) + gapBelowPanel, 0, -frameHeight);
+    frame.setHeight(std::min(frame.height(), free.height()));
+    frame.moveTop(std::clamp(frame.top(), free.top(), free.bottom() + 1 - frame.height()));
+    m_dialog->resize(frame.size());
     m_dialog->move(frame.topLeft());
 }
 

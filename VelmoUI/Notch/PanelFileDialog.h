@@ -13,7 +13,8 @@ namespace velmo {
 
 class NotchViewModel;
 
-/// The desktop's dialog for files, which belongs to a panel: that stays open behind it.
+/// The desktop's dialog for files, which belongs to a panel: that stays open behind it, and takes
+/// it along when the user closes it.
 class PanelFileDialog {
 public:
     enum class Kind { files, folder };
