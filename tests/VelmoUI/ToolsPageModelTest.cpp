@@ -149,6 +149,9 @@ TEST_F(ToolsPageModelTest, RenamesAndTakesItBack)
 TEST_F(ToolsPageModelTest, TakesBackWhatMovedBeforeAFailure)
 {
     choose({"a.txt", "b.txt"});
+    page.moveTo(QUrl::fromLocalFile(folder.path()));
+    EXPECT_FALSE(page.isRunning());
+    EXPECT_TRUE(page.note().startsWith(u"Os itens já estão em"));
     folder.write(QStringLiteral("alvo/x"), {});
     QFile::remove(folder.path(QStringLiteral("b.txt")));
     page.moveTo(url("alvo"));

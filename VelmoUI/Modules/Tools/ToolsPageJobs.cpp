@@ -234,15 +234,25 @@ void ToolsPageModel::duplicate()
 
 void ToolsPageModel::moveTo(const QUrl &folder)
 {
-    const auto work = [files = urls(), folder](JobProgress &progress, const std::stop_token &stop,
-                                               MovedFiles &moved) {
+    std::vector<QUrl> files = urls();
+    std::erase_if(files, [place = folder.adjusted(QUrl::StripTrailingSlash)](const QUrl &file) {
+        return file.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash) == place;
+    });
+    if (files.empty()) {
+        const QString told = urls().size() == 1 ? QStringLiteral("O item já está em “%1”")
+                                                : QStringLiteral("Os itens já estão em “%1”");
+        tell(told.arg(folderName(folder)), false);
+        return;
+    }
+    const auto work = [files, folder](JobProgress &progress, const std::stop_token &stop,
+                                      MovedFiles &moved) {
         moveEach(files, progress, moved,
                  [&](const QUrl &url) { return FileOperations::move({url}, folder, stop).at(0); });
         return JobOutcome{.message = counted(files.size(), u"1 item movido", u"%1 itens movidos") +
                                      QStringLiteral(" para “%1”").arg(folderName(folder)),
                           .outputURLs = moved.now};
     };
-    run({.title = counted(urls().size(), u"Mover 1 item", u"Mover %1 itens"),
+    run({.title = counted(files.size(), u"Mover 1 item", u"Mover %1 itens"),
          .symbol = QStringLiteral("folder.badge.plus"),
          .work = work});
 }
