@@ -24,6 +24,49 @@ FocusScope {
         text: result.content.droppedTitle
     }
 
+    // What was dropped is still on its way.
+    Row {
+        id: job
+        x: title.x + title.width + Theme.gap
+        y: title.y
+        height: title.height
+        spacing: 2 * Theme.grid
+        visible: result.content.hasDropJob
+        // The keyboard doesn't stay with a button that goes.
+        onVisibleChanged: if (!visible && cancel.focus)
+            actions.focus = true
+
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            text: result.content.dropJobTitle
+            font.pixelSize: Theme.smallSize
+            Accessible.ignored: true
+        }
+        ProgressBar {
+            anchors.verticalCenter: parent.verticalCenter
+            width: Theme.sliderWidth
+            progress: result.content.dropJobProgress
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: result.content.dropJobSpoken
+        }
+        // As wide for every number, so that the button stays in its place.
+        Item {
+            width: Theme.rowHeight
+            height: parent.height
+
+            NumberLabel {
+                anchors.verticalCenter: parent.verticalCenter
+                text: result.content.dropJobValue
+                size: Theme.smallSize
+            }
+        }
+        ActionButton {
+            id: cancel
+            name: "Cancelar"
+            onTriggered: result.content.cancelDropJob()
+        }
+    }
+
     // What an action came to, which nothing else would tell while the panel is open.
     Row {
         anchors.right: close.left

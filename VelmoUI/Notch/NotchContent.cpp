@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include <algorithm>
+
 namespace velmo {
 
 namespace {
@@ -96,7 +98,10 @@ NotchContent::NotchContent(NotchViewModel &model)
     connect(&model, &NotchViewModel::dropletChanged, this, &NotchContent::dropletChanged);
     connect(&model, &NotchViewModel::gulped, this, &NotchContent::gulped);
     connect(&m_issues, &PanelIssues::changed, this, &NotchContent::issuesChanged);
-    connect(&m_live, &LiveRows::changed, this, &NotchContent::liveChanged);
+    connect(&m_live, &LiveRows::changed, this, [this] {
+        updateDropJob();
+        Q_EMIT liveChanged();
+    });
     connect(&services.modules, &ModuleRegistry::failuresChanged, this, &NotchContent::updatePage);
     connect(&services.activity, &ActivityCenter::feedbackChanged, this, [this] {
         if (const auto &event = m_model.services().activity.feedback())
@@ -272,7 +277,17 @@ void NotchContent::updateDroppedItems()
         rows.push_back(droppedRow(item, m_model.services().shelf));
     m_droppedItems.setRecords(rows);
     m_dropActions.setRecords(offeredActions());
+    updateDropJob();
     Q_EMIT droppedItemsChanged();
+}
+
+void NotchContent::updateDropJob()
+{
+    const auto &rows = liveRows();
+    const auto row = std::ranges::find(rows, m_model.dropJob(), &LiveRow::id);
+    const LiveRow job = row == rows.end() ? LiveRow() : *row;
+    if (std::exchange(m_dropJob, job) != job)
+        Q_EMIT dropJobChanged();
 }
 
 std::vector<DropActionRow> NotchContent::offeredActions() const

@@ -117,6 +117,13 @@ class NotchContent : public QObject {
     Q_PROPERTY(QAbstractItemModel *droppedItems READ droppedItems CONSTANT)
     Q_PROPERTY(QAbstractItemModel *dropActions READ dropActions CONSTANT)
     Q_PROPERTY(QString droppedTitle READ droppedTitle NOTIFY droppedItemsChanged)
+    /// The job that brings what was dropped, while it runs.
+    Q_PROPERTY(bool hasDropJob READ hasDropJob NOTIFY dropJobChanged)
+    Q_PROPERTY(QString dropJobTitle READ dropJobTitle NOTIFY dropJobChanged)
+    /// 0 to 1, negative if it isn't known.
+    Q_PROPERTY(qreal dropJobProgress READ dropJobProgress NOTIFY dropJobChanged)
+    Q_PROPERTY(QString dropJobValue READ dropJobValue NOTIFY dropJobChanged)
+    Q_PROPERTY(QString dropJobSpoken READ dropJobSpoken NOTIFY dropJobChanged)
     Q_PROPERTY(bool hasDroplet READ hasDroplet NOTIFY dropletChanged)
     Q_PROPERTY(QPointF dropletStart READ dropletStart NOTIFY dropletChanged)
     Q_PROPERTY(QString dropletSymbol READ dropletSymbol NOTIFY dropletChanged)
@@ -179,6 +186,11 @@ public:
     QAbstractItemModel *droppedItems() { return &m_droppedItems; }
     QAbstractItemModel *dropActions() { return &m_dropActions; }
     QString droppedTitle() const;
+    bool hasDropJob() const { return !m_dropJob.id.isEmpty(); }
+    QString dropJobTitle() const { return m_dropJob.title; }
+    qreal dropJobProgress() const { return m_dropJob.progress; }
+    QString dropJobValue() const { return m_dropJob.value; }
+    QString dropJobSpoken() const { return m_dropJob.spoken; }
     bool hasDroplet() const { return m_model.droplet().has_value(); }
     QPointF dropletStart() const;
     QString dropletSymbol() const;
@@ -188,6 +200,7 @@ public:
     Q_INVOKABLE void selectModule(const QString &id) { m_model.selectModule(id); }
     Q_INVOKABLE void removeDropped(const QString &id) { m_model.removeDroppedItem(id); }
     Q_INVOKABLE void performDropAction(const QString &id);
+    Q_INVOKABLE void cancelDropJob() { m_model.cancelDropJob(); }
     Q_INVOKABLE void retryPage() { m_model.services().modules.retry(m_pageModuleID); }
     Q_INVOKABLE void dismissIssues() { m_issues.dismiss(); }
     Q_INVOKABLE void openSettings();
@@ -203,6 +216,7 @@ Q_SIGNALS:
     void pageChanged();
     void issuesChanged();
     void droppedItemsChanged();
+    void dropJobChanged();
     void dropletChanged();
     /// The notch swallows.
     void gulped();
@@ -216,6 +230,7 @@ private:
     void updateModules();
     void updateDropZones();
     void updateDroppedItems();
+    void updateDropJob();
     std::vector<DropActionRow> offeredActions() const;
 
     NotchViewModel &m_model;
@@ -227,6 +242,7 @@ private:
     RecordListModel<DropZoneRow> m_dropZones;
     RecordListModel<DroppedRow> m_droppedItems;
     RecordListModel<DropActionRow> m_dropActions;
+    LiveRow m_dropJob; ///< without an id while there is none
     QString m_pageModuleID;
     QString m_pageTitle;
     QString m_pageFailure;

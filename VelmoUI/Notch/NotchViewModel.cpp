@@ -174,6 +174,7 @@ void NotchViewModel::receiveDrop(const std::vector<DroppedItem> &items)
     const AppSettings &settings = m_services.settings.settings();
     m_droppedItems = items;
     m_isDropKept = false;
+    m_dropJob.reset();
     Q_EMIT droppedItemsChanged();
     setDropTargeted(false);
     if (settings.dropStraightToShelf) {
@@ -190,14 +191,24 @@ void NotchViewModel::receiveDrop(const std::vector<DroppedItem> &items)
 
 void NotchViewModel::moveIntoNotch(const std::vector<DroppedItem> &items)
 {
-    ShelfDrop::moveIn(m_services, items, followDropped());
+    m_dropJob = ShelfDrop::moveIn(m_services, items, followDropped());
     setDropKept();
 }
 
 void NotchViewModel::keepDropped()
 {
-    ShelfDrop::keep(m_services, m_droppedItems, ShelfStorage::moved, followDropped());
+    m_dropJob = ShelfDrop::keep(m_services, m_droppedItems, ShelfStorage::moved, followDropped());
     setDropKept();
+}
+
+void NotchViewModel::cancelDropJob()
+{
+    const std::optional<QString> job = std::exchange(m_dropJob, std::nullopt);
+    if (!job)
+        return;
+    m_services.activity.cancel(*job);
+    m_isDropKept = false;
+    Q_EMIT droppedItemsChanged();
 }
 
 void NotchViewModel::setDropKept()

@@ -101,6 +101,10 @@ public:
     /// Whether what was dropped may go on the shelf still.
     bool canKeepDropped() const { return !m_isDropKept; }
     void keepDropped();
+    /// The id of the job that brings what was dropped to the shelf, if it took one.
+    const std::optional<QString> &dropJob() const { return m_dropJob; }
+    /// What it hasn't brought may be kept anew.
+    void cancelDropJob();
     /// Whether the tools work on what was dropped, which then takes nothing but files.
     bool canOpenTools() const;
     void openTools();
@@ -156,6 +160,7 @@ private:
     bool m_isDropTargeted = false;
     DropZone m_dropZone = DropZone::actions;
     bool m_isDropKept = false;
+    std::optional<QString> m_dropJob;
     std::vector<DropZone> m_dropZones{DropZone::actions, DropZone::notch};
     std::optional<Droplet> m_droplet;
     int m_gulpSerial = 0;

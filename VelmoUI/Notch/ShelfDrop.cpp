@@ -54,9 +54,14 @@ bool isBundle(const QUrl &file)
     return QFileInfo(nameOf(file)).suffix().toLower() == u"app";
 }
 
-/// Whether all that is to come is there already. Those that fail at once are told.
-bool bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMove,
-             const ShelfDrop::Moved &moved)
+struct Arrival {
+    bool isComplete = true;
+    std::optional<QString> job; ///< brings what isn't there yet
+};
+
+/// Those that fail at once are told.
+Arrival bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMove,
+                const ShelfDrop::Moved &moved)
 {
     QStringList failed;
     ShelfTransfer distant{
@@ -86,29 +91,30 @@ bool bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMove,
         post(services, FeedbackStyle::error, failureTitle(isMove),
              failed.join(QStringLiteral(", ")));
     if (!distant.files.empty())
-        distant.start(services);
-    return failed.isEmpty() && distant.files.empty();
+        return {false, distant.start(services)};
+    return {failed.isEmpty(), std::nullopt};
 }
 
 } // namespace
 
-void ShelfDrop::moveIn(AppServices &services, const std::vector<DroppedItem> &items,
-                       const Moved &moved)
+std::optional<QString> ShelfDrop::moveIn(AppServices &services,
+                                         const std::vector<DroppedItem> &items, const Moved &moved)
 {
-    bringIn(services, keepTheRest(services, items), true, moved);
+    return bringIn(services, keepTheRest(services, items), true, moved).job;
 }
 
-void ShelfDrop::keep(AppServices &services, const std::vector<DroppedItem> &items,
-                     ShelfStorage storage, const Moved &moved)
+std::optional<QString> ShelfDrop::keep(AppServices &services, const std::vector<DroppedItem> &items,
+                                       ShelfStorage storage, const Moved &moved)
 {
     const std::vector<QUrl> files = keepTheRest(services, items);
-    bool isDone = true;
+    Arrival arrival;
     if (storage == ShelfStorage::reference)
         services.shelf.addReferences(files);
     else
-        isDone = bringIn(services, files, storage == ShelfStorage::moved, moved);
-    if (isDone)
+        arrival = bringIn(services, files, storage == ShelfStorage::moved, moved);
+    if (arrival.isComplete)
         post(services, FeedbackStyle::success, keptTitle(items.size()));
+    return arrival.job;
 }
 
 } // namespace velmo

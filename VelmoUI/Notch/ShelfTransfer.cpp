@@ -94,7 +94,7 @@ QString keptTitle(std::size_t count)
                       : QStringLiteral("%1 itens na Mesa").arg(count);
 }
 
-void ShelfTransfer::start(AppServices &services) const
+QString ShelfTransfer::start(AppServices &services) const
 {
     const bool isHomeward = kind == Kind::moveHome;
     const auto settled = [shelf = QPointer(&services.shelf), isHomeward,
@@ -119,7 +119,7 @@ void ShelfTransfer::start(AppServices &services) const
         });
     };
     const Words words = wordsOf(kind);
-    services.jobs.run(
+    return services.jobs.run(
         words.title, words.symbol, QStringLiteral("shelf"),
         [transfer = *this, settle, report](JobProgress &progress, const std::stop_token &stop) {
             return transferAll(transfer, settle, report, progress, stop);

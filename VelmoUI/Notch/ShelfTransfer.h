@@ -26,9 +26,9 @@ struct ShelfTransfer {
     std::vector<File> files;
     Moved moved = [](const auto &, const auto &) {};
 
-    /// A file that fails doesn't keep the others from moving; none is anywhere else than the shelf
-    /// says, also after a cancel and at the end of the run.
-    void start(AppServices &services) const;
+    /// Gives the job's id. A file that fails doesn't keep the others from moving; none is anywhere
+    /// else than the shelf says, also after a cancel and at the end of the run.
+    QString start(AppServices &services) const;
 };
 
 /// Tells of so many items that have come onto the shelf.

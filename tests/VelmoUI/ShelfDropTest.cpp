@@ -1,4 +1,4 @@
-#include "VelmoUI/Notch/NotchViewModel.h"
+#include "VelmoUI/Notch/NotchContent.h"
 
 #include "tests/VelmoUI/FakeModule.h"
 #include "tests/support/FakeDesktop.h"
@@ -116,6 +116,21 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     takeOffShelf(services, {kept[0].id});
     finishJobs();
     EXPECT_EQ(lastEvent(), u"Devolvido à pasta “shm”|");
+    EXPECT_TRUE(services.shelf.items().empty());
+
+    std::filesystem::resize_file(other, 1U << 30);
+    NotchContent content(model);
+    drop(DropZone::actions,
+         {{DroppedItem::File{QUrl::fromLocalFile(QString::fromStdString(other.string()))}}});
+    EXPECT_FALSE(content.hasDropJob());
+    content.performDropAction(QStringLiteral("drop.keep"));
+    EXPECT_EQ(content.dropJobTitle(), u"Mover para o notch");
+    EXPECT_FALSE(model.canKeepDropped());
+    content.cancelDropJob();
+    EXPECT_FALSE(content.hasDropJob());
+    EXPECT_TRUE(model.canKeepDropped());
+    finishJobs();
+    EXPECT_EQ(lastEvent(), u"Mover para o notch: cancelado|");
     EXPECT_TRUE(services.shelf.items().empty());
     EXPECT_TRUE(std::filesystem::remove(other));
 }
