@@ -40,6 +40,14 @@ TEST_F(TimersPageModelTest, StartsWhatIsTypedAndSaysWhatItCannotRead)
     EXPECT_EQ(seen("value"), u"1:30");
     page.remove(seen("id"));
     EXPECT_FALSE(page.hasTimers());
+    EXPECT_EQ(page.undoTitle(), u"Desfazer: timer removido");
+    page.undo();
+    EXPECT_EQ(seen("title"), u"chá");
+    EXPECT_EQ(page.undoTitle(), QString());
+    page.setWatched(true);
+    page.remove(seen("id"));
+    page.setWatched(false); // nothing comes back to a page that was closed
+    EXPECT_EQ(page.undoTitle(), QString());
     EXPECT_TRUE(page.addPreset(u"2"_qs));
     page.startPreset(u"120"_qs);
     EXPECT_EQ(seen("value"), u"2:00");

@@ -24,6 +24,12 @@ FocusScope {
         focus: true
 
         sourceComponent: FocusScope {
+            Keys.onPressed: event => {
+                event.accepted = event.matches(StandardKey.Undo) && view.page.undoTitle.length > 0;
+                if (event.accepted)
+                    view.page.undo();
+            }
+
             Row {
                 id: fixed
                 height: parent.height
@@ -50,7 +56,7 @@ FocusScope {
                 id: list
                 x: fixed.width + Theme.gap
                 width: parent.width - x
-                height: parent.height
+                height: parent.height - (undo.visible ? undo.height + Theme.grid : 0)
                 visible: view.page.hasTimers
                 model: view.page.timers
                 Accessible.role: Accessible.List
@@ -85,6 +91,23 @@ FocusScope {
                 elide: Text.ElideNone
                 text: "Seus timers aparecem aqui."
                 color: Theme.tertiaryText
+            }
+            ActionButton {
+                id: undo
+                x: list.x
+                anchors.bottom: parent.bottom
+                visible: view.page.undoTitle.length > 0
+                name: view.page.undoTitle
+                textColor: Theme.accent
+                idleColor: "transparent"
+                onVisibleChanged: if (visible && !list.visible && view.activeFocus)
+                    forceActiveFocus(Qt.TabFocusReason)
+                onTriggered: {
+                    const hadFocus = activeFocus;
+                    view.page.undo();
+                    if (hadFocus)
+                        list.forceActiveFocus(Qt.TabFocusReason);
+                }
             }
         }
     }

@@ -155,11 +155,20 @@ QString TimersPageModel::total() const
     return QStringLiteral("%1 de foco").arg(minutesText(minutes));
 }
 
+QString TimersPageModel::undoTitle() const
+{
+    return m_removed.empty()       ? QString()
+           : m_removed.size() == 1 ? QStringLiteral("Desfazer: timer removido")
+                                   : QStringLiteral("Desfazer: timers removidos");
+}
+
 void TimersPageModel::setWatched(bool watched)
 {
     if (watched == m_isWatched)
         return;
     m_isWatched = watched;
+    if (!watched)
+        m_removed.clear();
     update();
 }
 
@@ -214,12 +223,17 @@ void TimersPageModel::restart(const QString &id)
 
 void TimersPageModel::remove(const QString &id)
 {
-    center().remove(Uuid::fromString(id));
+    offerUndo(center().remove(Uuid::fromString(id)));
 }
 
 void TimersPageModel::clearFinished()
 {
-    center().clearFinished();
+    offerUndo(center().clearFinished());
+}
+
+void TimersPageModel::undo()
+{
+    center().restore(std::exchange(m_removed, {}));
 }
 
 void TimersPageModel::startPomodoro()
@@ -261,6 +275,14 @@ std::optional<Seconds> TimersPageModel::duration(const QString &text)
     m_issue = duration ? QString() : QStringLiteral("Digite uma duração, como 1:30, 90 ou 1h20.");
     Q_EMIT issueChanged();
     return duration;
+}
+
+void TimersPageModel::offerUndo(const TimerCenter::Removed &removed)
+{
+    if (removed.empty())
+        return;
+    m_removed = removed;
+    Q_EMIT changed();
 }
 
 void TimersPageModel::update()

@@ -75,6 +75,7 @@ class TimersPageModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *days READ days CONSTANT) ///< of the last four weeks
     Q_PROPERTY(QString total READ total NOTIFY changed)     ///< "6 h 40 min de foco"
     Q_PROPERTY(bool hasHistory READ hasHistory NOTIFY changed)
+    Q_PROPERTY(QString undoTitle READ undoTitle NOTIFY changed) ///< empty if nothing can come back
 
 public:
     explicit TimersPageModel(AppServices &services);
@@ -101,8 +102,9 @@ public:
     QAbstractItemModel *days() { return &m_days; }
     QString total() const;
     bool hasHistory() const { return !center().history().empty(); }
+    QString undoTitle() const;
 
-    /// Whether the page can be seen.
+    /// Whether the page can be seen. One that closes forgets what could come back.
     Q_INVOKABLE void setWatched(bool watched);
 
     /// False for a text that is no duration; then `issue` says so.
@@ -116,6 +118,7 @@ public:
     Q_INVOKABLE void restart(const QString &id);
     Q_INVOKABLE void remove(const QString &id);
     Q_INVOKABLE void clearFinished();
+    Q_INVOKABLE void undo();
 
     Q_INVOKABLE void startPomodoro();
     Q_INVOKABLE void togglePomodoroPause();
@@ -131,6 +134,7 @@ private:
     TimerCenter &center() const;
     const CountdownTimer *lead() const;
     std::optional<Seconds> duration(const QString &text);
+    void offerUndo(const TimerCenter::Removed &removed);
     void update();
     void updateTimers(Date now);
     void updateDays(Date now);
@@ -141,6 +145,7 @@ private:
     RecordListModel<PresetRow> m_presets;
     RecordListModel<FocusDay> m_days;
     QString m_issue;
+    TimerCenter::Removed m_removed;
     bool m_isWatched = false;
     ScheduledTask m_nextSecond;
 };
