@@ -40,7 +40,7 @@ TEST_F(NotesPageModelTest, WritesListsFindsAndBringsBackNotes)
                               u"Plano #Casa\nver https://exemplo.org/a"_qs);
     EXPECT_THAT(column(page.notes(), "title"), ElementsAre(u"Plano #Casa"_qs));
     EXPECT_THAT(column(page.tags(), "title"), ElementsAre(u"#casa"_qs));
-    EXPECT_THAT(column(page.links(), "title"), ElementsAre(u"exemplo.org"_qs));
+    EXPECT_THAT(column(page.links(), "title"), ElementsAre(u"exemplo.org/a"_qs));
     EXPECT_FALSE(page.openLinkAt(3));
     EXPECT_TRUE(page.openLinkAt(20));
     EXPECT_THAT(desktop.fileViewer.opened, ElementsAre(QUrl(u"https://exemplo.org/a"_qs)));
@@ -80,6 +80,21 @@ TEST_F(NotesPageModelTest, HandsALongNoteOnOnlyWhenTheKeysRest)
     EXPECT_EQ(edits.last(), text);
 }
 
+TEST_F(NotesPageModelTest, GivesALongNoteBackAsItWas)
+{
+    QString text;
+    while (text.size() <= NoteEditor::longNote)
+        text += u"10\u00a0km até o hotel\n\n"_qs;
+    QStringList edits;
+    QTextDocument document;
+    NoteEditor editor(desktop.scheduler, [&](const QString &edit) { edits.append(edit); });
+    editor.attach(&document, Qt::white);
+    document.setPlainText(NoteEditor::arranged(text));
+    EXPECT_LT(document.blockCount(), 60);
+    editor.flush();
+    EXPECT_EQ(edits, QStringList{text});
+}
+
 TEST_F(NotesPageModelTest, KeepsTasksWithTheirReminders)
 {
     EXPECT_FALSE(page.addTask(u"regar"_qs, u"algum dia"_qs));
@@ -87,7 +102,6 @@ TEST_F(NotesPageModelTest, KeepsTasksWithTheirReminders)
     EXPECT_TRUE(page.addTask(u"regar"_qs, u"em 1h"_qs));
     EXPECT_TRUE(page.addTask(u"ler"_qs, {}));
     desktop.scheduler.advance(2h);
-    page.setWatched(true);
     EXPECT_THAT(column(page.tasks(), "isOverdue"), ElementsAre(u"true"_qs, u"false"_qs));
     const QString id = column(page.tasks(), "id").at(0);
     EXPECT_TRUE(page.setDue(id, {}));

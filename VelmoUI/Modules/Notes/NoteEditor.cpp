@@ -10,6 +10,16 @@ namespace velmo {
 namespace {
 
 constexpr Seconds longNoteDelay = 0.5s;
+constexpr qsizetype paragraphLength = 2000;
+
+/// Unlike the document's own plain text it keeps what doesn't break.
+QString plainText(const QTextDocument &document)
+{
+    QString text = document.toRawText();
+    text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    text.replace(QChar::LineSeparator, QLatin1Char('\n'));
+    return text;
+}
 
 } // namespace
 
@@ -53,6 +63,20 @@ void NoteEditor::attach(QTextDocument *document, const QColor &accent)
     connect(document, &QTextDocument::contentsChanged, this, &NoteEditor::contentsChanged);
 }
 
+QString NoteEditor::arranged(QString text)
+{
+    if (text.size() <= longNote)
+        return text;
+    qsizetype start = 0;
+    for (qsizetype end = text.indexOf(u'\n'); end >= 0; end = text.indexOf(u'\n', end + 1)) {
+        if (end - start < paragraphLength)
+            text[end] = QChar::LineSeparator;
+        else
+            start = end + 1;
+    }
+    return text;
+}
+
 void NoteEditor::flush()
 {
     if (m_delivery.isPending())
@@ -71,7 +95,7 @@ void NoteEditor::deliver()
 {
     m_delivery.cancel();
     if (m_document)
-        m_edited(m_document->toPlainText());
+        m_edited(plainText(*m_document));
 }
 
 } // namespace velmo

@@ -23,6 +23,9 @@ public:
 
     /// The document in which is edited from now on.
     void attach(QTextDocument *document, const QColor &accent);
+    /// The text as it is set into the document. Each key costs time for all paragraphs of a
+    /// document and for the length of its own one, so the lines of a long note share paragraphs.
+    static QString arranged(QString text);
     /// Hands on what waits.
     void flush();
 

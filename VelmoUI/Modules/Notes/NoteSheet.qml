@@ -13,7 +13,9 @@ FocusScope {
         editor.cursorPosition = editor.length;
     }
     function load() {
+        editor.isLong = editor.isLong || page.isLong; // never is a long text laid out in the slow way
         editor.text = page.text;
+        editor.isLong = page.isLong;
         editor.cursorPosition = editor.length;
     }
 
@@ -44,6 +46,9 @@ FocusScope {
 
         T.TextArea {
             id: editor
+
+            property bool isLong: false
+
             width: flick.width
             height: Math.max(implicitHeight, flick.height)
             focus: true
@@ -59,6 +64,8 @@ FocusScope {
             textFormat: TextEdit.PlainText
             font.family: Theme.face
             font.pixelSize: Theme.bodySize
+            font.preferShaping: !isLong
+            font.kerning: !isLong
             Keys.priority: Keys.BeforeItem
             Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
             Accessible.name: "Nota"
@@ -122,7 +129,12 @@ FocusScope {
             name: sheet.page.undoTitle
             textColor: Theme.accent
             idleColor: "transparent"
-            onTriggered: sheet.page.undo()
+            onTriggered: {
+                const hadFocus = activeFocus;
+                sheet.page.undo();
+                if (hadFocus)
+                    sheet.write();
+            }
         }
         ListView {
             id: links

@@ -33,6 +33,13 @@ QString dayAndTime(Date date, Date now, bool saysToday)
     return days == 0 && !saysToday ? time : QStringLiteral("%1, %2").arg(day, time);
 }
 
+/// Short enough to stand in a row of others.
+QString elided(const QString &address)
+{
+    constexpr qsizetype most = 28;
+    return address.size() <= most ? address : address.first(most - 1) + u'…';
+}
+
 /// What follows the first line, in one line.
 QString preview(const QString &text)
 {
@@ -117,7 +124,7 @@ bool NotesPageModel::hasNotes() const
     return !m_services.notes.notes().empty();
 }
 
-QString NotesPageModel::text() const
+QString NotesPageModel::selectedText() const
 {
     const Note *note = m_selected ? m_services.notes.note(*m_selected) : nullptr;
     return note ? note->text : QString();
@@ -217,8 +224,11 @@ void NotesPageModel::edit(QQuickTextDocument *document, const QColor &accent)
 
 bool NotesPageModel::openLinkAt(int place)
 {
-    for (const NoteParsing::Link &link : NoteParsing::linksWithPlaces(text())) {
-        if (place < link.start || place >= link.start + link.length)
+    const QString text = selectedText();
+    const qsizetype start = QStringView(text).left(place).lastIndexOf(u'\n') + 1;
+    const QString line = text.mid(start, text.indexOf(u'\n', place) - start);
+    for (const NoteParsing::Link &link : NoteParsing::linksWithPlaces(line)) {
+        if (place - start < link.start || place - start >= link.start + link.length)
             continue;
         m_services.platform.fileViewer.open(link.url);
         return true;
@@ -376,11 +386,11 @@ void NotesPageModel::updateLinks()
 {
     constexpr std::size_t most = 20;
     std::vector<LinkRow> links;
-    for (const QUrl &url : NoteParsing::links(text().left(NoteEditor::longNote))) {
+    for (const QUrl &url : NoteParsing::links(selectedText().left(NoteEditor::longNote))) {
         const QString address = QString::fromUtf8(url.toEncoded());
-        const QString host = url.host().isEmpty() ? url.path() : url.host();
+        const QString path = url.path() == u'/' ? QString() : url.path();
         if (links.size() < most && std::ranges::find(links, address, &LinkRow::id) == links.end())
-            links.push_back({address, host});
+            links.push_back({address, elided(url.host() + path)});
     }
     m_links.setRecords(links);
 }

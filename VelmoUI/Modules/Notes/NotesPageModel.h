@@ -48,7 +48,7 @@ BOOST_DESCRIBE_STRUCT(TagRow, (), (id, title, isSelected))
 /// An address in the selected note.
 struct LinkRow {
     QString id;    ///< the URL
-    QString title; ///< its host
+    QString title; ///< "example.org/a"
 
     bool operator==(const LinkRow &) const = default;
 };
@@ -78,8 +78,10 @@ class NotesPageModel : public QObject {
     Q_PROPERTY(bool hasNotes READ hasNotes NOTIFY changed)
     Q_PROPERTY(bool hasFound READ hasFound NOTIFY changed)
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selected)
-    Q_PROPERTY(
-        QString text READ text NOTIFY selected) ///< of the selected note, when it was selected
+    /// Of the selected note, when it was selected, as it is edited.
+    Q_PROPERTY(QString text READ text NOTIFY selected)
+    /// Whether it is so long that letters are placed without the fine points of the face.
+    Q_PROPERTY(bool isLong READ isLong NOTIFY selected)
     Q_PROPERTY(bool isPinned READ isPinned NOTIFY changed)
     Q_PROPERTY(QAbstractItemModel *links READ links CONSTANT)
     Q_PROPERTY(QAbstractItemModel *tasks READ tasks CONSTANT)
@@ -99,7 +101,8 @@ public:
     bool hasNotes() const;
     bool hasFound() const { return m_notes.rowCount() > 0; }
     bool hasSelection() const { return m_selected.has_value(); }
-    QString text() const;
+    QString text() const { return NoteEditor::arranged(selectedText()); }
+    bool isLong() const { return selectedText().size() > NoteEditor::longNote; }
     bool isPinned() const;
     QAbstractItemModel *links() { return &m_links; }
     QAbstractItemModel *tasks() { return &m_tasks; }
@@ -149,6 +152,7 @@ Q_SIGNALS:
     void requested();
 
 private:
+    QString selectedText() const;
     void edited(const QString &text);
     /// False for a text that is neither empty nor a date.
     bool readDue(const QString &text, std::optional<Date> &due);
