@@ -46,6 +46,10 @@ Item {
         SidewaysWheel {
             flickable: tags
         }
+        EdgeFades {
+            parent: tags
+            flickable: tags
+        }
 
         delegate: ActionButton {
             required property string id
@@ -68,8 +72,8 @@ Item {
     CardGrid {
         id: grid
         y: tags.y + (tags.visible ? tags.height + Theme.grid : 0)
-        width: parent.width + Theme.gap
-        height: parent.height - y + Theme.gap
+        width: parent.width + Theme.grid
+        height: parent.height - y + Theme.grid
         cellWidth: Math.floor(width / 2)
         model: list.page.notes
         Accessible.role: Accessible.List
@@ -91,8 +95,8 @@ Item {
                 list.written();
             }
 
-            width: grid.cellWidth - Theme.gap
-            height: grid.cellHeight - Theme.gap
+            width: grid.cellWidth - Theme.grid
+            height: grid.cellHeight - Theme.grid
             name: spoken
             onActiveFocusChanged: if (activeFocus)
                 GridView.view.currentIndex = index

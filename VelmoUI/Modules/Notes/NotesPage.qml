@@ -27,6 +27,12 @@ FocusScope {
         sourceComponent: FocusScope {
             id: sheet
 
+            Keys.onPressed: event => {
+                event.accepted = event.matches(StandardKey.Undo) && view.page.undoTitle.length > 0;
+                if (event.accepted)
+                    view.page.undo();
+            }
+
             function answerRequest() {
                 if (view.page.takeRequest())
                     note.write();

@@ -120,17 +120,18 @@ Item {
     }
     Label {
         anchors.fill: tasks
-        visible: !list.page.hasTasks
+        visible: tasks.count === 0
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         elide: Text.ElideNone
-        text: "Sem tarefas. Adicione uma acima; com 🔔 você recebe um lembrete na hora marcada."
+        text: list.page.hasTasks ? "Todas as tarefas estão concluídas." : "Sem tarefas. Adicione uma acima; com 🔔 você recebe um lembrete na hora marcada."
         color: Theme.tertiaryText
         font.pixelSize: Theme.smallSize
     }
 
     Row {
         id: foot
+        x: Theme.grid - Theme.cardPadding // its text stands under the ticks
         anchors.bottom: parent.bottom
         height: list.page.doneText.length > 0 ? Theme.controlHeight : 0
         visible: height > 0
