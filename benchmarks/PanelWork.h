@@ -42,13 +42,14 @@ public:
     AppServices &services() { return m_services; }
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
-    /// Once the services hold what the panel is to show.
+    /// Once the services hold what the panel is to show. Gives Orvane the time to load ahead.
     void start()
     {
         m_coordinator.emplace(m_services);
         ServiceWiring::start(m_services);
         m_coordinator->start();
-        pause();
+        while (!m_coordinator->isPreloaded())
+            pause();
     }
 
     Cost open(const QString &module)

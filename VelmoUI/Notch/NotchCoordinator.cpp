@@ -54,8 +54,8 @@ bool isEditingText()
 } // namespace
 
 NotchCoordinator::NotchCoordinator(AppServices &services)
-    : m_services(services), m_mouse(services.platform.pointer),
-      m_drag(services.platform.dragPasteboard),
+    : m_services(services), m_preloader(m_engine, services.platform.scheduler),
+      m_mouse(services.platform.pointer), m_drag(services.platform.dragPasteboard),
       m_fullscreen(services.platform.workspace, services.platform.displays,
                    services.platform.scheduler)
 {
@@ -93,6 +93,7 @@ void NotchCoordinator::start()
         m_services.settings.observe([this](const AppSettings &before, const AppSettings &after) {
             settingsChanged(before, after);
         });
+    m_preloader.start();
 }
 
 void NotchCoordinator::open()

@@ -4,6 +4,7 @@
 #include "VelmoSystem/Input/FullscreenDetector.h"
 #include "VelmoSystem/Input/MouseEventMonitor.h"
 #include "VelmoUI/Notch/NotchWindowController.h"
+#include "VelmoUI/Notch/PagePreloader.h"
 
 #include <QQmlEngine>
 
@@ -38,6 +39,8 @@ public:
     bool isUserHidden() const { return m_isUserHidden; }
     void setUserHidden(bool hidden);
     bool isAnyPanelOpen() const;
+    /// What opens in the panels is loaded.
+    bool isPreloaded() const { return m_preloader.isDone(); }
 
     /// One JSON object: `hidden`; `displays`, each with `id`, `name`, `visible`, `presentation`,
     /// `module` (null unless expanded), `shape` and `canvas` as [x, y, width, height] in the
@@ -66,6 +69,7 @@ private:
 
     AppServices &m_services;
     QQmlEngine m_engine;
+    PagePreloader m_preloader;
     std::map<DisplayID, ScreenDescriptor> m_screens;
     std::map<DisplayID, std::unique_ptr<NotchWindowController>> m_controllers;
     MouseEventMonitor m_mouse;

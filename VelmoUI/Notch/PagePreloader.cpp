@@ -1,0 +1,81 @@
+#include "VelmoUI/Notch/PagePreloader.h"
+
+#include <QDirIterator>
+#include <QIcon>
+#include <QImage>
+#include <QPainter>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace velmo {
+
+namespace {
+
+/// The session starts other programs beside Orvane.
+constexpr Seconds startTime = 2s;
+/// Between two steps, for what the user does meanwhile.
+constexpr Seconds pauseTime = 0.02s;
+
+std::vector<QUrl> qmlOfModules()
+{
+    std::vector<QUrl> files;
+    QDirIterator entry(QStringLiteral(":/qt/qml/Velmo/Modules"), {QStringLiteral("*.qml")},
+                       QDir::Files, QDirIterator::Subdirectories);
+    while (entry.hasNext())
+        files.emplace_back(QStringLiteral("qrc") + entry.next());
+    return files;
+}
+
+/// Qt computes the smoothing of letters when it first draws one.
+void drawLetter()
+{
+    QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    painter.setPen(Qt::white);
+    painter.drawText(image.rect(), QStringLiteral("a"));
+}
+
+/// The first icon looks through the theme and loads the readers of its pictures.
+void loadIcon()
+{
+    const QIcon icon = QIcon::fromTheme(QStringLiteral("text-x-generic"));
+    icon.pixmap(QSize(16, 16), 1.0);
+}
+
+} // namespace
+
+PagePreloader::PagePreloader(QQmlEngine &engine, Scheduler &scheduler)
+    : m_engine(engine), m_scheduler(scheduler)
+{
+}
+
+void PagePreloader::start()
+{
+    for (const QUrl &file : qmlOfModules())
+        m_steps.emplace_back([this, file] {
+            m_loaded.push_back(
+                std::make_unique<QQmlComponent>(&m_engine, file, QQmlComponent::Asynchronous));
+        });
+    m_steps.emplace_back(drawLetter);
+    m_steps.emplace_back(loadIcon);
+    scheduleNext(startTime);
+}
+
+bool PagePreloader::isDone() const
+{
+    return m_steps.empty() && std::ranges::none_of(m_loaded, &QQmlComponent::isLoading);
+}
+
+void PagePreloader::scheduleNext(Seconds delay)
+{
+    m_next = m_scheduler.after(delay, [this] {
+        m_steps.front()();
+        m_steps.pop_front();
+        if (!m_steps.empty())
+            scheduleNext(pauseTime);
+    });
+}
+
+} // namespace velmo

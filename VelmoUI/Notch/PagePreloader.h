@@ -1,0 +1,38 @@
+#pragma once
+
+#include "VelmoCore/Foundation/Scheduler.h"
+
+#include <QQmlComponent>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QQmlEngine;
+
+namespace velmo {
+
+/// Does ahead what the first opening of each page would wait for: the modules' QML, on the engine's
+/// own thread, the first letter and the first icon. One small step at a time, once the start is
+/// over; then it ends, so that an idle Orvane sleeps.
+class PagePreloader {
+public:
+    /// Both outlive it.
+    PagePreloader(QQmlEngine &engine, Scheduler &scheduler);
+
+    void start();
+    /// True once all is there.
+    bool isDone() const;
+
+private:
+    void scheduleNext(Seconds delay);
+
+    QQmlEngine &m_engine;
+    Scheduler &m_scheduler;
+    std::deque<std::function<void()>> m_steps;            ///< that are left
+    std::vector<std::unique_ptr<QQmlComponent>> m_loaded; ///< kept, so that nothing unloads them
+    ScheduledTask m_next;
+};
+
+} // namespace velmo
