@@ -2,24 +2,21 @@ import QtQuick
 import Velmo
 
 /// What can be done with what the pointer or the keyboard is on, in columns over a page. Its model
-/// has the roles `id`, `title`, `symbol` and `shortcut`.
+/// has the roles `id`, `title`, `symbol` and `shortcut`. Made when it is first wanted.
 FocusScope {
     id: menu
 
     property var model: null
     /// Where it opens, in the page.
     property point origin
-    /// Its entries are made when they are first wanted.
-    property bool wasOpened: false
 
     signal chosen(string id)
 
     function open(at: point) {
         origin = at;
-        wasOpened = true;
+        body.active = true;
         visible = true;
         forceActiveFocus();
-        entries.itemAt(0)?.forceActiveFocus();
     }
 
     function close() {
@@ -29,95 +26,110 @@ FocusScope {
         focus = false;
     }
 
-    function step(by: int) {
-        for (let i = 0; i < entries.count; ++i) {
-            if (entries.itemAt(i).activeFocus) {
-                entries.itemAt((i + by + entries.count) % entries.count).forceActiveFocus();
-                return;
-            }
-        }
-    }
-
     anchors.fill: parent
     visible: false
     z: 2
     Accessible.role: Accessible.PopupMenu
     Accessible.name: "Menu"
     Keys.onEscapePressed: close()
-    Keys.onUpPressed: step(-1)
-    Keys.onDownPressed: step(1)
-    Keys.onLeftPressed: step(-grid.rows)
-    Keys.onRightPressed: step(grid.rows)
 
-    MouseArea {
+    Loader {
+        id: body
         anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
-        onPressed: menu.close()
-    }
+        active: false
+        focus: true
 
-    Rectangle {
-        x: Math.max(0, Math.min(menu.origin.x, menu.width - width))
-        y: Math.max(0, Math.min(menu.origin.y, menu.height - height))
-        width: grid.width + 2 * Theme.grid
-        height: grid.height + 2 * Theme.grid
-        radius: Theme.controlRadius + Theme.grid
-        color: Theme.raised
+        sourceComponent: FocusScope {
+            id: sheet
 
-        Grid {
-            id: grid
-            x: Theme.grid
-            y: Theme.grid
-            flow: Grid.TopToBottom
-            rows: Math.max(1, Math.min(entries.count, Math.floor((menu.height - 2 * Theme.grid) / Theme.controlHeight)))
-
-            Repeater {
-                id: entries
-                model: menu.wasOpened ? menu.model : null
-
-                delegate: ControlSurface {
-                    id: entry
-
-                    required property string id
-                    required property string title
-                    required property string symbol
-                    required property string shortcut
-
-                    name: title
-                    width: Theme.fieldWidth
-                    height: Theme.controlHeight
-                    Accessible.role: Accessible.MenuItem
-                    onTriggered: {
-                        const id = entry.id;
-                        menu.close();
-                        menu.chosen(id);
+            function step(by: int) {
+                for (let i = 0; i < entries.count; ++i) {
+                    if (entries.itemAt(i).activeFocus) {
+                        entries.itemAt((i + by + entries.count) % entries.count).forceActiveFocus();
+                        return;
                     }
+                }
+            }
 
-                    Symbol {
-                        id: glyph
-                        x: 2 * Theme.grid
-                        height: parent.height
-                        name: entry.symbol
-                        size: Theme.smallSymbolSize
-                        color: Theme.secondaryText
-                    }
-                    Label {
-                        anchors.left: glyph.right
-                        anchors.leftMargin: 2 * Theme.grid
-                        anchors.right: keys.left
-                        height: parent.height
-                        text: entry.title
-                        font.pixelSize: Theme.smallSize
-                        Accessible.ignored: true
-                    }
-                    Label {
-                        id: keys
-                        anchors.right: parent.right
-                        anchors.rightMargin: 2 * Theme.grid
-                        height: parent.height
-                        text: entry.shortcut
-                        color: Theme.tertiaryText
-                        font.pixelSize: Theme.captionSize
-                        Accessible.ignored: true
+            focus: true
+            onVisibleChanged: if (visible)
+                entries.itemAt(0)?.forceActiveFocus()
+            Keys.onUpPressed: sheet.step(-1)
+            Keys.onDownPressed: sheet.step(1)
+            Keys.onLeftPressed: sheet.step(-grid.rows)
+            Keys.onRightPressed: sheet.step(grid.rows)
+
+            MouseArea {
+                anchors.fill: parent
+                acceptedButtons: Qt.LeftButton | Qt.RightButton
+                onPressed: menu.close()
+            }
+
+            Rectangle {
+                x: Math.max(0, Math.min(menu.origin.x, menu.width - width))
+                y: Math.max(0, Math.min(menu.origin.y, menu.height - height))
+                width: grid.width + 2 * Theme.grid
+                height: grid.height + 2 * Theme.grid
+                radius: Theme.controlRadius + Theme.grid
+                color: Theme.raised
+
+                Grid {
+                    id: grid
+                    x: Theme.grid
+                    y: Theme.grid
+                    flow: Grid.TopToBottom
+                    rows: Math.max(1, Math.min(entries.count, Math.floor((menu.height - 2 * Theme.grid) / Theme.controlHeight)))
+
+                    Repeater {
+                        id: entries
+                        model: menu.model
+
+                        delegate: ControlSurface {
+                            id: entry
+
+                            required property string id
+                            required property string title
+                            required property string symbol
+                            required property string shortcut
+
+                            name: title
+                            width: Theme.fieldWidth
+                            height: Theme.controlHeight
+                            Accessible.role: Accessible.MenuItem
+                            onTriggered: {
+                                const id = entry.id;
+                                menu.close();
+                                menu.chosen(id);
+                            }
+
+                            Symbol {
+                                id: glyph
+                                x: 2 * Theme.grid
+                                height: parent.height
+                                name: entry.symbol
+                                size: Theme.smallSymbolSize
+                                color: Theme.secondaryText
+                            }
+                            Label {
+                                anchors.left: glyph.right
+                                anchors.leftMargin: 2 * Theme.grid
+                                anchors.right: keys.left
+                                height: parent.height
+                                text: entry.title
+                                font.pixelSize: Theme.smallSize
+                                Accessible.ignored: true
+                            }
+                            Label {
+                                id: keys
+                                anchors.right: parent.right
+                                anchors.rightMargin: 2 * Theme.grid
+                                height: parent.height
+                                text: entry.shortcut
+                                color: Theme.tertiaryText
+                                font.pixelSize: Theme.captionSize
+                                Accessible.ignored: true
+                            }
+                        }
                     }
                 }
             }

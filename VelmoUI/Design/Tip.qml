@@ -1,70 +1,65 @@
 import QtQuick
 import Velmo
 
-/// Names a control that the pointer rests on, below it.
-Rectangle {
+/// Names a control that the pointer rests on, below it. Made when it is first wanted.
+Loader {
     id: tip
 
     required property bool shown
     required property string text
     property string shortcut: ""
 
-    width: row.width + 2 * Theme.gap
-    height: Theme.controlHeight
-    radius: Theme.controlRadius
-    color: Theme.raised
-    border.width: 1
-    border.color: Theme.hairline
+    active: shown || opacity > 0
     opacity: 0
     visible: opacity > 0
     z: 1
 
-    Row {
-        id: row
-        anchors.centerIn: parent
-        spacing: 2 * Theme.grid
+    sourceComponent: Rectangle {
+        width: row.width + 2 * Theme.gap
+        height: Theme.controlHeight
+        radius: Theme.controlRadius
+        color: Theme.raised
+        border.width: 1
+        border.color: Theme.hairline
 
-        Label {
-            text: tip.text
-            font.pixelSize: Theme.smallSize
-            Accessible.ignored: true
-        }
-        Label {
-            visible: text.length > 0
-            text: tip.shortcut
-            color: Theme.secondaryText
-            font.pixelSize: Theme.smallSize
-            Accessible.ignored: true
-        }
-    }
+        Row {
+            id: row
+            anchors.centerIn: parent
+            spacing: 2 * Theme.grid
 
-    states: State {
-        name: "shown"
-        when: tip.shown
-        PropertyChanges {
-            tip.opacity: 1
-        }
-    }
-
-    transitions: [
-        Transition {
-            to: "shown"
-            SequentialAnimation {
-                PauseAnimation {
-                    duration: Theme.tipDelay
-                }
-                NumberAnimation {
-                    property: "opacity"
-                    duration: Theme.fadeOut
-                }
+            Label {
+                text: tip.text
+                font.pixelSize: Theme.smallSize
+                Accessible.ignored: true
             }
-        },
-        Transition {
-            from: "shown"
+            Label {
+                visible: text.length > 0
+                text: tip.shortcut
+                color: Theme.secondaryText
+                font.pixelSize: Theme.smallSize
+                Accessible.ignored: true
+            }
+        }
+
+        SequentialAnimation {
+            running: tip.shown
+
+            PauseAnimation {
+                duration: Theme.tipDelay
+            }
             NumberAnimation {
+                target: tip
                 property: "opacity"
+                to: 1
                 duration: Theme.fadeOut
             }
         }
-    ]
+        NumberAnimation {
+            running: !tip.shown
+            target: tip
+            property: "opacity"
+            to: 0
+            duration: Theme.fadeOut
+        }
+    }
 }
