@@ -41,6 +41,8 @@ Item {
         anchors.fill: parent
         radius: tile.radius
         color: area.pressed ? Theme.surfacePressed : tile.hovered ? Theme.surfaceHover : Theme.surface
+        border.width: tile.isFocused || (tile.isCurrent && tile.page.collections.isCollecting) ? Theme.ringWidth : 0
+        border.color: Theme.accent
 
         Behavior on color {
             ColorAnimation {
@@ -92,11 +94,6 @@ Item {
                 }
             }
         }
-    }
-
-    FocusRing {
-        radius: tile.radius
-        shown: tile.isFocused || (tile.isCurrent && tile.page.collections.isCollecting)
     }
 
     HoverHandler {

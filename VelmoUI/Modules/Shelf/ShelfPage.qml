@@ -7,6 +7,7 @@ FocusScope {
 
     property ShelfPageModel page: null
     property bool watched: false
+    readonly property bool hasItems: page !== null && (!page.isEmpty || page.canUndo)
 
     onWatchedChanged: tell()
     onPageChanged: tell()
@@ -23,22 +24,25 @@ FocusScope {
             menu.open(item.mapToItem(view, at));
     }
 
-    EmptyState {
+    Loader {
         anchors.centerIn: parent
-        visible: view.page !== null && view.page.isEmpty && !view.page.canUndo
-        symbol: "tray.full"
-        title: view.page?.emptyTitle ?? ""
-        detail: "Arraste arquivos, links ou textos até o notch e solte em “No notch”."
+        active: view.page !== null && !view.hasItems
+        sourceComponent: EmptyState {
+            width: Math.min(view.width, Theme.paneWidth)
+            symbol: "tray.full"
+            title: view.page.emptyTitle
+            detail: "Arraste arquivos, links ou textos até o notch e solte em “No notch”."
 
-        ActionButton {
-            name: "Ajustes da prateleira"
-            onTriggered: view.page.openSettings()
+            ActionButton {
+                name: "Ajustes da prateleira"
+                onTriggered: view.page.openSettings()
+            }
         }
     }
 
     Item {
         id: header
-        visible: view.page !== null && (!view.page.isEmpty || view.page.canUndo)
+        visible: view.hasItems
         width: parent.width
         height: Theme.controlHeight
         z: 1
@@ -60,29 +64,31 @@ FocusScope {
             }
         }
 
-        Flickable {
-            id: groups
+        Loader {
             anchors.left: search.right
             anchors.leftMargin: Theme.gap
             anchors.right: tail.left
             anchors.rightMargin: Theme.gap
             height: parent.height
+            active: view.page !== null && view.page.groups.length > 0
             visible: !view.page?.isGrouping
-            contentWidth: picker.width
-            clip: contentWidth > width
-            interactive: clip
-            boundsBehavior: Flickable.StopAtBounds
+            sourceComponent: Flickable {
+                id: groups
+                contentWidth: picker.width
+                clip: contentWidth > width
+                interactive: clip
+                boundsBehavior: Flickable.StopAtBounds
 
-            Picker {
-                id: picker
-                visible: options.length > 0
-                name: "Grupo"
-                options: view.page?.groups ?? []
-                current: view.page?.groupIndex ?? 0
-                onPicked: index => view.page.groupIndex = index
-            }
-            SidewaysWheel {
-                flickable: groups
+                Picker {
+                    id: picker
+                    name: "Grupo"
+                    options: view.page.groups
+                    current: view.page.groupIndex
+                    onPicked: index => view.page.groupIndex = index
+                }
+                SidewaysWheel {
+                    flickable: groups
+                }
             }
         }
 
@@ -156,7 +162,7 @@ FocusScope {
 
     Label {
         anchors.centerIn: parent
-        visible: view.page !== null && header.visible && !view.page.isEmpty && !view.page.hasFound
+        visible: view.hasItems && !view.page.isEmpty && !view.page.hasFound
         text: "Nada encontrado"
         color: Theme.secondaryText
     }
@@ -171,6 +177,7 @@ FocusScope {
         interactive: false
         keyNavigationEnabled: false
         focus: true
+        cacheBuffer: 0
         model: view.page ? view.page.items : null
         currentIndex: view.page?.currentIndex ?? -1
         Accessible.role: Accessible.List
@@ -183,7 +190,7 @@ FocusScope {
             if (isMenu && currentItem) {
                 view.openMenu(currentItem, Qt.point(currentItem.width / 2, currentItem.height / 4));
                 event.accepted = true;
-            } else if (header.visible && event.text > " " && event.key !== Qt.Key_Delete && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))) {
+            } else if (view.hasItems && event.text > " " && event.key !== Qt.Key_Delete && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))) {
                 search.text += event.text;
                 view.page.search(search.text);
                 search.forceActiveFocus();

@@ -30,10 +30,11 @@ Item {
     Accessible.onPressAction: page.press(index, 0)
 
     Rectangle {
-        id: surface
         anchors.fill: parent
         radius: tile.radius
         color: tile.isSelected ? Theme.surfaceSelected : hover.hovered ? Theme.surfaceHover : Theme.surface
+        border.width: tile.isRinged ? Theme.ringWidth : 0
+        border.color: Theme.accent
 
         Behavior on color {
             ColorAnimation {
@@ -42,55 +43,63 @@ Item {
         }
     }
 
-    Item {
-        id: preview
+    Loader {
         x: 2 * Theme.grid
         y: 2 * Theme.grid
         width: parent.width - 2 * x
         height: lines.y - y - Theme.grid
+        sourceComponent: tile.kind === "file" ? picture : tile.kind === "link" ? link : words
 
-        Image {
-            anchors.fill: parent
-            visible: tile.kind === "file"
-            fillMode: Image.PreserveAspectFit
-            sourceSize.width: Theme.thumbnailSize * Screen.devicePixelRatio
-            sourceSize.height: Theme.thumbnailSize * Screen.devicePixelRatio
-            source: tile.picture
-            opacity: status === Image.Ready ? 1 : 0
+        Component {
+            id: picture
 
-            Behavior on opacity {
-                NumberAnimation {
-                    duration: Theme.fadeIn
+            Image {
+                fillMode: Image.PreserveAspectFit
+                sourceSize.width: Theme.thumbnailSize * Screen.devicePixelRatio
+                sourceSize.height: Theme.thumbnailSize * Screen.devicePixelRatio
+                source: tile.picture
+                opacity: status === Image.Ready ? 1 : 0
+
+                Behavior on opacity {
+                    NumberAnimation {
+                        duration: Theme.fadeIn
+                    }
                 }
             }
         }
-        Symbol {
-            anchors.fill: parent
-            visible: tile.kind === "link"
-            name: "link"
-            size: Theme.bigNumberSize
-            color: Theme.secondaryText
+        Component {
+            id: link
+
+            Symbol {
+                name: "link"
+                size: Theme.bigNumberSize
+                color: Theme.secondaryText
+            }
         }
-        Label {
-            anchors.fill: parent
-            visible: tile.kind === "text"
-            text: visible ? tile.text : ""
-            color: Theme.secondaryText
-            font.pixelSize: Theme.captionSize
-            wrapMode: Text.Wrap
-            verticalAlignment: Text.AlignTop
-            Accessible.ignored: true
+        Component {
+            id: words
+
+            Label {
+                text: tile.text
+                color: Theme.secondaryText
+                font.pixelSize: Theme.captionSize
+                wrapMode: Text.Wrap
+                verticalAlignment: Text.AlignTop
+                Accessible.ignored: true
+            }
         }
     }
 
-    Symbol {
+    Loader {
         anchors.right: parent.right
         anchors.rightMargin: Theme.grid
         y: Theme.grid
-        visible: tile.isPinned
-        name: "pin.fill"
-        size: Theme.smallSymbolSize
-        color: Theme.accent
+        active: tile.isPinned
+        sourceComponent: Symbol {
+            name: "pin.fill"
+            size: Theme.smallSymbolSize
+            color: Theme.accent
+        }
     }
 
     Column {
@@ -116,11 +125,6 @@ Item {
             font.pixelSize: Theme.captionSize
             Accessible.ignored: true
         }
-    }
-
-    FocusRing {
-        radius: tile.radius
-        shown: tile.isRinged
     }
 
     HoverHandler {
