@@ -41,7 +41,11 @@ FocusScope {
     Loader {
         anchors.fill: page
         active: expanded.content.pageFailure.length > 0
+        onActiveChanged: if (!active)
+            page.forceActiveFocus()
         sourceComponent: FailurePage {
+            focus: true
+            Component.onCompleted: forceActiveFocus()
             title: expanded.content.pageFailureTitle
             message: expanded.content.pageFailure
             onRetried: expanded.content.retryPage()

@@ -1,8 +1,8 @@
 import QtQuick
 import Velmo
 
-/// In place of a page that could not be loaded.
-Item {
+/// In place of a page that could not be loaded. The keyboard starts on its button.
+FocusScope {
     id: failure
 
     required property string title
@@ -15,7 +15,7 @@ Item {
 
     Column {
         anchors.centerIn: parent
-        width: parent.width - 2 * Theme.cardPadding
+        width: Math.min(parent.width, Theme.paneWidth)
         spacing: 2 * Theme.grid
 
         Symbol {
@@ -34,13 +34,14 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
-            maximumLineCount: 2
+            maximumLineCount: 3
             text: failure.message
             color: Theme.secondaryText
             font.pixelSize: Theme.smallSize
         }
         ActionButton {
             anchors.horizontalCenter: parent.horizontalCenter
+            focus: true
             name: "Tentar novamente"
             onTriggered: failure.retried()
         }

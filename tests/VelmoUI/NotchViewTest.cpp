@@ -205,13 +205,13 @@ TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)
     EXPECT_FALSE(names().contains(QStringLiteral("Tentar novamente")));
 
     coordinator.open(QStringLiteral("quebrado"));
-    module.failure.clear();
     view().requestActivate();
     QCoreApplication::processEvents();
-    EXPECT_EQ(nameAfter(Qt::Key_Tab), u"Tentar novamente");
+    EXPECT_EQ(nameAfter(Qt::Key_Space), u"Tentar novamente") << "it fails again";
+    module.failure.clear();
     warnings.clear(); // of the failures
     nameAfter(Qt::Key_Space);
-    EXPECT_EQ(module.activations, 3);
+    EXPECT_EQ(module.activations, 4);
     EXPECT_FALSE(names().contains(QStringLiteral("Tentar novamente")));
 }
 
