@@ -66,6 +66,13 @@ void ActivityCenter::post(ActivityEvent event, Presentation presentation)
     m_file.saveAfter(saveDelay);
 }
 
+void ActivityCenter::postFailure(const QString &title, const QString &source,
+                                 const std::optional<QString> &reason)
+{
+    post(ActivityEvent::make(m_scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
+                             title, FeedbackStyle::error, source, reason));
+}
+
 void ActivityCenter::dismissFeedback(const std::optional<Uuid> &id)
 {
     if (!m_feedback || (id && *id != m_feedback->id))

@@ -46,6 +46,9 @@ public:
     void cancel(const QString &id);
 
     void post(ActivityEvent event, Presentation presentation = Presentation::standard);
+    /// Tells that something has failed just now, and why.
+    void postFailure(const QString &title, const QString &source,
+                     const std::optional<QString> &reason = std::nullopt);
     /// Clears the message on show; with an id, only if it is that one.
     void dismissFeedback(const std::optional<Uuid> &id = std::nullopt);
 

@@ -98,10 +98,8 @@ void settingsChanged(AppServices &services, const AppSettings &before, const App
 void start(AppServices &services)
 {
     services.platform.fileViewer.onFailure = [&services](const QString &description) {
-        services.activity.post(ActivityEvent::make(
-            services.platform.scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
-            QStringLiteral("Não foi possível abrir"), FeedbackStyle::error, QStringLiteral("files"),
-            description));
+        services.activity.postFailure(QStringLiteral("Não foi possível abrir"),
+                                      QStringLiteral("files"), description);
     };
     services.notifier.onActivated = [&services](const QString &moduleID) {
         if (moduleID.isEmpty())

@@ -236,21 +236,17 @@ void NotchViewModel::performAction(const QString &id)
     auto *action = m_services.actions.find(id);
     if (!action || !action->isAvailable(m_droppedItems))
         return;
-    const auto post = [&](const QString &symbol, const QString &title, FeedbackStyle style,
-                          const std::optional<QString> &detail = std::nullopt) {
-        m_services.activity.post(ActivityEvent::make(m_services.platform.scheduler.now(), symbol,
-                                                     title, style, QStringLiteral("actions"),
-                                                     detail));
-    };
+    const QString source = QStringLiteral("actions");
     try {
         const ActionOutcome outcome = action->perform(m_droppedItems);
-        post(outcome.symbol, outcome.message, outcome.style);
+        m_services.activity.post(ActivityEvent::make(m_services.platform.scheduler.now(),
+                                                     outcome.symbol, outcome.message, outcome.style,
+                                                     source));
         if (outcome.dismissesPanel)
             send(NotchEvent::dismiss);
     } catch (const LocalizedError &error) {
-        post(QStringLiteral("exclamationmark.triangle.fill"),
-             QStringLiteral("%1: falhou").arg(action->title()), FeedbackStyle::error,
-             error.description());
+        m_services.activity.postFailure(QStringLiteral("%1: falhou").arg(action->title()), source,
+                                        error.description());
     }
 }
 
@@ -270,10 +266,8 @@ void NotchViewModel::share(const std::vector<DroppedItem> &items)
         send(NotchEvent::dismiss);
     } catch (const LocalizedError &error) {
         send(NotchEvent::dropCompleted);
-        m_services.activity.post(ActivityEvent::make(
-            m_services.platform.scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
-            QStringLiteral("Não foi possível compartilhar"), FeedbackStyle::error,
-            QStringLiteral("share"), error.description()));
+        m_services.activity.postFailure(QStringLiteral("Não foi possível compartilhar"),
+                                        QStringLiteral("share"), error.description());
     }
 }
 

@@ -24,16 +24,6 @@ QString failureTitle(bool isMove)
                   : QStringLiteral("Não foi possível copiar");
 }
 
-void post(AppServices &services, FeedbackStyle style, const QString &title,
-          const std::optional<QString> &detail = std::nullopt)
-{
-    services.activity.post(ActivityEvent::make(services.platform.scheduler.now(),
-                                               style == FeedbackStyle::error
-                                                   ? QStringLiteral("exclamationmark.triangle.fill")
-                                                   : QStringLiteral("tray.and.arrow.down"),
-                                               title, style, source(), detail));
-}
-
 /// Lists links and texts, and gives the files.
 std::vector<QUrl> keepTheRest(AppServices &services, const std::vector<DroppedItem> &items)
 {
@@ -88,8 +78,8 @@ Arrival bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMo
         }
     }
     if (!failed.isEmpty())
-        post(services, FeedbackStyle::error, failureTitle(isMove),
-             failed.join(QStringLiteral(", ")));
+        services.activity.postFailure(failureTitle(isMove), source(),
+                                      failed.join(QStringLiteral(", ")));
     if (!distant.files.empty())
         return {false, distant.start(services)};
     return {failed.isEmpty(), std::nullopt};
@@ -113,7 +103,9 @@ std::optional<QString> ShelfDrop::keep(AppServices &services, const std::vector<
     else
         arrival = bringIn(services, files, storage == ShelfStorage::moved, moved);
     if (arrival.isComplete)
-        post(services, FeedbackStyle::success, keptTitle(items.size()));
+        services.activity.post(ActivityEvent::make(
+            services.platform.scheduler.now(), QStringLiteral("tray.and.arrow.down"),
+            keptTitle(items.size()), FeedbackStyle::success, source()));
     return arrival.job;
 }
 

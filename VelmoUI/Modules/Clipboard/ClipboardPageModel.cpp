@@ -3,6 +3,7 @@
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoUI/Design/TileDrag.h"
 #include "VelmoUI/Modules/Clipboard/ClipDrag.h"
+#include "VelmoUI/Modules/TileSelection.h"
 
 #include <QFileInfo>
 
@@ -180,23 +181,10 @@ bool ClipboardPageModel::handleKey(int key, int modifiers)
     }
     if (last < 0)
         return false;
-    if (pressed == 0) {
-        switch (key) {
-        case Qt::Key_Left:
-            setCurrent(std::max(currentIndex() - 1, 0));
-            return true;
-        case Qt::Key_Right:
-            setCurrent(std::min(currentIndex() + 1, last));
-            return true;
-        case Qt::Key_Home:
-            setCurrent(0);
-            return true;
-        case Qt::Key_End:
-            setCurrent(last);
-            return true;
-        default:
-            break;
-        }
+    const auto place = pressed == 0 ? tileAfter(key, currentIndex(), last) : std::nullopt;
+    if (place) {
+        setCurrent(*place);
+        return true;
     }
     const int wanted = key == Qt::Key_Enter ? int(Qt::Key_Return) : key;
     const auto item = current();
@@ -336,7 +324,7 @@ void ClipboardPageModel::showFirst()
 
 void ClipboardPageModel::updateCommands()
 {
-    std::vector<ClipCommand> rows;
+    std::vector<PageCommand> rows;
     const auto item = current();
     for (const Command &command : item ? commandsFor(*item) : std::vector<Command>())
         rows.push_back({QString::fromUtf16(command.id), QString::fromUtf16(command.title),

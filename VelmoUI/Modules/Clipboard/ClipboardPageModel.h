@@ -4,22 +4,12 @@
 #include "VelmoUI/Modules/Clipboard/ClipCollections.h"
 #include "VelmoUI/Modules/Clipboard/ClipList.h"
 #include "VelmoUI/Modules/NotchModule.h"
+#include "VelmoUI/Modules/PageCommand.h"
 
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace velmo {
-
-/// Something that can be done with an item.
-struct ClipCommand {
-    QString id;
-    QString title;
-    QString symbol;
-    QString shortcut; ///< "Ctrl+P"; empty for none
-
-    bool operator==(const ClipCommand &) const = default;
-};
-BOOST_DESCRIBE_STRUCT(ClipCommand, (), (id, title, symbol, shortcut))
 
 /// The Clipboard page of one panel. What is removed only leaves the page at first, so that it can
 /// come back; it leaves the history after `undoTime`, or when the page can't be seen any more. Each
@@ -127,7 +117,7 @@ private:
     const ModuleContext m_context;
     ClipList m_list;
     ClipCollections m_collections;
-    RecordListModel<ClipCommand> m_commands;
+    RecordListModel<PageCommand> m_commands;
     bool m_isWatched = false;
     QString m_query;
     std::optional<ClipKind> m_kind;

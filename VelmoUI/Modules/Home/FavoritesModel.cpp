@@ -42,10 +42,8 @@ void FavoritesModel::launch(const QString &id)
     try {
         services.platform.applications.launch(id);
     } catch (const LocalizedError &error) {
-        services.activity.post(ActivityEvent::make(
-            services.platform.scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
-            QStringLiteral("Não foi possível abrir"), FeedbackStyle::error, QStringLiteral("home"),
-            error.description()));
+        services.activity.postFailure(QStringLiteral("Não foi possível abrir"),
+                                      QStringLiteral("home"), error.description());
     }
     m_context.close();
 }

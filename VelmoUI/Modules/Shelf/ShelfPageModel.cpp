@@ -43,7 +43,7 @@ constexpr std::array shortcuts = {
     Shortcut{Qt::Key_Delete, 0, u"Delete", u"shelf.remove"},
 };
 
-ShelfCommand commandOf(const QString &id, const QString &title, const QString &symbol)
+PageCommand commandOf(const QString &id, const QString &title, const QString &symbol)
 {
     const auto *const shortcut = std::ranges::find_if(
         shortcuts, [&](const Shortcut &candidate) { return id == QStringView(candidate.command); });
@@ -53,7 +53,7 @@ ShelfCommand commandOf(const QString &id, const QString &title, const QString &s
                                           : QString::fromUtf16(shortcut->text)};
 }
 
-ShelfCommand commandOf(const OwnCommand &command)
+PageCommand commandOf(const OwnCommand &command)
 {
     return commandOf(QString::fromUtf16(command.id), QString::fromUtf16(command.title),
                      QString::fromUtf16(command.symbol));
@@ -112,10 +112,11 @@ QString ShelfPageModel::summary() const
         return ShelfRows::count(m_removed.size(), u"1 item removido", u"%1 itens removidos");
     if (!m_notice.isEmpty())
         return m_notice;
-    if (m_selected.size() == 1)
-        return ShelfRows::detail(selected().front());
-    if (m_selected.size() > 1)
-        return QStringLiteral("%1 selecionados").arg(m_selected.size());
+    const auto items = selected();
+    if (items.size() == 1)
+        return ShelfRows::detail(items.front());
+    if (items.size() > 1)
+        return QStringLiteral("%1 selecionados").arg(items.size());
     const QString arriving = ShelfRows::arriving(shelf().arrivingCount());
     const QString count = ShelfRows::count(m_shown.size(), u"1 item", u"%1 itens");
     return arriving.isEmpty() ? count : count + QStringLiteral(" · ") + arriving;
@@ -154,71 +155,31 @@ QString ShelfPageModel::detail(int index) const
 
 void ShelfPageModel::press(int index, int modifiers)
 {
-    if (index < 0 || index >= int(m_shown.size()))
-        return;
-    const Uuid id = m_shown[std::size_t(index)].id;
-    m_notice.clear();
-    if ((modifiers & Qt::ShiftModifier) != 0) {
-        moveTo(index, true);
-        return;
-    }
-    m_current = id;
-    m_anchor = id;
-    if ((modifiers & Qt::ControlModifier) == 0) {
-        if (!m_selected.contains(id)) // else the press may become a drag of them all
-            m_selected = {id};
-    } else if (m_selected.erase(id) == 0) {
-        m_selected.insert(id);
-    }
-    update();
+    m_selection.press(index, modifiers);
+    reselect();
 }
 
 void ShelfPageModel::release(int index, int modifiers)
 {
-    if (modifiers == 0 && m_selected.size() > 1 && index >= 0 && index < int(m_shown.size()))
-        moveTo(index, false);
+    if (m_selection.release(index, modifiers))
+        reselect();
 }
 
 void ShelfPageModel::clearSelection()
 {
-    m_selected.clear();
-    update();
+    m_selection.clear();
+    reselect();
 }
 
 bool ShelfPageModel::handleKey(int key, int modifiers)
 {
     const int pressed = modifiers & ~Qt::KeypadModifier;
-    const bool extends = pressed == Qt::ShiftModifier;
-    const int last = int(m_shown.size()) - 1;
-    const int current = currentIndex();
-    if ((pressed == 0 || extends) && last >= 0) {
-        switch (key) {
-        case Qt::Key_Left:
-            moveTo(std::max(current - 1, 0), extends);
-            return true;
-        case Qt::Key_Right:
-            moveTo(std::min(current + 1, last), extends);
-            return true;
-        case Qt::Key_Home:
-            moveTo(0, extends);
-            return true;
-        case Qt::Key_End:
-            moveTo(last, extends);
-            return true;
-        default:
-            break;
-        }
-    }
-    if (key == Qt::Key_A && pressed == Qt::ControlModifier) {
-        select(0, last);
+    if (m_selection.handleKey(key, pressed)) {
+        reselect();
         return true;
     }
     if (key == Qt::Key_Z && pressed == Qt::ControlModifier && canUndo()) {
         undoRemove();
-        return true;
-    }
-    if (key == Qt::Key_Escape && pressed == 0 && hasSelection()) {
-        clearSelection();
         return true;
     }
     if (!hasSelection())
@@ -230,7 +191,7 @@ bool ShelfPageModel::handleKey(int key, int modifiers)
     for (const Shortcut &shortcut : shortcuts) {
         const QString command = QString::fromUtf16(shortcut.command);
         if (shortcut.key == key && shortcut.modifiers == pressed &&
-            std::ranges::count(m_commands.records(), command, &ShelfCommand::id) > 0) {
+            std::ranges::count(m_commands.records(), command, &PageCommand::id) > 0) {
             run(command);
             return true;
         }
@@ -256,7 +217,7 @@ void ShelfPageModel::run(const QString &command)
     else if (command == QStringView(groupCommand.id))
         m_isGrouping = true;
     else if (command == QStringView(renameCommand.id))
-        m_renaming = *m_selected.begin();
+        m_renaming = selected().front().id;
     else if (command == QStringView(removeCommand.id))
         remove();
     else if (NotchAction *action = m_context.services.actions.find(command))
@@ -267,7 +228,7 @@ void ShelfPageModel::run(const QString &command)
 void ShelfPageModel::rename(const QString &name)
 {
     const auto id = std::exchange(m_renaming, std::nullopt);
-    const int place = placeOf(id);
+    const int place = id ? m_selection.placeOf(*id) : -1;
     if (place < 0)
         return;
     const ShelfItem item = m_shown[std::size_t(place)];
@@ -291,7 +252,7 @@ void ShelfPageModel::stopRenaming()
 void ShelfPageModel::group(const QString &name)
 {
     m_isGrouping = false;
-    shelf().setGroup(name, selectedIDs());
+    shelf().setGroup(name, m_selection.ids());
 }
 
 void ShelfPageModel::stopGrouping()
@@ -306,9 +267,7 @@ void ShelfPageModel::undoRemove()
     const auto back = std::exchange(m_removed, {});
     if (back.empty())
         return;
-    m_selected = {back.begin(), back.end()};
-    m_current = back.front();
-    m_anchor = m_current;
+    m_selection.select(back);
     update();
 }
 
@@ -346,16 +305,15 @@ void ShelfPageModel::update()
         std::erase_if(m_shown, [this](const ShelfItem &item) {
             return std::ranges::find(m_removed, item.id) != m_removed.end();
         });
-    std::set<Uuid> shownSelected;
+    std::vector<Uuid> ids;
     std::vector<ShelfRow> rows;
+    ids.reserve(m_shown.size());
     rows.reserve(m_shown.size());
     for (const ShelfItem &item : m_shown) {
-        const bool isSelected = m_selected.contains(item.id);
-        if (isSelected)
-            shownSelected.insert(item.id);
-        rows.push_back(ShelfRows::make(item, isSelected));
+        ids.push_back(item.id);
+        rows.push_back(ShelfRows::make(item, m_selection.contains(item.id)));
     }
-    m_selected = std::move(shownSelected);
+    m_selection.setShown(std::move(ids));
     m_rows.setRecords(rows);
     updateCommands();
     Q_EMIT changed();
@@ -363,7 +321,7 @@ void ShelfPageModel::update()
 
 void ShelfPageModel::updateCommands()
 {
-    std::vector<ShelfCommand> commands;
+    std::vector<PageCommand> commands;
     for (const NotchAction *action : m_context.services.actions.actions(dropped()))
         commands.push_back(commandOf(action->id(), action->title(), action->symbol()));
     const auto items = selected();
@@ -378,27 +336,10 @@ void ShelfPageModel::updateCommands()
     m_commands.setRecords(commands);
 }
 
-int ShelfPageModel::placeOf(const std::optional<Uuid> &id) const
+void ShelfPageModel::reselect()
 {
-    const auto found = id ? std::ranges::find(m_shown, *id, &ShelfItem::id) : m_shown.end();
-    return found == m_shown.end() ? -1 : int(found - m_shown.begin());
-}
-
-void ShelfPageModel::select(int first, int last)
-{
-    m_selected.clear();
-    for (int index = first; index <= last; ++index)
-        m_selected.insert(m_shown[std::size_t(index)].id);
-    update();
-}
-
-void ShelfPageModel::moveTo(int index, bool extends)
-{
-    const int anchor = extends ? std::max(placeOf(m_anchor), 0) : index;
     m_notice.clear();
-    m_current = m_shown[std::size_t(index)].id;
-    m_anchor = m_shown[std::size_t(anchor)].id;
-    select(std::min(anchor, index), std::max(anchor, index));
+    update();
 }
 
 void ShelfPageModel::perform(NotchAction &action)
@@ -412,9 +353,7 @@ void ShelfPageModel::perform(NotchAction &action)
             m_context.close();
     } catch (const LocalizedError &error) {
         const QString title = QStringLiteral("%1: falhou").arg(action.title());
-        services.activity.post(ActivityEvent::make(
-            services.platform.scheduler.now(), QStringLiteral("exclamationmark.triangle.fill"),
-            title, FeedbackStyle::error, QStringLiteral("shelf"), error.description()));
+        services.activity.postFailure(title, QStringLiteral("shelf"), error.description());
         say(error.description());
     }
 }
@@ -422,13 +361,13 @@ void ShelfPageModel::perform(NotchAction &action)
 void ShelfPageModel::remove()
 {
     removeForGood();
-    m_removed = selectedIDs();
-    m_notice.clear();
-    // The keyboard stays near where it was.
-    const int place = m_removed.empty() ? -1 : placeOf(m_removed.front());
-    update();
-    if (!m_shown.empty() && place >= 0)
-        moveTo(std::min(place, int(m_shown.size()) - 1), false);
+    m_removed = m_selection.ids();
+    const int place = m_removed.empty() ? -1 : m_selection.placeOf(m_removed.front());
+    reselect();
+    if (!m_shown.empty() && place >= 0) { // the keyboard stays near where it was
+        m_selection.moveTo(std::min(place, int(m_shown.size()) - 1));
+        update();
+    }
     m_removal = m_context.services.platform.scheduler.after(undoTime, [this] {
         removeForGood();
         Q_EMIT changed();
@@ -466,16 +405,8 @@ std::vector<ShelfItem> ShelfPageModel::selected() const
 {
     std::vector<ShelfItem> items;
     std::ranges::copy_if(m_shown, std::back_inserter(items),
-                         [this](const ShelfItem &item) { return m_selected.contains(item.id); });
+                         [this](const ShelfItem &item) { return m_selection.contains(item.id); });
     return items;
-}
-
-ShelfStore::IDs ShelfPageModel::selectedIDs() const
-{
-    ShelfStore::IDs ids;
-    for (const ShelfItem &item : selected())
-        ids.push_back(item.id);
-    return ids;
 }
 
 std::vector<DroppedItem> ShelfPageModel::dropped() const

@@ -3,25 +3,14 @@
 #include "VelmoUI/App/AppServices.h"
 #include "VelmoUI/Design/RecordListModel.h"
 #include "VelmoUI/Modules/NotchModule.h"
+#include "VelmoUI/Modules/PageCommand.h"
 #include "VelmoUI/Modules/Shelf/ShelfRow.h"
+#include "VelmoUI/Modules/TileSelection.h"
 
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
-#include <set>
-
 namespace velmo {
-
-/// Something that can be done with the selected items.
-struct ShelfCommand {
-    QString id;
-    QString title;
-    QString symbol;
-    QString shortcut; ///< "Ctrl+G"; empty for none
-
-    bool operator==(const ShelfCommand &) const = default;
-};
-BOOST_DESCRIBE_STRUCT(ShelfCommand, (), (id, title, symbol, shortcut))
 
 /// The Shelf page of one panel. What is removed only leaves the page at first, so that it can come
 /// back; it leaves the shelf after `undoTime`, or when the page can't be seen any more.
@@ -64,8 +53,8 @@ public:
     QStringList groups() const;
     int groupIndex() const;
     void setGroupIndex(int index);
-    int currentIndex() const { return placeOf(m_current); }
-    bool hasSelection() const { return !m_selected.empty(); }
+    int currentIndex() const { return m_selection.currentIndex(); }
+    bool hasSelection() const { return !m_selection.isEmpty(); }
     QString summary() const;
     bool canUndo() const { return !m_removed.empty(); }
     QAbstractItemModel *commands() { return &m_commands; }
@@ -79,9 +68,8 @@ public:
     /// What there is to say of an item in a word or two; looks at its file.
     Q_INVOKABLE QString detail(int index) const;
 
-    /// A press on an item: alone, with Ctrl one more or less, with Shift all up to it.
+    /// What `TileSelection` makes of it.
     Q_INVOKABLE void press(int index, int modifiers);
-    /// The end of a press that became no drag: of several selected ones only this stays.
     Q_INVOKABLE void release(int index, int modifiers);
     Q_INVOKABLE void clearSelection();
     /// Whether the key, with these modifiers, means something on the page.
@@ -109,16 +97,14 @@ private:
     ShelfStore &shelf() const { return m_context.services.shelf; }
     void update();
     void updateCommands();
-    int placeOf(const std::optional<Uuid> &id) const;
-    void select(int first, int last);
-    void moveTo(int index, bool extends);
+    /// The selection isn't what it was.
+    void reselect();
     void perform(NotchAction &action);
     void remove();
     void removeForGood();
     void togglePin();
     void say(const QString &notice);
     std::vector<ShelfItem> selected() const;
-    ShelfStore::IDs selectedIDs() const;
     std::vector<DroppedItem> dropped() const;
 
     const ModuleContext m_context;
@@ -126,10 +112,8 @@ private:
     std::optional<QString> m_group;
     std::vector<ShelfItem> m_shown; ///< as `m_rows` shows them
     RecordListModel<ShelfRow> m_rows;
-    RecordListModel<ShelfCommand> m_commands;
-    std::set<Uuid> m_selected;
-    std::optional<Uuid> m_current;
-    std::optional<Uuid> m_anchor; ///< where a selection by Shift begins
+    RecordListModel<PageCommand> m_commands;
+    TileSelection m_selection;
     std::optional<Uuid> m_renaming;
     bool m_isGrouping = false;
     QString m_notice;
