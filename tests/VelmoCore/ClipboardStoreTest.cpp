@@ -161,18 +161,6 @@ TEST_F(ClipboardStoreTest, SavesAMomentLaterAndOpensSealed)
     EXPECT_EQ(ClipboardStore(folder.path(), cipher, scheduler).items(), store.items());
 }
 
-TEST_F(ClipboardStoreTest, TellsOfASaveThatFailsUntilOneSucceeds)
-{
-    folder.write(u"file"_qs, "no folder");
-    ClipboardStore blocked(folder.path(u"file"_qs), cipher, scheduler);
-    blocked.add(copy(u"um"_qs));
-    blocked.flush();
-    EXPECT_TRUE(blocked.lastSaveError());
-    QFile::remove(folder.path(u"file"_qs));
-    blocked.flush();
-    EXPECT_EQ(blocked.lastSaveError(), std::nullopt);
-}
-
 TEST_F(ClipboardStoreTest, KeepsOneFileAnImageAndNoneOfADroppedOne)
 {
     const ClipItem image = copyImage("png");
