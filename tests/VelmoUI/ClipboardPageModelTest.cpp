@@ -49,19 +49,9 @@ protected:
         for (auto letter = all.crbegin(); letter != all.crend(); ++letter)
             copy(*letter);
     }
-    QVariant field(int row, const char *name)
-    {
-        const QAbstractItemModel &items = *page.items();
-        return items.index(row, 0).data(items.roleNames().key(name));
-    }
+    QVariant field(int row, const char *name) { return velmo::field(page.items(), row, name); }
     using PanelFixture::shown;
-    QString shown()
-    {
-        QString titles;
-        for (int row = 0; row < page.items()->rowCount(); ++row)
-            titles += field(row, "title").toString();
-        return titles;
-    }
+    QString shown() { return column(page.items(), "title").join(QString()); }
     QString currentTitle() { return field(page.currentIndex(), "title").toString(); }
     /// Names of the lines, those that are selected in capitals.
     QString collections()

@@ -1,16 +1,12 @@
 #include "VelmoUI/Settings/ClipboardSectionModel.h"
 
-#include "VelmoUI/App/AppServices.h"
-
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
-
-#include <gtest/gtest.h>
 
 namespace velmo {
 namespace {
 
-class ClipboardSectionModelTest : public testing::Test {
+class ClipboardSectionModelTest : public ServicesFixture {
 protected:
     ClipboardSectionModelTest()
     {
@@ -23,30 +19,21 @@ protected:
              .bundleID = u"com.keepassxc.keepassxc"_qs}};
         section.refresh();
     }
-    static std::vector<QString> titles(QAbstractItemModel *model)
-    {
-        std::vector<QString> titles;
-        for (const auto &row : static_cast<RecordListModel<IgnoredAppRow> *>(model)->records())
-            titles.push_back(row.spoken);
-        return titles;
-    }
+    static QStringList titles(QAbstractItemModel *model) { return column(model, "spoken"); }
 
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
     ClipboardSectionModel section{services};
 };
 
 TEST_F(ClipboardSectionModelTest, IgnoresWhatTheUserFindsAndRestoresWhatWasThere)
 {
     const auto builtIn = ClipboardDefaults::ignoredBundleIDs();
-    ASSERT_EQ(titles(section.ignored()).size(), builtIn.size());
+    ASSERT_EQ(std::size_t(titles(section.ignored()).size()), builtIn.size());
     EXPECT_EQ(titles(section.ignored()).front(), u"Chaveiro do sistema, Padrão do Orvane");
     section.search(u"editor"_qs);
-    EXPECT_EQ(titles(section.found()),
-              std::vector({u"Adicionar Editor"_qs, u"Adicionar Meu editor"_qs}));
+    EXPECT_EQ(titles(section.found()), (QStringList{"Adicionar Editor", "Adicionar Meu editor"}));
     section.addFirst();
     EXPECT_EQ(titles(section.ignored()).back(), u"Editor");
-    EXPECT_TRUE(titles(section.found()).empty());
+    EXPECT_TRUE(titles(section.found()).isEmpty());
     EXPECT_EQ(section.foundNote(), u"");
     section.search(u"senhas"_qs);
     EXPECT_EQ(section.foundNote(), u"Nenhum aplicativo encontrado") << "it is ignored already";
@@ -61,17 +48,17 @@ TEST_F(ClipboardSectionModelTest, IgnoresWhatTheUserFindsAndRestoresWhatWasThere
     EXPECT_EQ(titles(section.ignored()).back(), u"b, Não está instalado");
     auto expected = builtIn;
     expected.push_back(u"b"_qs);
-    EXPECT_EQ(services.settings.settings().clipboardIgnoredBundleIDs, expected);
+    EXPECT_EQ(settings().clipboardIgnoredBundleIDs, expected);
 }
 
 TEST_F(ClipboardSectionModelTest, OffersLimitsAndClearsWhatNothingKeeps)
 {
-    services.settings.update([](AppSettings &next) { next.clipboardMaxItems = 150; });
+    change([](AppSettings &next) { next.clipboardMaxItems = 150; });
     EXPECT_EQ(section.countChoices().value(section.countIndex()), u"150");
     section.setCount(1);
     section.setRetention(0);
-    EXPECT_EQ(services.settings.settings().clipboardMaxItems, 100);
-    EXPECT_EQ(services.settings.settings().clipboardRetentionDays, 1);
+    EXPECT_EQ(settings().clipboardMaxItems, 100);
+    EXPECT_EQ(settings().clipboardRetentionDays, 1);
     for (const QString &text : {u"um"_qs, u"dois"_qs, u"três"_qs})
         services.clipboard.add(ClipItems::fromText(text, {}, desktop.scheduler.now()).value());
     services.clipboard.togglePin(services.clipboard.items().front().id);

@@ -2,14 +2,11 @@
 
 #include "VelmoCore/Storage/AtomicFile.h"
 #include "VelmoSystem/Storage/StorageInspector.h"
-#include "VelmoUI/App/AppServices.h"
 
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
 #include <QDir>
-
-#include <gtest/gtest.h>
 
 #include <functional>
 #include <optional>
@@ -18,21 +15,17 @@
 namespace velmo {
 namespace {
 
-class DataPaneModelTest : public testing::Test {
+class DataPaneModelTest : public ServicesFixture {
 protected:
     DataPaneModelTest() { services.paths.ensureExists(); }
 
     QString write(const QString &folder, const QByteArray &data)
     {
-        QString path = QDir(folder).filePath(QStringLiteral("deep/file.json"));
+        QString path = QDir(folder).filePath(u"deep/file.json"_qs);
         AtomicFile::write(data, path);
         return path;
     }
-    QString size(int row)
-    {
-        auto &folders = *pane->folders();
-        return folders.data(folders.index(row, 0), folders.roleNames().key("size")).toString();
-    }
+    QString size(int row) { return field(pane->folders(), row, "size").toString(); }
     void wait(const std::function<bool()> &isDone)
     {
         while (!isDone()) {
@@ -41,8 +34,6 @@ protected:
         }
     }
 
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
     std::optional<DataPaneModel> pane{std::in_place, services};
 };
 
@@ -68,8 +59,8 @@ TEST_F(DataPaneModelTest, ClearsCacheAndTemporaryFilesButNeverTheData)
 TEST_F(DataPaneModelTest, TellsWhyItCouldNotClear)
 {
     QDir().rmdir(services.paths.temporary);
-    const QString elsewhere = write(desktop.folder.path(QStringLiteral("elsewhere")), "{}");
-    QFile::link(desktop.folder.path(QStringLiteral("elsewhere")), services.paths.temporary);
+    const QString elsewhere = write(desktop.folder.path(u"elsewhere"_qs), "{}");
+    QFile::link(desktop.folder.path(u"elsewhere"_qs), services.paths.temporary);
     pane->clear();
     wait([&] { return !pane->isClearing(); });
     EXPECT_TRUE(pane->clearNote().isError);
@@ -88,31 +79,31 @@ TEST_F(DataPaneModelTest, MayCloseWhileThreadsAreAtWork)
 
 TEST_F(DataPaneModelTest, ImportsWhatItExportedAndSaysWhatItDiscarded)
 {
-    const QString file = desktop.folder.path(QStringLiteral("Ajustes.json"));
-    services.settings.update([](AppSettings &next) { next.closeDelay = 2s; });
+    const QString file = desktop.folder.path(u"Ajustes.json"_qs);
+    change([](AppSettings &next) { next.closeDelay = 2s; });
     pane->exportTo(file);
     EXPECT_EQ(pane->fileNote().text, u"Ajustes exportados.");
     pane->resetSettings();
-    EXPECT_EQ(services.settings.settings().closeDelay, 0.5s);
+    EXPECT_EQ(settings().closeDelay, 0.5s);
     pane->importFrom(file);
-    EXPECT_EQ(services.settings.settings().closeDelay, 2s);
+    EXPECT_EQ(settings().closeDelay, 2s);
     EXPECT_EQ(pane->fileNote().text, u"Ajustes importados.");
 
     AtomicFile::write(R"({"theme":"neon","panelSize":"huge","closeDelay":1})", file);
     pane->importFrom(file);
-    EXPECT_EQ(services.settings.settings().closeDelay, 1s);
+    EXPECT_EQ(settings().closeDelay, 1s);
     EXPECT_EQ(pane->fileNote().text, u"Ajustes importados. Descartados: panelSize, theme.");
 }
 
 TEST_F(DataPaneModelTest, ChangesNothingForAForeignFile)
 {
-    const AppSettings before = services.settings.settings();
-    const QString file = write(desktop.folder.path(QStringLiteral("foreign")), "[1,2]");
+    const AppSettings before = settings();
+    const QString file = write(desktop.folder.path(u"foreign"_qs), "[1,2]");
     pane->importFrom(file);
     EXPECT_EQ(pane->fileNote().text, u"O arquivo não contém configurações válidas do Orvane.");
     pane->importFrom(file + u'x');
     EXPECT_TRUE(pane->fileNote().isError);
-    EXPECT_TRUE(services.settings.settings() == before);
+    EXPECT_TRUE(settings() == before);
     pane->exportTo(file + u"/inside"_qs);
     EXPECT_TRUE(pane->fileNote().isError);
 }

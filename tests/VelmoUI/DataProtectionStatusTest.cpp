@@ -11,7 +11,7 @@ namespace {
 TEST(DataProtectionStatus, DoesWithoutACipherWhereTheKeyIsOutOfReach)
 {
     FakeKeyItems locked;
-    locked.refusal = KeyItemStore::Refusal(-25308, QStringLiteral("Chaveiro bloqueado."));
+    locked.refusal = KeyItemStore::Refusal(-25308, u"Chaveiro bloqueado."_qs);
     FakeKeyItems broken;
     EXPECT_TRUE(DataProtectionStatus::fromKeychain(broken).cipher());
     broken.entries.begin()->second.secret.chop(1);

@@ -19,7 +19,7 @@ public:
 
     QString id() const override { return m_id; }
     QString title() const override { return m_id.toUpper(); }
-    QString symbol() const override { return QStringLiteral("gearshape"); }
+    QString symbol() const override { return u"gearshape"_qs; }
     void activate() override
     {
         ++activations;

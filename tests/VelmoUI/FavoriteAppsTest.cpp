@@ -1,15 +1,11 @@
 #include "VelmoUI/Modules/Home/FavoriteApps.h"
 
-#include "VelmoUI/App/AppServices.h"
-
-#include "tests/support/FakeDesktop.h"
-
-#include <gtest/gtest.h>
+#include "tests/VelmoUI/ServicesFixture.h"
 
 namespace velmo {
 namespace {
 
-class FavoriteAppsTest : public testing::Test {
+class FavoriteAppsTest : public ServicesFixture {
 protected:
     FavoriteAppsTest()
     {
@@ -19,14 +15,12 @@ protected:
 
     void set(const QString &ids)
     {
-        services.settings.update([&](AppSettings &next) {
-            next.favoriteApps = {ids.cbegin(), ids.cend()};
-        });
+        change([&](AppSettings &next) { next.favoriteApps = {ids.cbegin(), ids.cend()}; });
     }
     QString stored() const
     {
         QString ids;
-        for (const QString &id : services.settings.settings().favoriteApps)
+        for (const QString &id : settings().favoriteApps)
             ids += id;
         return ids;
     }
@@ -40,9 +34,6 @@ protected:
                   feedback && feedback->title.startsWith("Só"));
         return feedback ? feedback->title : QString();
     }
-
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
 };
 
 TEST_F(FavoriteAppsTest, AddsInstalledApplicationsUpToTheLimit)

@@ -23,8 +23,8 @@ protected:
         addBuiltInModules(services.modules);
         change([](AppSettings &settings) {
             settings.hasCompletedOnboarding = true;
-            settings.hiddenHomeCards = {QStringLiteral("shelf"), QStringLiteral("clipboard")};
-            settings.moduleOrder = {QStringLiteral("home")};
+            settings.hiddenHomeCards = {u"shelf"_qs, u"clipboard"_qs};
+            settings.moduleOrder = {u"home"_qs};
         });
     }
 
@@ -40,8 +40,7 @@ protected:
     {
         for (const char16_t *name : names) {
             const QString text = QString::fromUtf16(name);
-            desktop.applications.entries.push_back(
-                {text + QStringLiteral(".desktop"), text, {}, QStringLiteral("fotos")});
+            desktop.applications.entries.push_back({text + u".desktop"_qs, text, {}, u"fotos"_qs});
         }
     }
     void open()
@@ -59,17 +58,10 @@ protected:
     }
     FavoritesModel &favorites()
     {
-        const int content = page().cards()->roleNames().key("content");
-        const QVariant model = page().cards()->index(0, 0).data(content);
+        const QVariant model = field(page().cards(), 0, "content");
         return dynamic_cast<FavoritesModel &>(*model.value<QObject *>());
     }
-    static QStringList names(const QAbstractItemModel *model)
-    {
-        QStringList names;
-        for (int row = 0; row < model->rowCount(); ++row)
-            names.append(model->index(row, 0).data(Qt::UserRole + 1).toString());
-        return names;
-    }
+    static QStringList names(const QAbstractItemModel *model) { return column(model, "name"); }
 };
 
 } // namespace
@@ -89,7 +81,7 @@ TEST_F(HomePageModelTest, BringsWhatMattersNowToTheFront)
     EXPECT_EQ(shownCards().front(), u"focus");
     services.timers.pause(timer);
     EXPECT_EQ(shownCards().front(), u"favorites");
-    services.notes.addTask(QStringLiteral("ler"), desktop.scheduler.now() - 1s);
+    services.notes.addTask(u"ler"_qs, desktop.scheduler.now() - 1s);
     EXPECT_EQ(shownCards().front(), u"notes");
 }
 
@@ -181,24 +173,24 @@ TEST_F(HomePageModelTest, StartsKeepsAndBringsBackFavorites)
     open();
     FavoritesModel &favorites = this->favorites();
     favorites.startPicking();
-    favorites.search(QStringLiteral("AL"));
+    favorites.search(u"AL"_qs);
     EXPECT_EQ(names(favorites.found()), (QStringList{u"alfa"_qs, u"Álbum"_qs}));
     favorites.addFirst();
-    favorites.search(QStringLiteral("Foto"));
+    favorites.search(u"Foto"_qs);
     EXPECT_EQ(favorites.found()->rowCount(), 3);
-    favorites.toggle(QStringLiteral("beta.desktop"));
-    favorites.remove(QStringLiteral("alfa.desktop"));
+    favorites.toggle(u"beta.desktop"_qs);
+    favorites.remove(u"alfa.desktop"_qs);
     EXPECT_EQ(favorites.removedName(), u"alfa");
     favorites.undoRemove();
     EXPECT_EQ(names(favorites.favorites()), (QStringList{u"alfa"_qs, u"beta"_qs}));
     EXPECT_EQ(favorites.removedName(), QString());
 
-    favorites.launch(QStringLiteral("beta.desktop"));
+    favorites.launch(u"beta.desktop"_qs);
     EXPECT_EQ(desktop.applications.launched, std::vector{u"beta.desktop"_qs});
     EXPECT_EQ(shown(), u"collapsed");
     coordinator.open();
     desktop.applications.entries.clear();
-    favorites.launch(QStringLiteral("beta.desktop"));
+    favorites.launch(u"beta.desktop"_qs);
     EXPECT_EQ(services.activity.feedback()->title, u"Não foi possível abrir");
     EXPECT_EQ(shown(), u"collapsed"); // an open panel shows no feedback
 }

@@ -29,7 +29,7 @@ protected:
 
     TemporaryFolder folder;
     ManualScheduler scheduler;
-    SettingsStore settings{folder.path(QStringLiteral("settings.json")), scheduler};
+    SettingsStore settings{folder.path(u"settings.json"_qs), scheduler};
     FakeHotKeyGrabber grabber;
     GlobalHotKeyCenter center{grabber};
     HotKeyController controller{settings, center};
@@ -44,9 +44,8 @@ TEST_F(HotKeyControllerTest, GivesADoubleShortcutToTheEarlierAction)
     controller.apply();
     grabber.press(combo);
     EXPECT_THAT(ran, ElementsAre(HotKeyAction::newNote));
-    EXPECT_THAT(
-        controller.errors(),
-        ElementsAre(Pair(HotKeyAction::search, QStringLiteral("Mesmo atalho de “Nova nota”."))));
+    EXPECT_THAT(controller.errors(),
+                ElementsAre(Pair(HotKeyAction::search, u"Mesmo atalho de “Nova nota”."_qs)));
 
     // The earlier action gives it up, and the later one gets it.
     change([](AppSettings &next) { next.newNoteHotKeyEnabled = false; });
@@ -59,20 +58,21 @@ TEST_F(HotKeyControllerTest, GivesADoubleShortcutToTheEarlierAction)
 
 TEST_F(HotKeyControllerTest, TellsOfARefusedShortcutWhileItIsEnabled)
 {
-    grabber.refusals = {{settings.settings().clipboardHotKey, HotKeyGrabber::AlreadyTaken{}}};
+    grabber.refusals = {{settings.settings().newNoteHotKey, HotKeyGrabber::Failed{8}},
+                        {settings.settings().clipboardHotKey, HotKeyGrabber::AlreadyTaken{}}};
     change([](AppSettings &next) { next.searchHotKey = {40, KeyCombo::shift}; });
     controller.apply();
     EXPECT_THAT(
         controller.errors(),
         ElementsAre(
-            Pair(
-                HotKeyAction::clipboard,
-                QStringLiteral("Este atalho já está em uso por outro aplicativo ou pelo sistema.")),
-            Pair(HotKeyAction::search, QStringLiteral("Use ao menos uma das teclas ⌃, ⌥ ou ⌘."))));
-    EXPECT_EQ(grabber.grabbed.size(), 2U);
+            Pair(HotKeyAction::newNote, u"Não foi possível registrar o atalho (código 8)."_qs),
+            Pair(HotKeyAction::clipboard,
+                 u"Este atalho já está em uso por outro aplicativo ou pelo sistema."_qs),
+            Pair(HotKeyAction::search, u"Use ao menos uma das teclas ⌃, ⌥ ou ⌘."_qs)));
+    EXPECT_EQ(grabber.grabbed.size(), 1U);
 
     change([](AppSettings &next) {
-        next.clipboardHotKeyEnabled = false;
+        next.newNoteHotKeyEnabled = next.clipboardHotKeyEnabled = false;
         next.searchHotKeyEnabled = false;
     });
     EXPECT_THAT(controller.errors(), IsEmpty());

@@ -1,15 +1,12 @@
 #include "VelmoUI/Settings/ModulesPaneModel.h"
 
-#include "VelmoUI/App/AppServices.h"
-
 #include "tests/VelmoUI/FakeModule.h"
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
 #include <QAbstractItemModelTester>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace velmo {
 namespace {
@@ -17,31 +14,18 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class ModulesPaneModelTest : public testing::Test {
+class ModulesPaneModelTest : public ServicesFixture {
 protected:
     ModulesPaneModelTest()
     {
         for (const char16_t *id : {u"home", u"system", u"activity"})
             FakeModule::addTo(services.modules, QString::fromUtf16(id));
     }
-
-    const AppSettings &settings() const { return services.settings.settings(); }
-
-    static QStringList column(QAbstractItemModel *model, const QByteArray &role)
-    {
-        QStringList texts;
-        for (int row = 0; row < model->rowCount(); ++row)
-            texts += model->data(model->index(row, 0), model->roleNames().key(role)).toString();
-        return texts;
-    }
-
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
 };
 
 TEST_F(ModulesPaneModelTest, MovesRowsAndKeepsWhatThisVersionDoesNotKnow)
 {
-    services.settings.update([](AppSettings &next) {
+    change([](AppSettings &next) {
         next.moduleOrder = {u"later"_qs, u"home"_qs, u"latest"_qs, u"activity"_qs};
     });
     ModulesPaneModel pane(services);
@@ -68,7 +52,7 @@ TEST_F(ModulesPaneModelTest, MovesRowsAndKeepsWhatThisVersionDoesNotKnow)
 
 TEST_F(ModulesPaneModelTest, HidesAllModulesButTheLast)
 {
-    services.settings.update([](AppSettings &next) { next.hiddenModules = {u"later"_qs}; });
+    change([](AppSettings &next) { next.hiddenModules = {u"later"_qs}; });
     ModulesPaneModel pane(services);
     for (const int row : {0, 2, 1, 3, -1})
         pane.toggleModule(row);
@@ -97,7 +81,7 @@ TEST_F(ModulesPaneModelTest, OrdersAndRemovesFavoritesThatAreInstalled)
 {
     desktop.applications.entries = {{.id = u"a.desktop"_qs, .name = u"Alfa"_qs},
                                     {.id = u"b.desktop"_qs, .name = u"Beta"_qs}};
-    services.settings.update([](AppSettings &next) {
+    change([](AppSettings &next) {
         next.favoriteApps = {u"a.desktop"_qs, u"gone.desktop"_qs, u"b.desktop"_qs};
     });
     ModulesPaneModel pane(services);

@@ -6,12 +6,10 @@
 #include <QMimeData>
 #include <QQuickItem>
 
-#include <gtest/gtest.h>
-
 namespace velmo {
 namespace {
 
-class NotchCoordinatorTest : public PanelFixture {};
+using NotchCoordinatorTest = PanelFixture;
 
 TEST_F(NotchCoordinatorTest, OpensUnderAPointerThatRestsAndTakesTheKeyboardByAPress)
 {
@@ -102,7 +100,7 @@ TEST_F(NotchCoordinatorTest, AnswersTheKeysOfThePanel)
     services.openSettings = [&](auto) { ++settingsOpened; };
     start();
     for (const auto &[keysym, modifiers, expectedState, expectedModule] : cases) {
-        coordinator.open(QStringLiteral("um"));
+        coordinator.open(u"um"_qs);
         EXPECT_TRUE(window().isKey());
         press(keysym, modifiers);
         EXPECT_EQ(shown(), expectedState) << keysym;
@@ -132,9 +130,9 @@ TEST_F(NotchCoordinatorTest, OpensTheDropSurfaceForARealDragOnly)
 
 TEST_F(NotchCoordinatorTest, StaysOpenBehindADialogOfItsOwn)
 {
-    const FakeModule &module = FakeModule::addTo(services.modules, QStringLiteral("arquivos"));
+    const FakeModule &module = FakeModule::addTo(services.modules, u"arquivos"_qs);
     start();
-    coordinator.open(QStringLiteral("arquivos"));
+    coordinator.open(u"arquivos"_qs);
     desktop.movePointer(notchOf(1));
     module.panel->setPresentingSystemUI(true);
     window().resignKey();
@@ -178,15 +176,13 @@ TEST_F(NotchCoordinatorTest, ShowsWhatWasDroppedOnItsView)
     const auto targeted = [&] {
         StringList zones;
         for (int row = 0; row < content->dropZones()->rowCount(); ++row) {
-            const auto index = content->dropZones()->index(row, 0);
-            const auto roles = content->dropZones()->roleNames();
-            if (index.data(roles.key("isTargeted")).toBool())
-                zones.push_back(index.data(roles.key("id")).toString());
+            if (field(content->dropZones(), row, "isTargeted").toBool())
+                zones.push_back(field(content->dropZones(), row, "id").toString());
         }
         return zones;
     };
     QMimeData files;
-    files.setUrls({QUrl::fromLocalFile(desktop.folder.path(QStringLiteral("a.txt")))});
+    files.setUrls({QUrl::fromLocalFile(desktop.folder.path(u"a.txt"_qs))});
     const double middle = window().frame().width / 2;
 
     beginDrag();
@@ -195,7 +191,7 @@ TEST_F(NotchCoordinatorTest, ShowsWhatWasDroppedOnItsView)
     QCoreApplication::sendEvent(&view(), &enter);
     EXPECT_EQ(shown(), u"dropTarget");
     EXPECT_EQ(enter.dropAction(), Qt::CopyAction) << "never takes a file away";
-    EXPECT_EQ(targeted(), StringList{QStringLiteral("actions")});
+    EXPECT_EQ(targeted(), StringList{u"actions"_qs});
     for (const auto &[x, zone] :
          {std::pair(middle - 500, "airdrop"), {middle + 10, "actions"}, {middle + 500, "notch"}}) {
         QDragMoveEvent move({int(x), 60}, Qt::CopyAction, &files, Qt::LeftButton, {});
@@ -232,9 +228,7 @@ TEST_F(NotchCoordinatorTest, FollowsTheScreens)
     EXPECT_EQ(status()[u"displays"].toArray().size(), 0);
     desktop.displays.arrange({FakeDesktop::screen(1), FakeDesktop::screen(2)});
     EXPECT_EQ(shown(1) + u'+' + shown(2), u"collapsed+collapsed");
-    change([](AppSettings &next) {
-        next.displayMode = {DisplayMode::Specific{2, QStringLiteral("Tela 2")}};
-    });
+    change([](AppSettings &next) { next.displayMode = {DisplayMode::Specific{2, u"Tela 2"_qs}}; });
     EXPECT_TRUE(display(1).isEmpty());
     EXPECT_TRUE(isVisible(2));
 }
@@ -281,7 +275,7 @@ TEST_F(NotchCoordinatorTest, ComesOutOfHidingForACommand)
         {[&] { coordinator.open(); }, "expanded"},
         {[&] { coordinator.toggleFromHotKey(); }, "expanded"},
         {[&] { coordinator.openFiles({}); }, "collapsed"},
-        {[&] { coordinator.openFiles({QUrl(QStringLiteral("file:///a"))}); }, "dropResult"},
+        {[&] { coordinator.openFiles({QUrl(u"file:///a"_qs)}); }, "dropResult"},
     };
     start();
     for (const auto &command : commands) {
@@ -328,12 +322,12 @@ TEST_F(NotchCoordinatorTest, StaysOnTopWhateverHappensToTheDesktop)
 TEST_F(NotchCoordinatorTest, TellsItsStateInThePixelsOfTheScreen)
 {
     start();
-    services.activity.upsert({.id = QStringLiteral("timer"), .priority = 1});
-    services.activity.upsert({.id = QStringLiteral("job"), .priority = 2});
-    services.activity.post(ActivityEvent::make(desktop.scheduler.now(), {}, QStringLiteral("Oi"),
-                                               FeedbackStyle::info, {}));
+    services.activity.upsert({.id = u"timer"_qs, .priority = 1});
+    services.activity.upsert({.id = u"job"_qs, .priority = 2});
+    services.activity.post(
+        ActivityEvent::make(desktop.scheduler.now(), {}, u"Oi"_qs, FeedbackStyle::info, {}));
     change([](AppSettings &next) { next.panelSize = PanelSize::compact; });
-    coordinator.open(QStringLiteral("dois"));
+    coordinator.open(u"dois"_qs);
     const auto expected = QJsonDocument::fromJson(R"({
         "hidden": false, "live": ["job", "timer"], "feedback": "Oi",
         "displays": [{"id": 1, "name": "Tela 1", "visible": true, "presentation": "expanded",

@@ -1,11 +1,10 @@
 #include "VelmoUI/Notch/NotchViewModel.h"
 
 #include "tests/VelmoUI/FakeModule.h"
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace velmo {
 namespace {
@@ -13,7 +12,7 @@ namespace {
 using enum NotchPresentation;
 using testing::ElementsAre;
 
-class NotchViewModelTest : public testing::Test {
+class NotchViewModelTest : public ServicesFixture {
 protected:
     NotchViewModelTest()
     {
@@ -26,10 +25,6 @@ protected:
     {
         return FakeModule::addTo(services.modules, QString::fromLatin1(id));
     }
-    void change(const std::function<void(AppSettings &)> &change)
-    {
-        services.settings.update(change);
-    }
     QString selected() const
     {
         const auto *module = model.selectedModule();
@@ -37,8 +32,8 @@ protected:
     }
     void showMessage()
     {
-        services.activity.post(ActivityEvent::make(
-            desktop.scheduler.now(), {}, QStringLiteral("Pronto"), FeedbackStyle::info, {}));
+        services.activity.post(ActivityEvent::make(desktop.scheduler.now(), {}, u"Pronto"_qs,
+                                                   FeedbackStyle::info, {}));
     }
     /// Lets the shape arrive; how high it got on its way.
     double watchShape()
@@ -53,15 +48,12 @@ protected:
         return highest;
     }
 
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
     NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
     std::vector<NotchPresentation> transitions;
 };
 
-const std::vector<DroppedItem> twoItems = {
-    {DroppedItem::Link{QUrl(QStringLiteral("https://orvane.app"))}},
-    {DroppedItem::Text{QStringLiteral("um texto")}}};
+const std::vector<DroppedItem> twoItems = {{DroppedItem::Link{QUrl(u"https://orvane.app"_qs)}},
+                                           {DroppedItem::Text{u"um texto"_qs}}};
 
 TEST_F(NotchViewModelTest, ChangesNothingForAnEventWithoutEffect)
 {
@@ -87,7 +79,7 @@ TEST_F(NotchViewModelTest, SelectsAmongTheVisibleModulesOnly)
     model.selectAdjacentModule(1);
     for (const char *id : {"a", "b", "c"})
         add(id);
-    change([](AppSettings &next) { next.hiddenModules = {QStringLiteral("b")}; });
+    change([](AppSettings &next) { next.hiddenModules = {u"b"_qs}; });
     StringList seen;
     for (const int direction : {1, 1, -1}) {
         model.selectAdjacentModule(direction);
@@ -96,16 +88,16 @@ TEST_F(NotchViewModelTest, SelectsAmongTheVisibleModulesOnly)
     EXPECT_THAT(seen, ElementsAre(u"c", u"a", u"c"));
     for (const int index : {-1, 2})
         model.selectModule(index);
-    model.selectModule(QStringLiteral("b"));
+    model.selectModule(u"b"_qs);
     EXPECT_EQ(selected(), u"c");
     model.selectModule(0);
     EXPECT_EQ(selected(), u"a");
-    change([](AppSettings &next) { next.hiddenModules.push_back(QStringLiteral("a")); });
+    change([](AppSettings &next) { next.hiddenModules.push_back(u"a"_qs); });
     EXPECT_EQ(selected(), u"c");
 
     model.send(NotchEvent::openRequested);
-    change([](AppSettings &next) { next.hiddenModules.push_back(QStringLiteral("c")); });
-    model.selectModule(QStringLiteral("b"));
+    change([](AppSettings &next) { next.hiddenModules.push_back(u"c"_qs); });
+    model.selectModule(u"b"_qs);
     EXPECT_EQ(model.selectedModule(), nullptr);
 }
 
@@ -135,7 +127,7 @@ TEST_F(NotchViewModelTest, IsAsWideAsTheModuleOnShowAsks)
     model.selectModule(1);
     EXPECT_EQ(width(), 1160);
     model.selectModule(0);
-    change([](AppSettings &next) { next.hiddenModules = {QStringLiteral("a")}; });
+    change([](AppSettings &next) { next.hiddenModules = {u"a"_qs}; });
     EXPECT_EQ(width(), 1160);
 }
 
@@ -143,7 +135,7 @@ TEST_F(NotchViewModelTest, TakesTheShapeThatSettingsAndActivityAskFor)
 {
     change([](AppSettings &next) { next.nonNotchStyle = NonNotchStyle::hidden; });
     EXPECT_FALSE(model.shape().target().isVisible);
-    services.activity.upsert({.id = QStringLiteral("timer")});
+    services.activity.upsert({.id = u"timer"_qs});
     EXPECT_TRUE(model.shape().target().isVisible);
     EXPECT_EQ(model.shape().targetCoreWidth(), 190 + 2 * 40);
     showMessage();
@@ -189,7 +181,7 @@ TEST_F(NotchViewModelTest, HoldsWhatWasDroppedUntilTheLastItemGoes)
 {
     model.receiveDrop(twoItems); // a drop that finishes after the surface closed
     EXPECT_EQ(model.presentation(), dropResult);
-    model.removeDroppedItem(QStringLiteral("text:?"));
+    model.removeDroppedItem(u"text:?"_qs);
     model.removeDroppedItem(twoItems[0].id());
     EXPECT_THAT(model.droppedItems(), ElementsAre(twoItems[1]));
     EXPECT_EQ(model.presentation(), dropResult);

@@ -3,34 +3,22 @@
 
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
+#include "tests/support/Warnings.h"
 
 #include <QQuickItem>
 #include <QRegularExpression>
-
-#include <gtest/gtest.h>
 
 #include <X11/keysym.h>
 
 namespace velmo {
 namespace {
 
-QStringList warnings;
-
-void keepWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (type != QtDebugMsg && type != QtInfoMsg)
-        warnings.append(message);
-}
-
 class NotchViewTest : public PanelFixture {
 protected:
-    NotchViewTest() { qInstallMessageHandler(keepWarnings); }
-    ~NotchViewTest() override { qInstallMessageHandler(nullptr); }
-
     void check(const char *state)
     {
         QCoreApplication::processEvents();
-        EXPECT_EQ(std::exchange(warnings, {}), QStringList()) << state;
+        EXPECT_EQ(warnings.take(), QStringList()) << state;
         const QImage picture = view().grabWindow();
         const int left = shape()[0].toInt();
         const int width = shape()[2].toInt();
@@ -75,31 +63,32 @@ protected:
         QCoreApplication::sendEvent(&view(), &event);
         return view().activeFocusItem()->property("name").toString();
     }
+
+    Warnings warnings;
 };
 
 TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
 {
-    desktop.folder.write(QStringLiteral("Page.qml"), R"(import QtQuick
+    desktop.folder.write(u"Page.qml"_qs, R"(import QtQuick
         Item { property QtObject page; property color accent; property bool watched })");
-    FakeModule::addTo(services.modules, QStringLiteral("fake")).page =
-        QUrl::fromLocalFile(desktop.folder.path(QStringLiteral("Page.qml")));
+    FakeModule::addTo(services.modules, u"fake"_qs).page =
+        QUrl::fromLocalFile(desktop.folder.path(u"Page.qml"_qs));
     services.modules.add(std::make_unique<ActivityModule>());
     services.modules.add(std::make_unique<ShelfModule>());
-    services.shelf.addText(QStringLiteral("Nota"));
-    services.shelf.addLink(QUrl(QStringLiteral("https://example.org")));
+    services.shelf.addText(u"Nota"_qs);
+    services.shelf.addLink(QUrl(u"https://example.org"_qs));
     start();
     showView();
     view().setColor(Qt::white);
     check("empty");
 
-    services.activity.post(ActivityEvent::make(desktop.scheduler.now(), QStringLiteral("doc.fill"),
-                                               QStringLiteral("Pronto"), FeedbackStyle::success,
-                                               QStringLiteral("test"), QStringLiteral("Detalhe"),
-                                               {QUrl(QStringLiteral("file:///a"))}));
+    services.activity.post(ActivityEvent::make(desktop.scheduler.now(), u"doc.fill"_qs,
+                                               u"Pronto"_qs, FeedbackStyle::success, u"test"_qs,
+                                               u"Detalhe"_qs, {QUrl(u"file:///a"_qs)}));
     services.activity.upsert(
-        {.id = QStringLiteral("timer"),
-         .symbol = QStringLiteral("timer"),
-         .title = QStringLiteral("Timer"),
+        {.id = u"timer"_qs,
+         .symbol = u"timer"_qs,
+         .title = u"Timer"_qs,
          .countdown = DateRange{desktop.scheduler.now(), desktop.scheduler.now() + 90s},
          .isCancellable = true});
     check("message");
@@ -112,9 +101,9 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
         coordinator.open(QString::fromUtf16(page));
         check("page");
     }
-    coordinator.open(QStringLiteral("activity"));
+    coordinator.open(u"activity"_qs);
     services.activity.clearHistory();
-    services.activity.cancel(QStringLiteral("timer"));
+    services.activity.cancel(u"timer"_qs);
     check("empty page");
     coordinator.open();
     desktop.movePointer(notchOf(1));
@@ -123,8 +112,7 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     desktop.pointer.moveTo(notchOf(1));
     check("drop surface");
     desktop.pointer.release(notchOf(1));
-    coordinator.openFiles(
-        {QUrl(QStringLiteral("file:///a.txt")), QUrl(QStringLiteral("file:///b"))});
+    coordinator.openFiles({QUrl(u"file:///a.txt"_qs), QUrl(u"file:///b"_qs)});
     check("dropped");
     coordinator.toggleFromHotKey();
     change([](AppSettings &next) { next.accent = AccentChoice::blue; });
@@ -135,34 +123,28 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
 {
     services.modules.add(std::make_unique<ActivityModule>());
     bool isCancelled = false;
-    services.activity.upsert({.id = QStringLiteral("job"),
-                              .title = QStringLiteral("Job"),
-                              .progress = 0.5,
-                              .isCancellable = true},
-                             [&] { isCancelled = true; });
-    services.activity.post(ActivityEvent::make(
-        desktop.scheduler.now(), {}, QStringLiteral("Pronto"), FeedbackStyle::success,
-        QStringLiteral("test"), {}, {QUrl(QStringLiteral("file:///a"))}));
+    services.activity.upsert(
+        {.id = u"job"_qs, .title = u"Job"_qs, .progress = 0.5, .isCancellable = true},
+        [&] { isCancelled = true; });
+    services.activity.post(ActivityEvent::make(desktop.scheduler.now(), {}, u"Pronto"_qs,
+                                               FeedbackStyle::success, u"test"_qs, {},
+                                               {QUrl(u"file:///a"_qs)}));
     start();
     showView();
     view().requestActivate();
-    coordinator.open(QStringLiteral("activity"));
+    coordinator.open(u"activity"_qs);
     QCoreApplication::processEvents();
     ASSERT_TRUE(view().activeFocusItem());
     EXPECT_EQ(view().activeFocusItem()->property("name").toString(), QString())
         << "no control is set off by a key that was meant for another window";
 
     QStringList names;
-    while (names.size() < 20 && !names.contains(QStringLiteral("Fechar")))
+    while (names.size() < 20 && !names.contains(u"Fechar"_qs))
         names.append(nameAfter(names.isEmpty() ? Qt::Key_Down : Qt::Key_Tab));
-    names.replaceInStrings(QRegularExpression(QStringLiteral("Pronto, .*")),
-                           QStringLiteral("Pronto"));
-    EXPECT_EQ(names, QStringList({QStringLiteral("Job, 50 %"), QStringLiteral("Cancelar"),
-                                  QStringLiteral("Limpar"), QStringLiteral("Pronto"),
-                                  QStringLiteral("Mostrar no Finder"), QStringLiteral("UM"),
-                                  QStringLiteral("DOIS"), QStringLiteral("TRÊS"),
-                                  QStringLiteral("Atividade"), QStringLiteral("Ajustes"),
-                                  QStringLiteral("Fechar")}));
+    names.replaceInStrings(QRegularExpression(u"Pronto, .*"_qs), u"Pronto"_qs);
+    EXPECT_EQ(names, QStringList({u"Job, 50 %"_qs, u"Cancelar"_qs, u"Limpar"_qs, u"Pronto"_qs,
+                                  u"Mostrar no Finder"_qs, u"UM"_qs, u"DOIS"_qs, u"TRÊS"_qs,
+                                  u"Atividade"_qs, u"Ajustes"_qs, u"Fechar"_qs}));
     EXPECT_EQ(nameAfter(Qt::Key_Right), u"Fechar") << "the bar's end";
     EXPECT_EQ(nameAfter(Qt::Key_Left), u"Ajustes");
     EXPECT_EQ(nameAfter(Qt::Key_Left), u"Atividade");
@@ -179,7 +161,7 @@ TEST_F(NotchViewTest, GivesTheKeyboardToTheActionsOfAnotherDrop)
     showView();
     view().requestActivate();
     const auto drop = [this] {
-        coordinator.openFiles({QUrl(QStringLiteral("file:///a"))});
+        coordinator.openFiles({QUrl(u"file:///a"_qs)});
         QCoreApplication::processEvents();
         return view().activeFocusItem()->property("name").toString();
     };
@@ -194,25 +176,25 @@ TEST_F(NotchViewTest, GivesTheKeyboardToTheActionsOfAnotherDrop)
 
 TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)
 {
-    auto &module = FakeModule::addTo(services.modules, QStringLiteral("quebrado"));
-    module.failure = QStringLiteral("Falta um serviço.");
+    auto &module = FakeModule::addTo(services.modules, u"quebrado"_qs);
+    module.failure = u"Falta um serviço."_qs;
     start();
     showView();
-    coordinator.open(QStringLiteral("quebrado"));
-    EXPECT_TRUE(names().contains(QStringLiteral("QUEBRADO não pôde ser carregado")));
-    EXPECT_TRUE(names().contains(QStringLiteral("Falta um serviço.")));
-    coordinator.open(QStringLiteral("um"));
-    EXPECT_FALSE(names().contains(QStringLiteral("Tentar novamente")));
+    coordinator.open(u"quebrado"_qs);
+    EXPECT_TRUE(names().contains(u"QUEBRADO não pôde ser carregado"_qs));
+    EXPECT_TRUE(names().contains(u"Falta um serviço."_qs));
+    coordinator.open(u"um"_qs);
+    EXPECT_FALSE(names().contains(u"Tentar novamente"_qs));
 
-    coordinator.open(QStringLiteral("quebrado"));
+    coordinator.open(u"quebrado"_qs);
     view().requestActivate();
     QCoreApplication::processEvents();
     EXPECT_EQ(nameAfter(Qt::Key_Space), u"Tentar novamente") << "it fails again";
     module.failure.clear();
-    warnings.clear(); // of the failures
+    warnings.take(); // of the failures
     nameAfter(Qt::Key_Space);
     EXPECT_EQ(module.activations, 4);
-    EXPECT_FALSE(names().contains(QStringLiteral("Tentar novamente")));
+    EXPECT_FALSE(names().contains(u"Tentar novamente"_qs));
 }
 
 TEST_F(NotchViewTest, FitsTwelveModulesBesideTheNotchOfTheNarrowestPanel)
@@ -222,7 +204,7 @@ TEST_F(NotchViewTest, FitsTwelveModulesBesideTheNotchOfTheNarrowestPanel)
     start();
     showView();
     view().setColor(Qt::white);
-    coordinator.open(QStringLiteral("12"));
+    coordinator.open(u"12"_qs);
     check("twelve modules");
     std::vector<QRectF> places;
     for (const QQuickItem *item : items()) {
@@ -239,7 +221,7 @@ TEST_F(NotchViewTest, FitsTwelveModulesBesideTheNotchOfTheNarrowestPanel)
 
 TEST_F(NotchViewTest, LetsThePageHaveItsKeysFirst)
 {
-    desktop.folder.write(QStringLiteral("Page.qml"), R"(import QtQuick
+    desktop.folder.write(u"Page.qml"_qs, R"(import QtQuick
         FocusScope {
             focus: true
             property QtObject page; property bool watched; property bool asks: true
@@ -248,12 +230,12 @@ TEST_F(NotchViewTest, LetsThePageHaveItsKeysFirst)
                 Keys.onEscapePressed: event => { event.accepted = parent.asks; parent.asks = false }
             }
         })");
-    FakeModule::addTo(services.modules, QStringLiteral("texto")).page =
-        QUrl::fromLocalFile(desktop.folder.path(QStringLiteral("Page.qml")));
+    FakeModule::addTo(services.modules, u"texto"_qs).page =
+        QUrl::fromLocalFile(desktop.folder.path(u"Page.qml"_qs));
     start();
     showView();
     view().requestActivate();
-    coordinator.open(QStringLiteral("texto"));
+    coordinator.open(u"texto"_qs);
     QCoreApplication::processEvents();
     press(XK_Left, Qt::ControlModifier, Qt::Key_Left);
     EXPECT_EQ(view().activeFocusItem()->property("cursorPosition"), 5);

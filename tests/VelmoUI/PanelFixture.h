@@ -3,15 +3,13 @@
 #include "VelmoUI/Notch/NotchCoordinator.h"
 
 #include "tests/VelmoUI/FakeModule.h"
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
-
-#include <gtest/gtest.h>
 
 namespace velmo {
 
@@ -23,7 +21,7 @@ inline Point notchOf(DisplayID screen)
 }
 
 /// A coordinator on a desktop of fakes, with real views, and three modules.
-class PanelFixture : public testing::Test {
+class PanelFixture : public ServicesFixture {
 protected:
     PanelFixture()
     {
@@ -38,10 +36,6 @@ protected:
         change([](AppSettings &next) { next.displayMode = {DisplayMode::All{}}; });
         desktop.displays.descriptors = std::move(screens);
         coordinator.start();
-    }
-    void change(const std::function<void(AppSettings &)> &change)
-    {
-        services.settings.update(change);
     }
     void wait(Seconds time) { desktop.scheduler.advance(time); }
 
@@ -101,8 +95,6 @@ protected:
         wait(0.12s);
     }
 
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
     NotchCoordinator coordinator{services};
 };
 

@@ -1,13 +1,10 @@
 #include "VelmoUI/Settings/PrivacyPaneModel.h"
 
-#include "VelmoUI/App/AppServices.h"
-
 #include "tests/VelmoUI/FakeModule.h"
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace velmo {
 namespace {
@@ -16,11 +13,11 @@ using testing::ElementsAre;
 
 /// A module that needs Bluetooth.
 struct RadioModule : FakeModule {
-    RadioModule() : FakeModule(QStringLiteral("radio")) {}
+    RadioModule() : FakeModule(u"radio"_qs) {}
     std::vector<PermissionKind> permissions() const override { return {PermissionKind::bluetooth}; }
 };
 
-class PrivacyPaneModelTest : public testing::Test {
+class PrivacyPaneModelTest : public ServicesFixture {
 protected:
     PrivacyPaneModelTest() { services.modules.add(std::make_unique<RadioModule>()); }
 
@@ -30,9 +27,6 @@ protected:
             ->records()
             .at(std::size_t(row));
     }
-
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
 };
 
 TEST_F(PrivacyPaneModelTest, ShowsWhatTheModulesNeedAndAsksForIt)
@@ -70,10 +64,10 @@ TEST_F(PrivacyPaneModelTest, OffersTheRetentionThatIsSetBesideTheUsualOnes)
     PrivacyPaneModel pane(services);
     EXPECT_EQ(pane.retentionChoices(), QStringList({u"1 dia"_qs, u"7 dias"_qs, u"30 dias"_qs}));
     EXPECT_EQ(pane.retentionIndex(), 1);
-    services.settings.update([](AppSettings &next) { next.activityRetentionDays = 14; });
+    change([](AppSettings &next) { next.activityRetentionDays = 14; });
     EXPECT_EQ(pane.retentionChoices().value(pane.retentionIndex()), u"14 dias");
     pane.setRetention(3);
-    EXPECT_EQ(services.settings.settings().activityRetentionDays, 30);
+    EXPECT_EQ(settings().activityRetentionDays, 30);
     EXPECT_EQ(pane.retentionIndex(), 2);
     for (const int index : {-1, 3})
         pane.setRetention(index);

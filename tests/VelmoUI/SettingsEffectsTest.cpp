@@ -1,4 +1,5 @@
 #include "VelmoCore/HotKeys/KeyNames.h"
+#include "VelmoCore/Settings/SettingsCoder.h"
 #include "VelmoUI/App/ServiceWiring.h"
 #include "VelmoUI/Modules/BuiltInModules.h"
 #include "VelmoUI/Modules/Home/FavoriteApps.h"
@@ -8,11 +9,9 @@
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
 
-#include <QDirIterator>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QRegularExpression>
 #include <QtTest/QTest>
 
 #include <boost/mp11.hpp>
@@ -30,7 +29,7 @@ public:
              {HotKeyAction::toggle, HotKeyAction::newNote, HotKeyAction::clipboard})
             services.hotKeys.handlers[action] = [] {};
         desktop.power.info = BatteryInfo{.percent = 5};
-        desktop.applications.entries = {{QStringLiteral("a.desktop"), QStringLiteral("A"), {}, {}}};
+        desktop.applications.entries = {{u"a.desktop"_qs, u"A"_qs, {}, {}}};
         ServiceWiring::start(services);
         change([](AppSettings &settings) { settings.displayMode = {DisplayMode::All{}}; });
         desktop.displays.descriptors = {FakeDesktop::screen(1), FakeDesktop::screen(2)};
@@ -38,11 +37,19 @@ public:
         services.hotKeys.apply();
     }
     void TestBody() override {}
-    using PanelFixture::change;
-    using PanelFixture::display;
-    using PanelFixture::services;
-    using PanelFixture::shape;
-
+    /// Sets the keys of a piece of a settings file.
+    void set(const QByteArray &entries)
+    {
+        change([&](AppSettings &settings) {
+            auto keys = QJsonDocument::fromJson(SettingsCoder::encode(settings)).object();
+            const auto changed = QJsonDocument::fromJson('{' + entries + '}').object();
+            for (auto key = changed.begin(); key != changed.end(); ++key)
+                keys[key.key()] = key.value();
+            const auto result = SettingsCoder::decode(QJsonDocument(keys).toJson());
+            EXPECT_TRUE(result.discardedKeys.empty()) << entries.constData();
+            settings = result.settings;
+        });
+    }
     QString after(Seconds time)
     {
         wait(time);
@@ -93,22 +100,28 @@ public:
             names.append(HomeCards::name(card));
         return names.join(u' ');
     }
+    QString favorites() const { return QString::number(FavoriteApps::rows(services).size()); }
+    QString isThere(DisplayID id) const { return display(id).isEmpty() ? "no" : "yes"; }
+    QString focusTime()
+    {
+        services.timers.startPomodoro();
+        return TimerCenter::format(services.timers.pomodoro()->timer.duration);
+    }
     QString open(int extent)
     {
-        coordinator.open(QStringLiteral("home"));
+        coordinator.open(u"home"_qs);
         return QString::number(shape()[extent].toInt());
     }
     QString inFullScreen()
     {
         desktop.workspace.show({{7, FakeDesktop::screen(1).frame, true}});
         wait(0.35s);
-        return isVisible(1) ? QStringLiteral("visible") : QStringLiteral("hidden");
+        return isVisible(1) ? u"visible"_qs : u"hidden"_qs;
     }
     QString rest()
     {
         auto *content = view().rootObject()->property("content").value<NotchContent *>();
-        return content->shape()->isShapeVisible() ? QStringLiteral("visible")
-                                                  : QStringLiteral("hidden");
+        return content->shape()->isShapeVisible() ? u"visible"_qs : u"hidden"_qs;
     }
     QString windowColor()
     {
@@ -124,8 +137,8 @@ public:
     QString eventsOfTwoDays()
     {
         const Date now = desktop.scheduler.now();
-        services.activity.post(ActivityEvent::make(now - 48h, {}, QStringLiteral("Antes"),
-                                                   FeedbackStyle::info, QStringLiteral("test")));
+        services.activity.post(
+            ActivityEvent::make(now - 48h, {}, u"Antes"_qs, FeedbackStyle::info, u"test"_qs));
         return QString::number(services.activity.history().size());
     }
     QString soundsAfterATimer()
@@ -136,8 +149,7 @@ public:
     }
     QString copiesFromAPasswordManager()
     {
-        desktop.frontApplication.info = {QStringLiteral("KeePassXC"),
-                                         QStringLiteral("com.keepassxc.keepassxc")};
+        desktop.frontApplication.info = {u"KeePassXC"_qs, u"com.keepassxc.keepassxc"_qs};
         return copies();
     }
     QString copies()
@@ -148,27 +160,25 @@ public:
     }
     QString copiesAfterTwoDays()
     {
-        for (const QString &text : {QStringLiteral("a"), QStringLiteral("b")})
+        for (const QString &text : {u"a"_qs, u"b"_qs})
             services.clipboard.add(ClipItems::fromText(text, {}, desktop.scheduler.now()).value());
         wait(48h);
-        services.clipboard.add(
-            ClipItems::fromText(QStringLiteral("c"), {}, desktop.scheduler.now()).value());
+        services.clipboard.add(ClipItems::fromText(u"c"_qs, {}, desktop.scheduler.now()).value());
         return QString::number(services.clipboard.items().size());
     }
     QString shelfAfterTwoDays()
     {
-        services.shelf.addText(QStringLiteral("texto"));
+        services.shelf.addText(u"texto"_qs);
         wait(48h);
         return QString::number(services.shelf.items().size());
     }
     /// What shows, how much is on the shelf, and whether the file is where it was.
     QString afterDrop()
     {
-        const QString file = desktop.folder.path(QStringLiteral("a.txt"));
-        desktop.folder.write(QStringLiteral("a.txt"), "a");
+        const QString file = desktop.folder.path(u"a.txt"_qs);
+        desktop.folder.write(u"a.txt"_qs, "a");
         coordinator.openFiles({QUrl::fromLocalFile(file)});
-        return QStringLiteral("%1 %2 %3")
-            .arg(shown())
+        return u"%1 %2 %3"_qs.arg(shown())
             .arg(services.shelf.items().size())
             .arg(QFile::exists(file));
     }
@@ -183,110 +193,62 @@ public:
     }
 };
 
+/// A key, a value that isn't its default one, and where it tells.
 struct Effect {
     const char *key;
-    std::function<void(AppSettings &)> flip;
+    QByteArray value;
     std::function<QString(Orvane &)> see;
+    /// What else has to be set so that it tells.
+    QByteArray others = {};
 };
 
+const QByteArray none = R"({"keyCode":0,"modifiers":256})";
+
 const std::vector<Effect> effects = {
-    {"openOnClick",
-     [](auto &s) {
-         s.openOnClick = false;
-         s.hoverBehavior = HoverBehavior::none;
-     },
-     [](auto &o) { return o.afterTap(); }},
-    {"hoverBehavior", [](auto &s) { s.hoverBehavior = HoverBehavior::preview; },
-     [](auto &o) { return o.afterHover(0.12s); }},
-    {"hoverDelay", [](auto &s) { s.hoverDelay = 0.4s; },
-     [](auto &o) { return o.afterHover(0.2s); }},
-    {"closeOnMouseLeave", [](auto &s) { s.closeOnMouseLeave = false; },
-     [](auto &o) { return o.afterLeaving(0.5s); }},
-    {"closeDelay", [](auto &s) { s.closeDelay = 2s; }, [](auto &o) { return o.afterLeaving(1s); }},
-    {"closeOnClickOutside", [](auto &s) { s.closeOnClickOutside = false; },
-     [](auto &o) { return o.afterClickOutside(); }},
-    {"toggleHotKeyEnabled", [](auto &s) { s.toggleHotKeyEnabled = false; },
-     [](auto &o) { return o.grabbed(); }},
-    {"toggleHotKey", [](auto &s) { s.toggleHotKey.keyCode = 0; },
-     [](auto &o) { return o.grabbed(); }},
-    {"newNoteHotKeyEnabled", [](auto &s) { s.newNoteHotKeyEnabled = false; },
-     [](auto &o) { return o.grabbed(); }},
-    {"newNoteHotKey", [](auto &s) { s.newNoteHotKey.keyCode = 0; },
-     [](auto &o) { return o.grabbed(); }},
-    {"clipboardHotKeyEnabled", [](auto &s) { s.clipboardHotKeyEnabled = false; },
-     [](auto &o) { return o.grabbed(); }},
-    {"clipboardHotKey", [](auto &s) { s.clipboardHotKey.keyCode = 0; },
-     [](auto &o) { return o.grabbed(); }},
-    {"displayMode", [](auto &s) { s.displayMode = {DisplayMode::Primary{}}; },
-     [](auto &o) { return QString::number(o.display(2).isEmpty()); }},
-    {"nonNotchStyle", [](auto &s) { s.nonNotchStyle = NonNotchStyle::hidden; },
-     [](auto &o) { return o.rest(); }},
-    {"fullscreenBehavior", [](auto &s) { s.fullscreenBehavior = FullscreenBehavior::keepVisible; },
-     [](auto &o) { return o.inFullScreen(); }},
-    {"theme", [](auto &s) { s.theme = ThemePreference::light; },
-     [](auto &o) { return o.windowColor(); }},
-    {"accent", [](auto &s) { s.accent = AccentChoice::pink; },
-     [](auto &o) { return o.theme("accent"); }},
-    {"panelSize", [](auto &s) { s.panelSize = PanelSize::large; },
-     [](auto &o) { return o.open(3); }},
-    {"animationsEnabled", [](auto &s) { s.animationsEnabled = true; },
-     [](auto &o) { return o.theme("animated"); }},
-    {"animationSpeed", [](auto &s) { s.animationSpeed = AnimationSpeed::fast; },
-     [](auto &o) { return o.theme("pace"); }},
-    {"moduleOrder", [](auto &s) { s.moduleOrder = {QStringLiteral("activity")}; },
-     [](auto &o) { return o.modules(); }},
-    {"hiddenModules", [](auto &s) { s.hiddenModules = {QStringLiteral("home")}; },
-     [](auto &o) { return o.modules(); }},
-    {"homeCardOrder", [](auto &s) { s.homeCardOrder = {QStringLiteral("system")}; },
-     [](auto &o) {
-         o.change([](auto &s) {
-             s.hiddenHomeCards = {};
-             s.promoteActiveHomeCards = false;
-         });
-         return o.cards();
-     }},
-    {"hiddenHomeCards", [](auto &s) { s.hiddenHomeCards = {}; }, [](auto &o) { return o.cards(); }},
-    {"promoteActiveHomeCards", [](auto &s) { s.promoteActiveHomeCards = false; },
-     [](auto &o) {
-         o.change([](auto &s) { s.hiddenHomeCards = {}; });
-         return o.cards();
-     }},
-    {"favoriteApps", [](auto &s) { s.favoriteApps = {QStringLiteral("a.desktop")}; },
-     [](auto &o) { return QString::number(FavoriteApps::rows(o.services).size()); }},
-    {"activityRetentionDays", [](auto &s) { s.activityRetentionDays = 1; },
-     [](auto &o) { return o.eventsOfTwoDays(); }},
-    {"timerSoundEnabled", [](auto &s) { s.timerSoundEnabled = false; },
-     [](auto &o) { return o.soundsAfterATimer(); }},
-    {"pomodoro", [](auto &s) { s.pomodoro.focusMinutes = 50; },
-     [](auto &o) {
-         o.services.timers.startPomodoro();
-         return TimerCenter::format(o.services.timers.pomodoro()->timer.duration);
-     }},
-    {"clipboardEnabled", [](auto &s) { s.clipboardEnabled = false; },
-     [](auto &o) { return o.copies(); }},
-    {"clipboardPaused", [](auto &s) { s.clipboardPaused = true; },
-     [](auto &o) { return o.copies(); }},
-    {"clipboardIgnoredBundleIDs", [](auto &s) { s.clipboardIgnoredBundleIDs = {}; },
-     [](auto &o) { return o.copiesFromAPasswordManager(); }},
-    {"clipboardMaxItems", [](auto &s) { s.clipboardMaxItems = 1; },
-     [](auto &o) { return o.copiesAfterTwoDays(); }},
-    {"clipboardRetentionDays", [](auto &s) { s.clipboardRetentionDays = 1; },
-     [](auto &o) { return o.copiesAfterTwoDays(); }},
-    {"shelfAutoCleanDays", [](auto &s) { s.shelfAutoCleanDays = 1; },
-     [](auto &o) { return o.shelfAfterTwoDays(); }},
-    {"dropStraightToShelf", [](auto &s) { s.dropStraightToShelf = true; },
-     [](auto &o) { return o.afterDrop(); }},
-    {"shelfDropStorage", [](auto &s) { s.shelfDropStorage = ShelfStorage::moved; },
-     [](auto &o) {
-         o.change([](auto &s) { s.dropStraightToShelf = true; });
-         return o.afterDrop();
-     }},
-    {"hasCompletedOnboarding", [](auto &s) { s.hasCompletedOnboarding = true; },
-     [](auto &o) {
-         o.change(
-             [](auto &s) { s.hiddenHomeCards = {QStringLiteral("shelf")}; }); // wider than its bar
-         return o.open(2);
-     }},
+    {"openOnClick", "false", &Orvane::afterTap, R"("hoverBehavior":"none")"},
+    {"hoverBehavior", R"("preview")", [](auto &o) { return o.afterHover(0.12s); }},
+    {"hoverDelay", "0.4", [](auto &o) { return o.afterHover(0.2s); }},
+    {"closeOnMouseLeave", "false", [](auto &o) { return o.afterLeaving(0.5s); }},
+    {"closeDelay", "2", [](auto &o) { return o.afterLeaving(1s); }},
+    {"closeOnClickOutside", "false", &Orvane::afterClickOutside},
+    {"toggleHotKeyEnabled", "false", &Orvane::grabbed},
+    {"toggleHotKey", none, &Orvane::grabbed},
+    {"newNoteHotKeyEnabled", "false", &Orvane::grabbed},
+    {"newNoteHotKey", none, &Orvane::grabbed},
+    {"clipboardHotKeyEnabled", "false", &Orvane::grabbed},
+    {"clipboardHotKey", none, &Orvane::grabbed},
+    {"displayMode", R"({"primary":{}})", [](auto &o) { return o.isThere(2); }},
+    {"nonNotchStyle", R"("hidden")", &Orvane::rest},
+    {"fullscreenBehavior", R"("keepVisible")", &Orvane::inFullScreen},
+    {"theme", R"("light")", &Orvane::windowColor},
+    {"accent", R"("pink")", [](auto &o) { return o.theme("accent"); }},
+    {"panelSize", R"("large")", [](auto &o) { return o.open(3); }},
+    {"animationsEnabled", "true", [](auto &o) { return o.theme("animated"); }},
+    {"animationSpeed", R"("fast")", [](auto &o) { return o.theme("pace"); }},
+    {"moduleOrder", R"(["activity"])", &Orvane::modules},
+    {"hiddenModules", R"(["home"])", &Orvane::modules},
+    {"homeCardOrder", R"(["system"])", &Orvane::cards,
+     R"("hiddenHomeCards":[],"promoteActiveHomeCards":false)"},
+    {"hiddenHomeCards", "[]", &Orvane::cards},
+    {"promoteActiveHomeCards", "false", &Orvane::cards, R"("hiddenHomeCards":[])"},
+    {"favoriteApps", R"(["a.desktop"])", &Orvane::favorites},
+    {"activityRetentionDays", "1", &Orvane::eventsOfTwoDays},
+    {"timerSoundEnabled", "false", &Orvane::soundsAfterATimer},
+    {"pomodoro",
+     R"({"focusMinutes":50,"shortBreakMinutes":5,"longBreakMinutes":15,"cyclesBeforeLongBreak":4,
+         "autoAdvance":true})",
+     &Orvane::focusTime},
+    {"clipboardEnabled", "false", &Orvane::copies},
+    {"clipboardPaused", "true", &Orvane::copies},
+    {"clipboardIgnoredBundleIDs", "[]", &Orvane::copiesFromAPasswordManager},
+    {"clipboardMaxItems", "1", &Orvane::copiesAfterTwoDays},
+    {"clipboardRetentionDays", "1", &Orvane::copiesAfterTwoDays},
+    {"shelfAutoCleanDays", "1", &Orvane::shelfAfterTwoDays},
+    {"dropStraightToShelf", "true", &Orvane::afterDrop},
+    {"shelfDropStorage", R"("moved")", &Orvane::afterDrop, R"("dropStraightToShelf":true)"},
+    // The welcome makes the row of cards wider than its bar.
+    {"hasCompletedOnboarding", "true", [](auto &o) { return o.open(2); },
+     R"("hiddenHomeCards":["shelf"])"},
 };
 
 /// Keys whose feature is still to come: the day something reads one, it belongs above.
@@ -302,40 +264,23 @@ const QStringList pending =
         "smartNotchIgnoredApps smartNotchSides")
         .split(u' ');
 /// Registered once their action has a handler.
-const QStringList pendingHotKeys = {QStringLiteral("search")};
+const QStringList pendingHotKeys = {u"search"_qs};
 /// The file's form, what no Linux desktop can do, and what only a real status area shows.
-const QStringList others =
-    QStringLiteral("schemaVersion hapticFeedback showMenuBarIcon").split(u' ');
-
-QString sources()
-{
-    QString text;
-    for (const char *module : {"Velmo", "VelmoCore", "VelmoSystem", "VelmoUI"}) {
-        QDirIterator files(QStringLiteral(ORVANE_SOURCES "/") + QLatin1String(module),
-                           {QStringLiteral("*.cpp"), QStringLiteral("*.qml")}, QDir::Files,
-                           QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            QFile file(files.next());
-            // The settings themselves keep and edit what others read.
-            if (!file.fileName().contains(u"/Settings/") && file.open(QFile::ReadOnly))
-                text += QString::fromUtf8(file.readAll());
-        }
-    }
-    return text;
-}
+const QStringList others = u"schemaVersion hapticFeedback showMenuBarIcon"_qs.split(u' ');
 
 } // namespace
 
 TEST(SettingsEffects, FollowTheStoreForEachKeyThatHasOne)
 {
     for (const Effect &effect : effects) {
-        const auto seen = [&](bool isFlipped) {
+        const auto seen = [&](const QByteArray &entry) {
             Orvane orvane;
-            if (isFlipped)
-                orvane.change(effect.flip);
+            orvane.set(effect.others);
+            orvane.set(entry);
             return effect.see(orvane);
         };
-        EXPECT_NE(seen(false), seen(true)) << effect.key;
+        EXPECT_NE(seen({}), seen(QByteArray("\"") + effect.key + "\":" + effect.value))
+            << effect.key;
     }
 }
 
@@ -343,7 +288,7 @@ TEST(SettingsEffects, AreKnownForEveryKey)
 {
     QStringList known = pending + others;
     for (const QString &action : pendingHotKeys)
-        known << action + QStringLiteral("HotKey") << action + QStringLiteral("HotKeyEnabled");
+        known << action + u"HotKey"_qs << action + u"HotKeyEnabled"_qs;
     for (const Effect &effect : effects)
         known << QString::fromLatin1(effect.key);
     QStringList keys;
@@ -353,14 +298,6 @@ TEST(SettingsEffects, AreKnownForEveryKey)
     keys.sort();
     known.sort();
     EXPECT_EQ(known, keys);
-
-    const QString code = sources();
-    for (const QString &key : pending)
-        EXPECT_FALSE(code.contains(QRegularExpression(QStringLiteral("\\b%1\\b").arg(key))))
-            << qPrintable(key) << " is read: say what it does";
-    for (const QString &action : pendingHotKeys)
-        EXPECT_FALSE(code.contains(QStringLiteral("handlers[HotKeyAction::%1]").arg(action)))
-            << qPrintable(action) << " has a handler: say what its key does";
 }
 
 } // namespace velmo

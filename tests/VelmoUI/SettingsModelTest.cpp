@@ -15,10 +15,7 @@ namespace {
 
 class SettingsModelTest : public testing::Test {
 protected:
-    SettingsModelTest()
-    {
-        engine.rootContext()->setContextProperty(QStringLiteral("settings"), &model);
-    }
+    SettingsModelTest() { engine.rootContext()->setContextProperty(u"settings"_qs, &model); }
 
     QString run(const char *script)
     {
@@ -30,7 +27,7 @@ protected:
 
     TemporaryFolder folder;
     ManualScheduler scheduler;
-    SettingsStore store{folder.path(QStringLiteral("settings.json")), scheduler};
+    SettingsStore store{folder.path(u"settings.json"_qs), scheduler};
     SettingsModel model{store};
     QQmlEngine engine;
 };
@@ -47,8 +44,8 @@ TEST_F(SettingsModelTest, WritesAndShowsEveryKindOfKey)
     expected.hoverDelay = 0.3s;
     expected.closeDelay = 2s;
     expected.hoverBehavior = HoverBehavior::preview;
-    expected.radialFavoritesName = QStringLiteral("Anel");
-    expected.moduleOrder = {QStringLiteral("a"), QStringLiteral("b")};
+    expected.radialFavoritesName = u"Anel"_qs;
+    expected.moduleOrder = {u"a"_qs, u"b"_qs};
     expected.hiddenHomeCards.clear();
     expected.pomodoro.focusMinutes = 50;
     expected.pomodoro.autoAdvance = false;

@@ -1,38 +1,26 @@
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
+#include "tests/support/Warnings.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QQuickView>
 
-#include <gtest/gtest.h>
-
 namespace velmo {
 namespace {
 
-QStringList warnings;
-
-void keepWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (type != QtDebugMsg && type != QtInfoMsg)
-        warnings.append(message);
-}
-
-class SettingsWindowTest : public testing::Test {
+class SettingsWindowTest : public ServicesFixture {
 protected:
     SettingsWindowTest()
     {
-        qInstallMessageHandler(keepWarnings);
-        services.settings.update([](AppSettings &next) { next.animationsEnabled = false; });
+        change([](AppSettings &next) { next.animationsEnabled = false; });
         services.hotKeys.handlers[HotKeyAction::toggle] = [] {};
         services.hotKeys.apply();
     }
-    ~SettingsWindowTest() override { qInstallMessageHandler(nullptr); }
 
-    const AppSettings &settings() const { return services.settings.settings(); }
     static std::vector<QQuickView *> windows()
     {
         std::vector<QQuickView *> found;
@@ -77,8 +65,7 @@ protected:
                                    [&](QQuickItem *child) { return reads(text, child); });
     }
 
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+    Warnings warnings;
     SettingsWindowController controller{services};
 };
 
@@ -87,9 +74,9 @@ TEST_F(SettingsWindowTest, DrawsEveryPaneInBothThemesWithoutAWarning)
     const auto isLight = [] {
         return windows().at(0)->grabWindow().pixelColor(4, 400).lightness() > 128;
     };
-    services.settings.update([](AppSettings &next) { next.theme = ThemePreference::system; });
+    change([](AppSettings &next) { next.theme = ThemePreference::system; });
     show(SettingsPane::general);
-    warnings.clear(); // of the offscreen platform
+    warnings.take(); // of the offscreen platform
     for (const bool isDark : {false, true}) {
         desktop.appearance.isDark = isDark;
         Q_EMIT desktop.appearance.changed();
@@ -103,10 +90,10 @@ TEST_F(SettingsWindowTest, DrawsEveryPaneInBothThemesWithoutAWarning)
             QCoreApplication::processEvents();
             EXPECT_TRUE(reads(QString::fromUtf8(text))) << text;
             EXPECT_EQ(isLight(), !isDark) << text;
-            EXPECT_EQ(std::exchange(warnings, {}), QStringList()) << text;
+            EXPECT_EQ(warnings.take(), QStringList()) << text;
         }
     }
-    services.settings.update([](AppSettings &next) { next.theme = ThemePreference::light; });
+    change([](AppSettings &next) { next.theme = ThemePreference::light; });
     QCoreApplication::processEvents();
     EXPECT_TRUE(isLight());
 }
@@ -114,25 +101,25 @@ TEST_F(SettingsWindowTest, DrawsEveryPaneInBothThemesWithoutAWarning)
 TEST_F(SettingsWindowTest, ChangesSettingsByKey)
 {
     show(SettingsPane::general);
-    tabTo(QStringLiteral("Abrir com um clique"));
+    tabTo(u"Abrir com um clique"_qs);
     press(Qt::Key_Space);
     EXPECT_FALSE(settings().openOnClick);
-    tabTo(QStringLiteral("Fechar ao afastar o cursor"));
+    tabTo(u"Fechar ao afastar o cursor"_qs);
     press(Qt::Key_Space);
     press(Qt::Key_Tab);
     EXPECT_EQ(focused(), u"Fechar ao clicar fora") << "a delay that means nothing is passed over";
     press(Qt::Key_2, Qt::ControlModifier);
-    tabTo(QStringLiteral("Tamanho"));
+    tabTo(u"Tamanho"_qs);
     press(Qt::Key_Right);
     EXPECT_EQ(settings().panelSize, PanelSize::large);
     press(Qt::Key_3, Qt::ControlModifier);
-    tabTo(QStringLiteral("Tela 1"));
+    tabTo(u"Tela 1"_qs);
     press(Qt::Key_Return);
     EXPECT_EQ(settings().displayMode, (DisplayMode{DisplayMode::Specific{1, u"Tela 1"_qs}}));
     desktop.displays.descriptors = {FakeDesktop::screen(2)};
     Q_EMIT desktop.displays.changed();
-    EXPECT_TRUE(reads(QStringLiteral("Tela 2")));
-    EXPECT_TRUE(reads(QStringLiteral("Tela 1"))) << "it is chosen, though it is gone";
+    EXPECT_TRUE(reads(u"Tela 2"_qs));
+    EXPECT_TRUE(reads(u"Tela 1"_qs)) << "it is chosen, though it is gone";
 }
 
 TEST_F(SettingsWindowTest, IgnoresAnApplicationByKey)
@@ -140,13 +127,13 @@ TEST_F(SettingsWindowTest, IgnoresAnApplicationByKey)
     desktop.applications.entries = {
         {.id = u"a.desktop"_qs, .name = u"Editor"_qs, .bundleID = u"editor"_qs}};
     show(SettingsPane::privacy);
-    tabTo(QStringLiteral("Pausar"));
+    tabTo(u"Pausar"_qs);
     press(Qt::Key_Space);
     EXPECT_TRUE(settings().clipboardPaused);
-    tabTo(QStringLiteral("Buscar aplicativo"));
+    tabTo(u"Buscar aplicativo"_qs);
     QKeyEvent letter(QEvent::KeyPress, Qt::Key_E, Qt::NoModifier, u"e"_qs);
     QCoreApplication::sendEvent(windows().at(0), &letter);
-    EXPECT_TRUE(reads(QStringLiteral("Editor")));
+    EXPECT_TRUE(reads(u"Editor"_qs));
     press(Qt::Key_Return);
     EXPECT_EQ(settings().clipboardIgnoredBundleIDs.back(), u"editor");
     press(Qt::Key_Tab);
@@ -162,10 +149,10 @@ TEST_F(SettingsWindowTest, RecordsAShortcut)
 {
     const KeyCombo before = settings().toggleHotKey;
     const KeyCombo other{40, KeyCombo::control | KeyCombo::command};
-    const QString hint = QStringLiteral("Use ao menos uma das teclas ⌃, ⌥ ou ⌘.");
+    const QString hint = u"Use ao menos uma das teclas ⌃, ⌥ ou ⌘."_qs;
     const auto record = [this] {
         show(SettingsPane::general);
-        tabTo(QStringLiteral("Abrir e fechar o painel, "));
+        tabTo(u"Abrir e fechar o painel, "_qs);
         press(Qt::Key_Return);
         EXPECT_TRUE(desktop.hotKeyGrabber.grabbed.empty()) << "its keys reach the field";
     };
@@ -179,15 +166,14 @@ TEST_F(SettingsWindowTest, RecordsAShortcut)
     press(Qt::Key_K, Qt::ControlModifier | Qt::MetaModifier, 'k');
     EXPECT_EQ(settings().toggleHotKey, other);
     EXPECT_FALSE(reads(hint));
-    EXPECT_TRUE(
-        reads(QStringLiteral("Este atalho já está em uso por outro aplicativo ou pelo sistema.")));
-    services.settings.update([&](AppSettings &next) { next.toggleHotKey = before; });
+    EXPECT_TRUE(reads(u"Este atalho já está em uso por outro aplicativo ou pelo sistema."_qs));
+    change([&](AppSettings &next) { next.toggleHotKey = before; });
 
     record();
     desktop.hotKeyGrabber.keyCodes = {{10, 18}};
     press(Qt::Key_Exclam, Qt::ControlModifier | Qt::ShiftModifier, '!', 10);
     EXPECT_EQ(services.hotKeys.displayString(HotKeyAction::toggle), u"⌃⇧1");
-    services.settings.update([&](AppSettings &next) { next.toggleHotKey = before; });
+    change([&](AppSettings &next) { next.toggleHotKey = before; });
 
     const struct {
         const char *title;
@@ -217,7 +203,7 @@ TEST_F(SettingsWindowTest, GoesWhenItIsClosedAndComesBackWhereItWas)
     desktop.scheduler.advance(0s);
     EXPECT_TRUE(windows().empty());
     controller.show(std::nullopt);
-    EXPECT_TRUE(reads(QStringLiteral("Mostrar o painel em")));
+    EXPECT_TRUE(reads(u"Mostrar o painel em"_qs));
     press(Qt::Key_M, Qt::ControlModifier);
     EXPECT_TRUE(windows().at(0)->windowStates().testFlag(Qt::WindowMinimized));
     controller.show(std::nullopt);

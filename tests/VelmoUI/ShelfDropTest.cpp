@@ -1,11 +1,10 @@
 #include "VelmoUI/Notch/NotchContent.h"
 
 #include "tests/VelmoUI/FakeModule.h"
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
@@ -18,7 +17,7 @@ namespace {
 using enum NotchPresentation;
 using testing::ElementsAre;
 
-class ShelfDropTest : public testing::Test {
+class ShelfDropTest : public ServicesFixture {
 protected:
     DroppedItem file(const QString &name) const
     {
@@ -50,33 +49,31 @@ protected:
         return event.title + u'|' + event.detail.value_or(QString());
     }
 
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
     NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
-    const DroppedItem link{DroppedItem::Link{QUrl(QStringLiteral("https://orvane.app"))}};
+    const DroppedItem link{DroppedItem::Link{QUrl(u"https://orvane.app"_qs)}};
 };
 
 } // namespace
 
 TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
 {
-    const DroppedItem text{DroppedItem::Text{QStringLiteral("um texto")}};
-    const DroppedItem bundle = file(QStringLiteral("Programa.APP"));
-    const DroppedItem gone{DroppedItem::File{QUrl(QStringLiteral("file:///nada/b.txt"))}};
-    const DroppedItem goneToo{DroppedItem::File{QUrl(QStringLiteral("file:///nada/c.txt"))}};
-    drop(DropZone::notch, {file(QStringLiteral("a.txt")), gone, bundle, link, text, goneToo});
+    const DroppedItem text{DroppedItem::Text{u"um texto"_qs}};
+    const DroppedItem bundle = file(u"Programa.APP"_qs);
+    const DroppedItem gone{DroppedItem::File{QUrl(u"file:///nada/b.txt"_qs)}};
+    const DroppedItem goneToo{DroppedItem::File{QUrl(u"file:///nada/c.txt"_qs)}};
+    drop(DropZone::notch, {file(u"a.txt"_qs), gone, bundle, link, text, goneToo});
     EXPECT_EQ(model.presentation(), dropResult);
     EXPECT_THAT(model.droppedItems(),
-                ElementsAre(inNotch(QStringLiteral("a.txt")), gone, bundle, link, text, goneToo));
+                ElementsAre(inNotch(u"a.txt"_qs), gone, bundle, link, text, goneToo));
     EXPECT_EQ(services.shelf.items().size(), 3U);
     EXPECT_EQ(lastEvent(), u"Não foi possível mover|b.txt, c.txt");
 
-    drop(DropZone::notch, {inNotch(QStringLiteral("a.txt"))});
+    drop(DropZone::notch, {inNotch(u"a.txt"_qs)});
     EXPECT_EQ(services.shelf.items().size(), 3U) << "it is there already";
-    drop(DropZone::actions, {file(QStringLiteral("d.txt"))});
+    drop(DropZone::actions, {file(u"d.txt"_qs)});
     EXPECT_EQ(services.shelf.items().size(), 3U) << "until the user says so";
     model.keepDropped();
-    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(QStringLiteral("d.txt"))));
+    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(u"d.txt"_qs)));
     EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
 }
 
@@ -91,7 +88,7 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     finishJobs();
     EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(name)));
     ASSERT_EQ(services.shelf.items().size(), 1U);
-    EXPECT_EQ(services.shelf.items()[0].originalFolder, QStringLiteral("/dev/shm"));
+    EXPECT_EQ(services.shelf.items()[0].originalFolder, u"/dev/shm"_qs);
     EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
     EXPECT_FALSE(std::filesystem::exists(other));
 
@@ -110,7 +107,7 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     finishJobs();
     EXPECT_EQ(services.shelf.items(), kept);
     EXPECT_EQ(services.shelf.lastReturnFailure(), 1);
-    EXPECT_EQ(lastEvent(), QStringLiteral("Não foi possível devolver|") + name);
+    EXPECT_EQ(lastEvent(), u"Não foi possível devolver|"_qs + name);
     std::filesystem::remove(here);
     std::ofstream(here) << "conteúdo";
     takeOffShelf(services, {kept[0].id});
@@ -138,7 +135,7 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
 TEST_F(ShelfDropTest, HandsFilesToTheDesktopAndNothingElse)
 {
     using enum DropZone;
-    const DroppedItem a = file(QStringLiteral("a.txt"));
+    const DroppedItem a = file(u"a.txt"_qs);
     drop(airdrop, {a, link});
     EXPECT_EQ(model.presentation(), dropResult) << "nothing is lost";
     EXPECT_EQ(lastEvent(), u"Não foi possível compartilhar|Só arquivos podem ser enviados.");
@@ -162,33 +159,33 @@ TEST_F(ShelfDropTest, HandsFilesToTheDesktopAndNothingElse)
 TEST_F(ShelfDropTest, TellsWhatAnActionCameTo)
 {
     struct Action : NotchAction {
-        QString id() const override { return QStringLiteral("a"); }
-        QString title() const override { return QStringLiteral("Abrir"); }
+        QString id() const override { return u"a"_qs; }
+        QString title() const override { return u"Abrir"_qs; }
         QString symbol() const override { return {}; }
         bool isAvailable(const std::vector<DroppedItem> &) const override { return true; }
         ActionOutcome perform(const std::vector<DroppedItem> &items) override
         {
             if (items.size() > 1)
-                throw LocalizedError(QStringLiteral("Só um."));
-            return {QStringLiteral("Abrindo…"), {}, FeedbackStyle::success, true};
+                throw LocalizedError(u"Só um."_qs);
+            return {u"Abrindo…"_qs, {}, FeedbackStyle::success, true};
         }
     };
     services.actions.add(std::make_unique<Action>());
-    drop(DropZone::actions, {link, file(QStringLiteral("a.txt"))});
-    model.performAction(QStringLiteral("a"));
+    drop(DropZone::actions, {link, file(u"a.txt"_qs)});
+    model.performAction(u"a"_qs);
     EXPECT_EQ(lastEvent(), u"Abrir: falhou|Só um.");
     EXPECT_EQ(model.presentation(), dropResult);
     model.removeDroppedItem(link.id());
-    model.performAction(QStringLiteral("a"));
+    model.performAction(u"a"_qs);
     EXPECT_EQ(lastEvent(), u"Abrindo…|");
     EXPECT_EQ(model.presentation(), collapsed);
 }
 
 TEST_F(ShelfDropTest, OpensTheToolsWithFilesOnly)
 {
-    FakeModule::addTo(services.modules, QStringLiteral("home"));
-    FakeModule::addTo(services.modules, QStringLiteral("tools"));
-    const DroppedItem a = file(QStringLiteral("a.txt"));
+    FakeModule::addTo(services.modules, u"home"_qs);
+    FakeModule::addTo(services.modules, u"tools"_qs);
+    const DroppedItem a = file(u"a.txt"_qs);
     drop(DropZone::actions, {a, link});
     EXPECT_FALSE(model.canOpenTools());
     model.removeDroppedItem(link.id());

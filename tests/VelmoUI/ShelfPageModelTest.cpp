@@ -42,18 +42,8 @@ protected:
         }
         return names;
     }
-    QVariant field(int row, const char *name)
-    {
-        const QAbstractItemModel &items = *page.items();
-        return items.index(row, 0).data(items.roleNames().key(name));
-    }
-    QStringList commands()
-    {
-        QStringList titles;
-        for (int row = 0; row < page.commands()->rowCount(); ++row)
-            titles += page.commands()->index(row, 0).data(Qt::UserRole + 1).toString();
-        return titles;
-    }
+    QVariant field(int row, const char *name) { return velmo::field(page.items(), row, name); }
+    QStringList commands() { return column(page.commands(), "title"); }
 
     NotchViewModel panel{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
     ShelfPageModel page{ModuleContext{services, panel}};
@@ -99,7 +89,7 @@ TEST_F(ShelfPageModelTest, SelectsByPressAndByKey)
     page.handleKey(Qt::Key_A, ctrl);
     page.release(2, noModifier);
     EXPECT_EQ(shown(true), u"c");
-    page.search(QStringLiteral("D"));
+    page.search(u"D"_qs);
     EXPECT_EQ(shown(), u"d");
     EXPECT_FALSE(page.hasSelection()) << "nothing is done with what can't be seen";
 }
@@ -116,11 +106,11 @@ TEST_F(ShelfPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
     EXPECT_TRUE(page.handleKey(Qt::Key_Z, ctrl));
     EXPECT_EQ(shown(), u"abc");
     EXPECT_EQ(shown(true), u"b");
-    page.run(QStringLiteral("shelf.remove"));
+    page.run(u"shelf.remove"_qs);
     wait(ShelfPageModel::undoTime);
     EXPECT_EQ(kept(), 2U);
     EXPECT_FALSE(page.canUndo());
-    page.run(QStringLiteral("shelf.remove"));
+    page.run(u"shelf.remove"_qs);
     EXPECT_EQ(kept(), 2U);
     page.setWatched(false);
     EXPECT_EQ(kept(), 1U);
@@ -128,9 +118,9 @@ TEST_F(ShelfPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
 
 TEST_F(ShelfPageModelTest, TellsWhatWentWrongWithItsFileUntilTheUserHasReadIt)
 {
-    desktop.folder.write(QStringLiteral("other/Shelf/shelf.json"), "{");
+    desktop.folder.write(u"other/Shelf/shelf.json"_qs, "{");
     AppPaths paths = desktop.paths();
-    paths.support = desktop.folder.path(QStringLiteral("other"));
+    paths.support = desktop.folder.path(u"other"_qs);
     AppServices others{paths, {DataProtectionStatus::Disabled{}}, desktop.platform};
     PanelIssues issues(others);
     EXPECT_EQ(issues.texts(), QStringList{others.shelf.loadIssue().value()});
@@ -140,9 +130,9 @@ TEST_F(ShelfPageModelTest, TellsWhatWentWrongWithItsFileUntilTheUserHasReadIt)
 
 TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
 {
-    services.shelf.addText(QStringLiteral("nota"));
-    services.shelf.addLink(QUrl(QStringLiteral("https://example.org/a")));
-    const QUrl file = addFile(QStringLiteral("a.txt"));
+    services.shelf.addText(u"nota"_qs);
+    services.shelf.addLink(QUrl(u"https://example.org/a"_qs));
+    const QUrl file = addFile(u"a.txt"_qs);
     page.press(0, noModifier);
     EXPECT_EQ(commands(),
               (QStringList{u"Abrir"_qs, u"Mostrar no Finder"_qs, u"Copiar caminho"_qs, u"Fixar"_qs,
@@ -157,12 +147,11 @@ TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
 
     EXPECT_TRUE(page.handleKey(Qt::Key_F2, noModifier));
     EXPECT_EQ(page.renaming(), field(0, "id").toString());
-    page.rename(QStringLiteral("b.txt"));
+    page.rename(u"b.txt"_qs);
     EXPECT_EQ(shown(), u"b.txtexample.orgnota");
-    EXPECT_TRUE(
-        QFileInfo::exists(desktop.folder.path(QStringLiteral("data/Shelf/Copies/Mesa/b.txt"))));
+    EXPECT_TRUE(QFileInfo::exists(desktop.folder.path(u"data/Shelf/Copies/Mesa/b.txt"_qs)));
     page.handleKey(Qt::Key_F2, noModifier);
-    page.rename(QStringLiteral("a/b"));
+    page.rename(u"a/b"_qs);
     EXPECT_EQ(shown(), u"b.txtexample.orgnota");
 
     page.press(1, noModifier);
@@ -170,7 +159,7 @@ TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
     EXPECT_EQ(commands(), (QStringList{u"Copiar"_qs, u"Fixar"_qs, u"Agrupar…"_qs, u"Remover"_qs}));
     EXPECT_TRUE(page.handleKey(Qt::Key_C, ctrl));
     EXPECT_EQ(desktop.pasteboard.text, u"https://example.org/a\nnota");
-    page.group(QStringLiteral("Viagem"));
+    page.group(u"Viagem"_qs);
     EXPECT_EQ(page.groups(), (QStringList{u"Tudo"_qs, u"Viagem"_qs}));
     page.setGroupIndex(1);
     EXPECT_EQ(shown(), u"example.orgnota");
@@ -182,15 +171,14 @@ TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
 
 TEST_F(ShelfPageModelTest, GivesFilesLinksAndTextsToOtherApplications)
 {
-    const QUrl original = QUrl::fromLocalFile(desktop.folder.path(QStringLiteral("ref.txt")));
-    services.shelf.addText(QStringLiteral("nota"));
-    services.shelf.addLink(QUrl(QStringLiteral("https://example.org")));
+    const QUrl original = QUrl::fromLocalFile(desktop.folder.path(u"ref.txt"_qs));
+    services.shelf.addText(u"nota"_qs);
+    services.shelf.addLink(QUrl(u"https://example.org"_qs));
     services.shelf.addReferences({original});
-    const QUrl moved = addFile(QStringLiteral("a.txt"));
+    const QUrl moved = addFile(u"a.txt"_qs);
     const auto &items = services.shelf.items();
     const auto data = ShelfDrag::mimeData(items);
-    EXPECT_EQ(data->urls(),
-              (QList<QUrl>{moved, original, QUrl(QStringLiteral("https://example.org"))}));
+    EXPECT_EQ(data->urls(), (QList<QUrl>{moved, original, QUrl(u"https://example.org"_qs)}));
     EXPECT_EQ(data->text(), u"https://example.org\nnota");
     EXPECT_TRUE(ShelfDrag::actions({items[0]}).testFlag(Qt::MoveAction));
     EXPECT_FALSE(ShelfDrag::actions({items[0], items[1]}).testFlag(Qt::MoveAction))

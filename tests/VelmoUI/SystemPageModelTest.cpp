@@ -1,15 +1,11 @@
 #include "VelmoUI/Modules/System/SystemPageModel.h"
 
-#include "VelmoUI/App/AppServices.h"
-
-#include "tests/support/FakeDesktop.h"
-
-#include <gtest/gtest.h>
+#include "tests/VelmoUI/ServicesFixture.h"
 
 namespace velmo {
 namespace {
 
-class SystemPageModelTest : public testing::Test {
+class SystemPageModelTest : public ServicesFixture {
 protected:
     SystemPageModelTest()
     {
@@ -22,8 +18,6 @@ protected:
         const auto &rows = page.tiles()->records();
         return *std::ranges::find(rows, QString::fromLatin1(id), &SystemTileRow::id);
     }
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
     SystemPageModel page{services};
     int changes = 0;
 };
@@ -104,15 +98,15 @@ TEST_F(SystemPageModelTest, AsksForBluetoothOnlyWhenTold)
     desktop.bluetooth.set(true);
     EXPECT_EQ(tile("bluetooth").value, u"Ligado");
     EXPECT_EQ(tile("bluetooth").action, QString());
-    desktop.bluetooth.set(std::nullopt, QStringLiteral("O BlueZ não respondeu."));
+    desktop.bluetooth.set(std::nullopt, u"O BlueZ não respondeu."_qs);
     EXPECT_EQ(tile("bluetooth").value, u"Indisponível");
     EXPECT_EQ(tile("bluetooth").detail, u"O BlueZ não respondeu.");
 }
 
 TEST_F(SystemPageModelTest, SaysWhatIsMissing)
 {
-    desktop.power.missing = QStringLiteral("O UPower não respondeu.");
-    desktop.network.missing = QStringLiteral("O NetworkManager não respondeu.");
+    desktop.power.missing = u"O UPower não respondeu."_qs;
+    desktop.network.missing = u"O NetworkManager não respondeu."_qs;
     page.setWatched(true);
     for (const char *id : {"battery", "accessories"})
         EXPECT_EQ(tile(id).detail, desktop.power.missing);
@@ -131,16 +125,16 @@ TEST_F(SystemPageModelTest, NamesTheNetwork)
     using Path = NetworkMonitor::Path;
     page.setWatched(true);
     const std::tuple<Path, bool, const char16_t *> cases[] = {
-        {{true, true, true, QStringLiteral("Casa")}, true, u"Casa, Wi-Fi"},
+        {{true, true, true, u"Casa"_qs}, true, u"Casa, Wi-Fi"},
         {{true, false, true, {}}, true, u"Ethernet, Conectada"},
-        {{true, false, true, QStringLiteral("LAN")}, false, u"LAN, Ethernet · Wi-Fi desligado"},
+        {{true, false, true, u"LAN"_qs}, false, u"LAN, Ethernet · Wi-Fi desligado"},
         {{}, false, u"Sem conexão, Wi-Fi desligado"},
         {{}, true, u"Sem conexão"},
     };
     for (const auto &[path, wifi, shown] : cases) {
         desktop.network.wifi = wifi;
         desktop.network.set(path);
-        EXPECT_EQ(tile("network").spoken, QStringLiteral("Rede: ") + QString::fromUtf16(shown));
+        EXPECT_EQ(tile("network").spoken, u"Rede: "_qs + QString::fromUtf16(shown));
     }
 }
 

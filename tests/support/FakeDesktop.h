@@ -32,7 +32,7 @@ public:
     {
         const Rect frame{1600.0 * (id - 1), -900, 1600, 900};
         return {.displayID = id,
-                .name = QStringLiteral("Tela %1").arg(id),
+                .name = u"Tela %1"_qs.arg(id),
                 .frame = frame,
                 .visibleFrame = frame,
                 .isPrimary = id == 1};
@@ -40,8 +40,7 @@ public:
 
     AppPaths paths() const
     {
-        return {folder.path(QStringLiteral("data")), folder.path(QStringLiteral("cache")),
-                folder.path(QStringLiteral("temporary"))};
+        return {folder.path(u"data"_qs), folder.path(u"cache"_qs), folder.path(u"temporary"_qs)};
     }
 
     void movePointer(Point point)

@@ -116,7 +116,7 @@ struct FakeApplications : Applications {
     void launch(const QString &id) override
     {
         if (!find(id))
-            throw LocalizedError(QStringLiteral("O aplicativo não está mais instalado."));
+            throw LocalizedError(u"O aplicativo não está mais instalado."_qs);
         launched.push_back(id);
     }
 
@@ -134,7 +134,7 @@ struct FakePermissions : PermissionSource {
     void openSettings(PermissionKind kind) override
     {
         if (!hasPages)
-            throw LocalizedError(QStringLiteral("Este ambiente não tem essa página."));
+            throw LocalizedError(u"Este ambiente não tem essa página."_qs);
         shown.push_back(kind);
     }
     bool hasBundle() const override { return isPackaged; }

@@ -16,7 +16,7 @@ namespace velmo {
 /// A message bus of the test's own. It starts only services that `serviceFolder` describes.
 class PrivateBus {
 public:
-    explicit PrivateBus(const QString &serviceFolder = QStringLiteral("/nonexistent"))
+    explicit PrivateBus(const QString &serviceFolder = u"/nonexistent"_qs)
     {
         m_folder.write("bus.conf", R"(<busconfig>
             <type>session</type>
