@@ -23,7 +23,7 @@ public:
     {
         qDBusRegisterMetaType<Settings>();
         m_bus.registerVirtualObject(portalPath, this);
-        m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        m_bus.registerService(u"org.freedesktop.portal.Desktop"_qs);
     }
 
     QString introspect(const QString &) const override { return {}; }
@@ -35,8 +35,7 @@ public:
 
     void change(const char *group, const char *key, const QVariant &value)
     {
-        auto signal = QDBusMessage::createSignal(portalPath, portalInterface,
-                                                 QStringLiteral("SettingChanged"));
+        auto signal = QDBusMessage::createSignal(portalPath, portalInterface, u"SettingChanged"_qs);
         signal << group << key << QVariant::fromValue(QDBusVariant(value));
         m_bus.send(signal);
     }
@@ -62,9 +61,9 @@ TEST(AppearancePortal, FollowsTheDesktopsWishes)
 
     // Answers and signals keep their order: what was sent before our own question has come with it.
     const auto settle = [&] {
-        PrivateBus::answer(own.asyncCall(QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.portal.Desktop"), portalPath, portalInterface,
-            QStringLiteral("NoSuchMethod"))));
+        PrivateBus::answer(own.asyncCall(
+            QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_qs, portalPath,
+                                           portalInterface, u"NoSuchMethod"_qs)));
         QCoreApplication::processEvents();
         return preference.shouldReduceMotion();
     };

@@ -18,9 +18,9 @@ namespace velmo {
 namespace {
 
 const QString text = Pasteboard::textType.toString();
-const QString uriList = QStringLiteral("text/uri-list");
-const QString hint = QStringLiteral("x-kde-passwordManagerHint");
-const QString pngType = QStringLiteral("image/png");
+const QString uriList = u"text/uri-list"_qs;
+const QString hint = u"x-kde-passwordManagerHint"_qs;
+const QString pngType = u"image/png"_qs;
 
 QByteArray png(int width, int height)
 {
@@ -67,13 +67,13 @@ protected:
 
 TEST_F(ClipboardMonitorTest, TakesFilesBeforeTextAndTextBeforeAnImage)
 {
-    front.info = {QStringLiteral("Editor"), QStringLiteral("org.editor")};
+    front.info = {u"Editor"_qs, u"org.editor"_qs};
     offer({{uriList, "file:///a%20b\r\n"}, {text, "/a b"}});
     offer({{text, "https://exemplo.org"}, {pngType, png(1, 1)}});
     offer({{uriList, "https://exemplo.org/x\r\n"}, {text, "#fff"}});
     ASSERT_EQ(items().size(), 3U);
     EXPECT_EQ(items()[2].kind, ClipKind::files);
-    EXPECT_EQ(items()[2].sourceBundleID, QStringLiteral("org.editor"));
+    EXPECT_EQ(items()[2].sourceBundleID, u"org.editor"_qs);
     EXPECT_EQ(items()[1].kind, ClipKind::link);
     EXPECT_EQ(items()[0].kind, ClipKind::color);
     EXPECT_EQ(std::ranges::count(pasteboard.asked, pngType), 0);
@@ -89,7 +89,7 @@ TEST_F(ClipboardMonitorTest, AsksForNothingThatIsSecret)
         marked[QString::fromLatin1(type)] = "";
         offer(marked);
     }
-    front.info = {QStringLiteral("KeePassXC"), QStringLiteral("com.keepassxc.keepassxc")};
+    front.info = {u"KeePassXC"_qs, u"com.keepassxc.keepassxc"_qs};
     offer(plain);
     front.info.reset();
     settings.clipboardPaused = true;
@@ -116,8 +116,8 @@ TEST_F(ClipboardMonitorTest, TakesWhatAnotherCopiesButNotItsOwnCopy)
     offer({{text, "um"}});
     offer({{text, "dois"}});
     monitor.copy(items()[1]);
-    EXPECT_EQ(pasteboard.text, QStringLiteral("um"));
-    EXPECT_EQ(items()[0].text, QStringLiteral("um")) << "touched";
+    EXPECT_EQ(pasteboard.text, u"um"_qs);
+    EXPECT_EQ(items()[0].text, u"um"_qs) << "touched";
     const QStringList asked = pasteboard.asked;
     Q_EMIT pasteboard.changed();
     EXPECT_EQ(pasteboard.asked, asked);
@@ -141,7 +141,7 @@ TEST_F(ClipboardMonitorTest, LooksOnceABeatHoweverMuchIsCopied)
     EXPECT_EQ(pasteboard.asked.size(), 1);
     scheduler.advance(ClipboardMonitor::beat);
     ASSERT_EQ(items().size(), 2U);
-    EXPECT_EQ(items()[0].text, QStringLiteral("99"));
+    EXPECT_EQ(items()[0].text, u"99"_qs);
 }
 
 TEST_F(ClipboardMonitorTest, KeepsAnImageScaledAndGivesItBack)

@@ -24,7 +24,7 @@ protected:
 
     const QSize none{0, 0};
     TemporaryFolder folder;
-    DesktopThumbnailer thumbnailer{folder.path(QStringLiteral("cache"))};
+    DesktopThumbnailer thumbnailer{folder.path(u"cache"_qs)};
 };
 
 /// What only says that it is a picture of that size.
@@ -53,26 +53,26 @@ long peakKilobytes()
 
 TEST_F(DesktopThumbnailerTest, FitsImagesIntoTheSquareAndEnlargesNone)
 {
-    QImage(400, 100, QImage::Format_RGB32).save(folder.path(QStringLiteral("wide.png")));
-    QImage(8, 4, QImage::Format_RGB32).save(folder.path(QStringLiteral("small.png")));
-    folder.write(QStringLiteral("huge.png"), pngHeader(60'000));
-    folder.write(QStringLiteral("text.png"), "no picture");
-    EXPECT_EQ(sizeOf(QStringLiteral("wide.png"), 64), QSize(64, 16));
-    EXPECT_EQ(sizeOf(QStringLiteral("small.png"), 64), QSize(8, 4));
-    EXPECT_EQ(sizeOf(QStringLiteral("text.png"), 64), none);
-    EXPECT_EQ(sizeOf(QStringLiteral("missing.png"), 64), none);
+    QImage(400, 100, QImage::Format_RGB32).save(folder.path(u"wide.png"_qs));
+    QImage(8, 4, QImage::Format_RGB32).save(folder.path(u"small.png"_qs));
+    folder.write(u"huge.png"_qs, pngHeader(60'000));
+    folder.write(u"text.png"_qs, "no picture");
+    EXPECT_EQ(sizeOf(u"wide.png"_qs, 64), QSize(64, 16));
+    EXPECT_EQ(sizeOf(u"small.png"_qs, 64), QSize(8, 4));
+    EXPECT_EQ(sizeOf(u"text.png"_qs, 64), none);
+    EXPECT_EQ(sizeOf(u"missing.png"_qs, 64), none);
     const long before = peakKilobytes();
-    EXPECT_EQ(sizeOf(QStringLiteral("huge.png"), 64), none);
+    EXPECT_EQ(sizeOf(u"huge.png"_qs, 64), none);
     EXPECT_LT(peakKilobytes() - before, 50'000);
 
     std::stop_source stop;
     stop.request_stop();
-    EXPECT_EQ(sizeOf(QStringLiteral("wide.png"), 64, stop.get_token()), none);
+    EXPECT_EQ(sizeOf(u"wide.png"_qs, 64, stop.get_token()), none);
 }
 
 TEST_F(DesktopThumbnailerTest, DrawsTheFirstPageOfAPdfOnceForAsLongAsItStaysTheSame)
 {
-    const QString name = QStringLiteral("uma página; 100% (1).pdf");
+    const QString name = u"uma página; 100% (1).pdf"_qs;
     folder.write(name, "%PDF-1.1\n1 0 obj<</Type/Catalog/Pages 2 0 R>>endobj "
                        "2 0 obj<</Type/Pages/Kids[3 0 R]/Count 1>>endobj "
                        "3 0 obj<</Type/Page/Parent 2 0 R/MediaBox[0 0 300 600]>>endobj\n"
@@ -90,18 +90,17 @@ TEST_F(DesktopThumbnailerTest, DrawsTheFirstPageOfAPdfOnceForAsLongAsItStaysTheS
 
 TEST_F(DesktopThumbnailerTest, TakesWhatOtherApplicationsHaveLeftInTheCache)
 {
-    folder.write(QStringLiteral("ç;a.bin"), "?");
-    const QString path = folder.path(QStringLiteral("ç;a.bin"));
+    folder.write(u"ç;a.bin"_qs, "?");
+    const QString path = folder.path(u"ç;a.bin"_qs);
     const QByteArray uri = "file://" + folder.path().toLatin1() + "/%C3%A7%3Ba.bin";
     QImage picture(200, 200, QImage::Format_RGB32);
-    picture.setText(QStringLiteral("Thumb::URI"), QString::fromLatin1(uri));
-    picture.setText(QStringLiteral("Thumb::MTime"),
+    picture.setText(u"Thumb::URI"_qs, QString::fromLatin1(uri));
+    picture.setText(u"Thumb::MTime"_qs,
                     QString::number(QFileInfo(path).lastModified().toSecsSinceEpoch()));
-    const QString place = QStringLiteral("cache/large");
+    const QString place = u"cache/large"_qs;
     QDir(folder.path()).mkpath(place);
     const auto name = QCryptographicHash::hash(uri, QCryptographicHash::Md5).toHex();
-    ASSERT_TRUE(picture.save(
-        folder.path(QStringLiteral("%1/%2.png").arg(place, QString::fromLatin1(name)))));
+    ASSERT_TRUE(picture.save(folder.path(u"%1/%2.png"_qs.arg(place, QString::fromLatin1(name)))));
     EXPECT_EQ(thumbnailer.picture(path, 100, {}).size(), QSize(100, 100));
 }
 

@@ -70,7 +70,7 @@ TEST(MouseEventMonitor, GoesOnWithoutAPointerToWatch)
     struct Unwatchable : FakePointer {
         void start(std::function<void(const Sample &)>) override
         {
-            throw LocalizedError(QStringLiteral("não deu"));
+            throw LocalizedError(u"não deu"_qs);
         }
     } pointer;
     MouseEventMonitor monitor(pointer);

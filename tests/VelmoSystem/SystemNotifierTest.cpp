@@ -19,7 +19,7 @@ protected:
     void schedule(const char16_t *identifier, const char16_t *title, Seconds delay)
     {
         notifier.schedule(QString::fromUtf16(identifier), {QString::fromUtf16(title), {}},
-                          scheduler.now() + delay, QStringLiteral("notes"));
+                          scheduler.now() + delay, u"notes"_qs);
     }
     QStringList shown() const
     {
@@ -43,12 +43,12 @@ TEST_F(SystemNotifierTest, ShowsWhatIsScheduledWhenItIsDue)
     schedule(u"a", u"novo", 90s);
     schedule(u"b", u"passado", -5s);
     schedule(u"c", u"desfeito", 30s);
-    notifier.cancel(QStringLiteral("c"));
-    EXPECT_EQ(shown(), QStringList(QStringLiteral("passado")));
+    notifier.cancel(u"c"_qs);
+    EXPECT_EQ(shown(), QStringList(u"passado"_qs));
     scheduler.advance(60s);
-    EXPECT_EQ(shown(), QStringList(QStringLiteral("passado")));
+    EXPECT_EQ(shown(), QStringList(u"passado"_qs));
     scheduler.advance(31s);
-    EXPECT_EQ(shown(), (QStringList{QStringLiteral("novo"), QStringLiteral("passado")}));
+    EXPECT_EQ(shown(), (QStringList{u"novo"_qs, u"passado"_qs}));
     EXPECT_EQ(scheduler.pendingCount(), 0U);
 }
 
@@ -58,7 +58,7 @@ TEST_F(SystemNotifierTest, FollowsTheWallClockWhenItIsSet)
     schedule(u"a", u"um", 600s);
     schedule(u"b", u"dois", 900s);
     scheduler.setClock(start + 650s);
-    EXPECT_EQ(shown(), QStringList(QStringLiteral("um")));
+    EXPECT_EQ(shown(), QStringList(u"um"_qs));
     scheduler.setClock(start);
     scheduler.advance(899s);
     EXPECT_EQ(shown().size(), 1);
@@ -69,11 +69,11 @@ TEST_F(SystemNotifierTest, FollowsTheWallClockWhenItIsSet)
 TEST_F(SystemNotifierTest, OpensTheModuleOfAClickedNotification)
 {
     schedule(u"a", u"agora", 0s);
-    Q_EMIT server.activated(QStringLiteral("a"));
-    Q_EMIT server.activated(QStringLiteral("outro"));
-    EXPECT_EQ(opened, QStringList(QStringLiteral("notes")));
-    Q_EMIT server.closed(QStringLiteral("a"));
-    Q_EMIT server.activated(QStringLiteral("a"));
+    Q_EMIT server.activated(u"a"_qs);
+    Q_EMIT server.activated(u"outro"_qs);
+    EXPECT_EQ(opened, QStringList(u"notes"_qs));
+    Q_EMIT server.closed(u"a"_qs);
+    Q_EMIT server.activated(u"a"_qs);
     EXPECT_EQ(opened.size(), 1);
 }
 

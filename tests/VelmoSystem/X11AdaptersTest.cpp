@@ -64,7 +64,7 @@ TEST_F(X11Test, TellsScreensInPointsWithTheTopEdgeHighest)
     int changes = 0;
     QObject::connect(&displays, &Displays::changed, [&] { ++changes; });
     const auto xrandr = [](const QStringList &arguments) {
-        EXPECT_TRUE(server->run(QStringLiteral("xrandr"), arguments).waitForFinished());
+        EXPECT_TRUE(server->run(u"xrandr"_qs, arguments).waitForFinished());
     };
     const auto whole = displays.allDescriptors();
     ASSERT_EQ(whole.size(), 1U);

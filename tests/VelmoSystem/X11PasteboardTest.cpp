@@ -71,27 +71,25 @@ protected:
 
 TEST_F(X11PasteboardTest, PassesTextFilesAndImagesOnInAllTheirTypes)
 {
-    writer.writeText(QStringLiteral("ação €"));
+    writer.writeText(u"ação €"_qs);
     ASSERT_TRUE(hearsOf(1));
     const Types offered = types();
     for (const char *name : {"UTF8_STRING", "STRING", "TEXT", "text/plain;charset=utf-8"})
         EXPECT_EQ(std::ranges::count(offered, QString::fromLatin1(name)), 1) << name;
     EXPECT_EQ(std::ranges::count(offered, text), 1);
     EXPECT_EQ(read(text)->bytes, "ação €");
-    EXPECT_EQ(read(QStringLiteral("STRING"))->bytes, QStringLiteral("ação ?").toLatin1());
-    EXPECT_FALSE(read(QStringLiteral("image/png")));
+    EXPECT_EQ(read(u"STRING"_qs)->bytes, u"ação ?"_qs.toLatin1());
+    EXPECT_FALSE(read(u"image/png"_qs));
 
-    writer.write(
-        {.files = {QUrl(QStringLiteral("file:///a%20b")), QUrl(QStringLiteral("file:///c"))}});
+    writer.write({.files = {QUrl(u"file:///a%20b"_qs), QUrl(u"file:///c"_qs)}});
     ASSERT_TRUE(hearsOf(2));
-    EXPECT_EQ(read(QStringLiteral("text/uri-list"))->bytes, "file:///a%20b\r\nfile:///c\r\n");
-    EXPECT_EQ(read(QStringLiteral("x-special/gnome-copied-files"))->bytes,
-              "copy\nfile:///a%20b\nfile:///c");
+    EXPECT_EQ(read(u"text/uri-list"_qs)->bytes, "file:///a%20b\r\nfile:///c\r\n");
+    EXPECT_EQ(read(u"x-special/gnome-copied-files"_qs)->bytes, "copy\nfile:///a%20b\nfile:///c");
     EXPECT_EQ(read(text)->bytes, "/a b\n/c");
     writer.write({.png = "png"});
     ASSERT_TRUE(hearsOf(3));
     EXPECT_EQ(types().size(), 4U);
-    EXPECT_EQ(read(QStringLiteral("image/png"))->bytes, "png");
+    EXPECT_EQ(read(u"image/png"_qs)->bytes, "png");
 }
 
 TEST_F(X11PasteboardTest, SendsAndReadsLongContentsInPiecesAsFarAsAsked)
@@ -101,7 +99,7 @@ TEST_F(X11PasteboardTest, SendsAndReadsLongContentsInPiecesAsFarAsAsked)
         image[place] = char(place * 7919 >> 8);
     writer.write({.png = image});
     ASSERT_TRUE(hearsOf(1));
-    const QString type = QStringLiteral("image/png");
+    const QString type = u"image/png"_qs;
     const auto whole = read(type);
     ASSERT_TRUE(whole);
     EXPECT_TRUE(whole->bytes == image);
@@ -119,7 +117,7 @@ TEST_F(X11PasteboardTest, CountsItsOwnWriteAtOnceAndTellsOfItLater)
 {
     int changes = 0;
     QObject::connect(&reader, &Pasteboard::changed, [&] { ++changes; });
-    reader.writeText(QStringLiteral("meu"));
+    reader.writeText(u"meu"_qs);
     EXPECT_EQ(reader.changeCount(), 1U);
     EXPECT_EQ(changes, 0);
     EXPECT_TRUE(eventually([&] { return changes == 1; }));
@@ -152,10 +150,10 @@ TEST_F(X11PasteboardTest, EndsAReadingWhoseOwnerIsSilentOrGoes)
 TEST_F(X11PasteboardTest, NamesTheFrontApplicationByItsDesktopEntry)
 {
     FakeApplications applications;
-    applications.entries = {{.id = QStringLiteral("org.editor.desktop"),
-                             .name = QStringLiteral("Editor"),
-                             .bundleID = QStringLiteral("org.editor"),
-                             .windowClass = QStringLiteral("Writer")}};
+    applications.entries = {{.id = u"org.editor.desktop"_qs,
+                             .name = u"Editor"_qs,
+                             .bundleID = u"org.editor"_qs,
+                             .windowClass = u"Writer"_qs}};
     const X11FrontApplication front(connection, applications);
     const xcb_window_t window = makeFocusedWindow({100, 100, 200, 100});
     const auto is = [&](const char *property, const QByteArray &value,
@@ -166,15 +164,12 @@ TEST_F(X11PasteboardTest, NamesTheFrontApplicationByItsDesktopEntry)
         return eventually([&] { return front.current() == info; });
     };
     EXPECT_TRUE(is("WM_CLASS", QByteArray("keepassxc\0KeePassXC", 20),
-                   {QStringLiteral("KeePassXC"), QStringLiteral("com.keepassxc.keepassxc")}));
-    EXPECT_TRUE(is("WM_CLASS", QByteArray("writer\0writer", 14),
-                   {QStringLiteral("Editor"), QStringLiteral("org.editor")}));
-    EXPECT_TRUE(is("WM_CLASS", QByteArray("tool\0Tool", 10),
-                   {QStringLiteral("Tool"), QStringLiteral("tool")}));
-    EXPECT_TRUE(is("_GTK_APPLICATION_ID", "org.editor",
-                   {QStringLiteral("Editor"), QStringLiteral("org.editor")}));
+                   {u"KeePassXC"_qs, u"com.keepassxc.keepassxc"_qs}));
+    EXPECT_TRUE(is("WM_CLASS", QByteArray("writer\0writer", 14), {u"Editor"_qs, u"org.editor"_qs}));
+    EXPECT_TRUE(is("WM_CLASS", QByteArray("tool\0Tool", 10), {u"Tool"_qs, u"tool"_qs}));
+    EXPECT_TRUE(is("_GTK_APPLICATION_ID", "org.editor", {u"Editor"_qs, u"org.editor"_qs}));
     EXPECT_TRUE(is("_GTK_APPLICATION_ID", "org.gnome.World.Secrets",
-                   {QStringLiteral("Tool"), QStringLiteral("com.apple.Passwords")}));
+                   {u"Tool"_qs, u"com.apple.Passwords"_qs}));
 }
 
 } // namespace

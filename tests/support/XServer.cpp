@@ -46,14 +46,13 @@ XServer::XServer(const QByteArray &screen, const QProcessEnvironment &environmen
 {
     m_server.setChildProcessModifier(dieWithParent);
     m_server.setStandardErrorFile(QProcess::nullDevice());
-    m_server.start(QStringLiteral("Xvfb"),
-                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                    QStringLiteral("0"), QString::fromLatin1(screen), QStringLiteral("-nolisten"),
-                    QStringLiteral("tcp"), QStringLiteral("-noreset")});
+    m_server.start(u"Xvfb"_qs,
+                   {u"-displayfd"_qs, u"1"_qs, u"-screen"_qs, u"0"_qs, QString::fromLatin1(screen),
+                    u"-nolisten"_qs, u"tcp"_qs, u"-noreset"_qs});
     if (!m_server.waitForReadyRead(20'000))
         qFatal("Xvfb doesn't start");
     m_display = ':' + m_server.readAllStandardOutput().trimmed();
-    m_environment.insert(QStringLiteral("DISPLAY"), QString::fromLatin1(m_display));
+    m_environment.insert(u"DISPLAY"_qs, QString::fromLatin1(m_display));
     m_client = xcb_connect(m_display.constData(), nullptr);
     if (xcb_connection_has_error(m_client))
         qFatal("Can't connect to Xvfb on %s", m_display.constData());

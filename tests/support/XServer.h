@@ -33,7 +33,7 @@ public:
     /// Starts a program on the display. It ends with the server.
     QProcess &run(const QString &program, const QStringList &arguments = {});
     /// Starts a window manager and waits until it manages.
-    QProcess &runWindowManager(const QString &program = QStringLiteral("openbox"),
+    QProcess &runWindowManager(const QString &program = u"openbox"_qs,
                                const QStringList &arguments = {});
 
     void movePointer(int x, int y);
