@@ -1,9 +1,6 @@
 #include "VelmoUI/Notch/PagePreloader.h"
 
 #include <QDirIterator>
-#include <QIcon>
-#include <QImage>
-#include <QPainter>
 #include <QUrl>
 
 #include <algorithm>
@@ -27,23 +24,6 @@ std::vector<QUrl> qmlOfModules()
     return files;
 }
 
-/// Qt computes the smoothing of letters when it first draws one.
-void drawLetter()
-{
-    QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::black);
-    QPainter painter(&image);
-    painter.setPen(Qt::white);
-    painter.drawText(image.rect(), QStringLiteral("a"));
-}
-
-/// The first icon looks through the theme and loads the readers of its pictures.
-void loadIcon()
-{
-    const QIcon icon = QIcon::fromTheme(QStringLiteral("text-x-generic"));
-    icon.pixmap(QSize(16, 16), 1.0);
-}
-
 } // namespace
 
 PagePreloader::PagePreloader(QQmlEngine &engine, Scheduler &scheduler)
@@ -58,8 +38,6 @@ void PagePreloader::start()
             m_loaded.push_back(
                 std::make_unique<QQmlComponent>(&m_engine, file, QQmlComponent::Asynchronous));
         });
-    m_steps.emplace_back(drawLetter);
-    m_steps.emplace_back(loadIcon);
     scheduleNext(startTime);
 }
 

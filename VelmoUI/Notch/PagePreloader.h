@@ -14,8 +14,8 @@ class QQmlEngine;
 namespace velmo {
 
 /// Does ahead what the first opening of each page would wait for: the modules' QML, on the engine's
-/// own thread, the first letter and the first icon. One small step at a time, once the start is
-/// over; then it ends, so that an idle Orvane sleeps.
+/// own thread. One small step at a time, once the start is over; then
+/// it ends, so that an idle Orvane sleeps.
 class PagePreloader {
 public:
     /// Both outlive it.
