@@ -9,9 +9,11 @@
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
 
+#include <QDirIterator>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QRegularExpression>
 #include <QtTest/QTest>
 
 #include <boost/mp11.hpp>
@@ -268,6 +270,22 @@ const QStringList pendingHotKeys = {u"search"_qs};
 /// The file's form, what no Linux desktop can do, and what only a real status area shows.
 const QStringList others = u"schemaVersion hapticFeedback showMenuBarIcon"_qs.split(u' ');
 
+QString sources()
+{
+    QString text;
+    for (const char *module : {"Velmo", "VelmoCore", "VelmoSystem", "VelmoUI"}) {
+        QDirIterator files(QLatin1String(ORVANE_SOURCES "/") + module, {"*.cpp", "*.qml"},
+                           QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            // The settings themselves keep and edit what others read.
+            if (!file.fileName().contains(u"/Settings/") && file.open(QFile::ReadOnly))
+                text += QString::fromUtf8(file.readAll());
+        }
+    }
+    return text;
+}
+
 } // namespace
 
 TEST(SettingsEffects, FollowTheStoreForEachKeyThatHasOne)
@@ -298,6 +316,14 @@ TEST(SettingsEffects, AreKnownForEveryKey)
     keys.sort();
     known.sort();
     EXPECT_EQ(known, keys);
+
+    const QString code = sources();
+    for (const QString &key : pending)
+        EXPECT_FALSE(code.contains(QRegularExpression(u"\\b%1\\b"_qs.arg(key))))
+            << qPrintable(key) << " is read: say what it does";
+    for (const QString &action : pendingHotKeys)
+        EXPECT_FALSE(code.contains(u"handlers[HotKeyAction::%1]"_qs.arg(action)))
+            << qPrintable(action) << " has a handler: say what its key does";
 }
 
 } // namespace velmo
