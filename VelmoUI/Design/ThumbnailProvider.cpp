@@ -18,13 +18,18 @@ namespace {
 constexpr int defaultSide = 128;
 constexpr int mostThreads = 2;
 
-/// On the main thread, where icons live.
-QImage iconOf(const QString &path, int side)
+/// Of the file's type; the first that the theme has counts.
+QStringList iconNames(const QString &path)
 {
-    static const QMimeDatabase types;
-    const QMimeType type = types.mimeTypeForFile(QFileInfo(path), QMimeDatabase::MatchExtension);
-    for (const QString &name :
-         {type.iconName(), type.genericIconName(), QStringLiteral("text-x-generic")}) {
+    const QMimeType type =
+        QMimeDatabase().mimeTypeForFile(QFileInfo(path), QMimeDatabase::MatchExtension);
+    return {type.iconName(), type.genericIconName(), QStringLiteral("text-x-generic")};
+}
+
+/// On the main thread, where icons live.
+QImage iconOf(const QStringList &names, int side)
+{
+    for (const QString &name : names) {
         const QImage icon = QIcon::fromTheme(name).pixmap(QSize(side, side), 1.0).toImage();
         if (!icon.isNull())
             return icon;
@@ -64,10 +69,12 @@ QQuickImageResponse *ThumbnailProvider::requestImageResponse(const QString &id,
     m_pool.start([this, wish, path, side] {
         const std::stop_callback atEnd(m_end.get_token(), [&] { wish->stop(); });
         const QImage picture = m_thumbnailer.picture(path, side, wish->token());
-        if (!picture.isNull() || wish->isStopped())
+        if (!picture.isNull() || wish->isStopped()) {
             wish->answer(picture);
-        else
-            m_scheduler.post([wish, path, side] { wish->answer(iconOf(path, side)); });
+            return;
+        }
+        m_scheduler.post(
+            [wish, names = iconNames(path), side] { wish->answer(iconOf(names, side)); });
     });
     return response;
 }
