@@ -12,6 +12,7 @@ namespace {
 class StillScheduler : public Scheduler {
 public:
     Date now() const override { return Date{1'773'480'413s}; }
+    Seconds elapsed() const override { return 0s; }
     ScheduledTask after(Seconds, std::function<void()>) override { return {}; }
     ScheduledTask at(Date, std::function<void()>) override { return {}; }
     void post(std::function<void()>) override {}

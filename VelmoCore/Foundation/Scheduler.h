@@ -37,6 +37,10 @@ public:
     /// The wall clock.
     virtual Date now() const = 0;
 
+    /// The time since some moment in the past, sleep included. Unlike the wall clock it can't be
+    /// set, so it is what spans are measured by. May be called from any thread.
+    virtual Seconds elapsed() const = 0;
+
     /// Runs `body` once on the main thread after `delay`, which counts on through sleep. A body may
     /// replace or drop its own handle. Main thread only.
     virtual ScheduledTask after(Seconds delay, std::function<void()> body) = 0;

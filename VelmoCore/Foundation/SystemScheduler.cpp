@@ -87,6 +87,11 @@ Date SystemScheduler::now() const
     return std::chrono::system_clock::now();
 }
 
+Seconds SystemScheduler::elapsed() const
+{
+    return m_sinceBoot.time();
+}
+
 ScheduledTask SystemScheduler::after(Seconds delay, std::function<void()> body)
 {
     return m_sinceBoot.insert(m_sinceBoot.time() + std::max(Seconds{0}, delay), std::move(body));

@@ -19,6 +19,7 @@ public:
     SystemScheduler();
 
     Date now() const override;
+    Seconds elapsed() const override;
     ScheduledTask after(Seconds delay, std::function<void()> body) override;
     ScheduledTask at(Date date, std::function<void()> body) override;
     void post(std::function<void()> body) override;

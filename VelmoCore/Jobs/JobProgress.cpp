@@ -20,7 +20,7 @@ void JobProgress::update(std::optional<double> progress, const std::optional<QSt
 {
     {
         const std::lock_guard guard(m_lock);
-        const Date now = m_scheduler.now();
+        const Seconds now = m_scheduler.elapsed();
         if (!force && m_lastSent && now - *m_lastSent <= shortestInterval)
             return;
         m_lastSent = now;

@@ -26,7 +26,7 @@ private:
     const Scheduler &m_scheduler;
     Send m_send;
     std::mutex m_lock;
-    std::optional<Date> m_lastSent;
+    std::optional<Seconds> m_lastSent; ///< by the scheduler's elapsed time
 };
 
 } // namespace velmo

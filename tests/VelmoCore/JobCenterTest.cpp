@@ -58,7 +58,10 @@ TEST(JobProgress, DropsWhatComesTooSoonUnlessForced)
     progress.update(0.5);
     scheduler.advance(0.11s);
     progress.update(std::nullopt);
-    EXPECT_EQ(sent, (Updates{1, 0, std::nullopt}));
+    scheduler.setClock(scheduler.now() - 1h);
+    scheduler.advance(0.11s);
+    progress.update(0.7);
+    EXPECT_EQ(sent, (Updates{1, 0, std::nullopt, 0.7}));
 }
 
 TEST_F(JobCenterTest, EndsInTheHistoryWithItsOwnWords)

@@ -15,6 +15,7 @@ public:
     explicit ManualScheduler(Date start = Date{1'773'480'413s});
 
     Date now() const override;
+    Seconds elapsed() const override { return m_elapsed; }
     ScheduledTask after(Seconds delay, std::function<void()> body) override;
     ScheduledTask at(Date date, std::function<void()> body) override;
     void post(std::function<void()> body) override;
