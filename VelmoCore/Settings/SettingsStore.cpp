@@ -81,8 +81,13 @@ void SettingsStore::removeObserver(ObserverID id)
 void SettingsStore::flush()
 {
     m_saveTask.cancel();
+    if (!m_isUnsaved)
+        return; // what stands there may be what couldn't be read, or a newer Orvane's
+    if (std::exchange(m_isUnread, false))
+        AtomicFile::quarantine(m_path, m_scheduler.now());
     try {
         exportTo(m_path);
+        m_isUnsaved = false;
     } catch (const FileError &error) {
         qCCritical(Log::settings).noquote()
             << "Falha ao salvar configurações:" << error.description();
@@ -113,6 +118,7 @@ void SettingsStore::load()
     } catch (const FileError &error) {
         qCCritical(Log::settings).noquote() << "Falha ao ler configurações:" << error.description();
         m_loadIssue = QStringLiteral("Não foi possível ler as configurações salvas.");
+        m_isUnread = true;
     }
     if (!content)
         return;
@@ -124,6 +130,7 @@ void SettingsStore::load()
         qCCritical(Log::settings,
                    "Configurações ilegíveis; arquivo isolado e padrões restaurados.");
         m_loadIssue = corruptionIssue(copy);
+        m_isUnread = !copy;
     } else if (!result.discardedKeys.empty()) {
         const QStringList keys(result.discardedKeys.begin(), result.discardedKeys.end());
         qCInfo(Log::settings).noquote()
@@ -137,6 +144,7 @@ void SettingsStore::apply(const AppSettings &settings)
 {
     if (settings == m_settings)
         return;
+    m_isUnsaved = true;
     m_unannounced.emplace_back(std::exchange(m_settings, settings), settings);
     if (!m_isAnnouncing)
         announceChanges();

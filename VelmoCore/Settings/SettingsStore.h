@@ -50,7 +50,7 @@ public:
     ObserverID observe(Observer observer);
     void removeObserver(ObserverID id);
 
-    /// Saves at once. A failure goes to the log; the record in memory stays.
+    /// Saves what has changed, at once. A failure goes to the log; the record in memory stays.
     void flush();
 
     /// Throws `FileError`.
@@ -73,6 +73,9 @@ private:
     Seconds m_saveDelay;
     AppSettings m_settings;
     std::optional<QString> m_loadIssue;
+    bool m_isUnsaved = false;
+    /// Whether what stands at the path is what couldn't be read.
+    bool m_isUnread = false;
     std::map<ObserverID, Observer> m_observers;
     ObserverID m_nextObserverID = 1;
     /// Before and after of the changes that the observers don't know yet.

@@ -42,11 +42,33 @@ TEST_F(SettingsStoreTest, SetsAnUnreadableFileAside)
     EXPECT_TRUE(store.loadIssue()->endsWith("Cópia preservada em " + copy + '.'));
 }
 
-TEST_F(SettingsStoreTest, LeavesAFileAloneThatTheSystemWontRead)
+TEST_F(SettingsStoreTest, LeavesAFileAloneThatTheSystemWontReadUntilAChange)
 {
     folder.write("settings.json/inside", "x");
-    EXPECT_EQ(makeStore().loadIssue(), "Não foi possível ler as configurações salvas.");
+    SettingsStore store = makeStore();
+    EXPECT_EQ(store.loadIssue(), "Não foi possível ler as configurações salvas.");
+    store.flush();
     EXPECT_EQ(folder.read("settings.json/inside"), "x");
+    store.update(setMinutes(9));
+    store.flush();
+    EXPECT_EQ(saved().eventAlertMinutes, 9);
+    ASSERT_EQ(folder.names().size(), 2);
+    EXPECT_EQ(folder.read(folder.names().first() + "/inside"), "x") << "set aside";
+}
+
+TEST_F(SettingsStoreTest, WritesNothingAtTheEndThatNobodyChanged)
+{
+    makeStore().flush();
+    EXPECT_TRUE(folder.names().isEmpty());
+    for (const QByteArray &text :
+         {QByteArray("{\"schemaVersion\":6,\"novo\":1}"), QByteArray("{\"panelSize\":\"huge\"}")}) {
+        folder.write(fileName, text);
+        makeStore().flush();
+        EXPECT_EQ(folder.read(fileName), text);
+    }
+    folder.write(fileName, "{");
+    makeStore().flush();
+    EXPECT_EQ(folder.names().size(), 1) << "set aside, with nothing in its place";
 }
 
 TEST_F(SettingsStoreTest, RepairsADamagedFileAtTheNextChangeOnly)
