@@ -32,11 +32,12 @@ struct TaskItem {
     std::optional<Date> due; ///< when the user is reminded
     Date created;
     std::optional<Date> completedAt;
+    std::optional<Date> reminded; ///< the `due` that the user needs no reminder of any more
 
     bool isOverdue(Date date) const { return due && !isDone && *due < date; }
 
     bool operator==(const TaskItem &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(TaskItem, (), (id, title, isDone, due, created, completedAt))
+BOOST_DESCRIBE_STRUCT(TaskItem, (), (id, title, isDone, due, created, completedAt, reminded))
 
 } // namespace velmo

@@ -254,6 +254,14 @@ void NotesStore::restore(const std::vector<TaskItem> &tasks)
     hasChanged();
 }
 
+std::vector<TaskItem> NotesStore::takeMissedReminders()
+{
+    auto missed = settleReminders();
+    if (!missed.empty())
+        m_file.saveAfter(saveDelay);
+    return missed;
+}
+
 TaskItem *NotesStore::task(const Uuid &id)
 {
     const auto task = std::ranges::find(m_state.tasks, id, &TaskItem::id);
@@ -295,8 +303,21 @@ void NotesStore::insert(const Note &note)
     hasChanged();
 }
 
+std::vector<TaskItem> NotesStore::settleReminders()
+{
+    std::vector<TaskItem> due;
+    for (TaskItem &task : m_state.tasks) {
+        if (!task.due || task.isDone || *task.due > m_scheduler.now() || task.reminded == task.due)
+            continue;
+        task.reminded = task.due;
+        due.push_back(task);
+    }
+    return due;
+}
+
 void NotesStore::hasChanged()
 {
+    settleReminders();
     m_file.saveAfter(saveDelay);
     scheduleDue();
     Q_EMIT changed();
@@ -312,10 +333,7 @@ void NotesStore::scheduleDue()
             next = task.due;
     }
     if (next)
-        m_nextDue = m_scheduler.at(*next + leeway, [this] {
-            scheduleDue();
-            Q_EMIT changed();
-        });
+        m_nextDue = m_scheduler.at(*next + leeway, [this] { hasChanged(); });
 }
 
 } // namespace velmo

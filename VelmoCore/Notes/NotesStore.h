@@ -73,6 +73,8 @@ public:
     void clearCompletedTasks();
     /// Brings back what was deleted.
     void restore(const std::vector<TaskItem> &tasks);
+    /// The open tasks that came due while nobody could remind of them; each is given once.
+    std::vector<TaskItem> takeMissedReminders();
 
     /// Saves at once and waits for it.
     void flush() { m_file.flush(); }
@@ -95,6 +97,8 @@ private:
     const Reading &read(const Note &note) const;
     void readInBackground();
     void insert(const Note &note);
+    /// Gives the open tasks whose time has come since the last call.
+    std::vector<TaskItem> settleReminders();
     void hasChanged();
     void scheduleDue();
 

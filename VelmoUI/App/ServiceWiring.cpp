@@ -11,6 +11,7 @@ namespace velmo::ServiceWiring {
 namespace {
 
 constexpr Seconds shelfCleaningInterval = 21'600s;
+const QString notesModule = QStringLiteral("notes");
 
 void startShelf(AppServices &services)
 {
@@ -67,13 +68,17 @@ void startTimers(AppServices &services)
     services.timers.evaluate();
 }
 
+SystemNotifier::Notification reminder(const TaskItem &task)
+{
+    return {QStringLiteral("Lembrete"), task.title};
+}
+
 void remind(AppServices &services, const TaskItem &task)
 {
     const QString identifier = uuidText(task.id);
     services.notifier.cancel(identifier);
     if (task.due && !task.isDone && *task.due > services.platform.scheduler.now())
-        services.notifier.schedule(identifier, {QStringLiteral("Lembrete"), task.title}, *task.due,
-                                   QStringLiteral("notes"));
+        services.notifier.schedule(identifier, reminder(task), *task.due, notesModule);
 }
 
 void startNotes(AppServices &services)
@@ -83,6 +88,8 @@ void startNotes(AppServices &services)
     };
     for (const TaskItem &task : services.notes.tasks())
         remind(services, task);
+    for (const TaskItem &task : services.notes.takeMissedReminders())
+        services.notifier.send(uuidText(task.id), reminder(task), notesModule);
 }
 
 void settingsChanged(AppServices &services, const AppSettings &before, const AppSettings &after)

@@ -77,5 +77,31 @@ TEST_F(ServiceWiringTest, RemindsOfOpenTasksAlsoAfterARestart)
     EXPECT_THAT(notifications(), SizeIs(1));
 }
 
+TEST_F(ServiceWiringTest, RemindsOnceOfWhatCameDueWhileItWasClosed)
+{
+    const auto restart = [&](Seconds closed) {
+        services->flush();
+        services.reset();
+        desktop.notifications.shown.clear();
+        desktop.scheduler.advance(closed);
+        launch();
+    };
+    const Date now = desktop.scheduler.now();
+    services->notes.addTask(u"regar"_qs, now + 1h);
+    services->notes.toggleTask(services->notes.addTask(u"feita"_qs, now + 1h)->id);
+    const Uuid later = services->notes.addTask(u"ler"_qs, now + 3h)->id;
+    restart(2h);
+    EXPECT_THAT(notifications(), ElementsAre(u"Lembrete: regar"_qs));
+    restart(0s);
+    EXPECT_THAT(notifications(), IsEmpty());
+    desktop.scheduler.advance(2h);
+    EXPECT_THAT(notifications(), ElementsAre(u"Lembrete: ler"_qs));
+    restart(1h);
+    EXPECT_THAT(notifications(), IsEmpty()) << "it was reminded of while it ran";
+    services->notes.setDue(later, desktop.scheduler.now() + 1h);
+    restart(2h);
+    EXPECT_THAT(notifications(), ElementsAre(u"Lembrete: ler"_qs));
+}
+
 } // namespace
 } // namespace velmo
