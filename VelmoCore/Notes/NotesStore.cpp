@@ -262,6 +262,12 @@ std::vector<TaskItem> NotesStore::takeMissedReminders()
     return missed;
 }
 
+void NotesStore::flush()
+{
+    Q_EMIT flushing();
+    m_file.flush();
+}
+
 TaskItem *NotesStore::task(const Uuid &id)
 {
     const auto task = std::ranges::find(m_state.tasks, id, &TaskItem::id);

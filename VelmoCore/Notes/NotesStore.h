@@ -76,10 +76,12 @@ public:
     /// The open tasks that came due while nobody could remind of them; each is given once.
     std::vector<TaskItem> takeMissedReminders();
 
-    /// Saves at once and waits for it.
-    void flush() { m_file.flush(); }
+    /// Asks for what is held back, saves at once and waits for it.
+    void flush();
 
 Q_SIGNALS:
+    /// Whoever holds back what was typed hands it over before this returns.
+    void flushing();
     /// Also when a task becomes overdue.
     void changed();
     void requested();

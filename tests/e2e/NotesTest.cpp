@@ -52,6 +52,29 @@ TEST_F(NotesTest, KeepANoteThatTheHotKeyBegan)
     EXPECT_TRUE(isOnDisk("segredo"));
 }
 
+TEST_F(NotesTest, KeepWhatWasTypedIntoALongOneJustBeforeTheEnd)
+{
+    const QString text = QString("linha\n").repeated(20'000);
+    const Date now{Seconds(double(QDateTime::currentSecsSinceEpoch()))};
+    const Note note{.id = makeUuid(), .text = text, .created = now, .updated = now};
+    home.write("data/Orvane/notes.json", Json::encode(NotesStore::Snapshot{{note}, {}}));
+    QString typed;
+    const auto typeAndEnd = [&](xcb_keysym_t key, char letter, const std::function<void()> &end) {
+        launch();
+        const xcb_window_t focused = screen.focusedWindow();
+        ASSERT_EQ(run({"open", "notes"}).exitCode, 0);
+        ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != focused; }));
+        screen.typeKey(key);
+        typed += QLatin1Char(letter);
+        pause(200ms); // the key comes before the end, but the note's rest after it
+        end();
+        EXPECT_EQ(exitCode(), 0);
+        EXPECT_EQ(sealedNotes().front().text.sliced(text.size()), typed);
+    };
+    typeAndEnd(XK_x, 'x', [&] { ::kill(pid_t(orvane.processId()), SIGTERM); });
+    typeAndEnd(XK_y, 'y', [&] { run({"quit"}); });
+}
+
 TEST_F(NotesTest, TellTheDesktopOfATimerThatWasRunningBeforeTheStart)
 {
     writeSettings();

@@ -113,6 +113,7 @@ NotesPageModel::NotesPageModel(AppServices &services)
 {
     connect(&services.notes, &NotesStore::changed, this, &NotesPageModel::storeChanged);
     connect(&services.notes, &NotesStore::requested, this, &NotesPageModel::requested);
+    connect(&services.notes, &NotesStore::flushing, &m_editor, &NoteEditor::flush);
     const auto notes = services.notes.sortedNotes();
     if (!notes.empty())
         m_selected = notes.front().id;
