@@ -10,16 +10,19 @@ constexpr Seconds saveDelay = 0.5s;
 
 } // namespace
 
-ActivityCenter::ActivityCenter(const std::optional<QString> &path,
-                               const std::optional<DataCipher> &cipher, Scheduler &scheduler,
-                               int retentionDays, Seconds duration)
+ActivityCenter::ActivityCenter(const std::optional<QString> &path, const DataFiles &files,
+                               Scheduler &scheduler, int retentionDays, Seconds duration)
     : m_scheduler(scheduler), m_retentionDays(retentionDays), m_feedbackDuration(duration),
-      m_file(path, cipher, scheduler,
+      m_file(path, files, scheduler,
              {QStringLiteral("Atividade"), QStringLiteral("histórico de atividade")},
              [this] { return m_history; })
 {
-    if (auto history = m_file.load())
-        m_history = pruned(*std::move(history), scheduler.now());
+    m_file.load([this](std::vector<ActivityEvent> kept) {
+        auto history = m_history;
+        history.insert(history.end(), std::make_move_iterator(kept.begin()),
+                       std::make_move_iterator(kept.end()));
+        setHistory(pruned(std::move(history), m_scheduler.now()));
+    });
 }
 
 void ActivityCenter::upsert(const LiveActivity &activity, std::function<void()> onCancel)

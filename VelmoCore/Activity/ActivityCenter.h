@@ -26,9 +26,9 @@ public:
     /// An event with files stays at least this long, so that they can be reached.
     static constexpr Seconds feedbackDurationWithFiles = 8s;
 
-    /// Loads the history. Without a path nothing is kept.
-    ActivityCenter(const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
-                   Scheduler &scheduler, int retentionDays, Seconds duration = feedbackDuration);
+    /// Loads the history, or does so when its key comes. Without a path nothing is kept.
+    ActivityCenter(const std::optional<QString> &path, const DataFiles &files, Scheduler &scheduler,
+                   int retentionDays, Seconds duration = feedbackDuration);
 
     /// Sorted by priority, equal ones in order of arrival.
     const std::vector<LiveActivity> &live() const { return m_live; }

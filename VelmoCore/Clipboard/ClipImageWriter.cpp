@@ -3,6 +3,7 @@
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Uuid.h"
 #include "VelmoCore/Storage/AtomicFile.h"
+#include "VelmoCore/Storage/ProtectedFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -38,7 +39,7 @@ QString ClipImageWriter::store(const QByteArray &data) const
     const auto file = path(name);
     if (!file)
         throw FileError(name, ENOENT);
-    files.write(data, *file);
+    ProtectedFile{files.waitForCipher()}.write(data, *file);
     return name;
 }
 
@@ -48,9 +49,10 @@ std::optional<QByteArray> ClipImageWriter::read(const QString &name) const
     if (!file)
         return std::nullopt;
     try {
-        const ProtectedFile::Contents contents = files.read(*file);
-        if (contents.wasPlaintext && files.cipher)
-            seal(files, contents.data, *file);
+        const ProtectedFile protection{files.cipher()};
+        const ProtectedFile::Contents contents = protection.read(*file);
+        if (contents.wasPlaintext && protection.cipher)
+            seal(protection, contents.data, *file);
         return contents.data;
     } catch (const LocalizedError &error) {
         qCDebug(Log::storage).noquote() << "Imagem ilegível:" << error.description();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VelmoCore/Storage/ProtectedFile.h"
+#include "VelmoCore/Storage/DataFiles.h"
 
 namespace velmo {
 
@@ -8,11 +8,12 @@ namespace velmo {
 /// thread may use.
 struct ClipImageWriter {
     std::optional<QString> directory;
-    ProtectedFile files;
+    DataFiles files;
 
     /// The image's path; nothing without a folder, and for what isn't a plain name.
     std::optional<QString> path(const QString &name) const;
-    /// Gives the new file's name. Throws `FileError`; without a folder, that of a missing file.
+    /// Gives the new file's name. It waits for the key where that is awaited. Throws `FileError`,
+    /// without a folder that of a missing file, and `DataFiles::KeyAbandoned`.
     QString store(const QByteArray &data) const;
     /// The image's bytes; nothing where they can't be read. A plain file is sealed at once when a
     /// cipher is at hand.

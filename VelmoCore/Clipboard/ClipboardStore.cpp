@@ -26,25 +26,20 @@ std::optional<QString> inside(const std::optional<QString> &directory, const QSt
 
 } // namespace
 
-ClipboardStore::ClipboardStore(const std::optional<QString> &directory,
-                               const std::optional<DataCipher> &cipher, Scheduler &scheduler)
+ClipboardStore::ClipboardStore(const std::optional<QString> &directory, const DataFiles &files,
+                               Scheduler &scheduler)
     : m_scheduler(scheduler),
       m_file(
-          inside(directory, QStringLiteral("clipboard.json")), cipher, scheduler,
+          inside(directory, QStringLiteral("clipboard.json")), files, scheduler,
           {QStringLiteral("Clipboard"), QStringLiteral("o clipboard")},
           [this] {
               return Snapshot{m_items, m_collections};
           },
           [this] { Q_EMIT issuesChanged(); }),
-      m_images{inside(directory, QStringLiteral("images")), {cipher}}
+      m_images{inside(directory, QStringLiteral("images")), files}
 {
     m_worker.setMaxThreadCount(1);
-    if (auto snapshot = m_file.load()) {
-        m_items = std::move(snapshot->items);
-        m_collections = std::move(snapshot->collections);
-    }
-    encryptLegacyImages();
-    foldInBackground();
+    m_file.load([this](Snapshot kept) { adopt(std::move(kept)); });
 }
 
 ClipboardStore::~ClipboardStore()
@@ -81,6 +76,26 @@ std::optional<ClipItem> ClipboardStore::item(const Uuid &id) const
 
 void ClipboardStore::add(const ClipItem &item)
 {
+    place(item);
+    dropBeyondLimits(m_scheduler.now());
+    changed();
+}
+
+void ClipboardStore::adopt(Snapshot kept)
+{
+    const Items early = std::exchange(m_items, std::move(kept.items));
+    for (auto item = early.rbegin(); item != early.rend(); ++item)
+        place(*item);
+    m_collections.insert(m_collections.begin(), kept.collections.begin(), kept.collections.end());
+    encryptLegacyImages();
+    foldInBackground();
+    Q_EMIT collectionsChanged();
+    Q_EMIT itemsChanged();
+    Q_EMIT loaded();
+}
+
+void ClipboardStore::place(const ClipItem &item)
+{
     const auto known = std::ranges::find(m_items, item.signature, &ClipItem::signature);
     if (known == m_items.end()) {
         m_items.insert(m_items.begin(), item);
@@ -90,14 +105,18 @@ void ClipboardStore::add(const ClipItem &item)
             known->sourceAppName = item.sourceAppName;
         if (item.sourceBundleID)
             known->sourceBundleID = item.sourceBundleID;
+        known->isPinned = known->isPinned || item.isPinned;
+        known->isFavorite = known->isFavorite || item.isFavorite;
+        for (const Uuid &collection : item.collectionIDs) {
+            if (std::ranges::count(known->collectionIDs, collection) == 0)
+                known->collectionIDs.push_back(collection);
+        }
         if (item.imageFile != known->imageFile)
             removeImage(item);
         raise(known);
     }
     m_folded.remove(m_items.front().id);
     folded(m_items.front());
-    dropBeyondLimits(m_scheduler.now());
-    changed();
 }
 
 void ClipboardStore::touch(const Uuid &id)
@@ -200,7 +219,7 @@ std::optional<QByteArray> ClipboardStore::imageData(const ClipItem &item) const
 
 void ClipboardStore::encryptLegacyImages()
 {
-    if (!m_images.files.cipher)
+    if (!m_images.files.cipher())
         return;
     std::vector<QString> names;
     for (const ClipItem &item : m_items) {

@@ -29,9 +29,9 @@ public:
     static constexpr int defaultMaxItems = 200;
     static constexpr int defaultRetentionDays = 30;
 
-    /// Loads "clipboard.json" of `directory` at once; never fails. Without a directory nothing is
-    /// kept on disk.
-    ClipboardStore(const std::optional<QString> &directory, const std::optional<DataCipher> &cipher,
+    /// Loads "clipboard.json" of `directory` at once, or when the key comes; never fails. Without a
+    /// directory nothing is kept on disk.
+    ClipboardStore(const std::optional<QString> &directory, const DataFiles &files,
                    Scheduler &scheduler);
     /// Waits for what is being written. What waits for its moment isn't: that is for `flush`.
     ~ClipboardStore() override;
@@ -92,11 +92,16 @@ Q_SIGNALS:
     void itemsChanged();
     void collectionsChanged();
     void issuesChanged();
+    /// The history of earlier runs has come late. It may be beyond the limits.
+    void loaded();
 
 private:
     using Items = std::vector<ClipItem>;
     using FoldedTexts = QHash<Uuid, QString>;
 
+    void adopt(Snapshot kept);
+    /// Brings the item to the front.
+    void place(const ClipItem &item);
     Items::iterator find(const Uuid &id);
     void change(const Uuid &id, const std::function<void(ClipItem &)> &change);
     void raise(Items::iterator item);

@@ -31,16 +31,14 @@ QString timeText(const QDateTime &date)
 
 } // namespace
 
-NotesStore::NotesStore(const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
+NotesStore::NotesStore(const std::optional<QString> &path, const DataFiles &files,
                        Scheduler &scheduler)
     : m_scheduler(scheduler),
-      m_file(path, cipher, scheduler, {QStringLiteral("Notas"), QStringLiteral("notas")},
+      m_file(path, files, scheduler, {QStringLiteral("Notas"), QStringLiteral("notas")},
              [this] { return m_state; })
 {
-    if (auto state = m_file.load())
-        m_state = *std::move(state);
-    readInBackground();
-    scheduleDue();
+    m_file.onFlush = [this] { Q_EMIT flushing(); };
+    m_file.load([this](Snapshot kept) { adopt(std::move(kept)); });
 }
 
 const Note *NotesStore::note(const Uuid &id) const
@@ -262,10 +260,18 @@ std::vector<TaskItem> NotesStore::takeMissedReminders()
     return missed;
 }
 
-void NotesStore::flush()
+void NotesStore::adopt(Snapshot kept)
 {
-    Q_EMIT flushing();
-    m_file.flush();
+    const auto append = [](auto &to, auto &from) {
+        to.insert(to.end(), std::make_move_iterator(from.begin()),
+                  std::make_move_iterator(from.end()));
+    };
+    append(m_state.notes, kept.notes);
+    append(m_state.tasks, kept.tasks);
+    readInBackground();
+    scheduleDue();
+    Q_EMIT changed();
+    Q_EMIT loaded();
 }
 
 TaskItem *NotesStore::task(const Uuid &id)

@@ -27,9 +27,8 @@ public:
         bool operator==(const Snapshot &) const = default;
     };
 
-    /// Loads at once; never fails. Without a path nothing is kept on disk.
-    NotesStore(const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
-               Scheduler &scheduler);
+    /// Loads at once, or when the key comes; never fails. Without a path nothing is kept on disk.
+    NotesStore(const std::optional<QString> &path, const DataFiles &files, Scheduler &scheduler);
 
     /// With a task whose reminder may have changed; one without `due` has none any more.
     std::function<void(const TaskItem &)> onTaskReminderChanged = [](const TaskItem &) {};
@@ -77,16 +76,19 @@ public:
     std::vector<TaskItem> takeMissedReminders();
 
     /// Asks for what is held back, saves at once and waits for it.
-    void flush();
+    void flush() { m_file.flush(); }
 
 Q_SIGNALS:
     /// Whoever holds back what was typed hands it over before this returns.
     void flushing();
     /// Also when a task becomes overdue.
     void changed();
+    /// Notes and tasks of earlier runs have come late.
+    void loaded();
     void requested();
 
 private:
+    void adopt(Snapshot kept);
     TaskItem *task(const Uuid &id);
     /// What a search looks at in a text.
     struct Reading {

@@ -3,10 +3,10 @@
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Settings/SettingsCoder.h"
 #include "VelmoCore/Storage/AtomicFile.h"
+#include "VelmoCore/Storage/JSONFileStore.h"
 
 #include <QFileInfo>
 #include <QScopeGuard>
-#include <QStringList>
 
 #include <cerrno>
 
@@ -88,10 +88,29 @@ void SettingsStore::flush()
     try {
         exportTo(m_path);
         m_isUnsaved = false;
+        setSaveError(std::nullopt);
     } catch (const FileError &error) {
         qCCritical(Log::settings).noquote()
             << "Falha ao salvar configurações:" << error.description();
+        setSaveError(JSONFile::saveIssue(error, QStringLiteral("Ajustes"), std::nullopt));
     }
+}
+
+QStringList SettingsStore::issues() const
+{
+    QStringList issues;
+    if (m_loadIssue && !m_isLoadIssueRead)
+        issues.append(*m_loadIssue);
+    if (m_lastSaveError)
+        issues.append(*m_lastSaveError);
+    return issues;
+}
+
+void SettingsStore::dismissIssues()
+{
+    m_isLoadIssueRead = true;
+    m_lastSaveError.reset();
+    Q_EMIT issuesChanged();
 }
 
 void SettingsStore::exportTo(const QString &path) const
@@ -149,6 +168,12 @@ void SettingsStore::apply(const AppSettings &settings)
     if (!m_isAnnouncing)
         announceChanges();
     m_saveTask = m_scheduler.after(m_saveDelay, [this] { flush(); });
+}
+
+void SettingsStore::setSaveError(const std::optional<QString> &error)
+{
+    if (std::exchange(m_lastSaveError, error) != error)
+        Q_EMIT issuesChanged();
 }
 
 void SettingsStore::announceChanges()

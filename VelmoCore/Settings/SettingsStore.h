@@ -4,6 +4,7 @@
 #include "VelmoCore/Settings/AppSettings.h"
 
 #include <QObject>
+#include <QStringList>
 
 #include <deque>
 #include <functional>
@@ -37,6 +38,9 @@ public:
     /// What went wrong at loading, for the user; shown until the next start.
     const std::optional<QString> &loadIssue() const { return m_loadIssue; }
     const QString &path() const { return m_path; }
+    /// What the user hasn't read yet: of the loading, and of a save that failed.
+    QStringList issues() const;
+    void dismissIssues();
 
     /// `change` alters a copy of the record, which then replaces it. An equal record changes
     /// nothing.
@@ -50,7 +54,7 @@ public:
     ObserverID observe(Observer observer);
     void removeObserver(ObserverID id);
 
-    /// Saves what has changed, at once. A failure goes to the log; the record in memory stays.
+    /// Saves what has changed, at once. A failure is an issue; the record in memory stays.
     void flush();
 
     /// Throws `FileError`.
@@ -61,8 +65,10 @@ public:
 
 Q_SIGNALS:
     void settingsChanged();
+    void issuesChanged();
 
 private:
+    void setSaveError(const std::optional<QString> &error);
     void load();
     void apply(const AppSettings &settings);
     void announceChanges();
@@ -73,6 +79,8 @@ private:
     Seconds m_saveDelay;
     AppSettings m_settings;
     std::optional<QString> m_loadIssue;
+    bool m_isLoadIssueRead = false;
+    std::optional<QString> m_lastSaveError;
     bool m_isUnsaved = false;
     /// Whether what stands at the path is what couldn't be read.
     bool m_isUnread = false;

@@ -21,8 +21,7 @@ constexpr Seconds day = 86'400s;
 
 } // namespace
 
-ShelfStore::ShelfStore(const Places &places, const std::optional<DataCipher> &cipher,
-                       Scheduler &scheduler)
+ShelfStore::ShelfStore(const Places &places, const DataFiles &files, Scheduler &scheduler)
     : trash([](const QUrl &file) {
           errno = 0;
           if (!QFile::moveToTrash(file.toLocalFile()))
@@ -30,13 +29,17 @@ ShelfStore::ShelfStore(const Places &places, const std::optional<DataCipher> &ci
       }),
       m_places(places), m_scheduler(scheduler),
       m_file(
-          inDirectory(QStringLiteral("shelf.json")), cipher, scheduler,
+          inDirectory(QStringLiteral("shelf.json")), files, scheduler,
           {QStringLiteral("Mesa"), QStringLiteral("a prateleira")}, [this] { return snapshot(); },
           [this] { Q_EMIT issuesChanged(); })
 {
-    if (auto kept = m_file.load())
-        m_items = std::move(kept->items);
-    removeDuplicateFiles();
+    m_file.load([this](Snapshot kept) {
+        m_items.insert(m_items.end(), std::make_move_iterator(kept.items.begin()),
+                       std::make_move_iterator(kept.items.end()));
+        removeDuplicateFiles();
+        Q_EMIT itemsChanged();
+        Q_EMIT loaded();
+    });
 }
 
 std::vector<ShelfItem> ShelfStore::items(const QString &query,

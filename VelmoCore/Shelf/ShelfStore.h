@@ -36,8 +36,8 @@ public:
         QUrl home; ///< unless something of that name stands there
     };
 
-    /// Loads at once; never fails.
-    ShelfStore(const Places &places, const std::optional<DataCipher> &cipher, Scheduler &scheduler);
+    /// Loads at once, or when the key comes; never fails.
+    ShelfStore(const Places &places, const DataFiles &files, Scheduler &scheduler);
 
     /// Newest first.
     const std::vector<ShelfItem> &items() const { return m_items; }
@@ -102,7 +102,8 @@ public:
     int autoClean(int olderThanDays, Date now);
     void forgetMissingFiles();
     int removeDuplicateFiles();
-    /// Brings files of earlier versions into `notchFolder`. Gives how many.
+    /// Brings files of earlier versions into `notchFolder`. Gives how many. Without the records of
+    /// where they came from none.
     int migrateIntoNotchFolder();
 
     /// Throws `FileError`; the desktop's trash unless replaced.
@@ -111,6 +112,8 @@ public:
 Q_SIGNALS:
     void itemsChanged();
     void issuesChanged();
+    /// The items of earlier runs have come late.
+    void loaded();
 
 private:
     struct Removal {

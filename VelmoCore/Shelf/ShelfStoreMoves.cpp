@@ -156,7 +156,7 @@ void ShelfStore::reportReturnFailures(int count)
 int ShelfStore::migrateIntoNotchFolder()
 {
     const auto copies = copiesDirectory();
-    if (!m_places.notchFolder || !copies)
+    if (!m_places.notchFolder || !copies || !m_file.isOpen())
         return 0;
     int count = 0;
     const auto moveOver = [&](const QString &path) -> std::optional<QUrl> {

@@ -2,21 +2,46 @@
 
 #include "VelmoCore/Foundation/Log.h"
 
+#include <mutex>
+
 namespace velmo {
 
-StateSaving::StateSaving(Scheduler &scheduler, const Names &names, TakeState takeState,
-                         std::function<void()> issuesChanged)
-    : m_scheduler(scheduler), m_names(names), m_takeState(std::move(takeState)),
+/// Goes from the reading thread to the main thread.
+struct StateSaving::Result {
+    std::mutex mutex;
+    std::optional<Reading> reading;
+};
+
+StateSaving::StateSaving(const DataFiles &files, Scheduler &scheduler, const Names &names,
+                         TakeState takeState, std::function<void()> issuesChanged)
+    : m_files(files), m_scheduler(scheduler), m_names(names), m_takeState(std::move(takeState)),
       m_issuesChanged(std::move(issuesChanged)),
       m_saver(scheduler, [this](const std::exception_ptr &failure) { saved(failure); })
 {
+    if (m_takeState)
+        m_files.add(*this);
+}
+
+StateSaving::~StateSaving()
+{
+    m_files.remove(*this);
+}
+
+QStringList StateSaving::issues() const
+{
+    QStringList issues;
+    for (const auto &issue : {m_loadIssue, m_lastSaveError}) {
+        if (issue)
+            issues.append(*issue);
+    }
+    return issues;
 }
 
 void StateSaving::dismissIssues()
 {
     m_loadIssue.reset();
     m_lastSaveError.reset();
-    m_issuesChanged();
+    issuesHaveChanged();
 }
 
 void StateSaving::saveNow()
@@ -25,6 +50,10 @@ void StateSaving::saveNow()
         return;
     std::exception_ptr failure;
     try {
+        if (isLoading()) {
+            m_isSaveWanted = true;
+            throw LocalizedError(QStringLiteral("A chave dos dados ainda não chegou."));
+        }
         m_takeState()();
     } catch (const LocalizedError &) {
         failure = std::current_exception();
@@ -42,14 +71,90 @@ void StateSaving::flush()
 {
     if (!m_takeState)
         return;
+    onFlush();
+    if (isReading()) {
+        m_reader.waitForDone();
+        finishReading();
+    }
     save();
-    m_saver.flush();
+    if (!isLoading())
+        m_saver.flush();
+}
+
+bool StateSaving::holdsUnsaved()
+{
+    onFlush();
+    return isLoading() && (m_isSaveWanted || m_saveTask.isPending());
+}
+
+void StateSaving::keyCame()
+{
+    const bool hasKey = m_files.cipher().has_value();
+    if (!m_read || isReading())
+        return;
+    if (m_phase == Phase::waiting || (m_phase == Phase::locked && hasKey))
+        startReading();
+    else if (m_phase == Phase::open && hasKey)
+        save(); // it was kept in plain
+}
+
+void StateSaving::load(Read read)
+{
+    m_read = std::move(read);
+    if (m_files.isKeyAwaited())
+        m_phase = Phase::waiting;
+    else
+        settle(m_read(m_files.cipher(), m_scheduler.now()));
+}
+
+void StateSaving::startReading()
+{
+    // What came while the file was closed is to be saved once it is open.
+    m_isSaveWanted = m_isSaveWanted || m_phase == Phase::locked;
+    m_phase = Phase::reading;
+    m_result = std::make_shared<Result>();
+    m_reader.start([this, read = m_read, result = m_result, cipher = m_files.cipher(),
+                    now = m_scheduler.now(), &scheduler = m_scheduler] {
+        const Reading reading = read(cipher, now);
+        {
+            const std::lock_guard lock(result->mutex);
+            result->reading = reading;
+        }
+        scheduler.post([this, reader = std::weak_ptr(result)] {
+            if (reader.lock())
+                finishReading();
+        });
+    });
+}
+
+void StateSaving::finishReading()
+{
+    std::unique_lock lock(m_result->mutex);
+    const auto reading = std::exchange(m_result->reading, std::nullopt);
+    lock.unlock();
+    if (!reading)
+        return; // a flush was faster
+    settle(*reading);
+    issuesHaveChanged();
+}
+
+void StateSaving::settle(const Reading &reading)
+{
+    m_phase = reading.isLocked ? Phase::locked : Phase::open;
+    m_loadIssue = reading.issue;
+    if (reading.adopt)
+        reading.adopt();
+    if (std::exchange(m_isSaveWanted, false))
+        save();
 }
 
 void StateSaving::save()
 {
     m_saveTask.cancel();
-    m_saver.save(m_takeState());
+    if (isLoading())
+        m_isSaveWanted = true;
+    else
+        m_saver.save(m_takeState());
 }
 
 void StateSaving::saved(const std::exception_ptr &failure)
@@ -64,7 +169,13 @@ void StateSaving::saved(const std::exception_ptr &failure)
         issue = JSONFile::saveIssue(error, m_names.label, m_loadIssue);
     }
     if (std::exchange(m_lastSaveError, issue) != issue)
-        m_issuesChanged();
+        issuesHaveChanged();
+}
+
+void StateSaving::issuesHaveChanged()
+{
+    m_issuesChanged();
+    m_files.notify();
 }
 
 } // namespace velmo

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "VelmoCore/Storage/BackgroundSaver.h"
+#include "VelmoCore/Storage/DataFiles.h"
 #include "VelmoCore/Storage/JSONFileStore.h"
+
+#include <QThreadPool>
 
 namespace velmo {
 
-/// The part of a `StateFile` that doesn't depend on its record: when it is saved, and what the user
-/// has to know of it.
-class StateSaving {
+/// The part of a `StateFile` that doesn't depend on its record: when it is read and saved, and what
+/// the user has to know of that.
+class StateSaving : public DataFiles::Keeper {
 public:
     struct Names {
         QString label;  ///< begins the sentences for the user
@@ -17,35 +20,71 @@ public:
     const std::optional<QString> &loadIssue() const { return m_loadIssue; }
     /// Of the last save; nothing where it succeeded, or failed for what `loadIssue` tells.
     const std::optional<QString> &lastSaveError() const { return m_lastSaveError; }
-    void dismissIssues();
+    QStringList issues() const override;
+    void dismissIssues() override;
+    /// While the key is awaited, and while a file is read whose key came late.
+    bool isLoading() const override { return m_phase == Phase::waiting || isReading(); }
+    /// False while it loads, and for a file that stays closed.
+    bool isOpen() const { return m_phase == Phase::open; }
 
-    /// On this thread, before it returns.
+    /// On this thread, before it returns. While it loads nothing is saved, and that is an issue
+    /// until it has been.
     void saveNow();
-    /// On another thread, `delay` after the last of a burst of changes.
+    /// On another thread, `delay` after the last of a burst of changes, and after the loading.
     void saveAfter(Seconds delay);
-    /// Saves at once, and returns when all of it is on disk.
-    void flush();
+    /// Saves at once, and returns when all of it is on disk, or will not be as the key is missing.
+    void flush() override;
+    /// Set once: hands over what its owner holds back, before all is saved.
+    std::function<void()> onFlush = [] {};
+
+    bool holdsUnsaved() override;
+    void keyCame() override;
 
 protected:
     /// Takes the state, and gives what writes it on any thread.
     using TakeState = std::function<BackgroundSaver::Save()>;
+    /// What became of a reading.
+    struct Reading {
+        bool isLocked = false;
+        std::optional<QString> issue;
+        std::function<void()> adopt; ///< hands over what was kept, if there was anything
+    };
+    /// Runs on any thread.
+    using Read = std::function<Reading(const std::optional<DataCipher> &, Date now)>;
 
     /// Without `takeState` nothing is kept.
-    StateSaving(Scheduler &scheduler, const Names &names, TakeState takeState,
-                std::function<void()> issuesChanged);
-    ~StateSaving() = default;
+    StateSaving(const DataFiles &files, Scheduler &scheduler, const Names &names,
+                TakeState takeState, std::function<void()> issuesChanged);
+    ~StateSaving() override;
 
+    /// At once, or when the key comes.
+    void load(Read read);
+
+    DataFiles m_files;
     Scheduler &m_scheduler;
     const Names m_names;
-    std::optional<QString> m_loadIssue;
 
 private:
+    enum class Phase { open, waiting, reading, locked };
+    struct Result;
+
+    bool isReading() const { return m_phase == Phase::reading; }
+    void startReading();
+    void finishReading();
+    void settle(const Reading &reading);
     void save();
     void saved(const std::exception_ptr &failure);
+    void issuesHaveChanged();
 
     const TakeState m_takeState;
     const std::function<void()> m_issuesChanged;
+    Phase m_phase = Phase::open;
+    bool m_isSaveWanted = false; ///< when it has loaded
+    std::optional<QString> m_loadIssue;
     std::optional<QString> m_lastSaveError;
+    Read m_read;
+    std::shared_ptr<Result> m_result;
+    QThreadPool m_reader; ///< it waits for its thread as it goes
     ScheduledTask m_saveTask;
     BackgroundSaver m_saver;
 };
@@ -56,45 +95,49 @@ template <class Root>
 class StateFile : public StateSaving {
 public:
     /// Without a `path` nothing is kept. `state` gives what is to be saved; `issuesChanged` runs
-    /// when `lastSaveError` changes, and when the issues are dismissed.
+    /// when `lastSaveError` changes, when the issues are dismissed, and after a late loading.
     StateFile(
-        const std::optional<QString> &path, const std::optional<DataCipher> &cipher,
-        Scheduler &scheduler, const Names &names, std::function<Root()> state,
+        const std::optional<QString> &path, const DataFiles &files, Scheduler &scheduler,
+        const Names &names, std::function<Root()> state,
         std::function<void()> issuesChanged = [] {})
-        : StateFile(path ? std::optional(Store(*path, cipher)) : std::nullopt, scheduler, names,
-                    std::move(state), std::move(issuesChanged))
+        : StateSaving(files, scheduler, names,
+                      path ? taking(*path, files, std::move(state)) : TakeState(),
+                      std::move(issuesChanged)),
+          m_path(path)
     {
     }
 
-    /// What was kept, if there is anything that can be read. Never fails.
-    std::optional<Root> load()
+    /// Hands what was kept to `adopt`, if there is anything that can be read. Where the key comes
+    /// late it does so then: `adopt` adds it to what has come meanwhile. Never fails.
+    void load(std::function<void(Root)> adopt)
     {
-        if (!m_store)
-            return std::nullopt;
-        const LoadResult<Root> result = m_store->load(m_scheduler.now());
-        m_loadIssue = result.issue(m_names.label);
-        return result.value();
+        if (!m_path)
+            return;
+        StateSaving::load([path = *m_path, label = m_names.label, adopt = std::move(adopt)](
+                              const std::optional<DataCipher> &cipher, Date now) -> Reading {
+            using Load = LoadResult<Root>;
+            const auto result = std::make_shared<Load>(JSONFileStore<Root>(path, cipher).load(now));
+            Reading reading;
+            reading.isLocked = std::holds_alternative<typename Load::Locked>(result->outcome);
+            reading.issue = result->issue(label);
+            if (auto *loaded = std::get_if<typename Load::Loaded>(&result->outcome))
+                reading.adopt = [result, loaded, adopt] { adopt(std::move(loaded->value)); };
+            return reading;
+        });
     }
 
 private:
-    using Store = JSONFileStore<Root>;
-
-    StateFile(const std::optional<Store> &store, Scheduler &scheduler, const Names &names,
-              std::function<Root()> state, std::function<void()> issuesChanged)
-        : StateSaving(scheduler, names, store ? taking(*store, std::move(state)) : TakeState(),
-                      std::move(issuesChanged)),
-          m_store(store)
+    static TakeState taking(const QString &path, const DataFiles &files,
+                            std::function<Root()> state)
     {
-    }
-
-    static TakeState taking(const Store &store, std::function<Root()> state)
-    {
-        return [store, state = std::move(state)]() -> BackgroundSaver::Save {
-            return [store, root = state()] { store.save(root); };
+        return [path, files, state = std::move(state)]() -> BackgroundSaver::Save {
+            return [store = JSONFileStore<Root>(path, files.cipher()), root = state()] {
+                store.save(root);
+            };
         };
     }
 
-    const std::optional<Store> m_store;
+    const std::optional<QString> m_path;
 };
 
 } // namespace velmo

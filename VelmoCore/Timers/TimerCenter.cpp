@@ -37,15 +37,15 @@ bool hasEnded(const CountdownTimer &timer, Date now)
 
 } // namespace
 
-TimerCenter::TimerCenter(const std::optional<QString> &path, Scheduler &scheduler,
-                         ActivityCenter &activity, std::function<PomodoroConfig()> config)
+TimerCenter::TimerCenter(const std::optional<QString> &path, const DataFiles &files,
+                         Scheduler &scheduler, ActivityCenter &activity,
+                         std::function<PomodoroConfig()> config)
     : m_scheduler(scheduler), m_activity(activity), m_config(std::move(config)),
       m_file(
-          path, std::nullopt, scheduler, {QStringLiteral("Timers"), QStringLiteral("timers")},
+          path, files.unsealed(), scheduler, {QStringLiteral("Timers"), QStringLiteral("timers")},
           [this] { return m_state; }, [this] { Q_EMIT issuesChanged(); })
 {
-    if (auto state = m_file.load())
-        m_state = *std::move(state);
+    m_file.load([this](Snapshot kept) { m_state = std::move(kept); });
 }
 
 bool TimerCenter::isRunning() const

@@ -42,9 +42,9 @@ public:
     static constexpr std::size_t historyLimit = 500;
     static constexpr const char *pomodoroActivityID = "timers.pomodoro";
 
-    /// Loads at once; never fails. Without a path nothing is kept.
-    TimerCenter(const std::optional<QString> &path, Scheduler &scheduler, ActivityCenter &activity,
-                std::function<PomodoroConfig()> config);
+    /// Loads at once, as its file is in plain; never fails. Without a path nothing is kept.
+    TimerCenter(const std::optional<QString> &path, const DataFiles &files, Scheduler &scheduler,
+                ActivityCenter &activity, std::function<PomodoroConfig()> config);
 
     /// After each completion, once the state is settled and saved.
     std::function<void(const Completion &)> onCompletion = [](const Completion &) {};

@@ -24,23 +24,21 @@ ShelfStore::Places shelfPlaces(const AppPaths &paths)
 
 AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &protection,
                          const Platform &desktop)
-    : platform(desktop), paths(appPaths), dataProtection(protection),
+    : platform(desktop), paths(appPaths), dataProtection(protection), files(protection.files()),
       settings(appPaths.settingsFile(), desktop.scheduler),
-      activity(appPaths.activityHistoryFile(), protection.cipher(), desktop.scheduler,
+      activity(appPaths.activityHistoryFile(), files, desktop.scheduler,
                settings.settings().activityRetentionDays),
       permissions(desktop.permissions), notifier(desktop.notifications, desktop.scheduler),
       launchAtLogin(desktop.loginItem), hotKeyCenter(desktop.hotKeyGrabber),
       hotKeys(settings, hotKeyCenter),
-      timers(appPaths.supportFile(QStringLiteral("timers.json")), desktop.scheduler, activity,
-             [this] { return settings.settings().pomodoro; }),
-      notes(appPaths.supportFile(QStringLiteral("notes.json")), protection.cipher(),
-            desktop.scheduler),
-      clipboard(appPaths.supportFile(QStringLiteral("Clipboard")), protection.cipher(),
-                desktop.scheduler),
+      timers(appPaths.supportFile(QStringLiteral("timers.json")), files, desktop.scheduler,
+             activity, [this] { return settings.settings().pomodoro; }),
+      notes(appPaths.supportFile(QStringLiteral("notes.json")), files, desktop.scheduler),
+      clipboard(appPaths.supportFile(QStringLiteral("Clipboard")), files, desktop.scheduler),
       clipboardMonitor(clipboard, desktop.pasteboard, desktop.frontApplication, desktop.scheduler,
                        [this]() -> const AppSettings & { return settings.settings(); }),
       connectivity(desktop.network, desktop.bluetooth), jobs(activity, desktop.scheduler),
-      shelf(shelfPlaces(appPaths), protection.cipher(), desktop.scheduler)
+      shelf(shelfPlaces(appPaths), files, desktop.scheduler)
 {
     settings.observe([this](const AppSettings &before, const AppSettings &after) {
         if (before.activityRetentionDays == after.activityRetentionDays)
@@ -50,12 +48,21 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
     });
 }
 
+AppServices::~AppServices()
+{
+    files.abandonKey();
+}
+
 void AppServices::flush()
 {
     settings.flush();
-    activity.flush();
-    notes.flush();
-    clipboard.flush();
+    files.flush();
+}
+
+void AppServices::settleProtection(const DataProtectionStatus &protection)
+{
+    dataProtection = protection;
+    files.settleKey(protection.cipher());
 }
 
 } // namespace velmo

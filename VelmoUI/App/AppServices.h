@@ -49,16 +49,23 @@ BOOST_DESCRIBE_ENUM(SettingsPane, general, appearance, displays, modules, smartN
 /// ones, so their order is the order of creation. Main thread only.
 class AppServices {
 public:
-    /// Loads what is on disk. `platform`'s objects outlive this one.
+    /// Loads what is on disk, but what is sealed only when its key comes. `platform`'s objects
+    /// outlive this one.
     AppServices(const AppPaths &paths, const DataProtectionStatus &protection,
                 const Platform &platform);
+    /// Lets go of whoever waits for the key.
+    ~AppServices();
+    Q_DISABLE_COPY_MOVE(AppServices)
 
     /// Saves what still waits to be saved.
     void flush();
+    /// Opens what is sealed with a key that came late, or ends the waiting for it.
+    void settleProtection(const DataProtectionStatus &protection);
 
     const Platform platform;
     const AppPaths paths;
-    const DataProtectionStatus dataProtection;
+    DataProtectionStatus dataProtection;
+    DataFiles files; ///< who of the stores keeps what
     SettingsStore settings;
     ActivityCenter activity;
     PermissionsCenter permissions;

@@ -48,6 +48,12 @@ DataProtectionStatus::Presentation DataProtectionStatus::presentation() const
                         "desbloquear o Keychain.")
                         .arg(unavailable.message)};
             },
+            [](const Awaited &) {
+                return Presentation{
+                    QStringLiteral("lock.fill"), QStringLiteral("Aguardando a chave"),
+                    QStringLiteral("O chaveiro ainda não respondeu. Os dados guardados aparecem "
+                                   "assim que a chave chegar.")};
+            },
             [](const Disabled &) {
                 return Presentation{QStringLiteral("lock.open"),
                                     QStringLiteral("Criptografia desativada"), std::nullopt};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VelmoCore/Storage/DataCipher.h"
+#include "VelmoCore/Storage/DataFiles.h"
 #include "VelmoSystem/Ports/KeyItemStore.h"
 
 #include <optional>
@@ -8,8 +8,7 @@
 
 namespace velmo {
 
-/// How files are protected for this run. Worked out once; after unlocking the key store the user
-/// restarts.
+/// How files are protected in this run. A key that comes late is taken all the same.
 struct DataProtectionStatus {
     struct Enabled {
         DataCipher cipher;
@@ -19,6 +18,8 @@ struct DataProtectionStatus {
     struct Unavailable {
         QString message;
     };
+    /// The key store hasn't answered yet.
+    struct Awaited {};
     /// For self-tests only.
     struct Disabled {};
 
@@ -29,13 +30,15 @@ struct DataProtectionStatus {
         std::optional<QString> text;
     };
 
-    std::variant<Enabled, Unavailable, Disabled> value;
+    std::variant<Enabled, Unavailable, Awaited, Disabled> value;
 
     /// Reads the key, or makes it on the first run of all. Never fails: a refusal is logged and
     /// gives `Unavailable`.
     static DataProtectionStatus fromKeychain(KeyItemStore &items);
 
     std::optional<DataCipher> cipher() const;
+    bool isAwaited() const { return std::holds_alternative<Awaited>(value); }
+    DataFiles files() const { return isAwaited() ? DataFiles::awaitingKey() : DataFiles(cipher()); }
     Presentation presentation() const;
 };
 

@@ -13,17 +13,24 @@ namespace {
 constexpr Seconds shelfCleaningInterval = 21'600s;
 const QString notesModule = QStringLiteral("notes");
 
-void startShelf(AppServices &services)
+void tidyShelf(AppServices &services)
 {
     const int moved = services.shelf.migrateIntoNotchFolder();
     services.shelf.forgetMissingFiles();
     if (moved > 0)
         qCInfo(Log::storage).noquote()
             << QStringLiteral("Mesa: %1 itens movidos para a pasta No Notch").arg(moved);
+    cleanShelf(services);
+}
+
+void startShelf(AppServices &services)
+{
     services.jobs.onOutputs = [&services](const std::vector<QUrl> &urls) {
         services.shelf.adoptOutputs(urls);
     };
-    cleanShelf(services);
+    tidyShelf(services);
+    QObject::connect(&services.shelf, &ShelfStore::loaded, &services.shelf,
+                     [&services] { tidyShelf(services); });
 }
 
 /// How the user hears of what ended: its words and its symbol.
@@ -81,15 +88,22 @@ void remind(AppServices &services, const TaskItem &task)
         services.notifier.schedule(identifier, reminder(task), *task.due, notesModule);
 }
 
+void remindOfAll(AppServices &services)
+{
+    for (const TaskItem &task : services.notes.tasks())
+        remind(services, task);
+    for (const TaskItem &task : services.notes.takeMissedReminders())
+        services.notifier.send(uuidText(task.id), reminder(task), notesModule);
+}
+
 void startNotes(AppServices &services)
 {
     services.notes.onTaskReminderChanged = [&services](const TaskItem &task) {
         remind(services, task);
     };
-    for (const TaskItem &task : services.notes.tasks())
-        remind(services, task);
-    for (const TaskItem &task : services.notes.takeMissedReminders())
-        services.notifier.send(uuidText(task.id), reminder(task), notesModule);
+    remindOfAll(services);
+    QObject::connect(&services.notes, &NotesStore::loaded, &services.notes,
+                     [&services] { remindOfAll(services); });
 }
 
 void settingsChanged(AppServices &services, const AppSettings &before, const AppSettings &after)
@@ -118,6 +132,9 @@ void start(AppServices &services)
     startTimers(services);
     startNotes(services);
     applyClipboardSettings(services);
+    QObject::connect(
+        &services.clipboard, &ClipboardStore::loaded, &services.clipboard,
+        [&services] { services.clipboard.enforceLimits(services.platform.scheduler.now()); });
     services.settings.observe([&services](const AppSettings &before, const AppSettings &after) {
         settingsChanged(services, before, after);
     });

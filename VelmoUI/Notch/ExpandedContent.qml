@@ -52,6 +52,14 @@ FocusScope {
         }
     }
 
+    Label {
+        anchors.horizontalCenter: page.horizontalCenter
+        anchors.bottom: page.bottom
+        visible: expanded.content.isLoading
+        text: "Carregando…"
+        color: Theme.secondaryText
+    }
+
     Loader {
         anchors.fill: page
         active: bar.showsIssues && expanded.content.issues.length > 0

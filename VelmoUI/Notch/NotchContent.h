@@ -112,6 +112,8 @@ class NotchContent : public QObject {
 
     /// What went wrong with the user's data, in sentences.
     Q_PROPERTY(QStringList issues READ issues NOTIFY issuesChanged)
+    /// Whether what pages show isn't all that was kept.
+    Q_PROPERTY(bool isLoading READ isLoading NOTIFY issuesChanged)
 
     Q_PROPERTY(QAbstractItemModel *dropZones READ dropZones CONSTANT)
     Q_PROPERTY(QAbstractItemModel *droppedItems READ droppedItems CONSTANT)
@@ -181,6 +183,7 @@ public:
     QString pageFailureTitle() const;
 
     QStringList issues() const { return m_issues.texts(); }
+    bool isLoading() const { return m_issues.isLoading(); }
 
     QAbstractItemModel *dropZones() { return &m_dropZones; }
     QAbstractItemModel *droppedItems() { return &m_droppedItems; }

@@ -2,19 +2,9 @@
 
 #include "VelmoUI/App/AppServices.h"
 
-#include <utility>
-
 namespace velmo {
 
 namespace {
-
-/// The stores whose issues wait for the user.
-void forEachStore(AppServices &services, auto &&body)
-{
-    body(services.timers);
-    body(services.clipboard);
-    body(services.shelf);
-}
 
 QString returnFailure(int count)
 {
@@ -27,32 +17,31 @@ QString returnFailure(int count)
 
 } // namespace
 
-PanelIssues::PanelIssues(AppServices &services) : m_services(services)
+PanelIssues::PanelIssues(AppServices &services)
+    : m_services(services), m_files(services.files.observe([this] { update(); }))
 {
-    forEachStore(services, [this](auto &store) {
-        using Store = std::remove_reference_t<decltype(store)>;
-        connect(&store, &Store::issuesChanged, this, &PanelIssues::update);
-    });
+    connect(&services.settings, &SettingsStore::issuesChanged, this, &PanelIssues::update);
+    connect(&services.shelf, &ShelfStore::issuesChanged, this, &PanelIssues::update);
     update();
 }
 
 void PanelIssues::dismiss()
 {
-    forEachStore(m_services, [](auto &store) { store.dismissIssues(); });
+    m_services.settings.dismissIssues();
+    m_services.files.dismissIssues();
+    m_services.shelf.dismissIssues(); // also of what isn't about its file
 }
 
 void PanelIssues::update()
 {
-    QStringList texts;
-    forEachStore(m_services, [&](const auto &store) {
-        for (const auto &issue : {store.loadIssue(), store.lastSaveError()}) {
-            if (issue && !texts.contains(*issue))
-                texts.append(*issue);
-        }
-    });
+    QStringList texts = m_services.settings.issues() + m_services.files.issues();
     if (const auto count = m_services.shelf.lastReturnFailure())
         texts.append(returnFailure(*count));
-    if (std::exchange(m_texts, texts) != texts)
+    const bool isLoading = m_services.files.isLoading();
+    const bool isSame = texts == m_texts && isLoading == m_isLoading;
+    m_texts = texts;
+    m_isLoading = isLoading;
+    if (!isSame)
         Q_EMIT changed();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VelmoCore/Storage/DataFiles.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -16,6 +18,8 @@ public:
 
     /// Sentences, each once.
     const QStringList &texts() const { return m_texts; }
+    /// Whether some of what was kept still waits for its key.
+    bool isLoading() const { return m_isLoading; }
     void dismiss();
 
 Q_SIGNALS:
@@ -25,7 +29,9 @@ private:
     void update();
 
     AppServices &m_services;
+    DataFiles::Observation m_files;
     QStringList m_texts;
+    bool m_isLoading = false;
 };
 
 } // namespace velmo

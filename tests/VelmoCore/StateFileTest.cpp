@@ -31,15 +31,71 @@ TEST(StateFile, TellsOfAFailedSaveUntilOneSucceedsHoweverItSaves)
         (file.*save)();
         EXPECT_EQ(file.lastSaveError(), std::nullopt);
         EXPECT_EQ(changes, 2);
-        EXPECT_EQ(make().load(), Words{"um"});
+        Words kept;
+        make().load([&](const Words &words) { kept = words; });
+        EXPECT_EQ(kept, Words{"um"});
 
         folder.write("a/words.json", "{");
-        EXPECT_EQ(file.load(), std::nullopt);
+        file.load([](const Words &) { ADD_FAILURE(); });
         EXPECT_TRUE(file.loadIssue());
         file.dismissIssues();
         EXPECT_EQ(file.loadIssue(), std::nullopt);
         EXPECT_EQ(changes, 3);
     }
+}
+
+TEST(StateFile, IsReadWhenItsKeyComesAndKeepsWhatCameBefore)
+{
+    const TemporaryFolder folder;
+    ManualScheduler scheduler;
+    const DataCipher cipher(QByteArray(32, 'k'));
+    const auto seal = [&](const Words &words) { return cipher.seal(Json::encode(words)); };
+    folder.write("words.json", seal({"um"}));
+    auto files = DataFiles::awaitingKey();
+    Words words{"dois"};
+    StateFile<Words> file(folder.path("words.json"), files, scheduler, {"Palavras", "palavras"},
+                          [&] { return words; });
+    file.load([&](const Words &kept) { words.insert(words.end(), kept.begin(), kept.end()); });
+    const auto saved = [&] { return Json::decode<Words>(cipher.open(folder.read("words.json"))); };
+
+    EXPECT_FALSE(files.holdsUnsaved());
+    file.saveAfter(1s);
+    EXPECT_TRUE(files.holdsUnsaved());
+    scheduler.advance(1s);
+    EXPECT_TRUE(files.holdsUnsaved());
+    file.flush();
+    EXPECT_TRUE(files.isLoading());
+    EXPECT_EQ(saved(), Words{"um"});
+    file.saveNow();
+    EXPECT_EQ(files.issues().size(), 1) << "it isn't on disk";
+
+    files.settleKey(std::nullopt);
+    file.flush();
+    EXPECT_FALSE(files.isLoading());
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_EQ(files.issues(), QStringList(LoadIssue::locked("Palavras")));
+    EXPECT_EQ(saved(), Words{"um"});
+
+    files.settleKey(cipher);
+    file.flush();
+    EXPECT_TRUE(file.isOpen());
+    EXPECT_EQ(files.issues(), QStringList());
+    EXPECT_EQ(saved(), (Words{"dois", "um"}));
+}
+
+TEST(StateFile, IsSealedByAKeyThatComesAfterTheFirstSave)
+{
+    const TemporaryFolder folder;
+    ManualScheduler scheduler;
+    DataFiles files;
+    StateFile<Words> file(folder.path("words.json"), files, scheduler, {"Palavras", "palavras"},
+                          [] { return Words{"um"}; });
+    file.load([](const Words &) { ADD_FAILURE(); });
+    file.saveNow();
+    EXPECT_FALSE(DataCipher::isSealedFile(folder.path("words.json")));
+    files.settleKey(DataCipher(QByteArray(32, 'k')));
+    file.flush();
+    EXPECT_TRUE(DataCipher::isSealedFile(folder.path("words.json")));
 }
 
 } // namespace velmo

@@ -23,7 +23,7 @@ protected:
     /// What was running goes on as after a kill: nothing is saved on the way.
     void launch()
     {
-        center.emplace(folder.path(u"timers.json"_qs), scheduler, activity,
+        center.emplace(folder.path(u"timers.json"_qs), DataFiles(), scheduler, activity,
                        [this] { return config; });
         center->onCompletion = [this](const TimerCenter::Completion &completion) {
             if (const auto *timer = std::get_if<TimerCenter::TimerCompletion>(&completion))

@@ -19,10 +19,9 @@ class ServiceWiringTest : public testing::Test {
 protected:
     ServiceWiringTest() { launch(); }
 
-    void launch()
+    void launch(const DataProtectionStatus &protection = {DataProtectionStatus::Disabled{}})
     {
-        services.emplace(desktop.paths(), DataProtectionStatus{DataProtectionStatus::Disabled{}},
-                         desktop.platform);
+        services.emplace(desktop.paths(), protection, desktop.platform);
         ServiceWiring::start(*services);
     }
     std::vector<QString> notifications() const
@@ -101,6 +100,55 @@ TEST_F(ServiceWiringTest, RemindsOnceOfWhatCameDueWhileItWasClosed)
     services->notes.setDue(later, desktop.scheduler.now() + 1h);
     restart(2h);
     EXPECT_THAT(notifications(), ElementsAre(u"Lembrete: ler"_qs));
+}
+
+TEST_F(ServiceWiringTest, BringsAllThatIsSealedWhenItsKeyComesAndLosesNothing)
+{
+    const DataProtectionStatus protection{
+        DataProtectionStatus::Enabled{DataCipher(QByteArray(32, 'k'))}};
+    const auto copy = [this](const QString &text) {
+        services->clipboard.add(*ClipItems::fromText(text, {}, desktop.scheduler.now()));
+        return services->clipboard.items().front().id;
+    };
+    const auto post = [this](const QString &title) {
+        services->activity.post(ActivityEvent::make(desktop.scheduler.now(), u"doc"_qs, title,
+                                                    FeedbackStyle::info, u"files"_qs));
+    };
+    launch(protection);
+    copy(u"antes"_qs);
+    services->clipboard.togglePin(copy(u"ambos"_qs));
+    post(u"antes"_qs);
+    services->notes.createNote(u"antes"_qs);
+    services->notes.addTask(u"regar"_qs, desktop.scheduler.now() + 1h);
+    services->shelf.addText(u"antes"_qs);
+    services->flush();
+    services.reset();
+    desktop.scheduler.advance(2h);
+
+    launch({DataProtectionStatus::Awaited{}});
+    EXPECT_TRUE(services->files.isLoading());
+    EXPECT_THAT(services->notes.notes(), IsEmpty());
+    copy(u"ambos"_qs);
+    copy(u"agora"_qs);
+    post(u"agora"_qs);
+    services->notes.createNote(u"agora"_qs);
+    services->shelf.addText(u"agora"_qs);
+    services->settleProtection(protection);
+    services->flush();
+    EXPECT_THAT(notifications(), ElementsAre(u"Lembrete: regar"_qs));
+    services.reset();
+
+    launch(protection);
+    std::vector<QString> texts;
+    for (const ClipItem &item : services->clipboard.items())
+        texts.push_back(item.text.value() + (item.isPinned ? u"*"_qs : QString()));
+    EXPECT_THAT(texts, ElementsAre(u"agora"_qs, u"ambos*"_qs, u"antes"_qs));
+    EXPECT_THAT(services->notes.notes(), SizeIs(2));
+    EXPECT_EQ(services->activity.history().at(0).title, u"agora");
+    EXPECT_EQ(services->activity.history().at(1).title, u"antes");
+    EXPECT_EQ(services->shelf.items().at(0).name, u"agora");
+    EXPECT_EQ(services->shelf.items().at(1).name, u"antes");
+    EXPECT_THAT(services->files.issues(), IsEmpty());
 }
 
 } // namespace

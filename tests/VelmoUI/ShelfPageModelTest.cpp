@@ -8,6 +8,8 @@
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
 
+#include <QDirIterator>
+
 #include <gmock/gmock.h>
 
 namespace velmo {
@@ -116,16 +118,26 @@ TEST_F(ShelfPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
     EXPECT_EQ(kept(), 1U);
 }
 
-TEST_F(ShelfPageModelTest, TellsWhatWentWrongWithItsFileUntilTheUserHasReadIt)
+TEST_F(ShelfPageModelTest, TellsWhatWentWrongWithAnyFileUntilTheUserHasReadIt)
 {
-    desktop.folder.write(u"other/Shelf/shelf.json"_qs, "{");
-    AppPaths paths = desktop.paths();
-    paths.support = desktop.folder.path(u"other"_qs);
-    AppServices others{paths, {DataProtectionStatus::Disabled{}}, desktop.platform};
+    services.settings.update([](AppSettings &next) { next.mailSound = true; });
+    services.flush();
+    int count = 0;
+    QDirIterator files(desktop.paths().support, {u"*.json"_qs}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    for (; files.hasNext(); ++count)
+        desktop.folder.write(QDir(desktop.folder.path()).relativeFilePath(files.next()), "{");
+    EXPECT_GE(count, 6);
+    AppServices others{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
     PanelIssues issues(others);
-    EXPECT_EQ(issues.texts(), QStringList{others.shelf.loadIssue().value()});
+    EXPECT_EQ(issues.texts().size(), count);
+    EXPECT_TRUE(issues.texts().contains(others.shelf.loadIssue().value()));
     issues.dismiss();
     EXPECT_TRUE(issues.texts().isEmpty());
+    desktop.folder.write(u"data/settings.json/inside"_qs, "in the way");
+    others.settings.update([](AppSettings &next) { next.mailSound = true; });
+    others.settings.flush();
+    EXPECT_EQ(issues.texts().size(), 1) << "it can't be saved";
 }
 
 TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
