@@ -15,19 +15,13 @@ namespace velmo {
 
 namespace {
 
+/// How long the start stands still for the key.
+constexpr Seconds keyPatience = 0.05s;
 constexpr Seconds onboardingDelay = 0.8s;
 constexpr Seconds probeOpenDelay = 1.0s;
 constexpr Seconds probeDropDelay = 1.5s;
 constexpr Seconds probeDropEnd = 4.0s;
 constexpr Point probeDropPoint{260, 230};
-
-DataProtectionStatus dataProtection(const QStringList &arguments)
-{
-    if (Probes::isSelfTest(arguments))
-        return {DataProtectionStatus::Disabled{}};
-    KeyItemStores items(KeyItemStores::standardFolder());
-    return DataProtectionStatus::fromKeychain(items);
-}
 
 /// Nothing for what is no page; pages whose subsystem isn't there are none.
 std::optional<SettingsPane> settingsPane(const QString &name)
@@ -44,21 +38,21 @@ std::optional<SettingsPane> settingsPane(const QString &name)
 AppDelegate::AppDelegate(ControlEndpoint &control)
     : m_control(control), m_signals([] { QCoreApplication::quit(); }), m_platform(m_scheduler)
 {
-    connect(qGuiApp, &QCoreApplication::aboutToQuit, this, [this] {
-        if (m_services)
-            m_services->flush();
-    });
+    connect(qGuiApp, &QCoreApplication::aboutToQuit, this, [this] { save(); });
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
         session.setRestartHint(QSessionManager::RestartNever); // the login item does that
-        if (m_services)
-            m_services->flush();
+        save();
     });
 }
 
 void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &files)
 {
+    if (!Probes::isSelfTest(arguments))
+        m_protection.emplace(m_scheduler, [](const std::stop_token &stop) {
+            return std::make_unique<KeyItemStores>(KeyItemStores::standardFolder(), stop);
+        });
     const AppPaths paths = preparePaths();
-    m_services.emplace(paths, dataProtection(arguments), m_platform.ports());
+    m_services.emplace(paths, dataProtection(), m_platform.ports());
     addBuiltInModules(m_services->modules);
     addQuickActions(m_services->actions, m_services->platform.fileViewer,
                     m_services->platform.pasteboard);
@@ -85,6 +79,25 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
         after(onboardingDelay, [this] { m_coordinator->open(); });
     m_services->openFilesInNotch(files);
     qCInfo(Log::app).noquote() << "Orvane iniciado";
+}
+
+DataProtectionStatus AppDelegate::dataProtection()
+{
+    if (!m_protection)
+        return {DataProtectionStatus::Disabled{}};
+    m_protection->onRead = [this](const DataProtectionStatus &status) {
+        m_services->settleProtection(status);
+    };
+    return m_protection->waitFor(keyPatience);
+}
+
+void AppDelegate::save()
+{
+    if (!m_services)
+        return;
+    if (m_services->dataProtection.isAwaited() && m_services->files.holdsUnsaved())
+        m_services->settleProtection(m_protection->wait());
+    m_services->flush();
 }
 
 AppPaths AppDelegate::preparePaths() const

@@ -5,6 +5,7 @@
 #include "VelmoSystem/Linux/ProcessSignals.h"
 #include "VelmoSystem/Ports/ControlEndpoint.h"
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/App/DataProtectionReader.h"
 #include "VelmoUI/App/StatusItemController.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
@@ -30,6 +31,10 @@ public:
 
 private:
     AppPaths preparePaths() const;
+    /// Asks for the key. It is worth a moment, lest pages show empty first.
+    DataProtectionStatus dataProtection();
+    /// Saves all; what the key store keeps closed waits for its answer.
+    void save();
     void fillCallbacks();
     ControlEndpoint::Commands controlCommands();
     void startPanelProbe(const QStringList &arguments);
@@ -39,6 +44,7 @@ private:
     SystemScheduler m_scheduler;
     ProcessSignals m_signals;
     LinuxPlatform m_platform;
+    std::optional<DataProtectionReader> m_protection; ///< unless it is a self-test
     std::optional<AppServices> m_services;
     std::optional<SettingsWindowController> m_settingsWindow;
     std::optional<NotchCoordinator> m_coordinator;

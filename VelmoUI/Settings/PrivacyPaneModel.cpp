@@ -59,7 +59,8 @@ PrivacyPaneModel::PrivacyPaneModel(AppServices &services)
       m_observer(services.settings.observe([this](const auto &before, const auto &after) {
           if (before.activityRetentionDays != after.activityRetentionDays)
               Q_EMIT retentionChanged();
-      }))
+      })),
+      m_files(services.files.observe([this] { Q_EMIT protectionChanged(); }))
 {
     connect(&services.permissions, &PermissionsCenter::changed, this, &PrivacyPaneModel::update);
     connect(&services.activity, &ActivityCenter::historyChanged, this,

@@ -39,10 +39,10 @@ class PrivacyPaneModel : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Made in C++")
     Q_PROPERTY(QAbstractItemModel *permissions READ permissions CONSTANT)
-    Q_PROPERTY(QString protectionSymbol READ protectionSymbol CONSTANT)
-    Q_PROPERTY(QString protectionTitle READ protectionTitle CONSTANT)
+    Q_PROPERTY(QString protectionSymbol READ protectionSymbol NOTIFY protectionChanged)
+    Q_PROPERTY(QString protectionTitle READ protectionTitle NOTIFY protectionChanged)
     /// Empty where there is nothing to say.
-    Q_PROPERTY(QString protectionText READ protectionText CONSTANT)
+    Q_PROPERTY(QString protectionText READ protectionText NOTIFY protectionChanged)
     Q_PROPERTY(QStringList retentionChoices READ retentionChoices NOTIFY retentionChanged)
     Q_PROPERTY(int retentionIndex READ retentionIndex NOTIFY retentionChanged)
     Q_PROPERTY(bool hasHistory READ hasHistory NOTIFY historyChanged)
@@ -68,6 +68,7 @@ public:
     Q_INVOKABLE void clearHistory();
 
 Q_SIGNALS:
+    void protectionChanged();
     void retentionChanged();
     void historyChanged();
 
@@ -78,6 +79,7 @@ private:
     RecordListModel<PermissionRow> m_permissions;
     std::map<PermissionKind, QString> m_errors;
     SettingsStore::ObserverID m_observer;
+    DataFiles::Observation m_files;
 };
 
 } // namespace velmo

@@ -1,9 +1,13 @@
-#include "VelmoUI/App/DataProtectionStatus.h"
+#include "VelmoUI/App/DataProtectionReader.h"
 
 #include "tests/support/FakeKeyItems.h"
+#include "tests/support/ManualScheduler.h"
 #include "tests/support/Printers.h"
 
 #include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
 
 namespace velmo {
 namespace {
@@ -25,6 +29,65 @@ TEST(DataProtectionStatus, DoesWithoutACipherWhereTheKeyIsOutOfReach)
         EXPECT_TRUE(status.presentation().text->contains(u'(' + message + u')'));
     }
     EXPECT_EQ(broken.entries.begin()->second.secret, brokenBefore) << "never replaced";
+}
+
+/// What the test decides on, found only once it may be.
+class SlowKeyItems : public KeyItemStore {
+public:
+    SlowKeyItems(FakeKeyItems &items, std::atomic_bool &isSilent, std::stop_token stop)
+        : m_items(items), m_isSilent(isSilent), m_stop(std::move(stop))
+    {
+    }
+
+    std::optional<QByteArray> find(const Item &item) const override
+    {
+        while (m_isSilent && !m_stop.stop_requested())
+            std::this_thread::yield();
+        return m_items.find(item);
+    }
+    bool add(const Item &item, const QByteArray &key) override { return m_items.add(item, key); }
+    void rename(const Item &item) override { m_items.rename(item); }
+
+private:
+    FakeKeyItems &m_items;
+    std::atomic_bool &m_isSilent;
+    std::stop_token m_stop;
+};
+
+TEST(DataProtectionReader, WaitsNoLongerThanItMayAndAsksAgainWhereItIsRefused)
+{
+    ManualScheduler scheduler;
+    FakeKeyItems items;
+    items.refusal = KeyItemStore::Refusal(-25308, u"Chaveiro bloqueado."_qs);
+    std::atomic_bool isSilent = true;
+    const auto open = [&](const std::stop_token &stop) {
+        return std::make_unique<SlowKeyItems>(items, isSilent, stop);
+    };
+    {
+        DataProtectionReader silent(scheduler, open);
+        EXPECT_TRUE(silent.waitFor(1ms).isAwaited());
+    } // ends though nothing was answered
+    scheduler.runPosted();
+
+    DataProtectionReader reader(scheduler, open);
+    std::vector<DataProtectionStatus> told;
+    reader.onRead = [&](const DataProtectionStatus &status) { told.push_back(status); };
+    const auto waitForAnswer = [&] {
+        while (scheduler.pendingCount() == 0)
+            scheduler.runPosted();
+    };
+    isSilent = false;
+    waitForAnswer();
+    scheduler.advance(30s);
+    waitForAnswer();
+    EXPECT_EQ(told.size(), 1U) << "the second refusal is nothing new";
+    items.refusal.reset();
+    scheduler.advance(60s);
+    while (told.size() < 2)
+        scheduler.runPosted();
+    EXPECT_TRUE(told.back().cipher());
+    EXPECT_EQ(scheduler.pendingCount(), 0U);
+    EXPECT_TRUE(DataProtectionReader(scheduler, open).wait().cipher());
 }
 
 } // namespace

@@ -1,12 +1,16 @@
 #include "VelmoCore/Activity/ActivityEvent.h"
 #include "VelmoCore/Foundation/Json.h"
+#include "VelmoCore/Notes/NotesStore.h"
 #include "VelmoCore/Storage/DataCipher.h"
+#include "VelmoSystem/Linux/Keys/SecretServiceItems.h"
 
 #include "tests/e2e/OrvaneTest.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QJsonDocument>
 
+#include <X11/keysym.h>
 #include <csignal>
 
 namespace velmo {
@@ -29,6 +33,11 @@ QByteArray historyText()
 
 class StorageTest : public OrvaneTest {
 protected:
+    /// Whether it comes to be.
+    bool isSealed(const QString &file) const
+    {
+        return eventually([&] { return DataCipher::isSealedFile(home.path(file)); });
+    }
     std::vector<ActivityEvent> sealedHistory() const
     {
         const DataCipher cipher(home.read("state/Orvane/app.velmo.Velmo.storage:data-key-v1"));
@@ -42,6 +51,7 @@ TEST_F(StorageTest, IsSavedWhenASignalEndsOrvane)
         home.write(historyFile, historyText());
         writeSettings({{"panelSize", "large"}});
         launch();
+        ASSERT_TRUE(isSealed(historyFile));
         EXPECT_EQ(sealedHistory().size(), 2U);
         ::kill(pid_t(orvane.processId()), signal);
         EXPECT_EQ(exitCode(), 0);
@@ -71,6 +81,59 @@ TEST_F(StorageTest, LeavesAHistoryAloneThatItCannotOpen)
     EXPECT_EQ(run({"quit"}).exitCode, 0);
     EXPECT_EQ(exitCode(), 0);
     EXPECT_EQ(home.read(historyFile), sealed);
+}
+
+TEST_F(StorageTest, ComesWithTheKeyOfAKeyStoreThatWasSilentAtTheStart)
+{
+    QProcess keyring;
+    keyring.setProcessEnvironment(environment);
+    keyring.start("gnome-keyring-daemon", {"--foreground", "--components=secrets", "--unlock"});
+    keyring.write("senha");
+    keyring.closeWriteChannel();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toUtf8());
+    ASSERT_TRUE(eventually([] { return SecretServiceItems::isReachable(); }));
+    home.write("data/Orvane/notes.json", Json::encode(NotesStore::Snapshot{}));
+    launch();
+    ASSERT_TRUE(isSealed("data/Orvane/notes.json"));
+    EXPECT_EQ(run({"quit"}).exitCode, 0);
+    EXPECT_EQ(exitCode(), 0);
+    const auto key = SecretServiceItems().find({"app.velmo.Velmo.storage", "data-key-v1", {}, {}});
+    ASSERT_TRUE(key) << "the key is in the keyring";
+    const auto notes = [&] {
+        const auto text = DataCipher(*key).open(home.read("data/Orvane/notes.json"));
+        return Json::decode<NotesStore::Snapshot>(text).notes;
+    };
+    const Date now{Seconds(double(QDateTime::currentSecsSinceEpoch()))};
+    const Note kept{.id = makeUuid(), .text = "antes", .created = now, .updated = now};
+    const NotesStore::Snapshot before{{kept}, {}};
+    home.write("data/Orvane/notes.json", DataCipher(*key).seal(Json::encode(before)));
+
+    ::kill(pid_t(keyring.processId()), SIGSTOP);
+    QElapsedTimer clock;
+    clock.start();
+    launch();
+    EXPECT_TRUE(becomesVisible(true));
+    EXPECT_LT(clock.elapsed(), 1000) << "ms until the panel shows";
+    clock.start();
+    EXPECT_EQ(run({"quit"}).exitCode, 0);
+    EXPECT_EQ(exitCode(), 0);
+    EXPECT_LT(clock.elapsed(), 2000) << "ms until the end, with nothing to save";
+    EXPECT_EQ(notes(), before.notes);
+
+    launch();
+    const xcb_window_t focused = screen.focusedWindow();
+    screen.typeKey(XK_m, {XK_Control_L, XK_Alt_L});
+    ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != focused; }));
+    screen.typeKey(XK_x);
+    ::kill(pid_t(keyring.processId()), SIGCONT);
+    EXPECT_TRUE(eventually([&] {
+        const auto all = notes();
+        return all.size() == 2 && all[0].text == "x" && all[1] == kept;
+    }));
+    EXPECT_EQ(run({"quit"}).exitCode, 0);
+    EXPECT_EQ(exitCode(), 0);
+    keyring.kill();
+    keyring.waitForFinished();
 }
 
 } // namespace velmo

@@ -53,9 +53,9 @@ QString KeyItemStores::standardFolder()
            QStringLiteral("/Orvane");
 }
 
-KeyItemStores::KeyItemStores(const QString &folder)
-    : m_folder(folder), m_files(std::make_unique<FileKeyItems>(folder)),
-      m_service(std::make_unique<SecretServiceItems>())
+KeyItemStores::KeyItemStores(const QString &folder, const std::stop_token &stop)
+    : m_folder(folder), m_stop(stop), m_files(std::make_unique<FileKeyItems>(folder)),
+      m_service(std::make_unique<SecretServiceItems>(stop))
 {
 }
 
@@ -122,8 +122,8 @@ KeyItemStores::Kind KeyItemStores::choose(const Item &item, std::optional<Kind> 
 {
     if (remembered == Kind::privateFiles || (!remembered && m_files->find(item)))
         return Kind::privateFiles;
-    const bool isReachable = SecretServiceItems::isReachable();
-    if (!remembered && !(isReachable && SecretServiceItems::hasDefaultKeyring()))
+    const bool isReachable = SecretServiceItems::isReachable(m_stop);
+    if (!remembered && !(isReachable && SecretServiceItems::hasDefaultKeyring(m_stop)))
         return Kind::privateFiles;
     if (!isReachable)
         throw Refusal(

@@ -3,6 +3,7 @@
 #include "VelmoSystem/Ports/KeyItemStore.h"
 
 #include <memory>
+#include <stop_token>
 
 namespace velmo {
 
@@ -16,8 +17,9 @@ public:
     /// `$XDG_STATE_HOME/Orvane` (freedesktop base directories).
     static QString standardFolder();
 
-    /// `folder` holds the choice, and the private files if it falls on them.
-    explicit KeyItemStores(const QString &folder);
+    /// `folder` holds the choice, and the private files if it falls on them. `stop` ends what
+    /// waits for the Secret Service, which is a refusal then.
+    explicit KeyItemStores(const QString &folder, const std::stop_token &stop = {});
 
     std::optional<QByteArray> find(const Item &item) const override;
     bool add(const Item &item, const QByteArray &secret) override;
@@ -34,6 +36,7 @@ private:
     KeyItemStore &store(Kind kind) const;
 
     QString m_folder;
+    std::stop_token m_stop;
     std::unique_ptr<KeyItemStore> m_files;
     std::unique_ptr<KeyItemStore> m_service;
 };

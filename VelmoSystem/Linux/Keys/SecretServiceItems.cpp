@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -26,11 +27,12 @@ struct Release {
 template <class Object>
 using Owned = std::unique_ptr<Object, Release>;
 
-/// Cancels the calls that it is given to when they take too long.
+/// Cancels the calls that it is given to when they take too long, or when nobody needs them.
 class Deadline {
 public:
-    Deadline()
+    explicit Deadline(const std::stop_token &unneeded)
         : m_cancellable(g_cancellable_new()),
+          m_stopped(unneeded, [this] { g_cancellable_cancel(m_cancellable.get()); }),
           m_watch([this](const std::stop_token &stop) { watch(stop); })
     {
     }
@@ -49,6 +51,7 @@ private:
     }
 
     Owned<GCancellable> m_cancellable;
+    std::stop_callback<std::function<void()>> m_stopped;
     std::jthread m_watch;
 };
 
@@ -228,23 +231,23 @@ bool isActivatable(GDBusConnection *bus, const Deadline &deadline)
 
 } // namespace
 
-bool SecretServiceItems::isReachable()
+bool SecretServiceItems::isReachable(const std::stop_token &stop)
 {
-    const Deadline deadline;
+    const Deadline deadline(stop);
     const auto bus = openBus(deadline);
     return bus && (isOwned(bus.get(), deadline) || isActivatable(bus.get(), deadline));
 }
 
-bool SecretServiceItems::hasDefaultKeyring()
+bool SecretServiceItems::hasDefaultKeyring(const std::stop_token &stop)
 {
-    const Deadline deadline;
+    const Deadline deadline(stop);
     const auto service = openService(deadline);
     return defaultCollection(service.get(), deadline) != nullptr;
 }
 
 std::optional<QByteArray> SecretServiceItems::find(const Item &item) const
 {
-    const Deadline deadline;
+    const Deadline deadline(m_stop);
     const auto service = openService(deadline);
     const auto found = search(service.get(), item, deadline);
     if (!found) {
@@ -266,7 +269,7 @@ std::optional<QByteArray> SecretServiceItems::find(const Item &item) const
 
 bool SecretServiceItems::add(const Item &item, const QByteArray &secret)
 {
-    const Deadline deadline;
+    const Deadline deadline(m_stop);
     const auto service = openService(deadline);
     if (search(service.get(), item, deadline))
         return false;
@@ -281,7 +284,7 @@ bool SecretServiceItems::add(const Item &item, const QByteArray &secret)
 void SecretServiceItems::rename(const Item &item)
 {
     try {
-        const Deadline deadline;
+        const Deadline deadline(m_stop);
         const auto service = openService(deadline);
         const auto found = search(service.get(), item, deadline);
         if (!found)

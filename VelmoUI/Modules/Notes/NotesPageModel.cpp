@@ -114,9 +114,12 @@ NotesPageModel::NotesPageModel(AppServices &services)
     connect(&services.notes, &NotesStore::changed, this, &NotesPageModel::storeChanged);
     connect(&services.notes, &NotesStore::requested, this, &NotesPageModel::requested);
     connect(&services.notes, &NotesStore::flushing, &m_editor, &NoteEditor::flush);
-    const auto notes = services.notes.sortedNotes();
-    if (!notes.empty())
-        m_selected = notes.front().id;
+    connect(&services.notes, &NotesStore::loaded, this, [this] {
+        if (!m_selected)
+            selectFirst();
+        update();
+    });
+    selectFirst();
     update();
 }
 
@@ -359,6 +362,15 @@ void NotesPageModel::offerUndo(const QString &title, std::function<void()> undo)
     m_undoTitle = title;
     m_undo = std::move(undo);
     Q_EMIT changed();
+}
+
+void NotesPageModel::selectFirst()
+{
+    const auto notes = m_services.notes.sortedNotes();
+    if (notes.empty())
+        return;
+    m_selected = notes.front().id;
+    Q_EMIT selected();
 }
 
 void NotesPageModel::storeChanged()

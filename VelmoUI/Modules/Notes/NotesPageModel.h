@@ -157,6 +157,7 @@ private:
     /// False for a text that is neither empty nor a date.
     bool readDue(const QString &text, std::optional<Date> &due);
     void offerUndo(const QString &title, std::function<void()> undo);
+    void selectFirst();
     void storeChanged();
     void update();
     void updateLinks();
