@@ -135,36 +135,45 @@ private:
         }
     }
 
+    /// None for a rule that can't be used.
+    std::vector<Date> datesOf(const ReadEvent &master, const QString &ruleText)
+    {
+        const auto rule = readRule(ruleText, *master.clock, m_zones);
+        return rule ? expand(*rule, master.occurrence.start, *master.clock, m_from - master.length,
+                             m_to, m_effort)
+                    : std::vector<Date>();
+    }
+
+    std::vector<Date> single(const ReadEvent &event) const
+    {
+        const Date start = event.occurrence.start;
+        return isInWindow(event, start) ? std::vector{start} : std::vector<Date>();
+    }
+
+    Exceptions *exceptionsOf(const RawEvent &event) const
+    {
+        if (m_exceptions.isEmpty())
+            return nullptr;
+        const auto known = m_exceptions.constFind(text(event, u"UID").value_or(QString()));
+        return known == m_exceptions.cend() ? nullptr : known->get();
+    }
+
     void addMaster(const RawEvent &event)
     {
         auto master = readTimes(event);
         if (!master)
             return;
         const Property *rule = event.first(u"RRULE");
-        if (rule && !rule->value.trimmed().isEmpty()) {
-            addRecurring(event, *master, rule->value);
-        } else if (isInWindow(*master, master->occurrence.start)) {
-            readTexts(event, master->occurrence);
-            add(*master, master->occurrence.start);
-        }
-    }
-
-    void addRecurring(const RawEvent &event, ReadEvent &master, const QString &ruleText)
-    {
-        const auto rule = readRule(ruleText, *master.clock, m_zones);
-        if (!rule)
-            return;
-        const auto dates = expand(*rule, master.occurrence.start, *master.clock,
-                                  m_from - master.length, m_to, m_effort);
-        const auto known = m_exceptions.constFind(text(event, u"UID").value_or(QString()));
-        Exceptions *exceptions = known == m_exceptions.cend() ? nullptr : known->get();
+        const bool recurs = rule && !rule->value.trimmed().isEmpty();
+        const std::vector<Date> dates = recurs ? datesOf(*master, rule->value) : single(*master);
+        Exceptions *exceptions = exceptionsOf(event);
         if (dates.empty() && !exceptions)
             return;
-        readTexts(event, master.occurrence);
+        readTexts(event, master->occurrence);
         std::set<Date> excluded;
         collectExcluded(event, excluded);
         for (const Date date : dates) {
-            auto *override = exceptions ? exceptions->overrideAt(date) : nullptr;
+            auto *override = recurs && exceptions ? exceptions->overrideAt(date) : nullptr;
             if (override)
                 override->isUsed = true;
             if (excluded.contains(date))
@@ -172,7 +181,7 @@ private:
             if (override)
                 addOverride(*override);
             else
-                add(master, date);
+                add(*master, date);
         }
         if (exceptions)
             exceptions->excluded.merge(excluded);

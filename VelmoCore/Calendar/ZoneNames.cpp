@@ -1,5 +1,6 @@
 #include "VelmoCore/Calendar/ICSParser.h"
 
+#include <QFile>
 #include <QHash>
 #include <QRegularExpression>
 
@@ -62,8 +63,9 @@ std::optional<QTimeZone> windowsZone(QStringView name)
     return std::nullopt;
 }
 
-/// The Area/City, or Area/Region/City, at the end of a path.
-std::optional<QTimeZone> zoneAtEndOfPath(QStringView name)
+/// The Area/City, or Area/Region/City, at the end of a path, as `zoneOf` knows it.
+template <class ZoneOf>
+std::optional<QTimeZone> zoneAtEndOfPath(QStringView name, ZoneOf zoneOf)
 {
     const auto pieces = name.split(u'/', Qt::SkipEmptyParts);
     for (qsizetype count = 3; count >= 1; --count) {
@@ -71,7 +73,7 @@ std::optional<QTimeZone> zoneAtEndOfPath(QStringView name)
             continue;
         const QStringView first = pieces[pieces.size() - count];
         const auto tail = name.sliced(first.begin() - name.begin());
-        if (auto zone = platformZone(tail))
+        if (auto zone = zoneOf(tail))
             return zone;
     }
     return std::nullopt;
@@ -80,7 +82,32 @@ std::optional<QTimeZone> zoneAtEndOfPath(QStringView name)
 struct KnownIdentifiers {
     QHash<QString, QString> byEnding; ///< what stands behind each "/"
     QHash<QString, QString> byLowerCase;
+
+    /// `name` is another name of `id`, or its own.
+    void add(const QString &name, const QString &id)
+    {
+        for (qsizetype slash = name.indexOf(u'/'); slash >= 0;
+             slash = name.indexOf(u'/', slash + 1)) {
+            QString &first = byEnding[name.sliced(slash + 1)];
+            first = first.isEmpty() ? id : first;
+        }
+        byLowerCase.insert(name.toLower(), id);
+    }
 };
+
+/// Qt lists no other names of a zone. The zones' source in short form, which is installed with
+/// them, has a line "L {zone} {other name}" for each.
+void readOtherNames(KnownIdentifiers &known)
+{
+    QFile file(QStringLiteral("/usr/share/zoneinfo/tzdata.zi"));
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    while (!file.atEnd()) {
+        const QList<QByteArray> words = file.readLine().simplified().split(' ');
+        if (words.size() == 3 && words[0] == "L")
+            known.add(QString::fromLatin1(words[2]), QString::fromLatin1(words[1]));
+    }
+}
 
 KnownIdentifiers readIdentifiers()
 {
@@ -88,12 +115,9 @@ KnownIdentifiers readIdentifiers()
     const auto ids = QTimeZone::availableTimeZoneIds();
     for (const QByteArray &bytes : ids) {
         const auto id = QString::fromLatin1(bytes);
-        for (qsizetype slash = id.indexOf(u'/'); slash >= 0; slash = id.indexOf(u'/', slash + 1)) {
-            QString &first = known.byEnding[id.sliced(slash + 1)];
-            first = first.isEmpty() ? id : first;
-        }
-        known.byLowerCase.insert(id.toLower(), id);
+        known.add(id, id);
     }
+    readOtherNames(known);
     for (const char16_t *plain : plainIdentifiers) {
         const QString id = QString::fromUtf16(plain);
         known.byLowerCase.insert(id.toLower(), id);
@@ -142,9 +166,9 @@ std::optional<QTimeZone> zoneOfOffset(const QString &name)
     return zone.isValid() ? std::optional(zone) : std::nullopt;
 }
 
-std::optional<QTimeZone> zoneInAnyCase(const QString &name)
+std::optional<QTimeZone> zoneInAnyCase(QStringView name)
 {
-    const auto found = knownIdentifiers().byLowerCase.constFind(name.toLower());
+    const auto found = knownIdentifiers().byLowerCase.constFind(name.toString().toLower());
     return found == knownIdentifiers().byLowerCase.cend() ? std::nullopt : platformZone(*found);
 }
 
@@ -170,13 +194,15 @@ std::optional<QTimeZone> timeZone(const QString &name)
         return zone;
     if (auto zone = windowsZone(wanted))
         return zone;
-    if (auto zone = zoneAtEndOfPath(wanted))
+    if (auto zone = zoneAtEndOfPath(wanted, platformZone))
         return zone;
     if (auto zone = zoneOfCity(wanted))
         return zone;
     if (auto zone = zoneOfOffset(wanted))
         return zone;
-    return zoneInAnyCase(wanted);
+    if (auto zone = zoneInAnyCase(wanted))
+        return zone;
+    return zoneAtEndOfPath(wanted, zoneInAnyCase);
 }
 
 } // namespace velmo::ICSParser

@@ -103,6 +103,12 @@ TEST(ICSParser, FindsTheZoneThatANameMeans)
         {"(UTC+01:00) Graz, Berlin", {3600, 7200}},
         {"(UTC-07:00) Los Angeles", {-28800, -25200}},
         {"(UTC-03:00) Brasilia", {-10800, -10800}},
+        {"(UTC-09:00) Alaska", {-32400, -28800}},
+        {"(UTC+02:00) Helsinque, Kiev", {7200, 10800}},
+        {"(UTC-03:30) Newfoundland", {-12600, -9000}},
+        {"(UTC+10:00) Canberra, Melbourne, Sydney", {39600, 36000}},
+        {"tzone://Microsoft/Utc", {0, 0}},
+        {"/x/y/america/new_york", {-18000, -14400}},
         {"UTC+3", {10800, 10800}},
         {"GMT -0330", {-12600, -12600}},
         {"UTC+5:45", {20700, 20700}},
@@ -190,6 +196,15 @@ TEST(ICSParser, PutsOverridesInThePlaceOfTheirDates)
     EXPECT_THAT(with("20240820T120000", bStart), ElementsAre(first, third, fourth, fifth, b));
     for (const char *excluded : {"20240709T120000", "20240806T120000"})
         EXPECT_THAT(with(excluded, bStart), ElementsAre(first, third, fourth, fifth)) << excluded;
+    for (const char *rule : {"", "RRULE:FREQ=HOURLY\n"})
+        EXPECT_THAT(
+            july(feed(QStringLiteral("UID:1\nDTSTART:20240702T120000\n") +
+                      QString::fromLatin1(rule) +
+                      QStringLiteral("EXDATE:20240702T120000\nEND:VEVENT\nBEGIN:VEVENT\nUID:1\n"
+                                     "RECURRENCE-ID:20240702T120000") +
+                      bStart)),
+            IsEmpty())
+            << rule;
 }
 
 TEST(ICSParser, ReadsAFeedCutAnywhere)
