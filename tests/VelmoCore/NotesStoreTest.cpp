@@ -157,11 +157,28 @@ TEST(DueText, ReadsDaysAndTimes)
         {u"1/2", local(2027, 2, 1, 9, 0)},
         {u"1/2/2028 7h", local(2028, 2, 1, 7, 0)},
         {u"em 20 min", now + 20min},
+        {u"Daqui a 20 minutos", now + 20min},
+        {u"em uma hora", now + 1h},
+        {u"daqui a 2 semanas 10h", local(2026, 12, 4, 10, 0)},
+        {u"próxima terça 18:30", local(2026, 11, 24, 18, 30)},
+        {u"na sexta-feira", local(2026, 11, 27, 9, 0)},
+        {u"segunda que vem 9h", local(2026, 11, 23, 9, 0)},
+        {u"Meio-dia", local(2026, 11, 21, 12, 0)},
+        {u"amanhã ao meio-dia", local(2026, 11, 21, 12, 0)},
+        {u"à meia-noite", local(2026, 11, 21, 0, 0)},
+        {u"hoje à noite", local(2026, 11, 20, 20, 0)},
+        {u"hoje à tarde", local(2026, 11, 20, 16, 0)}, // it is 15:00
+        {u"amanhã de manhã", local(2026, 11, 21, 9, 0)},
+        {u"dia 15 às 8h", local(2026, 12, 15, 8, 0)},
+        {u"dia 20 14h", local(2026, 12, 20, 14, 0)},
+        {u"no dia 20", local(2026, 12, 20, 9, 0)},
+        {u"dia 31", local(2026, 12, 31, 9, 0)},
     };
     for (const auto &[text, due] : cases)
         EXPECT_EQ(dueFromText(text, now), due) << QString::fromUtf16(text).toStdString();
     for (const char16_t *text :
-         {u"", u"comprar", u"25h", u"31/2", u"9", u"em breve", u"amanhã 9:60"})
+         {u"", u"comprar", u"25h", u"31/2", u"9", u"em breve", u"amanhã 9:60", u"dia 32", u"dia",
+          u"mais tarde", u"semana", u"próxima", u"daqui a pouco"})
         EXPECT_EQ(dueFromText(text, now), std::nullopt) << QString::fromUtf16(text).toStdString();
 }
 
