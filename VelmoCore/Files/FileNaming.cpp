@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <sys/stat.h>
 
 namespace velmo {
@@ -66,6 +67,14 @@ QString numbered(QString name, int number)
     return name;
 }
 
+/// The dot of "Dr. {nome}" begins no extension.
+bool endsWithExtension(const QString &pattern)
+{
+    const QString ending = partsOf(pattern).extension;
+    return !ending.isEmpty() && !ending.contains(QStringLiteral("{nome}")) &&
+           std::ranges::none_of(ending, [](QChar c) { return c.isSpace(); });
+}
+
 } // namespace
 
 QString FileNaming::nameOf(const QUrl &url)
@@ -116,16 +125,16 @@ std::vector<QString> FileNaming::batchNames(const std::vector<QUrl> &urls, const
                                             int start, Date date)
 {
     const QString day = localDateTime(date).date().toString(Qt::ISODate);
-    const bool hasExtension = !partsOf(pattern).extension.isEmpty();
+    const bool hasExtension = endsWithExtension(pattern);
     std::vector<QString> names;
     int number = start;
     for (const QUrl &url : urls) {
         const auto [stem, extension] = partsOf(nameOf(url));
-        // Numbers first: a name may hold what looks like a place for one.
-        QString name = numbered(pattern, number++);
+        QString name = pattern;
+        name.replace(QStringLiteral("{nome}"), stem);
         name.replace(QStringLiteral("{data}"), day);
         name.replace(QStringLiteral("{ext}"), extension);
-        name.replace(QStringLiteral("{nome}"), stem);
+        name = numbered(name, number++);
         names.push_back(hasExtension ? name : joined(name, extension));
     }
     return names;

@@ -41,8 +41,7 @@ Range parsePart(const QString &part, int pageCount)
         throw invalid(part);
     const Range range{pieces[0].isEmpty() ? 1 : number(pieces[0], part),
                       pieces[1].isEmpty() ? pageCount : number(pieces[1], part)};
-    const bool isOpen = pieces[1].isEmpty() && range.first > pageCount;
-    if (range.last < range.first && !isOpen)
+    if (range.last < range.first)
         throw invalid(part);
     return range;
 }
