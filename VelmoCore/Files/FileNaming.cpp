@@ -96,7 +96,7 @@ QUrl FileNaming::uniqueURL(const QUrl &url, const Exists &exists)
     auto [base, number] = counted(stem);
     for (;; ++number) {
         const QUrl candidate =
-            beside(url, joined(QStringLiteral("%1 %2").arg(base).arg(number), extension));
+            beside(url, joined(base + u' ' + QString::number(number), extension));
         if (!exists(candidate))
             return candidate;
     }

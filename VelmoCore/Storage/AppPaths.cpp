@@ -29,7 +29,7 @@ QString temporaryDirectory(const QString &appName)
     if (runtime.startsWith(u'/') && ::stat(native(runtime).c_str(), &status) == 0 &&
         S_ISDIR(status.st_mode) && status.st_uid == ::geteuid())
         return QDir(runtime).filePath(appName);
-    return QStringLiteral("/tmp/%1-%2").arg(appName).arg(::geteuid());
+    return QStringLiteral("/tmp/%1-%2").arg(appName, QString::number(::geteuid()));
 }
 
 /// /tmp is everybody's: what stands there under our name may be another user's folder or link.

@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Storage/Descriptor.h"
+#include "VelmoCore/Storage/FileReasons.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -25,53 +26,6 @@ constexpr qint64 readStep = 65'536;
 constexpr int longestLinkChain = 40;
 /// Leaves room for the rest of a temporary name within the 255 bytes of a file name.
 constexpr qsizetype longestNamePart = 200;
-
-QString reason(int code)
-{
-    switch (code) {
-    case EACCES:
-        return QStringLiteral("sem permissão de acesso");
-    case EPERM:
-        return QStringLiteral("pertence a outro usuário ou está protegido");
-    case ENOENT:
-        return QStringLiteral("o item não existe");
-    case ENOTDIR:
-        return QStringLiteral("o caminho passa por algo que não é uma pasta");
-    case EISDIR:
-        return QStringLiteral("é uma pasta, e não um arquivo");
-    case EEXIST:
-    case ENOTEMPTY:
-        return QStringLiteral("já existe um item com esse nome");
-    case ENOSPC:
-        return QStringLiteral("não há espaço livre no disco");
-    case EDQUOT:
-        return QStringLiteral("a cota de disco do usuário acabou");
-    case EFBIG:
-        return QStringLiteral("o arquivo é grande demais");
-    case EROFS:
-        return QStringLiteral("o disco só permite leitura");
-    case EIO:
-        return QStringLiteral("o disco não pôde ser lido ou gravado");
-    case EMFILE:
-    case ENFILE:
-        return QStringLiteral("há arquivos abertos demais");
-    case ENAMETOOLONG:
-        return QStringLiteral("o nome é longo demais");
-    case ELOOP:
-        return QStringLiteral("os links simbólicos não levam a lugar nenhum");
-    case EBUSY:
-    case ETXTBSY:
-        return QStringLiteral("o item está em uso");
-    case EOPNOTSUPP:
-        return QStringLiteral("não é um arquivo, uma pasta nem um link");
-    case ENOMEM:
-        return QStringLiteral("falta memória");
-    default:
-        return QStringLiteral("erro %1 do sistema (%2)")
-            .arg(code)
-            .arg(QString::fromStdString(std::generic_category().message(code)));
-    }
-}
 
 QString nameOf(const QString &path)
 {
@@ -184,7 +138,8 @@ int place(const QByteArray &data, const QString &target, Move move)
 } // namespace
 
 FileError::FileError(const QString &path, int code)
-    : LocalizedError(QStringLiteral("Falha em “%1”: %2.").arg(nameOf(path), reason(code))),
+    : LocalizedError(
+          QStringLiteral("Falha em “%1”: %2.").arg(nameOf(path), FileReasons::text(code))),
       m_code(code)
 {
 }

@@ -212,8 +212,8 @@ void NotchWindowController::presentationChanged(NotchPresentation from, NotchPre
                                                 NotchEvent event)
 {
     qCInfo(Log::notch).noquote() << QStringLiteral("Notch %1: %2 → %3")
-                                        .arg(m_model.displayID())
-                                        .arg(NotchContent::name(from), NotchContent::name(to));
+                                        .arg(QString::number(m_model.displayID()),
+                                             NotchContent::name(from), NotchContent::name(to));
     PanelWindow &window = m_panel.window();
     updateMousePassthrough();
     if (isOpen(to)) {

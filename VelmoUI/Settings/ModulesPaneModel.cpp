@@ -56,7 +56,8 @@ std::vector<OrderRow> finished(std::vector<OrderRow> rows, bool canHide)
 {
     int place = 0;
     for (OrderRow &row : rows) {
-        row.spoken = QStringLiteral("%1, %2 de %3").arg(row.title).arg(++place).arg(rows.size());
+        row.spoken = QStringLiteral("%1, %2 de %3")
+                         .arg(row.title, QString::number(++place), QString::number(rows.size()));
         if (canHide)
             row.spoken += row.isShown ? QStringLiteral(", visível") : QStringLiteral(", oculto");
         row.action =

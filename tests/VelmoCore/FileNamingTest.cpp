@@ -30,6 +30,7 @@ TEST(FileNaming, CountsOnToAFreeName)
     EXPECT_EQ(unique(u"nota 9.txt", {u"nota 9.txt"_qs}), u"nota 10.txt");
     EXPECT_EQ(unique(u"Docs", {u"Docs"_qs}), u"Docs 2");
     EXPECT_EQ(unique(u".perfil", {u".perfil"_qs}), u".perfil 2");
+    EXPECT_EQ(unique(u"a%2Cb%1 7.txt", {u"a%2Cb%1 7.txt"_qs}), u"a%2Cb%1 8.txt");
     EXPECT_EQ(unique(u"a 99999999999999999999.b", {u"a 99999999999999999999.b"_qs}),
               u"a 99999999999999999999 2.b");
     EXPECT_EQ(FileNaming::uniqueURL(QUrl(u"file:///p/Docs/"_qs),

@@ -1,5 +1,7 @@
 #include "VelmoUI/Modules/Tools/RenamePreview.h"
 
+#include <QLocale>
+
 #include <algorithm>
 #include <set>
 
@@ -51,14 +53,15 @@ QString RenamePreview::summary() const
 {
     if (invalidCount > 0)
         return invalidCount == 1 ? QStringLiteral("1 nome inválido")
-                                 : QStringLiteral("%1 nomes inválidos").arg(invalidCount);
+                                 : QStringLiteral("%L1 nomes inválidos").arg(invalidCount);
     QString text = QStringLiteral("Nenhum nome muda");
     if (changedCount == 1)
         text = QStringLiteral("1 nome muda");
     else if (changedCount > 1)
-        text = QStringLiteral("%1 nomes mudam").arg(changedCount);
-    return problemCount == 0 ? text
-                             : QStringLiteral("%1 · %2 com aviso").arg(text).arg(problemCount);
+        text = QStringLiteral("%L1 nomes mudam").arg(changedCount);
+    return problemCount == 0
+               ? text
+               : QStringLiteral("%1 · %2 com aviso").arg(text, QLocale().toString(problemCount));
 }
 
 } // namespace velmo
