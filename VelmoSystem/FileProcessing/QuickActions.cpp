@@ -79,8 +79,9 @@ ActionOutcome CopyPathAction::perform(const std::vector<DroppedItem> &items)
     for (const QUrl &url : files(items))
         paths.append(url.toLocalFile());
     m_pasteboard.writeText(paths.join(QLatin1Char('\n')));
-    return {.message = paths.size() == 1 ? QStringLiteral("Caminho copiado")
-                                         : QStringLiteral("%1 caminhos copiados").arg(paths.size()),
+    return {.message = paths.size() == 1
+                           ? QStringLiteral("Caminho copiado")
+                           : QStringLiteral("%L1 caminhos copiados").arg(paths.size()),
             .symbol = symbol()};
 }
 

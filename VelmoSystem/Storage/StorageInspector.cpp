@@ -78,7 +78,7 @@ qint64 StorageInspector::size(const QString &path, const std::stop_token &stop)
 QString StorageInspector::format(qint64 bytes)
 {
     if (bytes == 0)
-        return QStringLiteral("Zero KB");
+        return QStringLiteral("0 KB");
     auto value = static_cast<double>(bytes);
     std::size_t unit = 0;
     while (rounded(value, units[unit].decimals) >= 1000 && unit + 1 < units.size()) {

@@ -172,7 +172,7 @@ QString NotchContent::feedbackStyle() const
 QString NotchContent::droppedTitle() const
 {
     const auto count = m_droppedItems.records().size();
-    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 itens").arg(count);
+    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%L1 itens").arg(count);
 }
 
 QPointF NotchContent::dropletStart() const

@@ -10,7 +10,7 @@ QString returnFailure(int count)
 {
     return count == 1 ? QStringLiteral("Mesa: 1 arquivo não pôde voltar à pasta de origem e "
                                        "continua na Mesa.")
-                      : QStringLiteral("Mesa: %1 arquivos não puderam voltar à pasta de origem e "
+                      : QStringLiteral("Mesa: %L1 arquivos não puderam voltar à pasta de origem e "
                                        "continuam na Mesa.")
                             .arg(count);
 }

@@ -26,7 +26,7 @@ struct Words {
 QString returnedTitle(const std::vector<QUrl> &made)
 {
     if (made.size() != 1)
-        return QStringLiteral("%1 itens devolvidos").arg(made.size());
+        return QStringLiteral("%L1 itens devolvidos").arg(made.size());
     const QUrl folder = made.front().adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
     return QStringLiteral("Devolvido à pasta “%1”").arg(QDir(folder.toLocalFile()).dirName());
 }
@@ -91,7 +91,7 @@ JobOutcome transferAll(const ShelfTransfer &transfer, const Settle &settle,
 QString keptTitle(std::size_t count)
 {
     return count == 1 ? QStringLiteral("Guardado na Mesa")
-                      : QStringLiteral("%1 itens na Mesa").arg(count);
+                      : QStringLiteral("%L1 itens na Mesa").arg(count);
 }
 
 QString ShelfTransfer::start(AppServices &services) const

@@ -72,7 +72,7 @@ QString ClipboardSectionModel::kept() const
     const auto count = m_services.clipboard.items().size();
     if (count == 0)
         return QStringLiteral("Nenhum, por enquanto.");
-    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 itens").arg(count);
+    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%L1 itens").arg(count);
 }
 
 bool ClipboardSectionModel::canRestore() const

@@ -33,7 +33,7 @@ TEST(StorageInspector, WritesCountsAsAFileManagerDoes)
 {
     QLocale::setDefault(QLocale("pt_BR"));
     const std::vector<std::pair<qint64, QString>> counts = {
-        {0, "Zero KB"},      {1, "1 byte"},     {999, "999 bytes"},    {1000, "1 KB"},
+        {0, "0 KB"},         {1, "1 byte"},     {999, "999 bytes"},    {1000, "1 KB"},
         {999'499, "999 KB"}, {999'500, "1 MB"}, {1'250'000, "1,3 MB"}, {1'234'000'000, "1,23 GB"},
     };
     for (const auto &[bytes, text] : counts)

@@ -46,10 +46,10 @@ TEST_F(DataPaneModelTest, ClearsCacheAndTemporaryFilesButNeverTheData)
     EXPECT_EQ(size(0), u"Calculando…");
     wait([&] { return size(1) != u"Calculando…"; });
     EXPECT_EQ(size(1), StorageInspector::format(StorageInspector::size(services.paths.caches)));
-    EXPECT_NE(size(1), u"Zero KB");
+    EXPECT_NE(size(1), u"0 KB");
 
     pane->clear();
-    wait([&] { return !pane->isClearing() && size(1) == u"Zero KB"; });
+    wait([&] { return !pane->isClearing() && size(1) == u"0 KB"; });
     EXPECT_EQ(pane->clearNote().text, u"Cache e temporários removidos.");
     EXPECT_TRUE(QFile::exists(data));
     EXPECT_FALSE(QFile::exists(cache) || QFile::exists(temporary));

@@ -88,7 +88,7 @@ TEST_F(LiveRowsTest, LeavesTheClockAloneUnlessSomebodyWatchesACountingRow)
 
     rows.setWatched(true);
     upsert({.progress = 0.429});
-    EXPECT_EQ(value(), u"42 %");
+    EXPECT_EQ(value(), u"42%");
     EXPECT_EQ(scheduler.pendingCount(), 0U);
     upsert({});
     EXPECT_EQ(value(), QString());

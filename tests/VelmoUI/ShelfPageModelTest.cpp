@@ -4,6 +4,7 @@
 #include "VelmoUI/Modules/Shelf/ShelfDrag.h"
 #include "VelmoUI/Modules/Shelf/ShelfModule.h"
 #include "VelmoUI/Notch/PanelIssues.h"
+#include "VelmoUI/Notch/ShelfTransfer.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
@@ -199,6 +200,14 @@ TEST_F(ShelfPageModelTest, GivesFilesLinksAndTextsToOtherApplications)
     QFile::remove(moved.toLocalFile());
     page.setWatched(true);
     EXPECT_EQ(shown(), u"ref.txtexample.orgnota");
+}
+
+TEST(ShelfRows, WriteNumbersAsTheUserDoes)
+{
+    QLocale::setDefault(QLocale(QLocale::Portuguese, QLocale::Brazil));
+    EXPECT_EQ(ShelfRows::count(1000, u"1 item", u"%1 itens"), u"1.000 itens");
+    EXPECT_EQ(keptTitle(1000), u"1.000 itens na Mesa");
+    QLocale::setDefault(QLocale::C);
 }
 
 } // namespace velmo

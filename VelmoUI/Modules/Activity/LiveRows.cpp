@@ -46,7 +46,7 @@ LiveRow row(const LiveActivity &activity, Date now)
         row.value = TimerCenter::format(*time);
         row.shortTime = shortClockText(*time);
     } else if (row.progress >= 0) {
-        row.value = QStringLiteral("%1 %").arg(int(std::floor(row.progress * 100)));
+        row.value = QStringLiteral("%1%").arg(int(std::floor(row.progress * 100)));
     } else if (activity.source == QStringLiteral("timers")) {
         row.value = QStringLiteral("Pausado");
     }

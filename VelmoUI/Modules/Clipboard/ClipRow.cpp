@@ -59,7 +59,7 @@ void describeFiles(ClipRow &row, const ClipItem &item)
         return;
     row.picture = ThumbnailProvider::urlFor(files.front().toLocalFile());
     row.title = files.size() == 1 ? FileNaming::nameOf(files.front())
-                                  : QStringLiteral("%1 arquivos").arg(files.size());
+                                  : QStringLiteral("%L1 arquivos").arg(files.size());
     QStringList names;
     for (std::size_t i = 0; files.size() > 1 && i < std::min(files.size(), mostNames); ++i)
         names.append(FileNaming::nameOf(files[i]));

@@ -124,7 +124,7 @@ QString ClipboardPageModel::summary() const
     if (!isCapturing())
         return isEnabled() ? QStringLiteral("Pausado") : QStringLiteral("Desligado");
     const auto count = m_list.items().size();
-    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 itens").arg(count);
+    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%L1 itens").arg(count);
 }
 
 bool ClipboardPageModel::isCapturing() const

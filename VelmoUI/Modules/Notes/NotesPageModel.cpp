@@ -156,7 +156,7 @@ QString NotesPageModel::doneText() const
     const auto count = std::ranges::count(m_services.notes.tasks(), true, &TaskItem::isDone);
     return count == 0   ? QString()
            : count == 1 ? QStringLiteral("1 concluída")
-                        : QStringLiteral("%1 concluídas").arg(count);
+                        : QStringLiteral("%L1 concluídas").arg(count);
 }
 
 void NotesPageModel::setShowsDone(bool shows)

@@ -116,7 +116,7 @@ QString ShelfPageModel::summary() const
     if (items.size() == 1)
         return ShelfRows::detail(items.front());
     if (items.size() > 1)
-        return QStringLiteral("%1 selecionados").arg(items.size());
+        return QStringLiteral("%L1 selecionados").arg(items.size());
     const QString arriving = ShelfRows::arriving(shelf().arrivingCount());
     const QString count = ShelfRows::count(m_shown.size(), u"1 item", u"%1 itens");
     return arriving.isEmpty() ? count : count + QStringLiteral(" · ") + arriving;

@@ -6,6 +6,7 @@
 #include "VelmoUI/Design/ThumbnailProvider.h"
 
 #include <QFileInfo>
+#include <QLocale>
 
 namespace velmo {
 
@@ -64,7 +65,7 @@ QString ShelfRows::detail(const ShelfItem &item)
                           [](const ShelfItem::Text &text) {
                               return text.value.size() == 1
                                          ? QStringLiteral("1 caractere")
-                                         : QStringLiteral("%1 caracteres").arg(text.value.size());
+                                         : QStringLiteral("%L1 caracteres").arg(text.value.size());
                           },
                       },
                       item.content.value);
@@ -83,7 +84,8 @@ QString ShelfRows::briefDetail(const ShelfItem &item)
 
 QString ShelfRows::count(std::size_t count, const char16_t *one, const char16_t *more)
 {
-    return count == 1 ? QString::fromUtf16(one) : QString::fromUtf16(more).arg(count);
+    return count == 1 ? QString::fromUtf16(one)
+                      : QString::fromUtf16(more).arg(QLocale().toString(qulonglong(count)));
 }
 
 QString ShelfRows::arriving(int arriving)

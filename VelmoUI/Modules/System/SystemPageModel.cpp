@@ -25,7 +25,7 @@ QString sizeText(qint64 bytes)
 
 QString percentText(int percent)
 {
-    return QStringLiteral("%1 %").arg(QLocale().toString(percent));
+    return QStringLiteral("%1%").arg(QLocale().toString(percent));
 }
 
 /// "1 h 20 min", where a line parts hours from minutes at most.

@@ -3,6 +3,7 @@
 #include "VelmoUI/Modules/Tools/ToolsPageModel.h"
 
 #include <QDir>
+#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
@@ -14,7 +15,8 @@ namespace {
 
 QString counted(std::size_t count, const char16_t *one, const char16_t *many)
 {
-    return count == 1 ? QString::fromUtf16(one) : QString::fromUtf16(many).arg(count);
+    return count == 1 ? QString::fromUtf16(one)
+                      : QString::fromUtf16(many).arg(QLocale().toString(qulonglong(count)));
 }
 
 QString folderName(const QUrl &folder)

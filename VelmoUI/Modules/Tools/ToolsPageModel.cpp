@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
@@ -54,7 +55,7 @@ QString ToolsPageModel::filesTitle() const
 {
     if (urls().size() == 1)
         return urls().front().fileName();
-    return QStringLiteral("%1 itens").arg(urls().size());
+    return QStringLiteral("%L1 itens").arg(urls().size());
 }
 
 QString ToolsPageModel::filesNames() const
@@ -170,8 +171,9 @@ QString ToolsPageModel::entriesDetail() const
         return QStringLiteral("Vazio");
     if (shown == 0)
         return QStringLiteral("Nada encontrado");
-    const QString total = all == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 itens").arg(all);
-    return shown == all ? total : QStringLiteral("%1 de %2").arg(shown).arg(total);
+    const QString total =
+        all == 1 ? QStringLiteral("1 item") : QStringLiteral("%L1 itens").arg(all);
+    return shown == all ? total : QStringLiteral("%1 de %2").arg(QLocale().toString(shown), total);
 }
 
 void ToolsPageModel::usePassword(const QString &password)
