@@ -11,7 +11,7 @@ struct BatteryInfo {
     int percent = 0;
     bool isCharging = false;
     bool isOnAC = false;
-    std::optional<int> minutesRemaining; ///< to full while charging, else to empty
+    std::optional<int> minutesRemaining; ///< to full; only while charging
 
     bool operator==(const BatteryInfo &) const = default;
 };

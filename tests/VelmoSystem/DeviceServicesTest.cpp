@@ -105,7 +105,7 @@ TEST(UPowerDevices, FollowsBatteriesAndAccessories)
 add('ac', Type=dbus.UInt32(1), PowerSupply=True, Online=True)
 add('BAT0', Type=dbus.UInt32(2), PowerSupply=True, Percentage=41.6, State=dbus.UInt32(2),
     TimeToEmpty=dbus.Int64(7260), Energy=10.0, EnergyFull=50.0)
-=> 42 idle AC 121
+=> 42 idle AC -1
 self.Set(self.interface, 'OnBattery', True)
 change('BAT0', Percentage=7.0, TimeToEmpty=dbus.Int64(0))
 => 7 idle own -1

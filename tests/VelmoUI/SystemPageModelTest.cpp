@@ -25,14 +25,12 @@ protected:
 TEST(BatteryText, TellsWhatTheBatteryDoes)
 {
     const std::vector<std::pair<BatteryInfo, const char16_t *>> cases = {
-        {{.minutesRemaining = 80}, u"1 h 20 min restantes"},
-        {{.minutesRemaining = 120}, u"2 h restantes"},
-        {{.minutesRemaining = 60}, u"1 h restante"},
-        {{.minutesRemaining = 1}, u"1 min restante"},
         {{}, u"Fora da tomada"},
+        {{.isCharging = true, .isOnAC = true, .minutesRemaining = 80}, u"Carrega em 1 h 20 min"},
+        {{.isCharging = true, .isOnAC = true, .minutesRemaining = 120}, u"Carrega em 2 h"},
         {{.isCharging = true, .isOnAC = true, .minutesRemaining = 40}, u"Carrega em 40 min"},
         {{.isCharging = true, .isOnAC = true}, u"Carregando"},
-        {{.isOnAC = true, .minutesRemaining = 40}, u"Na tomada"},
+        {{.isOnAC = true}, u"Na tomada"},
     };
     for (const auto &[battery, text] : cases)
         EXPECT_EQ(batteryText(battery).replace(QChar::Nbsp, u' '), text);

@@ -87,16 +87,12 @@ struct Pack {
     double rate = 0; ///< watts, in or out
     bool isCharging = false;
     double secondsToFull = 0; ///< of the last one; for a pack of one
-    double secondsToEmpty = 0;
 
     void add(const RemoteObjects &objects, const QString &device)
     {
         const auto number = [&](const char *name) {
             const auto value = objects.value<double>(device, QLatin1StringView(name));
             return value && std::isfinite(*value) && *value > 0 ? *value : 0;
-        };
-        const auto seconds = [&](const char *name) {
-            return double(objects.value<qlonglong>(device, QLatin1StringView(name)).value_or(0));
         };
         ++count;
         if (const auto own = objects.value<double>(device, QStringLiteral("Percentage"));
@@ -110,8 +106,8 @@ struct Pack {
         rate += number("EnergyRate");
         isCharging =
             isCharging || objects.value<uint>(device, QStringLiteral("State")) == State::charging;
-        secondsToFull = seconds("TimeToFull");
-        secondsToEmpty = seconds("TimeToEmpty");
+        secondsToFull =
+            double(objects.value<qlonglong>(device, QStringLiteral("TimeToFull")).value_or(0));
     }
 
     std::optional<int> level() const
@@ -123,11 +119,13 @@ struct Pack {
 
     std::optional<int> minutesRemaining() const
     {
+        if (!isCharging)
+            return std::nullopt;
         if (count == 1)
-            return minutes(isCharging ? secondsToFull : secondsToEmpty);
+            return minutes(secondsToFull);
         if (!isEnergyKnown || rate <= 0)
             return std::nullopt;
-        return minutes((isCharging ? fullEnergy - energy : energy) / rate * 3600);
+        return minutes((fullEnergy - energy) / rate * 3600);
     }
 };
 

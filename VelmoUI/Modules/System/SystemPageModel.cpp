@@ -143,12 +143,7 @@ QString batteryText(const BatteryInfo &battery)
     }
     if (battery.isOnAC)
         return QStringLiteral("Na tomada");
-    if (!battery.minutesRemaining)
-        return QStringLiteral("Fora da tomada");
-    const int minutes = *battery.minutesRemaining;
-    return (minutes == 1 || minutes == 60 ? QStringLiteral("%1 restante")
-                                          : QStringLiteral("%1 restantes"))
-        .arg(durationText(minutes));
+    return QStringLiteral("Fora da tomada");
 }
 
 SystemPageModel::SystemPageModel(AppServices &services) : m_services(services)
