@@ -1,25 +1,17 @@
 #pragma once
 
-#include "VelmoCore/Foundation/Date.h"
-
 #include <QString>
 
-#include <algorithm>
 #include <cmath>
 #include <optional>
 
 namespace velmo {
 
-/// The range in which a numeric setting is offered. A file may hold any number: whoever uses it
-/// clamps it first.
+/// The range in which a numeric setting is offered. A file may hold any number.
 struct Bounds {
     double minimum = 0;
     double maximum = 0;
     double step = 0;
-
-    constexpr double clamp(double value) const { return std::clamp(value, minimum, maximum); }
-    constexpr Seconds clamp(Seconds value) const { return Seconds(clamp(value.count())); }
-    constexpr int clamp(int value) const { return int(clamp(double(value))); }
 
     /// The nearest multiple of the step, as its decimal text reads: 0.18 is no 0.1799999….
     double snap(double value) const

@@ -2,7 +2,6 @@
 
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/HotKeys/KeyNames.h"
-#include "VelmoCore/Settings/SettingsBounds.h"
 #include "VelmoSystem/Ports/Pointer.h"
 #include "VelmoUI/Notch/NotchContainerView.h"
 
@@ -114,8 +113,7 @@ void NotchWindowController::handleMouseMoved(Point point)
     const AppSettings &settings = m_services.settings.settings();
     if (inside) {
         m_hoverTask = m_services.platform.scheduler.after(
-            SettingsBounds::hoverDelay.clamp(settings.hoverDelay),
-            [this] { m_model.send(NotchEvent::hoverEntered); });
+            settings.hoverDelay, [this] { m_model.send(NotchEvent::hoverEntered); });
         return;
     }
     if (m_model.isPresentingSystemUI()) {
@@ -124,7 +122,7 @@ void NotchWindowController::handleMouseMoved(Point point)
     }
     const Seconds delay = m_model.presentation() == NotchPresentation::preview
                               ? previewCloseDelay
-                              : SettingsBounds::closeDelay.clamp(settings.closeDelay);
+                              : settings.closeDelay;
     m_hoverTask = m_services.platform.scheduler.after(delay, [this] {
         if (!m_model.isPresentingSystemUI())
             m_model.send(NotchEvent::hoverExited);

@@ -209,9 +209,9 @@ const QByteArray none = R"({"keyCode":0,"modifiers":256})";
 const std::vector<Effect> effects = {
     {"openOnClick", "false", &Orvane::afterTap, R"("hoverBehavior":"none")"},
     {"hoverBehavior", R"("preview")", [](auto &o) { return o.afterHover(0.12s); }},
-    {"hoverDelay", "0.4", [](auto &o) { return o.afterHover(0.2s); }},
+    {"hoverDelay", "5", [](auto &o) { return o.afterHover(4s); }},
     {"closeOnMouseLeave", "false", [](auto &o) { return o.afterLeaving(0.5s); }},
-    {"closeDelay", "2", [](auto &o) { return o.afterLeaving(1s); }},
+    {"closeDelay", "9", [](auto &o) { return o.afterLeaving(8s); }},
     {"closeOnClickOutside", "false", &Orvane::afterClickOutside},
     {"toggleHotKeyEnabled", "false", &Orvane::grabbed},
     {"toggleHotKey", none, &Orvane::grabbed},
