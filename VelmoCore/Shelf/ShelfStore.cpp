@@ -19,6 +19,15 @@ namespace {
 constexpr qsizetype longestName = 80;
 constexpr Seconds day = 86'400s;
 
+/// Nothing of it is seen: a mark of the byte order isn't, either.
+bool isBlank(const QString &line)
+{
+    return std::ranges::all_of(line, [](QChar c) {
+        return c.isSpace() || c.category() == QChar::Other_Format ||
+               c.category() == QChar::Other_Control;
+    });
+}
+
 } // namespace
 
 ShelfStore::ShelfStore(const Places &places, const DataFiles &files, Scheduler &scheduler)
@@ -147,10 +156,8 @@ void ShelfStore::addLink(const QUrl &url, const std::optional<QString> &group)
 
 void ShelfStore::addText(const QString &text, const std::optional<QString> &group)
 {
-    const QStringList lines =
-        text.split(QRegularExpression(QStringLiteral("[\r\n]+")), Qt::SkipEmptyParts);
-    const auto named =
-        std::ranges::find_if(lines, [](const QString &line) { return !line.trimmed().isEmpty(); });
+    const QStringList lines = text.split(QRegularExpression(QStringLiteral("\\R+")));
+    const auto named = std::ranges::find_if_not(lines, isBlank);
     insert({.content = {ShelfItem::Text{text}},
             .name = Text::prefix(named == lines.end() ? text : *named, longestName),
             .group = group});

@@ -132,7 +132,7 @@ TEST_F(ShelfStoreTest, NamesLinksAndTextsByWhatTheySay)
 {
     shelf.addLink(QUrl(u"https://exemplo.org/a"_qs));
     shelf.addLink(QUrl(u"mailto:a@exemplo.org"_qs));
-    shelf.addText(u"\n\nprimeira\nsegunda"_qs);
+    shelf.addText(u"\ufeff\n \t\u2028primeira\nsegunda"_qs);
     shelf.addText(u"\n \n"_qs);
     shelf.addText(QString(100, u'x'));
     EXPECT_EQ(names(), (QStringList{QString(80, u'x'), u"\n \n"_qs, u"primeira"_qs,
