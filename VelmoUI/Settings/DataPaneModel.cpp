@@ -112,7 +112,7 @@ void DataPaneModel::chooseExport()
 {
     auto dialog = fileDialog(QFileDialog::AcceptSave, QStringLiteral("Exportar ajustes"),
                              QStringLiteral("Exportar"));
-    dialog->selectFile(QStringLiteral("Ajustes do Orvane.json"));
+    dialog->selectFile(QStringLiteral("Orvane-configuracoes.json"));
     choose(std::move(dialog), &DataPaneModel::exportTo);
 }
 

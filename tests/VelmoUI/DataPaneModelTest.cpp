@@ -6,7 +6,9 @@
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QFileDialog>
 
 #include <functional>
 #include <optional>
@@ -93,6 +95,17 @@ TEST_F(DataPaneModelTest, ImportsWhatItExportedAndSaysWhatItDiscarded)
     pane->importFrom(file);
     EXPECT_EQ(settings().closeDelay, 1s);
     EXPECT_EQ(pane->fileNote().text, u"Ajustes importados. Descartados: panelSize, theme.");
+}
+
+TEST_F(DataPaneModelTest, OffersANameForTheExport)
+{
+    pane->chooseExport();
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto window = std::ranges::find_if(
+        windows, [](QWidget *each) { return qobject_cast<QFileDialog *>(each) != nullptr; });
+    ASSERT_NE(window, windows.end());
+    EXPECT_EQ(QFileInfo(qobject_cast<QFileDialog *>(*window)->selectedFiles().value(0)).fileName(),
+              u"Orvane-configuracoes.json");
 }
 
 TEST_F(DataPaneModelTest, ChangesNothingForAForeignFile)
