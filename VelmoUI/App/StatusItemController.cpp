@@ -28,6 +28,30 @@ QIcon menuIcon(const QString &symbol, const QColor &color)
     return picture;
 }
 
+/// A screen with the notch at its top; light with a dark edge, as nobody knows the bar's colour.
+QIcon notchIcon()
+{
+    QIcon icon;
+    for (const int side : {18, 22, 24, 36, 44, 48}) {
+        QPixmap picture(side, side);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(side / 18.0, side / 18.0);
+        painter.setPen(QPen(QColor(0, 0, 0, 160), 1));
+        painter.setBrush(Qt::white);
+        painter.drawRoundedRect(QRectF(1.5, 3.5, 15, 11), 2, 2);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::black);
+        painter.drawRoundedRect(QRectF(5, 1.5, 8, 6), 1.5, 1.5);
+        painter.setCompositionMode(QPainter::CompositionMode_Clear);
+        painter.fillRect(QRectF(0, 0, 18, 3), Qt::transparent);
+        painter.end();
+        icon.addPixmap(picture);
+    }
+    return icon;
+}
+
 } // namespace
 
 StatusItemController::StatusItemController(AppServices &services, NotchCoordinator &coordinator)
@@ -57,7 +81,7 @@ void StatusItemController::update()
     }
     if (m_item || !m_services.platform.statusArea.isAvailable())
         return;
-    m_item = std::make_unique<QSystemTrayIcon>(QGuiApplication::windowIcon());
+    m_item = std::make_unique<QSystemTrayIcon>(notchIcon());
     m_item->setToolTip(QStringLiteral("Orvane"));
     m_item->setContextMenu(&m_menu);
     connect(m_item.get(), &QSystemTrayIcon::activated, this,

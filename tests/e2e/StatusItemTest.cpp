@@ -2,6 +2,9 @@
 #include "tests/support/DBusMock.h"
 
 #include <QDBusArgument>
+#include <QImage>
+
+#include <algorithm>
 
 namespace velmo {
 
@@ -49,6 +52,38 @@ protected:
         }
         return items;
     }
+    /// The item's picture of that size; a null one without it.
+    QImage picture(int side)
+    {
+        const QString item = m_area->call(watcherPath, watcher, "Item").toString();
+        auto call = QDBusMessage::createMethodCall(item, "/StatusNotifierItem",
+                                                   "org.freedesktop.DBus.Properties", "Get");
+        call.setArguments({"org.kde.StatusNotifierItem", "IconPixmap"});
+        const auto pictures = m_connection.call(call)
+                                  .arguments()
+                                  .value(0)
+                                  .value<QDBusVariant>()
+                                  .variant()
+                                  .value<QDBusArgument>();
+        QImage found;
+        pictures.beginArray();
+        while (!pictures.atEnd()) {
+            int width = 0;
+            int height = 0;
+            QByteArray pixels; // ARGB, the highest byte first
+            pictures.beginStructure();
+            pictures >> width >> height >> pixels;
+            pictures.endStructure();
+            for (auto place = pixels.begin(); place < pixels.end(); place += 4)
+                std::reverse(place, place + 4);
+            if (width == side && height == side)
+                found = QImage(reinterpret_cast<const uchar *>(pixels.constData()), width, height,
+                               QImage::Format_ARGB32)
+                            .copy();
+        }
+        pictures.endArray();
+        return found;
+    }
     void click(const QString &label)
     {
         ask("Event", {menu()[label], "clicked", QVariant::fromValue(QDBusVariant(0)), 0U});
@@ -91,6 +126,11 @@ TEST_F(StatusItemTest, OffersWhatCanBeDoneOnceThereIsAStatusArea)
     startStatusArea();
     ASSERT_TRUE(eventually([this] { return menu().contains("Abrir painel    ⌃⌥N"); }));
     EXPECT_TRUE(menu().contains("Ajustes…"));
+    const QImage symbol = picture(18);
+    ASSERT_FALSE(symbol.isNull());
+    EXPECT_EQ(symbol.pixelColor(9, 5), QColor(Qt::black)) << "the notch";
+    EXPECT_EQ(symbol.pixelColor(9, 11), QColor(Qt::white)) << "in a screen";
+    EXPECT_EQ(symbol.pixelColor(0, 0).alpha(), 0);
 
     click("Ocultar notch");
     EXPECT_TRUE(becomesVisible(false));
