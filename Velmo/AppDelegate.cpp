@@ -131,7 +131,7 @@ ControlEndpoint::Commands AppDelegate::controlCommands()
 {
     AppServices &services = *m_services;
     return {
-        .activate = [&services] { services.openSettings(std::nullopt); },
+        .activate = [&services] { services.openSettings(SettingsPane::general); },
         .openFiles = services.openFilesInNotch,
         .open =
             [&services](const QString &moduleID) {

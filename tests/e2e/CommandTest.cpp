@@ -62,7 +62,21 @@ TEST_F(CommandTest, GoesToTheFirstOrvaneFromASecondOne)
     EXPECT_EQ(windows(), 0U);
     EXPECT_EQ(run({}).exitCode, 0);
     EXPECT_TRUE(eventually([&] { return windows() == 1; })) << "the settings show";
+    const auto look = [&] {
+        std::vector<std::uint32_t> pixels;
+        for (int x = 300; x < 1200; x += 20) {
+            for (int y = 200; y < 700; y += 20)
+                pixels.push_back(pixel({x, y}));
+        }
+        return pixels;
+    };
+    EXPECT_EQ(run({"settings", "general"}).exitCode, 0);
+    pause(500ms);
+    const auto general = look();
     EXPECT_EQ(run({"settings", "about"}).exitCode, 0);
+    EXPECT_TRUE(eventually([&] { return look() != general; }));
+    EXPECT_EQ(run({}).exitCode, 0);
+    EXPECT_TRUE(eventually([&] { return look() == general; })) << "its first page";
     EXPECT_EQ(run({"settings", "balloon"}).exitCode, 1);
     EXPECT_EQ(windows(), 1U);
     EXPECT_EQ(run({home.path("a.txt")}).exitCode, 0);
