@@ -74,7 +74,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     m_services->hotKeys.apply();
     m_statusItem.emplace(*m_services, *m_coordinator);
     m_control.serve(controlCommands());
-    startPanelProbe(arguments);
+    startPanelProbes(arguments);
     if (!m_services->settings.settings().hasCompletedOnboarding)
         after(onboardingDelay, [this] { m_coordinator->open(); });
     m_services->openFilesInNotch(files);
@@ -154,25 +154,23 @@ ControlEndpoint::Commands AppDelegate::controlCommands()
     };
 }
 
-void AppDelegate::startPanelProbe(const QStringList &arguments)
+void AppDelegate::startPanelProbes(const QStringList &arguments)
 {
-    const auto probe = Probes::ofPanel(arguments);
-    if (!probe)
-        return;
     const auto quit = [] { QCoreApplication::quit(); };
-    std::visit(overloaded{
-                   [&](const Probes::Open &open) {
-                       after(probeOpenDelay, [this] { m_coordinator->open(); });
-                       after(probeOpenDelay + open.duration, quit);
-                   },
-                   [&](const Probes::Drop &drop) {
-                       after(probeDropDelay, [this, file = drop.file] {
-                           m_coordinator->debugDropAnimation(file, probeDropPoint);
-                       });
-                       after(probeDropEnd, quit);
-                   },
-               },
-               *probe);
+    const auto start = overloaded{
+        [&](const Probes::Open &open) {
+            after(probeOpenDelay, [this] { m_coordinator->open(); });
+            after(probeOpenDelay + open.duration, quit);
+        },
+        [&](const Probes::Drop &drop) {
+            after(probeDropDelay, [this, file = drop.file] {
+                m_coordinator->debugDropAnimation(file, probeDropPoint);
+            });
+            after(probeDropEnd, quit);
+        },
+    };
+    for (const auto &probe : Probes::ofPanel(arguments))
+        std::visit(start, probe);
 }
 
 void AppDelegate::after(Seconds delay, std::function<void()> step)

@@ -37,7 +37,7 @@ private:
     void save();
     void fillCallbacks();
     ControlEndpoint::Commands controlCommands();
-    void startPanelProbe(const QStringList &arguments);
+    void startPanelProbes(const QStringList &arguments);
     void after(Seconds delay, std::function<void()> step);
 
     ControlEndpoint &m_control;

@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <variant>
+#include <vector>
 
 /// The self-test flags of the command line. A flag without the arguments that it needs is passed
 /// over.
@@ -16,6 +17,12 @@ namespace velmo::Probes {
 struct Trust {
     QString outputPath;
     bool operator==(const Trust &) const = default;
+};
+/// Compresses copies of files at each level.
+struct Compress {
+    QString outputPath;
+    QStringList files;
+    bool operator==(const Compress &) const = default;
 };
 /// Opens the real panel for a while.
 struct Open {
@@ -32,8 +39,8 @@ struct Drop {
 bool isSelfTest(const QStringList &arguments);
 
 /// The first self-test that needs nothing of a running Orvane.
-std::optional<Trust> early(const QStringList &arguments);
-/// The first self-test of the real panel.
-std::optional<std::variant<Open, Drop>> ofPanel(const QStringList &arguments);
+std::optional<std::variant<Compress, Trust>> early(const QStringList &arguments);
+/// The self-tests of the real panel; all of them run.
+std::vector<std::variant<Open, Drop>> ofPanel(const QStringList &arguments);
 
 } // namespace velmo::Probes

@@ -1,4 +1,5 @@
 #include "Velmo/AppDelegate.h"
+#include "Velmo/CompressProbe.h"
 #include "Velmo/Probes.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Overloaded.h"
@@ -78,8 +79,18 @@ int run(int &argc, char **argv, const CommandLine::Run &request)
     try {
         if (const auto probe = Probes::early(request.arguments)) {
             const QCoreApplication application(argc, argv);
-            AtomicFile::write(DesktopTrust::ofThisDesktop().text().toUtf8() + '\n',
-                              probe->outputPath);
+            std::visit(overloaded{
+                           [](const Probes::Compress &compress) {
+                               AtomicFile::write(CompressProbe::run(compress.files).toUtf8(),
+                                                 compress.outputPath);
+                           },
+                           [](const Probes::Trust &trust) {
+                               AtomicFile::write(DesktopTrust::ofThisDesktop().text().toUtf8() +
+                                                     '\n',
+                                                 trust.outputPath);
+                           },
+                       },
+                       *probe);
             return 0;
         }
         return runOrvane(argc, argv, request);

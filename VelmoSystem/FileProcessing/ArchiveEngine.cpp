@@ -39,7 +39,8 @@ bool isQuickerByBsdtar(const QString &name)
 }
 
 /// One run for each folder that items are in: Info-ZIP keeps the path that it is given.
-std::vector<ToolCommand> infoZip(const QString &archive, const QStringList &items)
+std::vector<ToolCommand> infoZip(const QString &archive, const QStringList &items,
+                                 std::optional<int> level)
 {
     QString tool = QStandardPaths::findExecutable(QStringLiteral("zip"));
     if (tool.isEmpty())
@@ -47,12 +48,15 @@ std::vector<ToolCommand> infoZip(const QString &archive, const QStringList &item
     std::vector<ToolCommand> commands;
     for (const QString &item : items) {
         const QFileInfo file(item);
-        if (commands.empty() || commands.back().workingFolder != file.path())
+        if (commands.empty() || commands.back().workingFolder != file.path()) {
             commands.push_back({tool,
                                 {QStringLiteral("-qry"), archive},
                                 std::nullopt,
                                 file.path(),
                                 QFileInfo(archive).path()});
+            if (level)
+                commands.back().arguments.prepend(u'-' + QString::number(*level));
+        }
         // So that no name is an option.
         commands.back().arguments.append(QStringLiteral("./") + file.fileName());
     }
@@ -144,16 +148,24 @@ ToolCommand ArchiveEngine::extraction(const QString &archive, const QString &fol
 }
 
 std::vector<ToolCommand> ArchiveEngine::compression(const QString &archive,
-                                                    const QStringList &items) const
+                                                    const QStringList &items,
+                                                    std::optional<int> level) const
 {
     if (m_kind == Kind::bsdtar)
-        return infoZip(archive, items);
+        return infoZip(archive, items, level);
     // Its quickest level is smaller than the usual one of others, and uses all cores.
-    const QStringList arguments = {QStringLiteral("a"),         QStringLiteral("-tzip"),
-                                   QStringLiteral("-mx1"),      QStringLiteral("-mcu"),
-                                   QStringLiteral("-snl"),      QStringLiteral("-spd"),
-                                   QStringLiteral("-bso0"),     QStringLiteral("-bsp1"),
-                                   QStringLiteral("-sccUTF-8"), archive};
+    constexpr int quickest = 1;
+    const QStringList arguments = {QStringLiteral("a"),
+                                   QStringLiteral("-tzip"),
+                                   QStringLiteral("-mx") +
+                                       QString::number(level.value_or(quickest)),
+                                   QStringLiteral("-mcu"),
+                                   QStringLiteral("-snl"),
+                                   QStringLiteral("-spd"),
+                                   QStringLiteral("-bso0"),
+                                   QStringLiteral("-bsp1"),
+                                   QStringLiteral("-sccUTF-8"),
+                                   archive};
     ToolCommand command{m_tool, arguments + items};
     command.writableFolder = QFileInfo(archive).path();
     return {command};

@@ -28,8 +28,10 @@ public:
     ToolCommand extraction(const QString &archive, const QString &folder,
                            const std::optional<QString> &password) const;
     /// To be run in turn: a ZIP archive of `items`, absolute paths with names of their own. Links
-    /// in them are kept. Without 7-Zip it is Info-ZIP that makes it.
-    std::vector<ToolCommand> compression(const QString &archive, const QStringList &items) const;
+    /// in them are kept. Without 7-Zip it is Info-ZIP that makes it. `level` is 1 to 9, else the
+    /// one that serves best.
+    std::vector<ToolCommand> compression(const QString &archive, const QStringList &items,
+                                         std::optional<int> level = std::nullopt) const;
 
     /// Whether it refuses by itself to unpack through a link or by a path that leads out.
     bool isCareful() const { return m_kind == Kind::bsdtar; }

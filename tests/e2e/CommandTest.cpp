@@ -144,9 +144,26 @@ TEST_F(ProbeTest, OpensThePanelForAWhile)
 TEST_F(ProbeTest, DropsAFile)
 {
     home.write("a.txt", "x");
-    start({"--probe-drop", home.path("a.txt")});
+    start({"--probe-open", "9", "--probe-drop", home.path("a.txt")});
+    EXPECT_TRUE(shows("expanded")) << "as the other flag wants it";
     EXPECT_TRUE(shows("dropResult"));
     EXPECT_EQ(exitCode(), 0);
+}
+
+TEST_F(ProbeTest, CompressesCopiesAtEachLevel)
+{
+    home.write("a.txt", QByteArray(100'000, 'a'));
+    const QString file = home.path("a.txt");
+    EXPECT_EQ(run({"--probe-compress", home.path("report.txt"), file, file}).exitCode, 0);
+    const QString report = QString::fromUtf8(home.read("report.txt"));
+    EXPECT_TRUE(report.startsWith("2 arquivos, ")) << qPrintable(report);
+    for (int level = 1; level <= 9; ++level)
+        EXPECT_TRUE(QRegularExpression(QString("nível %1: \\d{3,4} bytes\n").arg(level))
+                        .match(report)
+                        .hasMatch())
+            << qPrintable(report);
+    EXPECT_EQ(home.read("a.txt").size(), 100'000);
+    EXPECT_NE(run({"--probe-compress", home.path("report.txt"), home.path("nada")}).exitCode, 0);
 }
 
 TEST_F(ProbeTest, TellsWhatTheDesktopAllows)
