@@ -61,12 +61,12 @@ private:
     QString m_path;
 };
 
-/// Throws where the tool found no space for what it wrote beneath `folder`.
-void requireSpace(const ProcessResult &result, const QString &folder)
+/// Throws where the tool found no space. `file` is what the user knows of it.
+void requireSpace(const ProcessResult &result, const QString &file)
 {
     if (result.status != 0 &&
         (result.standardError + result.standardOutput).contains(u"No space left on device"))
-        throw FileError(folder, ENOSPC);
+        throw FileError(file, ENOSPC);
 }
 
 struct Listing {
@@ -186,7 +186,7 @@ ExtractedTree::Contents unpack(Source &source, const QString &folder, qint64 siz
     const ExtractedTree::Contents contents = ExtractedTree::makeOrdinary(folder);
     if (contents.size > sizeLimit)
         throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
-    requireSpace(result, folder);
+    requireSpace(result, source.archive);
     source.succeed(result);
     return contents;
 }
@@ -394,7 +394,7 @@ QUrl zipBy(const ArchiveEngine &engine, const std::vector<QUrl> &urls, const QUr
             ToolProcess::run(command, stop, [&](const ToolProcess &process) {
                 progress.update(toldShare(process.output()));
             });
-        requireSpace(result, folder.path());
+        requireSpace(result, target.toLocalFile());
         if (result.status != 0)
             throw ArchiveError(ArchiveError::Failed{engine.compressionFailure(result)});
     }

@@ -1,5 +1,6 @@
 #include "VelmoUI/Notch/ShelfDrop.h"
 
+#include "VelmoCore/Files/FailedFiles.h"
 #include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Foundation/Scheduler.h"
@@ -53,7 +54,7 @@ struct Arrival {
 Arrival bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMove,
                 const ShelfDrop::Moved &moved)
 {
-    QStringList failed;
+    FailedFiles failed;
     ShelfTransfer distant{
         .kind = isMove ? ShelfTransfer::Kind::moveIn : ShelfTransfer::Kind::copyIn, .moved = moved};
     const ShelfStorage storage = isMove ? ShelfStorage::moved : ShelfStorage::copy;
@@ -73,16 +74,15 @@ Arrival bringIn(AppServices &services, const std::vector<QUrl> &files, bool isMo
                 const auto &place = std::get<ShelfItem::File>(item.content.value).path;
                 distant.files.push_back({item.id, file, QUrl::fromLocalFile(place)});
             }
-        } catch (const LocalizedError &) {
-            failed.append(nameOf(file));
+        } catch (const LocalizedError &error) {
+            failed.add(file, error);
         }
     }
-    if (!failed.isEmpty())
-        services.activity.postFailure(failureTitle(isMove), source(),
-                                      failed.join(QStringLiteral(", ")));
+    if (failed.count() > 0)
+        services.activity.postFailure(failureTitle(isMove), source(), failed.text());
     if (!distant.files.empty())
         return {false, distant.start(services)};
-    return {failed.isEmpty(), std::nullopt};
+    return {failed.count() == 0, std::nullopt};
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "VelmoUI/Notch/ShelfTransfer.h"
 
+#include "VelmoCore/Files/FailedFiles.h"
 #include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Files/FileTransfer.h"
 #include "VelmoCore/Foundation/Scheduler.h"
@@ -57,7 +58,7 @@ JobOutcome transferAll(const ShelfTransfer &transfer, const Settle &settle,
     const auto transferOne =
         transfer.kind == Kind::copyIn ? FileTransfer::copyUnique : FileTransfer::moveUnique;
     const std::size_t count = transfer.files.size();
-    QStringList failed;
+    FailedFiles failed;
     std::vector<QUrl> made;
     for (std::size_t i = 0; i < count; ++i) {
         const ShelfTransfer::File &file = transfer.files[i];
@@ -71,17 +72,17 @@ JobOutcome transferAll(const ShelfTransfer &transfer, const Settle &settle,
             for (; i < count; ++i)
                 settle(transfer.files[i], std::nullopt);
             throw;
-        } catch (const LocalizedError &) {
-            failed.append(nameOf(file.from));
+        } catch (const LocalizedError &error) {
+            failed.add(file.from, error);
         }
         settle(file, to);
     }
     const Words words = wordsOf(transfer.kind);
-    if (failed.isEmpty())
+    if (failed.count() == 0)
         return {.message = words.success(made), .detail = {}, .outputURLs = made};
-    report(int(failed.size()));
+    report(failed.count());
     return {.message = words.failure,
-            .detail = failed.join(QStringLiteral(", ")),
+            .detail = failed.text(),
             .outputURLs = made,
             .style = FeedbackStyle::error};
 }

@@ -66,7 +66,7 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
     EXPECT_THAT(model.droppedItems(),
                 ElementsAre(inNotch(u"a.txt"_qs), gone, bundle, link, text, goneToo));
     EXPECT_EQ(services.shelf.items().size(), 3U);
-    EXPECT_EQ(lastEvent(), u"Não foi possível mover|b.txt, c.txt");
+    EXPECT_EQ(lastEvent(), u"Não foi possível mover|b.txt, c.txt: o item não existe");
 
     drop(DropZone::notch, {inNotch(u"a.txt"_qs)});
     EXPECT_EQ(services.shelf.items().size(), 3U) << "it is there already";
@@ -107,7 +107,8 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     finishJobs();
     EXPECT_EQ(services.shelf.items(), kept);
     EXPECT_EQ(services.shelf.lastReturnFailure(), 1);
-    EXPECT_EQ(lastEvent(), u"Não foi possível devolver|"_qs + name);
+    EXPECT_EQ(lastEvent(), u"Não foi possível devolver|"_qs + name +
+                               u": não é um arquivo, uma pasta nem um link"_qs);
     std::filesystem::remove(here);
     std::ofstream(here) << "conteúdo";
     takeOffShelf(services, {kept[0].id});
