@@ -72,7 +72,7 @@ JobOutcome transferAll(const ShelfTransfer &transfer, const Settle &settle,
             for (; i < count; ++i)
                 settle(transfer.files[i], std::nullopt);
             throw;
-        } catch (const LocalizedError &error) {
+        } catch (const std::exception &error) {
             failed.add(file.from, error);
         }
         settle(file, to);

@@ -6,10 +6,39 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <sys/stat.h>
 #include <thread>
+
+namespace {
+
+constexpr std::size_t largeBlock = 4 << 20;
+std::atomic<bool> refusesLargeBlocks = false;
+
+} // namespace
+
+/// So that memory runs out when a test wants it.
+void *operator new(std::size_t size)
+{
+    void *block = refusesLargeBlocks && size >= largeBlock ? nullptr : std::malloc(size);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return block;
+}
+
+void operator delete(void *block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void *block, std::size_t) noexcept
+{
+    std::free(block);
+}
 
 namespace velmo {
 namespace {
@@ -131,6 +160,25 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     EXPECT_EQ(lastEvent(), u"Mover para o notch: cancelado|");
     EXPECT_TRUE(services.shelf.items().empty());
     EXPECT_TRUE(std::filesystem::remove(other));
+}
+
+TEST_F(ShelfDropTest, SettlesEveryFileWhateverGoesWrong)
+{
+    const std::filesystem::path other = "/dev/shm/orvane-drop-" + std::to_string(::getpid());
+    std::ofstream(other) << "conteúdo";
+    const QUrl url = QUrl::fromLocalFile(QString::fromStdString(other.string()));
+    std::filesystem::resize_file(other, largeBlock);
+    refusesLargeBlocks = true;
+    drop(DropZone::notch, {{DroppedItem::File{url}}});
+    finishJobs();
+    refusesLargeBlocks = false;
+    EXPECT_EQ(services.shelf.arrivingCount(), 0);
+    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_EQ(lastEvent(), u"Não foi possível mover|"_qs + url.fileName() +
+                               u": erro inesperado (std::bad_alloc)"_qs);
+    EXPECT_TRUE(std::filesystem::remove(other));
+    EXPECT_TRUE(QDir(*services.shelf.mesaDirectory())
+                    .isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST_F(ShelfDropTest, HandsFilesToTheDesktopAndNothingElse)
