@@ -52,6 +52,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
             return std::make_unique<KeyItemStores>(KeyItemStores::standardFolder(), stop);
         });
     const AppPaths paths = preparePaths();
+    m_pendingFiles.emplace(paths.supportFile(QStringLiteral("Pending")));
     m_services.emplace(paths, dataProtection(), m_platform.ports());
     addBuiltInModules(m_services->modules);
     addQuickActions(m_services->actions, m_services->platform.fileViewer,
@@ -70,6 +71,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
         m_services->openModule(QStringLiteral("clipboard"));
     };
     ServiceWiring::start(*m_services);
+    restorePendingFiles();
     m_coordinator->start();
     m_services->hotKeys.apply();
     m_statusItem.emplace(*m_services, *m_coordinator);
@@ -111,6 +113,17 @@ AppPaths AppDelegate::preparePaths() const
     }
     paths.purgeTemporary();
     return paths;
+}
+
+void AppDelegate::restorePendingFiles()
+{
+    if (!PendingFiles::hasRecords())
+        return;
+    m_restoring = std::jthread([this] {
+        m_scheduler.post([this, restored = PendingFiles::restore()] {
+            ServiceWiring::finishRestoring(*m_services, restored);
+        });
+    });
 }
 
 void AppDelegate::fillCallbacks()

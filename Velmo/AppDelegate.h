@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoCore/Files/PendingFiles.h"
 #include "VelmoCore/Foundation/SystemScheduler.h"
 #include "VelmoSystem/Linux/LinuxPlatform.h"
 #include "VelmoSystem/Linux/ProcessSignals.h"
@@ -14,6 +15,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <thread>
 
 namespace velmo {
 
@@ -35,6 +37,7 @@ private:
     DataProtectionStatus dataProtection();
     /// Saves all; what the key store keeps closed waits for its answer.
     void save();
+    void restorePendingFiles();
     void fillCallbacks();
     ControlEndpoint::Commands controlCommands();
     void startPanelProbes(const QStringList &arguments);
@@ -45,11 +48,13 @@ private:
     ProcessSignals m_signals;
     LinuxPlatform m_platform;
     std::optional<DataProtectionReader> m_protection; ///< unless it is a self-test
+    std::optional<PendingFiles::Folder> m_pendingFiles;
     std::optional<AppServices> m_services;
     std::optional<SettingsWindowController> m_settingsWindow;
     std::optional<NotchCoordinator> m_coordinator;
     std::optional<StatusItemController> m_statusItem;
     std::vector<ScheduledTask> m_delayedSteps;
+    std::jthread m_restoring; ///< what a killed run left
 };
 
 } // namespace velmo

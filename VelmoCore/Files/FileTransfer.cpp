@@ -2,12 +2,14 @@
 
 #include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Files/NativeFiles.h"
+#include "VelmoCore/Files/PendingFiles.h"
 #include "VelmoCore/Files/TreeCopier.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Uuid.h"
 
 #include <fcntl.h>
 #include <filesystem>
+#include <memory>
 
 namespace velmo {
 
@@ -24,76 +26,46 @@ std::string native(const QString &path)
     return QFile::encodeName(path).toStdString();
 }
 
-bool stands(const std::string &path)
-{
-    struct stat entry = {};
-    return ::lstat(path.c_str(), &entry) == 0;
-}
-
-/// For file systems that can't rename without replacing: files get a second name first, which is as
-/// safe; for folders an empty one in the very last moment is all that could be lost.
-int renameByTwoSteps(const std::string &from, const std::string &to)
-{
-    if (stands(to)) {
-        errno = EEXIST;
-        return -1;
+/// What stands hidden while something is copied to `to`, and on a move while it leaves `from`.
+struct HiddenNames {
+    HiddenNames(const std::string &from, const std::string &to)
+        : HiddenNames(from, to, "/.orvane-" + uuidText(makeUuid()).toStdString())
+    {
     }
-    if (S_ISDIR(stated(from).st_mode))
-        return ::rename(from.c_str(), to.c_str());
-    if (::link(from.c_str(), to.c_str()) < 0)
-        return errno == EPERM || errno == EOPNOTSUPP ? ::rename(from.c_str(), to.c_str()) : -1;
-    if (::unlink(from.c_str()) == 0)
-        return 0;
-    const int code = errno;
-    ::unlink(to.c_str());
-    errno = code;
-    return -1;
-}
 
-/// 0, or -1 with errno; EEXIST where something stands at `to`.
-int renameWithoutReplacing(const std::string &from, const std::string &to)
-{
-    const int result = ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
-    if (result < 0 && (errno == EINVAL || errno == ENOSYS))
-        return renameByTwoSteps(from, to);
-    return result;
-}
+    std::string copy;
+    std::string original;
+    std::string remains; ///< of an original that is a folder
 
-/// Folders that nobody may write to keep their files otherwise.
-void makeFoldersWritable(const fs::path &path)
+private:
+    HiddenNames(const std::string &from, const std::string &to, const std::string &name)
+        : copy(fs::path(to).parent_path().string() + name),
+          original(fs::path(from).parent_path().string() + name + "-original"),
+          remains(fs::path(from).parent_path().string() + name + "-rest")
+    {
+    }
+};
+
+/// Recorded for a later run. Where that can't be, as on a full disk, it goes on: a user's file has
+/// a whole copy whenever it stands hidden.
+std::unique_ptr<PendingFiles::Record> record(const std::string &from, const std::string &to,
+                                             const HiddenNames &names, bool isMove)
 {
-    std::error_code error;
-    const auto open = [&](const fs::path &folder) {
-        fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, error);
+    const auto pending = [&](PendingKind kind, const std::string &hidden) {
+        return PendingFile{kind, QByteArray::fromStdString(hidden), QByteArray::fromStdString(from),
+                           QByteArray::fromStdString(to), 0};
     };
-    if (!fs::is_directory(fs::symlink_status(path, error)))
-        return;
-    open(path);
-    for (auto entry = fs::recursive_directory_iterator(path, error);
-         !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        if (entry->is_directory(error) && !entry->is_symlink(error))
-            open(entry->path());
+    std::vector files{pending(PendingKind::copy, names.copy)};
+    if (isMove) {
+        files.push_back(pending(PendingKind::original, names.original));
+        files.push_back(pending(PendingKind::remains, names.remains));
     }
-}
-
-/// Removes what isn't to stay; a failure leaves a hidden file and a line in the log.
-void discard(const std::string &path)
-{
-    std::error_code error;
-    fs::remove_all(path, error);
-    if (error) {
-        makeFoldersWritable(path);
-        fs::remove_all(path, error);
+    try {
+        return std::make_unique<PendingFiles::Record>(std::move(files), false);
+    } catch (const FileError &error) {
+        qCWarning(Log::storage).noquote() << error.description();
+        return nullptr;
     }
-    if (error)
-        qCWarning(Log::storage).noquote()
-            << QStringLiteral("Não foi possível remover %1: %2")
-                   .arg(shown(path), QString::fromStdString(error.message()));
-}
-
-std::string hiddenBeside(const std::string &path)
-{
-    return fs::path(path).parent_path() / (".orvane-" + uuidText(makeUuid()).toStdString());
 }
 
 void syncFolderOf(const std::string &path)
@@ -110,21 +82,25 @@ void checkFolderOf(const std::string &to)
     orFail(::eaccess(folder.c_str(), W_OK | X_OK), folder);
 }
 
-/// Copies beside the target under a hidden name, and gives it its name when it is whole.
-void copyTo(const std::string &from, const std::string &to, TreeCopier &copier)
+/// Nothing stands at `to`, but something can.
+void checkTarget(const std::string &to)
 {
     checkFolderOf(to);
-    struct stat entry = {};
-    if (::lstat(to.c_str(), &entry) == 0)
+    if (stands(to))
         fail(to, EEXIST);
     if (errno != ENOENT)
         fail(to);
-    const std::string temporary = hiddenBeside(to);
+}
+
+/// Copies beside the target under a hidden name, and gives it its name when it is whole.
+void copyTo(const std::string &from, const std::string &to, const std::string &hidden,
+            TreeCopier &copier)
+{
     try {
-        copier.copy(from, temporary);
-        orFail(renameWithoutReplacing(temporary, to), to);
-    } catch (const LocalizedError &) {
-        discard(temporary);
+        copier.copy(from, hidden);
+        orFail(renameWithoutReplacing(hidden, to), to);
+    } catch (...) {
+        discard(hidden);
         throw;
     }
 }
@@ -161,13 +137,12 @@ QString staysAt(const std::string &path)
 }
 
 /// Takes a copy back that has its name already. Says where it is if that can't be.
-QString takenBack(const std::string &copy)
+QString takenBack(const std::string &copy, const std::string &hidden)
 {
-    const std::string temporary = hiddenBeside(copy);
-    if (renameWithoutReplacing(copy, temporary) < 0)
+    if (renameWithoutReplacing(copy, hidden) < 0)
         return errno == ENOENT ? QString()
                                : QStringLiteral("Uma cópia ficou em “%1”. ").arg(shown(copy));
-    discard(temporary);
+    discard(hidden);
     return {};
 }
 
@@ -186,25 +161,47 @@ std::string givenBack(const std::string &aside, const std::string &from)
     return place;
 }
 
+/// Under this name an original goes: a folder under one that tells a later run that half of it may
+/// be gone.
+std::string nameToGo(const HiddenNames &names, const std::string &from)
+{
+    struct stat entry = {};
+    orFail(::lstat(names.original.c_str(), &entry), from);
+    if (!S_ISDIR(entry.st_mode))
+        return names.original;
+    orFail(renameWithoutReplacing(names.original, names.remains), from);
+    return names.remains;
+}
+
 /// Takes the original away now that its copy is whole: at once under another name, so that it is
 /// never half there. What was written to it meanwhile brings it back.
-void replaceByCopy(const std::string &from, const std::string &copy, const TreeCopier &copier)
+void replaceByCopy(const std::string &from, const std::string &copy, const HiddenNames &names,
+                   const TreeCopier &copier)
 {
-    const std::string aside = hiddenBeside(from);
     try {
         syncFolderOf(copy);
-        orFail(renameWithoutReplacing(from, aside), from);
+        orFail(renameWithoutReplacing(from, names.original), from);
     } catch (const FileError &error) {
-        const QString left = takenBack(copy);
+        const QString left = takenBack(copy, names.copy);
         throw FileError(error, left + staysAt(from));
     }
-    if (copier.isUnchanged(aside) && stands(copy)) {
+    std::string aside = names.original;
+    try {
+        if (!copier.isUnchanged(aside) || !stands(copy))
+            fail(from, EBUSY);
+        aside = nameToGo(names, from);
+        if (!stands(copy))
+            fail(from, EBUSY);
         discard(aside);
-        return;
+    } catch (const FileError &error) {
+        const std::string place = givenBack(aside, from);
+        const QString left = takenBack(copy, names.copy);
+        throw FileError(error, left + staysAt(place));
+    } catch (...) {
+        givenBack(aside, from);
+        takenBack(copy, names.copy);
+        throw;
     }
-    const std::string place = givenBack(aside, from);
-    const QString left = takenBack(copy);
-    throw FileError(FileError(shown(from), EBUSY), left + staysAt(place));
 }
 
 /// False, and nothing has happened, where `to` is on another file system.
@@ -239,21 +236,25 @@ void moveTo(const QString &from, const QString &to, const std::stop_token &stop,
     const std::string target = trimmed(to);
     TreeCopier copier(true, stop, progress);
     heed(stop);
-    const bool isRenamed = orStaying(source, [&] {
-        const bool wasEnough = renamed(source, target);
-        if (!wasEnough)
-            copyTo(source, target, copier);
-        return wasEnough;
-    });
-    if (!isRenamed)
-        replaceByCopy(source, target, copier);
+    if (orStaying(source, [&] { return renamed(source, target); }))
+        return;
+    orStaying(source, [&] { checkTarget(target); });
+    const HiddenNames names(source, target);
+    const auto recorded = record(source, target, names, true);
+    orStaying(source, [&] { copyTo(source, target, names.copy, copier); });
+    replaceByCopy(source, target, names, copier);
 }
 
 void copyFrom(const QString &from, const QString &to, const std::stop_token &stop,
               const FileTransfer::Progress &progress)
 {
+    const std::string source = trimmed(from);
+    const std::string target = trimmed(to);
     TreeCopier copier(false, stop, progress);
-    copyTo(trimmed(from), trimmed(to), copier);
+    checkTarget(target);
+    const HiddenNames names(source, target);
+    const auto recorded = record(source, target, names, false);
+    copyTo(source, target, names.copy, copier);
 }
 
 } // namespace

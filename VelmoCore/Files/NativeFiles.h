@@ -36,6 +36,15 @@ inline void heed(const std::stop_token &stop)
         throw Cancelled();
 }
 
+/// Whether anything stands there, a dangling link too; errno says why not.
+bool stands(const std::string &path);
+
+/// 0, or -1 with errno; EEXIST where something stands at `to`.
+int renameWithoutReplacing(const std::string &from, const std::string &to);
+
+/// Removes what isn't to stay; a failure leaves a hidden file and a line in the log.
+void discard(const std::string &path);
+
 /// Follows no link.
 inline struct stat stated(const std::string &path)
 {

@@ -1,14 +1,15 @@
 #include "VelmoSystem/FileProcessing/FileOperations.h"
 
 #include "VelmoCore/Files/FileNaming.h"
+#include "VelmoCore/Files/PendingFiles.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Overloaded.h"
-#include "VelmoCore/Foundation/Uuid.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace velmo::FileOperations {
 
@@ -59,17 +60,19 @@ QUrl beside(const QUrl &url, const QString &name)
     return inFolder(itemAt(url).path(), name);
 }
 
-QUrl temporaryBeside(const QUrl &url)
-{
-    return beside(url, QStringLiteral(".velmo-rename-") + uuidText(makeUuid()));
-}
-
-/// Renames that can all be taken back.
+/// Renames that can all be taken back, also by a later run.
 class Renames {
 public:
-    explicit Renames(const std::vector<QUrl> &urls) : m_first(urls), m_now(urls) {}
+    /// Those of `targets` that are taken get another name. Throws `FileError` where it can't be
+    /// recorded.
+    Renames(const std::vector<QUrl> &urls, const std::vector<QUrl> &targets)
+        : m_first(urls), m_now(urls), m_renaming(urls, targets)
+    {
+    }
 
     const std::vector<QUrl> &now() const { return m_now; }
+
+    void hide(std::size_t index) { move(index, m_renaming.hidden()[index]); }
 
     /// As `FileTransfer::moveUnique`, of the item number `index`.
     void moveUnique(std::size_t index, const QUrl &to)
@@ -135,15 +138,27 @@ private:
 
     const std::vector<QUrl> m_first;
     std::vector<QUrl> m_now;
+    PendingFiles::Renaming m_renaming;
     std::vector<Step> m_steps;
 };
 
-/// By a name in between: where case doesn't tell names apart, the new one is taken by the old one.
+bool isSameFile(const QUrl &one, const QUrl &other)
+{
+    struct stat first = {};
+    struct stat second = {};
+    return ::lstat(QFile::encodeName(one.toLocalFile()).constData(), &first) == 0 &&
+           ::lstat(QFile::encodeName(other.toLocalFile()).constData(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+/// By a name in between where the old name takes the new one, as case doesn't tell names apart.
 void changeCase(const QUrl &url, const QUrl &target)
 {
-    Renames renames({url});
+    if (!isSameFile(url, target))
+        return FileTransfer::move(url.toLocalFile(), target.toLocalFile());
+    Renames renames({url}, {target});
     try {
-        renames.moveUnique(0, temporaryBeside(url));
+        renames.hide(0);
         renames.move(0, target);
     } catch (const FileError &error) {
         renames.undo(error.description());
@@ -194,6 +209,7 @@ OperationError::OperationError(const Value &value) : LocalizedError(describe(val
 QUrl rename(const QUrl &url, const QString &name)
 {
     checkNames({name});
+    PendingFiles::restoreBeside({url});
     const QString path = itemAt(url).filePath();
     const QUrl target = beside(url, name);
     if (target.toLocalFile() == path)
@@ -219,15 +235,19 @@ std::vector<QUrl> batchRename(const std::vector<QUrl> &urls, const QString &patt
 {
     const std::vector<QString> names = FileNaming::batchNames(urls, pattern, start, date);
     checkNames(names);
-    Renames renames(urls);
+    PendingFiles::restoreBeside(urls);
+    std::vector<QUrl> targets;
+    for (std::size_t index = 0; index < urls.size(); ++index)
+        targets.push_back(beside(urls[index], names[index]));
+    Renames renames(urls, targets);
     try {
         for (std::size_t index = 0; index < urls.size(); ++index) {
             heed(stop);
-            renames.moveUnique(index, temporaryBeside(urls[index]));
+            renames.hide(index);
         }
         for (std::size_t index = 0; index < urls.size(); ++index) {
             heed(stop);
-            renames.moveUnique(index, beside(urls[index], names[index]));
+            renames.moveUnique(index, targets[index]);
             progress(double(index + 1) / double(urls.size()));
         }
     } catch (const FileError &error) {

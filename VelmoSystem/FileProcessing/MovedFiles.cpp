@@ -1,12 +1,13 @@
 #include "VelmoSystem/FileProcessing/MovedFiles.h"
 
 #include "VelmoCore/Files/FileTransfer.h"
+#include "VelmoCore/Files/PendingFiles.h"
 #include "VelmoCore/Foundation/Log.h"
-#include "VelmoCore/Foundation/Uuid.h"
 
 #include <QDir>
+#include <QFileInfo>
 
-#include <algorithm>
+#include <cerrno>
 
 namespace velmo {
 
@@ -15,13 +16,23 @@ namespace {
 struct Step {
     QString from;
     QString to;
+    QString known; ///< to the user
 };
 
-/// A name that nothing else has, in the same folder.
-QString aside(const QUrl &url)
+/// The failure of a step from a hidden name, which the user doesn't know.
+FileError renamed(const FileError &error, const Step &step)
 {
-    return url.adjusted(QUrl::RemoveFilename).toLocalFile() +
-           QStringLiteral(".velmo-rename-%1").arg(uuidText(makeUuid()));
+    switch (error.code()) {
+    case EEXIST:
+        return {step.to, error.code()};
+    case ENOENT:
+    case ENOTDIR:
+    case EACCES:
+    case EROFS:
+        return {QFileInfo(step.to).path(), error.code()};
+    default:
+        return {step.known, error.code()};
+    }
 }
 
 void reverse(const std::vector<Step> &steps)
@@ -40,19 +51,29 @@ void reverse(const std::vector<Step> &steps)
 void MovedFiles::takeBack(std::stop_token stop) const
 {
     // By way of names that nobody has, as two files may have changed names with each other.
+    PendingFiles::restoreBeside(now);
+    const PendingFiles::Renaming renaming(now, before);
     std::vector<Step> steps;
-    for (const QUrl &url : now)
-        steps.push_back({url.toLocalFile(), aside(url)});
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        const QString known = now[i].toLocalFile();
+        steps.push_back({known, renaming.hidden()[i].toLocalFile(), known});
+    }
     for (std::size_t i = 0; i < now.size(); ++i)
-        steps.push_back({steps[i].to, before[i].toLocalFile()});
+        steps.push_back({steps[i].to, before[i].toLocalFile(), steps[i].known});
 
     std::vector<Step> done;
     try {
         for (const Step &step : steps) {
-            FileTransfer::move(step.from, step.to, stop);
+            try {
+                FileTransfer::move(step.from, step.to, stop);
+            } catch (const FileError &error) {
+                if (step.from == step.known)
+                    throw;
+                throw renamed(error, step);
+            }
             done.push_back(step);
         }
-    } catch (const LocalizedError &) {
+    } catch (const std::exception &) {
         reverse(done);
         throw;
     }

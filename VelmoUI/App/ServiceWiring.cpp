@@ -16,7 +16,8 @@ const QString notesModule = QStringLiteral("notes");
 void tidyShelf(AppServices &services)
 {
     const int moved = services.shelf.migrateIntoNotchFolder();
-    services.shelf.forgetMissingFiles();
+    if (!PendingFiles::hasRecords()) // else what it doesn't find may be hidden
+        services.shelf.forgetMissingFiles();
     if (moved > 0)
         qCInfo(Log::storage).noquote()
             << QStringLiteral("Mesa: %1 itens movidos para a pasta No Notch").arg(moved);
@@ -139,6 +140,21 @@ void start(AppServices &services)
         settingsChanged(services, before, after);
     });
     services.connectivity.start();
+}
+
+void finishRestoring(AppServices &services, const PendingFiles::Restored &restored)
+{
+    services.shelf.forgetMissingFiles();
+    if (restored.named.empty())
+        return;
+    const std::size_t count = restored.named.size();
+    const QString title = count == 1
+                              ? QStringLiteral("1 item tem de novo o nome de antes")
+                              : QStringLiteral("%L1 itens têm de novo o nome de antes").arg(count);
+    services.activity.post(ActivityEvent::make(
+        services.platform.scheduler.now(), QStringLiteral("arrow.uturn.backward"), title,
+        FeedbackStyle::info, QStringLiteral("files"),
+        QStringLiteral("O Orvane foi encerrado no meio do trabalho."), restored.named));
 }
 
 void applyClipboardSettings(AppServices &services)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VelmoCore/Files/PendingFiles.h"
+
 namespace velmo {
 
 class AppServices;
@@ -8,6 +10,9 @@ class AppServices;
 namespace ServiceWiring {
 
 void start(AppServices &services);
+/// Once a thread has restored what a killed run left; where there is such, the shelf keeps what it
+/// doesn't find until then.
+void finishRestoring(AppServices &services, const PendingFiles::Restored &restored);
 
 /// Takes the user's wishes over to the clipboard's history.
 void applyClipboardSettings(AppServices &services);

@@ -1,5 +1,8 @@
+#include "VelmoCore/Files/PendingFiles.h"
+#include "VelmoCore/Foundation/Json.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoSystem/FileProcessing/FileOperations.h"
+#include "VelmoSystem/FileProcessing/MovedFiles.h"
 
 #include "tests/VelmoSystem/SystemCalls.h"
 #include "tests/support/ManualScheduler.h"
@@ -7,10 +10,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 #include <sys/mount.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace velmo {
@@ -19,6 +26,12 @@ namespace {
 namespace fs = std::filesystem;
 
 using Contents = std::multiset<std::string>;
+
+/// A record as it lies on the disk.
+struct Left {
+    std::vector<PendingFile> files;
+};
+BOOST_DESCRIBE_STRUCT(Left, (), (files))
 
 /// Two folders on two file systems, and everything in them.
 class FileFaultsTest : public testing::Test {
@@ -123,6 +136,21 @@ protected:
     const fs::path there = "/dev/shm/orvane-faults-" + std::to_string(::getpid());
     Contents expected;
 };
+
+/// Runs `act` in a process of its own, which is killed at its system call number `at`. Whether it
+/// was.
+bool isKilledAt(int at, const std::function<void()> &act)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        SystemCalls::interrupt(at, false, [] { return ::kill(::getpid(), SIGKILL); });
+        act();
+        ::_exit(0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFSIGNALED(status);
+}
 
 bool says(const std::string &text, const std::string &part)
 {
@@ -232,6 +260,137 @@ TEST_F(FileFaultsTest, RenameABatchWhollyOrNotAtAll)
         act, [&](const std::string &) { EXPECT_EQ(everything(), expected); });
 }
 
+TEST_F(FileFaultsTest, GiveNamesBackAfterAKill)
+{
+    const PendingFiles::Folder records(folder.path(QStringLiteral("Pending")));
+    const std::string longest = std::string(251, 'x') + ".txt";
+    const auto swap = [&] {
+        const std::vector files{url(here / "2.txt"), url(here / "1.txt"), url(here / longest)};
+        failure([&] {
+            FileOperations::batchRename(files, QStringLiteral("{n}"), 1, Date{0s}, [](double) {});
+        });
+    };
+    const auto changeCase = [&] { // where the old name takes the new one, as a second link does
+        failure([&] { FileOperations::rename(url(here / "a.txt"), QStringLiteral("A.txt")); });
+    };
+    const auto takeBack = [&] {
+        failure([&] {
+            MovedFiles{.before = {url(here / "1.txt"), url(here / "2.txt")},
+                       .now = {url(here / "2.txt"), url(here / "1.txt")},
+                       .madeFolders = {}}
+                .takeBack({});
+        });
+    };
+    const auto names = [&] {
+        std::map<std::string, std::string> found;
+        for (const auto &entry : fs::directory_iterator(here)) {
+            std::ifstream file(entry.path());
+            found[entry.path().filename()] = {std::istreambuf_iterator<char>(file), {}};
+        }
+        return found;
+    };
+    const std::map<std::string, std::string> before{
+        {"1.txt", "dois"}, {"2.txt", "um"}, {longest, "três"}, {"a.txt", "a"}, {"A.txt", "a"}};
+    const std::function<void()> operations[] = {swap, changeCase, takeBack};
+    const std::function<void()> nextRuns[] = {
+        [] { PendingFiles::restore(); },
+        [&] { failure([&] { FileOperations::rename(url(here / "livre"), QStringLiteral("x")); }); },
+        [&] { // into a folder of another name
+            const fs::path other = here.string() + "-outra";
+            fs::rename(here, other);
+            PendingFiles::restore(QString::fromStdString(other));
+            fs::rename(other, here);
+        },
+    };
+    for (const auto &operation : operations) {
+        for (const auto &nextRun : nextRuns) {
+            int at = 1;
+            for (bool isKilled = true; isKilled; ++at) {
+                clear(here);
+                clear(there);
+                fs::create_directory(here);
+                for (const auto &[name, content] : before)
+                    write(here / name, name == "a.txt" ? "" : content);
+                fs::remove(here / "a.txt");
+                fs::create_hard_link(here / "A.txt", here / "a.txt");
+                isKilled = isKilledAt(at, operation);
+                nextRun();
+                SCOPED_TRACE(at);
+                if (names() == before)
+                    continue;
+                // Only what had come to its end keeps the new names.
+                const auto after = names();
+                EXPECT_TRUE(after.at("1.txt") == "um" && after.at("2.txt") == "dois");
+                EXPECT_EQ(after.size(), before.size());
+                EXPECT_TRUE(std::ranges::none_of(
+                    after, [](const auto &file) { return file.first.starts_with('.'); }));
+                if (HasFailure())
+                    return;
+            }
+            EXPECT_GT(at, 5);
+        }
+    }
+}
+
+TEST_F(FileFaultsTest, LeaveNothingHalfAfterAKill)
+{
+    const PendingFiles::Folder records(folder.path(QStringLiteral("Pending")));
+    const auto hidden = [&] {
+        std::vector<std::string> found;
+        for (const fs::path &root : {here, there}) {
+            for (const auto &entry : fs::recursive_directory_iterator(root)) {
+                if (entry.path().filename().string().starts_with('.'))
+                    found.push_back(entry.path());
+            }
+        }
+        return found;
+    };
+    for (const bool isMove : {true, false}) {
+        for (const char *name : {"pasta", "pasta/a.txt"}) {
+            int at = 1;
+            for (bool isKilled = true; isKilled; ++at) {
+                SCOPED_TRACE(std::string(name) + " " + std::to_string(at));
+                arrange();
+                const QUrl from = url(here / name);
+                const QUrl to = url(there / "chegou");
+                isKilled = isKilledAt(at, [&] {
+                    if (isMove)
+                        FileTransfer::moveUnique(from, to);
+                    else
+                        FileTransfer::copyUnique(from, to);
+                });
+                PendingFiles::restore();
+                EXPECT_EQ(hidden(), std::vector<std::string>());
+                EXPECT_TRUE(isMove || contents(here) == expected);
+                Contents all = contents(here);
+                all.merge(contents(there));
+                for (const std::string &content : expected)
+                    EXPECT_TRUE(all.contains(content)) << content;
+                if (fs::is_directory(there / "chegou")) {
+                    EXPECT_EQ(contents(there / "chegou"), expected);
+                }
+                EXPECT_FALSE(PendingFiles::hasRecords());
+                if (HasFailure())
+                    return;
+            }
+            EXPECT_GT(at, 5);
+        }
+    }
+    // What may be the only copy stays until its original is to be seen.
+    arrange();
+    write(there / ".orvane-x", "parte");
+    const auto native = [](const fs::path &path) { return QByteArray::fromStdString(path); };
+    AtomicFile::write(
+        Json::encode(Left{
+            {{PendingKind::copy, native(there / ".orvane-x"), native(here / "longe"), {}, 0}}}),
+        folder.path(QStringLiteral("Pending/x.json")));
+    EXPECT_EQ(PendingFiles::restore(), PendingFiles::Restored());
+    EXPECT_TRUE(fs::exists(there / ".orvane-x"));
+    write(here / "longe", "inteiro");
+    EXPECT_EQ(PendingFiles::restore().removed, 1);
+    EXPECT_FALSE(fs::exists(there / ".orvane-x") || PendingFiles::hasRecords());
+}
+
 TEST_F(FileFaultsTest, KeepTheShelfAndItsFolderInStep)
 {
     ManualScheduler scheduler;
@@ -288,6 +447,14 @@ TEST_F(FileFaultsTest, StayWholeOnAFullDiskAndWithoutPermission)
         GTEST_SKIP() << "no disk to fill";
     EXPECT_TRUE(says(move(there / "pasta"), "“grande.bin”: não há espaço livre no disco"));
     EXPECT_TRUE(fs::is_empty(there));
+    const auto takeBack = [&] {
+        MovedFiles{.before = {url(there / "volta.bin")},
+                   .now = {url(here / "pasta/grande.bin")},
+                   .madeFolders = {}}
+            .takeBack({});
+    };
+    EXPECT_EQ(failure(takeBack), "Falha em “grande.bin”: não há espaço livre no disco.");
+    EXPECT_EQ(contents(here), expected);
     ::umount(there.c_str());
     fs::permissions(folder.path().toStdString(), fs::perms(0755));
     const fs::path target = there.string() + ".txt";

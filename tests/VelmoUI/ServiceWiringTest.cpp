@@ -1,5 +1,6 @@
 #include "VelmoUI/App/ServiceWiring.h"
 
+#include "VelmoCore/Files/PendingFiles.h"
 #include "VelmoUI/App/AppServices.h"
 
 #include "tests/support/FakeDesktop.h"
@@ -52,6 +53,24 @@ TEST_F(ServiceWiringTest, TellsOfATimerThatEndsInAllWays)
     desktop.scheduler.advance(5min);
     EXPECT_EQ(services->activity.history().front().title, u"Pausa curta concluída");
     EXPECT_EQ(services->activity.history().front().detail, u"Próxima etapa: Foco"_qs);
+}
+
+TEST_F(ServiceWiringTest, GivesNamesBackBeforeTheShelfForgetsFiles)
+{
+    const PendingFiles::Folder records(desktop.paths().supportFile(u"Pending"_qs));
+    desktop.folder.write(u"a.txt"_qs, "conteúdo");
+    const QUrl place =
+        services->shelf.moveIn(QUrl::fromLocalFile(desktop.folder.path(u"a.txt"_qs)));
+    {
+        const PendingFiles::Renaming renaming({place}, {place});
+        QFile::rename(place.toLocalFile(), renaming.hidden()[0].toLocalFile());
+    }
+    launch();
+    EXPECT_THAT(services->shelf.items(), SizeIs(1)) << "its file is only hidden";
+    ServiceWiring::finishRestoring(*services, PendingFiles::restore());
+    EXPECT_THAT(services->shelf.items(), SizeIs(1));
+    EXPECT_TRUE(QFile::exists(place.toLocalFile()));
+    EXPECT_EQ(services->activity.history().front().title, u"1 item tem de novo o nome de antes");
 }
 
 TEST_F(ServiceWiringTest, RemindsOfOpenTasksAlsoAfterARestart)
