@@ -67,6 +67,9 @@ TEST(ToolProcess, WritesInItsFolderOnly)
         QDir(folder.path("in")).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
         QStringList({"a", "b"}));
     EXPECT_EQ(QDir(folder.path("out")).entryList(QDir::Files), QStringList("a"));
+    command.writableFolder = folder.path("absent");
+    EXPECT_THROW(ToolProcess::run(command), FileError);
+    EXPECT_EQ(QDir(folder.path("out")).entryList(QDir::Files), QStringList("a"));
 }
 
 } // namespace
