@@ -152,6 +152,8 @@ std::vector<ArchiveEntry> ArchiveListing::parseTechnicalListing(const QString &t
             entry.isDirectory = entry.isDirectory || value == u"+";
         else if (key == u"Attributes")
             entry.isDirectory = entry.isDirectory || value.startsWith(u'D');
+        else if (key == u"Mode") // which is all that XAR has
+            entry.isDirectory = entry.isDirectory || value.startsWith(u'd');
     }
     flush();
     return entries;
@@ -172,6 +174,28 @@ std::vector<ArchiveEntry> ArchiveListing::parseTarListing(const QString &text)
                            line.startsWith(u'd') || name.endsWith(u'/')});
     }
     return entries;
+}
+
+QByteArray ArchiveListing::unescaped(const QByteArray &text)
+{
+    constexpr int digits = 3;
+    constexpr int octal = 8;
+    constexpr int firstForeign = 0x80;
+    QByteArray result;
+    result.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        bool isNumber = false;
+        const int byte = text[i] == '\\' ? text.mid(i + 1, digits).toInt(&isNumber, octal) : 0;
+        if (isNumber && byte >= firstForeign && byte <= std::numeric_limits<uchar>::max()) {
+            result += char(byte);
+            i += digits;
+            continue;
+        }
+        result += text[i];
+        if (text[i] == '\\' && i + 1 < text.size())
+            result += text[++i]; // a backslash of its own
+    }
+    return result;
 }
 
 ArchiveError ArchiveListing::unrecognized()
@@ -221,7 +245,6 @@ QString ArchiveListing::baseName(const QString &fileName)
 
 void ArchiveListing::check(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit)
 {
-    qint64 left = sizeLimit;
     for (const ArchiveEntry &entry : entries) {
         if (pointsOut(entry.path))
             throw ArchiveError(ArchiveError::UnsafeEntry{entry.path});
@@ -229,13 +252,20 @@ void ArchiveListing::check(const std::vector<ArchiveEntry> &entries, qint64 size
         if (entry.path.size() > longestPath / mostBytes && entry.path.toUtf8().size() > longestPath)
             throw ArchiveError(ArchiveError::UnsafeEntry{entry.path.left(shownPath) + u'…'});
     }
+    checkSizes(entries, sizeLimit);
+    checkParents(entries);
+}
+
+qint64 ArchiveListing::checkSizes(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit)
+{
+    qint64 left = sizeLimit;
     for (const ArchiveEntry &entry : entries) {
         const qint64 size = std::max<qint64>(entry.size, 0);
         if (size > left)
             throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
         left -= size;
     }
-    checkParents(entries);
+    return sizeLimit - left;
 }
 
 void ArchiveListing::checkTechnicalKinds(const QString &text)

@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/LocalizedError.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <boost/describe.hpp>
@@ -62,8 +63,11 @@ namespace ArchiveListing {
 
 /// Of `7zz l -slt -ba`.
 std::vector<ArchiveEntry> parseTechnicalListing(const QString &text);
-/// Of `bsdtar -tvf`.
+/// Of `bsdtar --numeric-owner -tvf`: the names of owners may hold spaces, which divide the fields.
 std::vector<ArchiveEntry> parseTarListing(const QString &text);
+
+/// What bsdtar lists, with the bytes back that it prints as "\207" because they aren't UTF-8.
+QByteArray unescaped(const QByteArray &text);
 
 /// Of a file that is no archive.
 ArchiveError unrecognized();
@@ -79,6 +83,8 @@ QString baseName(const QString &fileName);
 /// that is no folder, such as a link made earlier; `TooLarge` if the listed sizes are more than
 /// `sizeLimit` together.
 void check(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit);
+/// Of that the sizes alone. Gives their sum.
+qint64 checkSizes(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit);
 
 /// What a listing of the same two kinds tells of links and devices. Throws `UnsafeEntry` for a
 /// device, a pipe or a socket, and for a hard link that points out of the archive.

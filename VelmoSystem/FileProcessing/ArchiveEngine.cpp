@@ -1,5 +1,7 @@
 #include "VelmoSystem/FileProcessing/ArchiveEngine.h"
 
+#include "VelmoCore/Files/NameEncoding.h"
+
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -25,17 +27,11 @@ bool endsWithAny(const QString &name, std::initializer_list<const char *> ending
     });
 }
 
-bool isCompressedTar(const QString &name)
-{
-    return endsWithAny(name, {".tar.gz", ".tar.bz2", ".tar.xz", ".tar.zst", ".tar.lz4", ".tar.Z",
-                              ".tgz", ".tbz", ".tbz2", ".txz", ".tzst"});
-}
-
 /// Measured: ZIP is unpacked in less time by bsdtar, and 7-Zip unpacks a compressed tar in two
 /// steps.
 bool isQuickerByBsdtar(const QString &name)
 {
-    return isCompressedTar(name) || endsWithAny(name, {".zip", ".tar", ".cpio"});
+    return ArchiveEngine::isCompressedTar(name) || endsWithAny(name, {".zip", ".tar", ".cpio"});
 }
 
 /// One run for each folder that items are in: Info-ZIP keeps the path that it is given.
@@ -68,6 +64,15 @@ QString firstLines(const QString &text)
 {
     constexpr int told = 3;
     return text.trimmed().section(u'\n', 0, told - 1);
+}
+
+/// Tells bsdtar how names are written.
+QStringList charset(const QByteArray &codePage)
+{
+    if (codePage.isEmpty())
+        return {};
+    return {QStringLiteral("--options"),
+            QStringLiteral("zip:hdrcharset=") + QString::fromLatin1(codePage)};
 }
 
 } // namespace
@@ -109,11 +114,14 @@ std::vector<ArchiveEngine> ArchiveEngine::allThatMake()
     return engines;
 }
 
-ToolCommand ArchiveEngine::listing(const QString &archive,
-                                   const std::optional<QString> &password) const
+ToolCommand ArchiveEngine::listing(const Input &input) const
 {
+    const auto &[archive, password, codePage] = input;
     if (m_kind == Kind::bsdtar)
-        return withPassword({m_tool, {QStringLiteral("-tvf"), archive}}, password);
+        return withPassword(
+            {m_tool, charset(codePage) + QStringList{QStringLiteral("--numeric-owner"),
+                                                     QStringLiteral("-tvf"), archive}},
+            password);
     QStringList arguments = {QStringLiteral("l"), QStringLiteral("-slt"), QStringLiteral("-ba"),
                              QStringLiteral("-spd"), QStringLiteral("-sccUTF-8")};
     if (!password)
@@ -121,17 +129,17 @@ ToolCommand ArchiveEngine::listing(const QString &archive,
     return withPassword({m_tool, arguments << archive}, password);
 }
 
-ToolCommand ArchiveEngine::extraction(const QString &archive, const QString &folder,
-                                      const std::optional<QString> &password) const
+ToolCommand ArchiveEngine::extraction(const Input &input, const QString &folder) const
 {
+    const auto &[archive, password, codePage] = input;
     QStringList arguments;
     if (m_kind == Kind::bsdtar) {
-        arguments = {QStringLiteral("-xf"),
-                     archive,
-                     QStringLiteral("-C"),
-                     folder,
-                     QStringLiteral("--no-same-owner"),
-                     QStringLiteral("--no-same-permissions")};
+        arguments = charset(codePage) + QStringList{QStringLiteral("-xf"),
+                                                    archive,
+                                                    QStringLiteral("-C"),
+                                                    folder,
+                                                    QStringLiteral("--no-same-owner"),
+                                                    QStringLiteral("--no-same-permissions")};
     } else {
         // Links are made as they are, after all files, and looked at by us: 7-Zip itself takes
         // "../a" within the archive for dangerous.
@@ -141,10 +149,21 @@ ToolCommand ArchiveEngine::extraction(const QString &archive, const QString &fol
                      QStringLiteral("-bsp0"),       QStringLiteral("-snld20")};
         if (!password)
             arguments.append(QStringLiteral("-p") + passwordProbe);
+        if (endsWithAny(archive, {".xar"}))
+            arguments.append(QStringLiteral("-x![TOC].xml")); // which is none of the user's files
     }
     ToolCommand command{m_tool, arguments};
     command.writableFolder = folder;
     return withPassword(command, password);
+}
+
+ToolCommand ArchiveEngine::tarListing(const QString &archive) const
+{
+    // The shell is there for the pipe alone: names come to it as arguments.
+    return {QStringLiteral("/bin/sh"),
+            {QStringLiteral("-c"),
+             QStringLiteral(R"("$0" x -so -spd "$1" | "$0" l -slt -ba -sccUTF-8 -si -ttar)"),
+             m_tool, archive}};
 }
 
 std::vector<ToolCommand> ArchiveEngine::compression(const QString &archive,
@@ -171,24 +190,32 @@ std::vector<ToolCommand> ArchiveEngine::compression(const QString &archive,
     return {command};
 }
 
-std::vector<ArchiveEntry> ArchiveEngine::entries(const ProcessResult &result) const
+std::optional<QByteArray> ArchiveEngine::codePage(const ProcessResult &result) const
 {
-    return m_kind == Kind::sevenZip ? ArchiveListing::parseTechnicalListing(result.standardOutput)
-                                    : ArchiveListing::parseTarListing(result.standardOutput);
+    return NameEncoding::guess(m_kind == Kind::bsdtar
+                                   ? ArchiveListing::unescaped(result.standardOutput)
+                                   : result.standardOutput);
 }
 
-void ArchiveEngine::checkKinds(const ProcessResult &result) const
+std::vector<ArchiveEntry> ArchiveEngine::entries(const QString &listing) const
+{
+    return m_kind == Kind::sevenZip ? ArchiveListing::parseTechnicalListing(listing)
+                                    : ArchiveListing::parseTarListing(listing);
+}
+
+void ArchiveEngine::checkKinds(const QString &listing) const
 {
     if (m_kind == Kind::sevenZip)
-        ArchiveListing::checkTechnicalKinds(result.standardOutput);
+        ArchiveListing::checkTechnicalKinds(listing);
     else
-        ArchiveListing::checkTarKinds(result.standardOutput);
+        ArchiveListing::checkTarKinds(listing);
 }
 
 ArchiveError ArchiveEngine::error(const ProcessResult &result, bool passwordGiven) const
 {
     if (m_kind == Kind::sevenZip)
-        return ArchiveListing::classify7z(result.standardOutput + u'\n' + result.standardError,
+        return ArchiveListing::classify7z(QString::fromUtf8(result.standardOutput) + u'\n' +
+                                              result.standardError,
                                           result.status, passwordGiven);
     return ArchiveListing::classify(firstLines(result.standardError), passwordGiven);
 }
@@ -198,6 +225,12 @@ QString ArchiveEngine::compressionFailure(const ProcessResult &result)
     const QString told = firstLines(result.standardError);
     return told.isEmpty() ? QStringLiteral("A compactação falhou (código %1).").arg(result.status)
                           : told;
+}
+
+bool ArchiveEngine::isCompressedTar(const QString &fileName)
+{
+    return endsWithAny(fileName, {".tar.gz", ".tar.bz2", ".tar.xz", ".tar.zst", ".tar.lz4",
+                                  ".tar.Z", ".tgz", ".tbz", ".tbz2", ".txz", ".tzst"});
 }
 
 } // namespace velmo

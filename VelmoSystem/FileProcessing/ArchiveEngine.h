@@ -13,6 +13,12 @@ class ArchiveEngine {
 public:
     enum class Kind { sevenZip, bsdtar };
 
+    struct Input {
+        QString archive;
+        std::optional<QString> password;
+        QByteArray codePage = {}; ///< of names that aren't UTF-8
+    };
+
     /// Nothing where the program isn't installed. 7-Zip is that of `VELMO_7ZZ`, else "7zz" on the
     /// path.
     static std::optional<ArchiveEngine> find(Kind kind);
@@ -24,9 +30,11 @@ public:
     Kind kind() const { return m_kind; }
     const QString &tool() const { return m_tool; }
 
-    ToolCommand listing(const QString &archive, const std::optional<QString> &password) const;
-    ToolCommand extraction(const QString &archive, const QString &folder,
-                           const std::optional<QString> &password) const;
+    ToolCommand listing(const Input &input) const;
+    ToolCommand extraction(const Input &input, const QString &folder) const;
+    /// Lists the tar that a compressed one holds, without writing it anywhere; no entry where it
+    /// holds none. Only for 7-Zip.
+    ToolCommand tarListing(const QString &archive) const;
     /// To be run in turn: a ZIP archive of `items`, absolute paths with names of their own. Links
     /// in them are kept. Without 7-Zip it is Info-ZIP that makes it. `level` is 1 to 9, else the
     /// one that serves best.
@@ -36,11 +44,16 @@ public:
     /// Whether it refuses by itself to unpack through a link or by a path that leads out.
     bool isCareful() const { return m_kind == Kind::bsdtar; }
 
-    std::vector<ArchiveEntry> entries(const ProcessResult &result) const;
+    /// The code page of the names that were listed, where it isn't UTF-8.
+    std::optional<QByteArray> codePage(const ProcessResult &result) const;
+    std::vector<ArchiveEntry> entries(const QString &listing) const;
     /// Throws `UnsafeEntry` for a kind of entry that isn't unpacked.
-    void checkKinds(const ProcessResult &result) const;
+    void checkKinds(const QString &listing) const;
     ArchiveError error(const ProcessResult &result, bool passwordGiven) const;
     static QString compressionFailure(const ProcessResult &result);
+
+    /// Whether archives of that name take as long to list as to unpack.
+    static bool isCompressedTar(const QString &fileName);
 
 private:
     ArchiveEngine(Kind kind, QString tool);

@@ -2,18 +2,18 @@
 
 #include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Files/FileTransfer.h"
-#include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/Files/NativeFiles.h"
+#include "VelmoSystem/FileProcessing/ArchiveSource.h"
 #include "VelmoSystem/FileProcessing/ExtractedTree.h"
+#include "VelmoSystem/FileProcessing/PrivateFolder.h"
 #include "VelmoSystem/Storage/StorageInspector.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QUuid>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <future>
+#include <limits>
 #include <set>
 #include <sys/stat.h>
 
@@ -22,200 +22,124 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// In the system's temporary directory, for nobody else. Goes with its owner, whatever happens.
-class PrivateFolder {
-public:
-    explicit PrivateFolder(const QString &prefix)
-        : m_path(QDir::tempPath() + u'/' + prefix + u'-' +
-                 QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper())
-    {
-        make(m_path);
-    }
-    PrivateFolder(const PrivateFolder &) = delete;
-    PrivateFolder &operator=(const PrivateFolder &) = delete;
-    ~PrivateFolder()
-    {
-        try {
-            ExtractedTree::remove(m_path);
-        } catch (const FileError &error) {
-            qCWarning(Log::storage, "%s", qPrintable(error.description()));
-        }
-    }
-
-    const QString &path() const { return m_path; }
-    QString path(const QString &name) const { return m_path + u'/' + name; }
-
-    QString makeFolder(const QString &name) const
-    {
-        make(path(name));
-        return path(name);
-    }
-
-private:
-    static void make(const QString &path)
-    {
-        if (::mkdir(QFile::encodeName(path).constData(), S_IRWXU) != 0)
-            throw FileError(path, errno);
-    }
-
-    QString m_path;
-};
-
-/// Throws where the tool found no space. `file` is what the user knows of it.
+/// Throws where the tool found no space for what it made of the user's file or for it.
 void requireSpace(const ProcessResult &result, const QString &file)
 {
-    if (result.status != 0 &&
-        (result.standardError + result.standardOutput).contains(u"No space left on device"))
+    if (result.status != 0 && (result.standardError + QString::fromUtf8(result.standardOutput))
+                                  .contains(u"No space left on device"))
         throw FileError(file, ENOSPC);
 }
 
-struct Listing {
-    std::vector<ArchiveEntry> entries;
-    ProcessResult text;
-};
-
-/// An archive that is being read by one engine.
-struct Source {
-    ArchiveEngine engine;
-    QString archive;
-    std::optional<QString> password;
-    std::optional<Listing> known = std::nullopt;
-
-    const Listing &listing(const std::stop_token &stop);
-    void succeed(const ProcessResult &result) const
-    {
-        if (result.status != 0)
-            throw engine.error(result, password.has_value());
-    }
-};
-
-const Listing &Source::listing(const std::stop_token &stop)
+/// What may be unpacked of an archive before its listing is known, in bytes: of usual ones all, of
+/// one that holds a hundred times its own size little.
+qint64 allowance(const QString &archive)
 {
-    constexpr qsizetype longest = 512 << 20; // it is held in memory
-    if (known)
-        return *known;
-    Listing listing;
-    const ToolCommand command = engine.listing(archive, password);
-    listing.text = ToolProcess::run(command, stop, [](const ToolProcess &process) {
-        if (process.output().size() > longest)
-            throw ArchiveError(ArchiveError::Unsupported{
-                QStringLiteral("o arquivo compactado tem itens demais.")});
-    });
-    succeed(listing.text);
-    listing.entries = engine.entries(listing.text);
-    return known.emplace(std::move(listing));
+    constexpr qint64 least = 64 << 20;
+    constexpr qint64 most = 1 << 30;
+    constexpr qint64 usualShrinking = 8;
+    return std::clamp(usualShrinking * QFileInfo(archive).size(), least, most);
 }
 
-/// Gives the sum of the sizes. Throws for what isn't unpacked.
-qint64 check(Source &source, qint64 sizeLimit, const std::stop_token &stop)
-{
-    const Listing &listing = source.listing(stop);
-    ArchiveListing::check(listing.entries, sizeLimit);
-    source.engine.checkKinds(listing.text);
-    qint64 sum = 0;
-    for (const ArchiveEntry &entry : listing.entries)
-        sum += std::max<qint64>(entry.size, 0);
-    return sum;
-}
-
-/// Lists and checks on a thread of its own.
-class Check {
+/// One run of the tool, with an eye on what it writes.
+class Unpacking {
 public:
-    Check(Source source, qint64 sizeLimit)
-        : m_sum(std::async(std::launch::async, [source = std::move(source), sizeLimit,
-                                                stop = m_stop.get_token()]() mutable {
-              return check(source, sizeLimit, stop);
-          }))
+    Unpacking(ArchiveSource &source, const QString &folder, qint64 sizeLimit)
+        : m_source(source), m_folder(folder), m_sizeLimit(sizeLimit)
     {
-    }
-    ~Check() { m_stop.request_stop(); }
-
-    /// The sum of all sizes once it is known; throws what the check throws.
-    std::optional<qint64> poll()
-    {
-        if (m_sum.valid() && m_sum.wait_for(0s) == std::future_status::ready)
-            m_known = m_sum.get();
-        return m_known;
     }
 
-    void wait(const std::stop_token &stop)
-    {
-        const std::stop_callback forward(stop, [this] { m_stop.request_stop(); });
-        if (m_sum.valid())
-            m_known = m_sum.get();
-    }
+    ExtractedTree::Contents run(JobProgress *progress, const std::stop_token &stop);
 
 private:
-    std::stop_source m_stop;
-    std::future<qint64> m_sum;
-    std::optional<qint64> m_known;
+    bool isCheckedMeanwhile() const;
+    void guardSize(ToolProcess &process, JobProgress *progress);
+    void explainFailure(const ProcessResult &result, const std::stop_token &stop);
+
+    ArchiveSource &m_source;
+    QString m_folder;
+    qint64 m_sizeLimit;
+    std::optional<ArchiveCheck> m_meanwhile;
+    std::optional<qint64> m_sum; ///< of the sizes, once the listing is checked
 };
 
-void guardSize(const QString &folder, qint64 sizeLimit, const std::optional<qint64> &sum,
-               JobProgress *progress)
-{
-    const qint64 size = StorageInspector::size(folder);
-    if (size > sizeLimit)
-        throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
-    if (sum && progress)
-        progress->update(std::min(1.0, double(size) / double(std::max<qint64>(*sum, 1))));
-}
-
-/// Unpacks into `folder`. What is in a small archive is checked before a byte is written. A larger
-/// one is checked meanwhile, if its tool follows no link that it made and can write nowhere else:
-/// what it wrote so far goes with the folder when the check refuses.
-ExtractedTree::Contents unpack(Source &source, const QString &folder, qint64 sizeLimit,
-                               JobProgress *progress, const std::stop_token &stop)
+/// An archive is listed and checked before a byte is written. Only a compressed tar takes as long
+/// to list as to unpack: that is checked meanwhile, if its tool follows no link that it made and
+/// can write nowhere else, and halts where the allowance ends.
+bool Unpacking::isCheckedMeanwhile() const
 {
     constexpr qint64 quickToList = 1 << 20;
-    std::optional<qint64> sum;
-    std::optional<Check> meanwhile;
-    if (source.engine.isCareful() && ToolProcess::canConfine() &&
-        QFileInfo(source.archive).size() > quickToList)
-        meanwhile.emplace(source, sizeLimit);
+    const QString &archive = m_source.input.archive;
+    return ArchiveEngine::isCompressedTar(archive) && QFileInfo(archive).size() > quickToList &&
+           m_source.engine.isCareful() && ToolProcess::canConfine();
+}
+
+void Unpacking::guardSize(ToolProcess &process, JobProgress *progress)
+{
+    if (m_meanwhile)
+        m_sum = m_meanwhile->poll();
+    const qint64 size = StorageInspector::size(m_folder);
+    if (size > m_sizeLimit)
+        throw ArchiveError(ArchiveError::TooLarge{m_sizeLimit});
+    if (m_meanwhile)
+        process.halt(!m_sum && size > allowance(m_source.input.archive));
+    if (m_sum && progress)
+        progress->update(std::min(1.0, double(size) / double(std::max<qint64>(*m_sum, 1))));
+}
+
+/// Frees what the tool took before anything else: the check may take minutes to its end. What it
+/// finds says more than a tool's own words.
+void Unpacking::explainFailure(const ProcessResult &result, const std::stop_token &stop)
+{
+    const bool isTooLarge = StorageInspector::size(m_folder) > m_sizeLimit;
+    ExtractedTree::remove(m_folder);
+    if (isTooLarge)
+        throw ArchiveError(ArchiveError::TooLarge{m_sizeLimit});
+    requireSpace(result, m_source.input.archive);
+    if (m_meanwhile)
+        m_meanwhile->wait(stop);
+    m_source.succeed(result);
+}
+
+ExtractedTree::Contents Unpacking::run(JobProgress *progress, const std::stop_token &stop)
+{
+    constexpr auto usualInterval = 250ms;
+    constexpr auto shortInterval = 50ms; // in which not much more than the allowance is written
+    if (isCheckedMeanwhile())
+        m_meanwhile.emplace(m_source, m_sizeLimit);
     else
-        sum = check(source, sizeLimit, stop);
-    const ProcessResult result = ToolProcess::run(
-        source.engine.extraction(source.archive, folder, source.password), stop,
-        [&](const ToolProcess &) {
-            guardSize(folder, sizeLimit, meanwhile ? meanwhile->poll() : sum, progress);
-        });
-    // These reasons say more than a failure's own words.
-    if (meanwhile)
-        meanwhile->wait(stop);
-    const ExtractedTree::Contents contents = ExtractedTree::makeOrdinary(folder);
-    if (contents.size > sizeLimit)
-        throw ArchiveError(ArchiveError::TooLarge{sizeLimit});
-    requireSpace(result, source.archive);
-    source.succeed(result);
+        m_sum = m_source.check(m_sizeLimit, stop);
+    NativeFiles::heed(stop);
+    ToolProcess process(m_source.engine.extraction(m_source.input, m_folder));
+    while (!process.waitFor(m_sum ? usualInterval : shortInterval)) {
+        NativeFiles::heed(stop);
+        guardSize(process, progress);
+    }
+    const ProcessResult result = process.result();
+    if (result.status != 0)
+        explainFailure(result, stop);
+    if (m_meanwhile)
+        m_meanwhile->wait(stop);
+    const ExtractedTree::Contents contents =
+        ExtractedTree::makeOrdinary(m_folder, m_source.input.codePage);
+    if (contents.size > m_sizeLimit)
+        throw ArchiveError(ArchiveError::TooLarge{m_sizeLimit});
     return contents;
 }
 
-/// 7-Zip takes a compressed tar for an archive of one file, the tar.
-bool isWrappedTar(const Source &source, const Listing &listing)
-{
-    constexpr std::array containers = {".zip", ".7z", ".rar"};
-    return listing.entries.size() == 1 && listing.entries[0].path.endsWith(u".tar") &&
-           std::ranges::none_of(containers, [&](const char *ending) {
-               return source.archive.endsWith(QLatin1String(ending), Qt::CaseInsensitive);
-           });
-}
-
 /// The archive itself, or the tar in it, unpacked beneath `folder`.
-Source unwrapped(Source source, const PrivateFolder &folder, qint64 sizeLimit,
-                 JobProgress *progress, const std::stop_token &stop)
+ArchiveSource unwrapped(ArchiveSource source, const PrivateFolder &folder, qint64 sizeLimit,
+                        JobProgress *progress, const std::stop_token &stop)
 {
     constexpr qint64 headers = 256 << 20; // and padding, which the contents are without
-    if (source.engine.kind() == ArchiveEngine::Kind::bsdtar ||
-        !isWrappedTar(source, source.listing(stop)))
+    if (!source.holdsTar(sizeLimit, stop))
         return source;
     const QString wrapped = folder.makeFolder(QStringLiteral("tar"));
     const bool isNearMaximum = sizeLimit > std::numeric_limits<qint64>::max() - headers;
-    unpack(source, wrapped, isNearMaximum ? sizeLimit : sizeLimit + headers, progress, stop);
+    Unpacking(source, wrapped, isNearMaximum ? sizeLimit : sizeLimit + headers).run(progress, stop);
     const QFileInfoList files = QDir(wrapped).entryInfoList(QDir::Files | QDir::NoSymLinks);
     if (files.size() != 1)
         throw ArchiveError(ArchiveError::Failed{});
-    return {source.engine, files.first().absoluteFilePath(), std::nullopt};
+    return {source.engine, {files.first().absoluteFilePath(), std::nullopt}};
 }
 
 QStringList topLevel(const QString &folder)
@@ -270,11 +194,11 @@ QUrl extractBy(const ArchiveEngine &engine, const ArchiveProcessor::Request &req
                const std::stop_token &stop)
 {
     const QFileInfo archive(request.archive.toLocalFile());
-    const PrivateFolder folder(QStringLiteral("Orvane-extract"));
+    const PrivateFolder folder(PrivateFolder::Purpose::extraction);
     const QString content = folder.makeFolder(QStringLiteral("content"));
-    Source source = unwrapped({engine, archive.absoluteFilePath(), request.password}, folder,
-                              sizeLimit, &progress, stop);
-    const bool hasLinks = unpack(source, content, sizeLimit, &progress, stop).hasLinks;
+    ArchiveSource source = unwrapped({engine, {archive.absoluteFilePath(), request.password}},
+                                     folder, sizeLimit, &progress, stop);
+    const bool hasLinks = Unpacking(source, content, sizeLimit).run(&progress, stop).hasLinks;
     const QString result =
         cleaned(folder, content, ArchiveListing::baseName(archive.fileName()), hasLinks);
     const QString target = destination.toLocalFile() + u'/' + QFileInfo(result).fileName();
@@ -386,7 +310,7 @@ std::optional<double> toldShare(const QByteArray &output)
 QUrl zipBy(const ArchiveEngine &engine, const std::vector<QUrl> &urls, const QUrl &target,
            JobProgress &progress, const std::stop_token &stop)
 {
-    const PrivateFolder folder(QStringLiteral("Orvane-zip"));
+    const PrivateFolder folder(PrivateFolder::Purpose::compression);
     const QString archive = folder.path(QStringLiteral("archive.zip"));
     const QStringList items = distinct(urls, folder, stop);
     for (const ToolCommand &command : engine.compression(archive, items)) {
@@ -408,8 +332,9 @@ std::vector<ArchiveEntry> ArchiveProcessor::list(const Request &request, std::st
     requireArchive(request.archive);
     const QString path = QFileInfo(request.archive.toLocalFile()).absoluteFilePath();
     return byFirstThatCan(request.engines, path, [&](const ArchiveEngine &engine) {
-        const PrivateFolder folder(QStringLiteral("Orvane-extract"));
-        return unwrapped({engine, path, request.password}, folder, defaultSizeLimit, nullptr, stop)
+        const PrivateFolder folder(PrivateFolder::Purpose::extraction);
+        return unwrapped({engine, {path, request.password}}, folder, defaultSizeLimit, nullptr,
+                         stop)
             .listing(stop)
             .entries;
     });

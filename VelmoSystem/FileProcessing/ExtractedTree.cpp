@@ -1,13 +1,14 @@
 #include "VelmoSystem/FileProcessing/ExtractedTree.h"
 
+#include "VelmoCore/Files/NameEncoding.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Storage/AtomicFile.h"
 
 #include <QFile>
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
@@ -120,25 +121,34 @@ bool isPlain(std::string_view name)
     return std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-std::string repaired(const std::string &name)
+std::string repaired(const std::string &name, const QByteArray &codePage)
 {
-    QStringDecoder decode(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
-    QString text = decode(QByteArrayView(name.data(), qsizetype(name.size())));
-    if (decode.hasError()) {
-        text.replace(QChar::ReplacementCharacter, u'_');
-    } else if (std::ranges::none_of(text,
-                                    [](QChar c) { return c.category() == QChar::Other_Control; })) {
+    constexpr std::size_t longest = NAME_MAX;
+    const QByteArray bytes = QByteArray::fromStdString(name);
+    const bool isUtf8 = bytes.isValidUtf8();
+    QString text = QString::fromUtf8(bytes);
+    if (isUtf8 &&
+        std::ranges::none_of(text, [](QChar c) { return c.category() == QChar::Other_Control; }))
         return name;
+    if (!isUtf8 && !codePage.isEmpty()) {
+        const QString decoded = NameEncoding::decoded(bytes, codePage);
+        if (std::size_t(decoded.toUtf8().size()) <= longest)
+            text = decoded;
     }
     std::ranges::replace_if(
-        text, [](QChar c) { return c.category() == QChar::Other_Control; }, u'_');
+        text,
+        [&](QChar c) {
+            return c.category() == QChar::Other_Control ||
+                   (!isUtf8 && c == QChar::ReplacementCharacter);
+        },
+        u'_');
     return QFile::encodeName(text).toStdString();
 }
 
 /// To a name that is free, without replacing anything.
-void repairName(const fs::path &path)
+void repairName(const fs::path &path, const QByteArray &codePage)
 {
-    const std::string name = repaired(path.filename().native());
+    const std::string name = repaired(path.filename().native(), codePage);
     fs::path target = path.parent_path() / name;
     std::error_code error;
     for (int number = 2; fs::symlink_status(target, error).type() != fs::file_type::not_found;
@@ -152,8 +162,8 @@ void repairName(const fs::path &path)
 /// What is to be told of and done to the entries of some folders.
 class Survey {
 public:
-    Survey() = default;
-    explicit Survey(std::span<const Folder> level)
+    explicit Survey(const QByteArray &codePage) : m_codePage(codePage) {}
+    Survey(std::span<const Folder> level, const QByteArray &codePage) : m_codePage(codePage)
     {
         for (const Folder &folder : level)
             look(folder, folders, [this](const Entry &entry) { note(entry); });
@@ -173,6 +183,7 @@ private:
 
     void note(const Entry &entry);
 
+    const QByteArray &m_codePage;
     std::map<std::pair<dev_t, ino_t>, Names> m_linked;
     std::vector<std::string> m_foreign;
     std::vector<fs::path> m_misnamed; ///< a folder before what it holds
@@ -183,7 +194,7 @@ void Survey::note(const Entry &entry)
 {
     constexpr qint64 blockSize = 512; // of `st_blocks`, on every file system
     const struct stat &status = entry.status;
-    if (!isPlain(entry.name) && repaired(std::string(entry.name)) != entry.name)
+    if (!isPlain(entry.name) && repaired(std::string(entry.name), m_codePage) != entry.name)
         m_misnamed.emplace_back(entry.path());
     if (S_ISREG(status.st_mode)) {
         contents.size += status.st_blocks * blockSize;
@@ -235,7 +246,7 @@ void Survey::repair()
     // What a folder holds goes before the folder, whose new name changes their paths.
     for (const fs::path &path : m_misnamed | std::views::reverse) {
         if (fs::exists(fs::symlink_status(path)))
-            repairName(path);
+            repairName(path, m_codePage);
     }
 }
 
@@ -271,9 +282,10 @@ bool escapes(const fs::path &link, const fs::path &folder)
 
 } // namespace
 
-ExtractedTree::Contents ExtractedTree::makeOrdinary(const QString &folder)
+ExtractedTree::Contents ExtractedTree::makeOrdinary(const QString &folder,
+                                                    const QByteArray &codePage)
 {
-    Survey survey;
+    Survey survey(codePage);
     std::vector<Folder> level = {{native(folder), statusOf(native(folder)).st_mode}};
     while (!level.empty()) {
         constexpr std::size_t worthAThread = 16;
@@ -281,8 +293,9 @@ ExtractedTree::Contents ExtractedTree::makeOrdinary(const QString &folder)
         const std::size_t half = all.size() < worthAThread ? all.size() : all.size() / 2;
         std::future<Survey> others;
         if (half < all.size())
-            others = std::async(std::launch::async, [&] { return Survey(all.subspan(half)); });
-        survey.add(Survey(all.first(half)));
+            others =
+                std::async(std::launch::async, [&] { return Survey(all.subspan(half), codePage); });
+        survey.add(Survey(all.first(half), codePage));
         if (others.valid())
             survey.add(others.get());
         level = std::exchange(survey.folders, {});

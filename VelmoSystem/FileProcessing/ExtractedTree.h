@@ -11,9 +11,9 @@ struct Contents {
 };
 
 /// Removes what is neither file, folder nor link, and files that are linked from elsewhere. Opens
-/// all folders and files to the user, takes set-id bits away, and repairs names that aren't UTF-8
-/// or hold control characters.
-Contents makeOrdinary(const QString &folder);
+/// all folders and files to the user, takes set-id bits away, and repairs names that hold control
+/// characters or aren't UTF-8: these are of `codePage`, if there is one.
+Contents makeOrdinary(const QString &folder, const QByteArray &codePage = {});
 
 /// Removes the links that lead out of `folder` or would once it is moved, absolute ones among them.
 void removeEscapingLinks(const QString &folder);

@@ -23,22 +23,26 @@ struct ToolCommand {
 };
 
 struct ProcessResult {
-    int status = 0; ///< 128 and the signal's number for a program that was killed
-    QString standardOutput;
-    QString standardError; ///< its first mebibyte
+    int status = 0;            ///< 128 and the signal's number for a program that was killed
+    QByteArray standardOutput; ///< as it was written, whatever the names in it are
+    QString standardError;     ///< its first mebibyte
 };
 
 /// A running program with what it started. It ends when this does, or Orvane. Not for the main
 /// thread: starting and ending take their time. To be used by the thread that made it.
 class ToolProcess {
 public:
-    /// Throws `FileError` if it can't be started.
+    /// Throws `FileError` if it can't be started, or held to its writable folder by a system that
+    /// does so.
     explicit ToolProcess(const ToolCommand &command);
     /// Ends it and all that it started: asks first, and kills what doesn't heed.
     ~ToolProcess();
 
     /// Whether the system holds programs to their writable folder.
     static bool canConfine();
+
+    /// Halts it and all that it started, or lets them go on.
+    void halt(bool isHalted);
 
     /// Reads what it writes until it has ended or the time is up. Whether it has ended.
     bool waitFor(std::chrono::milliseconds time);

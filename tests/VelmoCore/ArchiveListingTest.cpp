@@ -1,6 +1,10 @@
 #include "VelmoCore/Files/ArchiveListing.h"
 
+#include "VelmoCore/Files/NameEncoding.h"
+
 #include "tests/support/Printers.h"
+
+#include <QStringEncoder>
 
 #include <gtest/gtest.h>
 
@@ -34,10 +38,14 @@ TEST(ArchiveListing, ReadsABlockAnEntry)
                                                          "\n"
                                                          "Path = d\n"
                                                          "Size = \n"
-                                                         "Attributes = D drwxr-xr-x")),
+                                                         "Attributes = D drwxr-xr-x\n"
+                                                         "\n"
+                                                         "Path = xar\n"
+                                                         "Mode = drwxr-xr-x")),
               (Entries{{text("pasta"), 0, true},
                        {text("a = b ção.txt"), 12, false},
-                       {text("d"), 0, true}}));
+                       {text("d"), 0, true},
+                       {text("xar"), 0, true}}));
     EXPECT_EQ(ArchiveListing::parseTechnicalListing(QString()), Entries());
 }
 
@@ -112,6 +120,38 @@ TEST(ArchiveListing, RefusesWhatLeavesTheFolderOrIsTooLarge)
     EXPECT_EQ(refusal({{text("a"), huge}, {text("b"), huge}}, huge),
               Error::Value(Error::TooLarge{huge}));
     EXPECT_EQ(refusal({{text("a"), -90}, {text("b"), 101}}), Error::Value(Error::TooLarge{100}));
+}
+
+TEST(NameEncoding, FindsTheCodePageOfNames)
+{
+    const std::pair<const char *, std::vector<const char *>> cases[] = {
+        {"CP850", {"São João.txt"}},
+        {"CP850", {"ação/coração.txt", "plain.txt"}},
+        {"CP850", {"ÁREA ÚTIL", "AÇÃO.TXT", "Über", "1º ano"}},
+        {"CP850", {"ñandú.txt", "año"}},
+        {"CP850", {"é.txt", "À tarde"}},
+        {"CP437", {"ñandú/5√2.txt", "1≤2"}},
+        {"CP1252", {"ação/coração.txt", "café – à la carte"}},
+        {"CP932", {"日本語テキスト.txt"}},
+        {"CP932", {"表示/ソース.txt", "新しいフォルダー/写真1.jpg"}},
+        {"CP932", {"見積書.xlsx", "ｶﾀｶﾅ.txt", "議事録.txt"}},
+        {"GBK", {"中文文件.txt"}},
+        {"GBK", {"新建文件夹/测试.txt", "第1章.doc", "照片.png"}},
+        {"GBK", {"简历（张伟）.pdf"}}};
+    for (const auto &[page, names] : cases) {
+        QByteArray bytes;
+        QString all;
+        for (const char *name : names) {
+            all += text(name) + u'\n';
+            bytes += QByteArray(QStringEncoder(page)(text(name))) + '\n';
+        }
+        EXPECT_EQ(NameEncoding::guess(bytes), QByteArray(page)) << names.front();
+        EXPECT_EQ(NameEncoding::decoded("não\n" + bytes, page), text("não\n") + all);
+    }
+    EXPECT_EQ(NameEncoding::guess(text("ação\n日本語\n").toUtf8()), std::nullopt);
+    EXPECT_EQ(NameEncoding::guess("caf\x82\n" + text("ação\n").toUtf8()), QByteArray("CP850"));
+    EXPECT_EQ(ArchiveListing::unescaped("a\\207\\306o \\\\207 \\033 \\n \\"),
+              QByteArray("a\207\306o \\\\207 \\033 \\n \\"));
 }
 
 } // namespace velmo

@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/SystemScheduler.h"
 #include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoSystem/Storage/StorageInspector.h"
 
 #include "tests/support/ManualScheduler.h"
 #include "tests/support/Printers.h"
@@ -14,7 +15,10 @@
 
 #include <gtest/gtest.h>
 
+#include <poll.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 
 namespace velmo {
 namespace {
@@ -171,13 +175,17 @@ TEST_P(ArchiveProcessor_, RefusesWhatLeavesTheFolder)
                                                       {"hard.tar", "h"},
                                                       {"device.tar", "null"},
                                                       {"pipe.tar", "fifo"}};
-    for (const QString size : {"", "large"}) {
-        for (const auto &[name, path] : cases)
-            EXPECT_EQ(refusal(size + name), unsafe(path)) << qPrintable(size) << name;
-        EXPECT_TRUE(
-            std::holds_alternative<Error::UnsafeEntry>(refusal(size + "hardup.tar").value()));
-        EXPECT_TRUE(refusal(size + "hardby.tar").has_value());
+    const auto both = [](const QString &name) {
+        return QStringList({name, "large" + name.section('.', 0, 0) + ".tar.gz"});
+    };
+    for (const auto &[name, path] : cases) {
+        for (const QString &archive : both(name))
+            EXPECT_EQ(refusal(archive), unsafe(path)) << qPrintable(archive);
     }
+    for (const QString &archive : both("hardup.tar"))
+        EXPECT_TRUE(std::holds_alternative<Error::UnsafeEntry>(refusal(archive).value()));
+    for (const QString &archive : both("hardby.tar"))
+        EXPECT_TRUE(refusal(archive).has_value());
 }
 
 TEST_P(ArchiveProcessor_, StopsAtTheSizeThatAnArchiveHasOrHides)
@@ -203,6 +211,79 @@ TEST_P(ArchiveProcessor_, RepairsNamesAndModes)
     const QString folder = extract(world().archives.path("names.tar"));
     EXPECT_EQ(tree(folder),
               QStringList({"a_b=1", "c__[31m=2", "c__[31m_2=5", "d_=4", QString(255, 'x') + "=3"}));
+}
+
+TEST_P(ArchiveProcessor_, KeepsTheLettersOfOtherCodePages)
+{
+    const std::pair<const char *, QString> cases[] = {{"cp850", "ação/São.txt"},
+                                                      {"cp437", "ñandú/5√2.txt"},
+                                                      {"cp932", "表.txt"},
+                                                      {"gbk", "新建/测试.txt"}};
+    for (const auto &[name, path] : cases) {
+        const QString archive = world().archives.path(QString(name) + ".zip");
+        EXPECT_EQ(ArchiveProcessor::list({url(archive), {}, engines()})[0].path, path);
+        EXPECT_EQ(tree(extract(archive)).filter("="),
+                  QStringList(path < "plain" ? QStringList{path + "=x", "plain=y"}
+                                             : QStringList{"plain=y", path + "=x"}))
+            << name;
+    }
+}
+
+TEST_P(ArchiveProcessor_, LooksIntoACompressedTarWhateverItsName)
+{
+    for (const char *name : {"noname.tgz", "other.tar.gz", "dump.bz2", "x.tbz", "x.txz"})
+        EXPECT_EQ(tree(extract(world().archives.path(name))).last(), "ção=1") << name;
+    for (const QString kind : {"gz", "bz2", "xz"}) {
+        for (const QString name : {"cut.tar.", "short.tar."})
+            EXPECT_TRUE(std::holds_alternative<Error::Failed>(refusal(name + kind).value()))
+                << qPrintable(name + kind);
+    }
+    files.write("notes", "no tar");
+    run("gzip", {"notes"});
+    if (GetParam() == Kind::sevenZip) {
+        EXPECT_EQ(extract(files.path("notes.gz")), target.path("notes"));
+    }
+    files.write("pasta/sub/a", "a");
+    run("bsdtar", {"--format", "xar", "-cf", "pasta.xar", "pasta"});
+    EXPECT_EQ(tree(extract(files.path("pasta.xar"))), QStringList({"sub", "sub/a=a"}));
+}
+
+TEST_P(ArchiveProcessor_, TakesLittleSpaceForWhatIsRefused)
+{
+    constexpr int count = 60;
+    QByteArray noise(2 << 20, Qt::Uninitialized);
+    QRandomGenerator random(1);
+    random.generate(reinterpret_cast<quint32 *>(noise.begin()),
+                    reinterpret_cast<quint32 *>(noise.end()));
+    files.write("in/0", noise);
+    for (int i = 1; i <= count; ++i)
+        files.write(QString("in/%1").arg(i), QByteArray(8 << 20, 'x'));
+    run("bsdtar", {"--options", "compression-level=1", "-czf", "long.tar.gz", "in"});
+    // Looked at a few hundred times a second.
+    qint64 most = 0;
+    int emptyAtLast = 0;
+    const auto watched = [&](qint64 limit) {
+        most = 0;
+        const std::jthread watcher([&](const std::stop_token &stop) {
+            for (; !stop.stop_requested(); ::poll(nullptr, 0, 2)) {
+                const qint64 size = StorageInspector::size(temporary.path());
+                most = std::max(most, size);
+                emptyAtLast = size == 0 ? emptyAtLast + 1 : 0;
+            }
+        });
+        return refusal(files.path("long.tar.gz"), limit);
+    };
+    const qint64 limit = 300 << 20;
+    EXPECT_EQ(watched(limit), Error::Value(Error::TooLarge{limit}));
+    EXPECT_LT(most, 250 << 20);
+
+    // A tool that ends by the limit of a file's size leaves its space while the listing goes on.
+    const rlimit small = {4 << 20, RLIM_INFINITY};
+    const rlimit none = {RLIM_INFINITY, RLIM_INFINITY};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_TRUE(watched(ArchiveProcessor::defaultSizeLimit).has_value());
+    ::setrlimit(RLIMIT_FSIZE, &none);
+    EXPECT_GT(emptyAtLast, GetParam() == Kind::bsdtar ? 20 : 0);
 }
 
 TEST_P(ArchiveProcessor_, RefusesOrUnpacksAHundredThousandEntries)

@@ -1,7 +1,9 @@
 """Archives that nobody means well by: make-archives.py FOLDER OUTSIDE, or FOLDER for one of many entries."""
 
+import bz2
 import gzip
 import io
+import lzma
 import os
 import stat
 import struct
@@ -19,6 +21,7 @@ def tar(name, entries, mode="w"):
         for path, kind, value in entries:
             info = tarfile.TarInfo(path)
             info.type = kind
+            info.uname, info.gname = "Domain Users", "0 0 0"
             info.mode = 0 if name == "closed.tar" else 0o4644
             if kind == FILE:
                 info.size = len(value)
@@ -27,10 +30,17 @@ def tar(name, entries, mode="w"):
             archive.addfile(info, io.BytesIO(value) if kind == FILE else None)
 
 
-def pack(name, entries):
+class RawInfo(zipfile.ZipInfo):
+    """Of a program that writes names in its code page and doesn't say so."""
+
+    def _encodeFilenameFlags(self):
+        return self.filename.encode(page), self.flag_bits
+
+
+def pack(name, entries, info_type=zipfile.ZipInfo):
     with zipfile.ZipFile(os.path.join(folder, name), "w", zipfile.ZIP_DEFLATED) as archive:
         for path, kind, value in entries:
-            info = zipfile.ZipInfo(path)
+            info = info_type(path)
             info.create_system = 3
             info.external_attr = (stat.S_IFLNK | 0o777 if kind == LINK else stat.S_IFREG | 0o644) << 16
             archive.writestr(info, value)
@@ -58,9 +68,10 @@ if len(sys.argv) == 2:
 
 
 def hostile(make, name, entries):
-    """The archive, and one that is as bad but too large to be looked at before it is unpacked."""
+    """The archive, and a compressed tar that is as bad but too large to be listed before it is unpacked."""
     make(name, entries)
-    make("large" + name, [("noise", FILE, os.urandom(2 << 20))] + entries)
+    large = "large" + name.split(".")[0] + ".tar.gz"
+    tar(large, [("noise", FILE, os.urandom(2 << 20))] + entries, "w:gz")
 
 
 links = [("a", FILE, b"a"), ("d/up", LINK, "../a"), ("d/in", LINK, "b"), ("d/b", FILE, b"b"),
@@ -92,6 +103,21 @@ with gzip.open(os.path.join(folder, "liar.gz"), "wb") as file:
 with open(os.path.join(folder, "liar.gz"), "r+b") as file:
     file.seek(-4, os.SEEK_END)
     file.write(struct.pack("<I", 1))
+
+# Compressed tars that keep another name, or none, and some that end too early.
+tar("inner", [("ção", FILE, b"1"), ("b", FILE, os.urandom(100_000))])
+inner = open(os.path.join(folder, "inner"), "rb").read()
+for name, content in {
+    "noname.tgz": gzip.compress(inner), "dump.bz2": bz2.compress(inner), "x.tbz": bz2.compress(inner),
+    "x.txz": lzma.compress(inner), "cut.tar.gz": gzip.compress(inner)[:50_000],
+    "cut.tar.bz2": bz2.compress(inner)[:50_000], "cut.tar.xz": lzma.compress(inner)[:50_000],
+    "short.tar.gz": gzip.compress(inner[:50_000]), "short.tar.bz2": bz2.compress(inner[:50_000]),
+    "short.tar.xz": lzma.compress(inner[:50_000])}.items():
+    open(os.path.join(folder, name), "wb").write(content)
+with gzip.GzipFile("backup", "wb", fileobj=open(os.path.join(folder, "other.tar.gz"), "wb")) as file:
+    file.write(inner)
+for page, path in {"cp850": "ação/São.txt", "cp437": "ñandú/5√2.txt", "cp932": "表.txt", "gbk": "新建/测试.txt"}.items():
+    pack(page + ".zip", [(path, FILE, b"x"), ("plain", FILE, b"y")], RawInfo)
 
 # Says one byte and holds forty million: in both headers, so that a listing believes it.
 path = os.path.join(folder, "liar.zip")

@@ -248,6 +248,7 @@ ToolProcess::~ToolProcess()
     if (m_process->status)
         return;
     ::kill(-m_process->pid, SIGTERM);
+    halt(false);
     if (waitFor(patience))
         return;
     ::kill(-m_process->pid, SIGKILL);
@@ -257,8 +258,14 @@ ToolProcess::~ToolProcess()
 
 bool ToolProcess::canConfine()
 {
-    static const bool isReal = WriteFence(QStringLiteral("/")).isReal();
-    return isReal;
+    static const bool isAvailable = WriteFence::isAvailable();
+    return isAvailable;
+}
+
+void ToolProcess::halt(bool isHalted)
+{
+    if (!m_process->status)
+        ::kill(-m_process->pid, isHalted ? SIGSTOP : SIGCONT);
 }
 
 bool ToolProcess::waitFor(std::chrono::milliseconds time)
@@ -302,7 +309,7 @@ void ToolProcess::Process::reap()
 
 ProcessResult ToolProcess::result() const
 {
-    return {m_process->status.value_or(notStarted), QString::fromUtf8(m_process->output->data()),
+    return {m_process->status.value_or(notStarted), m_process->output->data(),
             QString::fromUtf8(m_process->errors->data())};
 }
 
