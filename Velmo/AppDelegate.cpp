@@ -3,6 +3,7 @@
 #include "Velmo/Probes.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoSystem/FileProcessing/PrivateFolder.h"
 #include "VelmoSystem/FileProcessing/QuickActions.h"
 #include "VelmoSystem/Linux/Keys/KeyItemStores.h"
 #include "VelmoUI/App/ServiceWiring.h"
@@ -10,6 +11,7 @@
 
 #include <QGuiApplication>
 #include <QSessionManager>
+#include <QThreadPool>
 
 namespace velmo {
 
@@ -112,6 +114,7 @@ AppPaths AppDelegate::preparePaths() const
             << "Não foi possível criar os diretórios do app:" << error.description();
     }
     paths.purgeTemporary();
+    QThreadPool::globalInstance()->start(&PrivateFolder::removeLeftovers); // may be gigabytes
     return paths;
 }
 

@@ -1,8 +1,10 @@
 #include "VelmoCore/Files/PendingFiles.h"
 #include "VelmoCore/Foundation/Json.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoSystem/FileProcessing/ArchiveProcessor.h"
 #include "VelmoSystem/FileProcessing/FileOperations.h"
 #include "VelmoSystem/FileProcessing/MovedFiles.h"
+#include "VelmoSystem/FileProcessing/PrivateFolder.h"
 
 #include "tests/VelmoSystem/SystemCalls.h"
 #include "tests/support/ManualScheduler.h"
@@ -12,9 +14,11 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <poll.h>
 #include <set>
 #include <sys/mount.h>
 #include <sys/wait.h>
@@ -428,6 +432,69 @@ TEST_F(FileFaultsTest, KeepTheShelfAndItsFolderInStep)
         if (!wasInterrupted || HasFailure())
             break;
     }
+}
+
+TEST_F(FileFaultsTest, LeaveNothingOfAKilledRunAtTheNextStart)
+{
+    arrange();
+    const fs::path archive = folder.path(QStringLiteral("pasta.zip")).toStdString();
+    const fs::path temporary = folder.path(QStringLiteral("tmp")).toStdString();
+    fs::create_directory(temporary);
+    ASSERT_EQ(std::system(
+                  ("bsdtar -caf " + archive.string() + " -C " + here.string() + " pasta").c_str()),
+              0);
+    qputenv("TMPDIR", temporary.c_str());
+    ManualScheduler scheduler;
+    JobProgress progress(scheduler, [](auto, const auto &) {});
+    const std::function<QUrl()> acts[] = {
+        [&] { return ArchiveProcessor::extract({url(archive)}, url(here), 1 << 20, progress); },
+        [&] { return ArchiveProcessor::extract({url(archive)}, url(there), 1 << 20, progress); },
+        [&] { return ArchiveProcessor::zip({url(here / "pasta")}, {}, url(there), progress); }};
+    // What has its name is whole, and the originals stay: in the temporary folder is nobody's own.
+    const auto check = [&](const std::vector<fs::path> &made) {
+        EXPECT_TRUE(fs::exists(archive));
+        EXPECT_EQ(contents(here / "pasta"), expected);
+        for (const fs::path &tree : {made[0], made[1]}) {
+            EXPECT_TRUE(!fs::exists(tree) || contents(tree) == expected) << tree;
+        }
+        EXPECT_TRUE(!fs::exists(made[2]) ||
+                    std::system(("bsdtar -tf " + made[2].string() + " > /dev/null").c_str()) == 0);
+    };
+    for (const auto &act : acts) {
+        for (int at = 1, status = -1; status != 0; ++at) {
+            SCOPED_TRACE(at);
+            ASSERT_LT(at, 1000);
+            arrange();
+            const pid_t child = ::fork();
+            if (child == 0) {
+                SystemCalls::interrupt(at, false, [] { return ::raise(SIGKILL); });
+                ::_exit(failure(act).empty() ? 0 : 1);
+            }
+            ASSERT_EQ(::waitpid(child, &status, 0), child);
+            const std::vector<fs::path> made = {here / "pasta 2", there / "pasta",
+                                                there / "pasta.zip"};
+            check(made);
+            // The tool dies with its owner, a moment later.
+            for (int attempt = 0; attempt < 2000 && !fs::is_empty(temporary); ++attempt) {
+                PrivateFolder::removeLeftovers();
+                ::poll(nullptr, 0, 1);
+            }
+            EXPECT_TRUE(fs::is_empty(temporary));
+            check(made);
+            if (HasFailure())
+                return;
+        }
+    }
+    const PrivateFolder living(PrivateFolder::Purpose::compression);
+    const fs::path named = temporary / "Orvane-extract-notas";
+    fs::create_directory(named);
+    const fs::path link = temporary / "Orvane-extract-00000000-0000-0000-0000-000000000000";
+    fs::create_symlink(here, link);
+    PrivateFolder::removeLeftovers();
+    for (const fs::path &path : {fs::path(living.path().toStdString()), named, link})
+        EXPECT_TRUE(fs::exists(path)) << path;
+    EXPECT_EQ(contents(here / "pasta"), expected);
+    qunsetenv("TMPDIR");
 }
 
 TEST_F(FileFaultsTest, StayWholeOnAFullDiskAndWithoutPermission)

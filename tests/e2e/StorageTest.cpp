@@ -1,5 +1,6 @@
 #include "VelmoCore/Activity/ActivityEvent.h"
 #include "VelmoCore/Foundation/Json.h"
+#include "VelmoCore/Foundation/Uuid.h"
 #include "VelmoCore/Notes/NotesStore.h"
 #include "VelmoCore/Storage/DataCipher.h"
 #include "VelmoSystem/Linux/Keys/SecretServiceItems.h"
@@ -134,6 +135,16 @@ TEST_F(StorageTest, ComesWithTheKeyOfAKeyStoreThatWasSilentAtTheStart)
     EXPECT_EQ(exitCode(), 0);
     keyring.kill();
     keyring.waitForFinished();
+}
+
+TEST_F(StorageTest, RemovesAtTheStartWhatAKilledRunLeft)
+{
+    home.write("tmp/Orvane-extract-" + uuidText(makeUuid()) + "/content/a", "x");
+    environment.insert("TMPDIR", home.path("tmp"));
+    launch();
+    EXPECT_EQ(run({"quit"}).exitCode, 0);
+    EXPECT_EQ(exitCode(), 0);
+    EXPECT_EQ(QDir(home.path("tmp")).entryList({"Orvane-*"}, QDir::AllEntries), QStringList());
 }
 
 } // namespace velmo
