@@ -112,6 +112,9 @@ QSGNode *NotchShape::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
     const qreal edge = (m_spec->topRadius() + m_spec->bottomRadius()) * scale;
     const int left = int(std::floor(box.left()));
     const int right = int(std::ceil(box.right()));
+    // Where a point isn't a whole number of pixels, the software renderer leaves out the outermost
+    // columns of the middle: the pictures go on under it.
+    const int overlap = int(std::ceil(2 * scale));
     const int innerLeft = std::min(int(std::ceil(box.left() + edge)), int(box.center().x()));
     const int innerRight = std::max(int(std::floor(box.right() - edge)), innerLeft);
 
@@ -130,8 +133,8 @@ QSGNode *NotchShape::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
         target.setSourceRect(picture.rect());
         target.setRect(inPoints(QRectF(from, 0, to - from, bottom)));
     };
-    draw(*node->left, left, innerLeft);
-    draw(*node->right, innerRight, right);
+    draw(*node->left, left, std::min(innerLeft + overlap, right));
+    draw(*node->right, std::max(innerRight - overlap, left), right);
 
     const int whole = int(std::floor(box.bottom()));
     QColor part = m_color;

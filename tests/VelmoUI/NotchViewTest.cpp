@@ -119,6 +119,37 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     check("closed");
 }
 
+// ctest runs it at other scales too, where edges lie between pixels.
+TEST_F(NotchViewTest, LetsNothingThroughTheShape)
+{
+    auto &module = FakeModule::addTo(services.modules, u"vazio"_qs);
+    start();
+    showView();
+    view().setColor(Qt::white);
+    const double scale = view().devicePixelRatio();
+    for (int width = 700; width < 740; ++width) {
+        module.width = width;
+        coordinator.toggleFromHotKey();
+        coordinator.open(u"vazio"_qs);
+        QCoreApplication::processEvents();
+        const QJsonArray body = shape();
+        const auto pixels = [&](double left, double top, double right, double bottom) {
+            return QRectF(QPointF(left, top) * scale, QPointF(right, bottom) * scale).toRect();
+        };
+        const double left = body[0].toDouble() + 12;
+        const double right = left + body[2].toDouble() - 24;
+        const double bottom = body[3].toDouble();
+        const QImage picture = view().grabWindow();
+        for (const QRect &inside : {pixels(left + 1, 30, right - 1, bottom - 28),
+                                    pixels(left + 28, 30, right - 28, bottom - 1)}) {
+            QImage black(inside.size(), picture.format());
+            black.fill(Qt::black);
+            black.setDevicePixelRatio(scale);
+            EXPECT_EQ(picture.copy(inside), black) << width << " at " << scale;
+        }
+    }
+}
+
 TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
 {
     services.modules.add(std::make_unique<ActivityModule>());
