@@ -8,7 +8,7 @@ ControlSurface {
     property string label: name
     property color textColor: Theme.text
 
-    idleColor: Theme.surface
+    idleColor: Theme.field
     implicitWidth: text.implicitWidth + 2 * Theme.cardPadding
     implicitHeight: Theme.controlHeight
 

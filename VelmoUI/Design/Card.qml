@@ -18,10 +18,9 @@ FocusScope {
     Accessible.focusable: true
     Accessible.focused: isRinged
 
-    Rectangle {
+    CardSurface {
         id: body
         anchors.fill: parent
-        radius: Theme.cardRadius
         color: card.hovered ? Theme.surfaceHover : Theme.surface
 
         Behavior on color {

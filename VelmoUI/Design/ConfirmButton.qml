@@ -10,7 +10,7 @@ Row {
     required property string confirmName
     /// Without a surface of its own.
     property bool isQuiet: false
-    readonly property color idleColor: isQuiet ? "transparent" : Theme.surface
+    readonly property color idleColor: isQuiet ? "transparent" : Theme.field
     property bool asks: false
 
     signal confirmed

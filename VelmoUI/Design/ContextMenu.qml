@@ -72,6 +72,8 @@ FocusScope {
                 height: grid.height + 2 * Theme.grid
                 radius: Theme.controlRadius + Theme.grid
                 color: Theme.raised
+                border.width: 1
+                border.color: Theme.raisedEdge
 
                 Grid {
                     id: grid
@@ -93,6 +95,7 @@ FocusScope {
                             required property string shortcut
 
                             name: title
+                            hoverColor: Theme.surfaceSelected
                             width: Theme.fieldWidth
                             height: Theme.controlHeight
                             Accessible.role: Accessible.MenuItem
@@ -125,7 +128,7 @@ FocusScope {
                                 anchors.rightMargin: 2 * Theme.grid
                                 height: parent.height
                                 text: entry.shortcut
-                                color: Theme.tertiaryText
+                                color: Theme.secondaryText
                                 font.pixelSize: Theme.captionSize
                                 Accessible.ignored: true
                             }

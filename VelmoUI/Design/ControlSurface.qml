@@ -8,13 +8,15 @@ Item {
     /// What a screen reader says.
     required property string name
     property color idleColor: "transparent"
-    property color hoverColor: Theme.surfaceHover
-    property color pressedColor: Theme.surfacePressed
+    property color hoverColor: isBare ? Theme.surfaceHover : Theme.raise(idleColor, Theme.hoverShare)
+    property color pressedColor: isBare ? Theme.surfacePressed : Theme.raise(idleColor, Theme.pressedShare)
+    property color edgeColor: "transparent"
     property int radius: Theme.controlRadius
     /// The surface may be lower than what takes the pointer.
     property real surfaceHeight: height
     /// How far around the surface the focus ring stands.
     property real ringMargin: 0
+    readonly property bool isBare: idleColor.a === 0
     readonly property bool hovered: hover.hovered
     readonly property bool pressed: area.pressed
 
@@ -38,6 +40,8 @@ Item {
         radius: control.radius
         color: control.pressed ? control.pressedColor
              : control.hovered ? control.hoverColor : control.idleColor
+        border.width: 1
+        border.color: control.edgeColor
 
         Behavior on color {
             ColorAnimation {

@@ -10,6 +10,7 @@ ControlSurface {
 
     implicitWidth: Theme.controlHeight
     implicitHeight: Theme.controlHeight
+    radius: height / 2
 
     Symbol {
         anchors.centerIn: parent

@@ -34,7 +34,7 @@ FocusScope {
     Rectangle {
         anchors.fill: row
         radius: Theme.controlRadius
-        color: Theme.surface
+        color: Theme.field
 
         FocusRing {
             radius: parent.radius
@@ -60,7 +60,8 @@ FocusScope {
                 width: content.width + 2 * Theme.cardPadding
                 height: Theme.controlHeight
                 radius: Theme.controlRadius
-                color: isCurrent ? Theme.surfaceSelected : hover.hovered ? Theme.surfaceHover : "transparent"
+                color: isCurrent ? Theme.surfaceSelected
+                     : hover.hovered ? Theme.raise(Theme.field, Theme.hoverShare) : Theme.field
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: modelData
                 Accessible.checkable: true

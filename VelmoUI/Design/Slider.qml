@@ -36,7 +36,7 @@ Row {
             width: control.width
             height: Theme.barHeight
             radius: height / 2
-            color: Theme.surfaceSelected
+            color: Theme.off
 
             Rectangle {
                 width: control.visualPosition * parent.width

@@ -44,7 +44,7 @@ FocusScope {
 
         background: Rectangle {
             radius: Theme.controlRadius
-            color: field.hovered ? Theme.surfaceHover : Theme.surface
+            color: field.hovered ? Theme.raise(Theme.field, Theme.hoverShare) : Theme.field
 
             FocusRing {
                 radius: parent.radius

@@ -13,28 +13,43 @@ QtObject {
     property bool reducedMotion: false
     property real pace: 1
 
+    /// For people who want more: a larger type, and more rows where they fit.
+    property bool isLarge: false
+
     readonly property color shape: "#000000"
     readonly property color shapeEdge: "#00000000"
-    readonly property color window: isLight ? "#f0f0f3" : "#1c1c1f"
-    readonly property color text: isLight ? "#e0000000" : "#ebffffff"
-    readonly property color secondaryText: isLight ? "#99000000" : "#99ffffff"
-    readonly property color tertiaryText: isLight ? "#66000000" : "#66ffffff"
-    readonly property color surface: isLight ? "#0a000000" : "#0fffffff"
-    readonly property color surfaceHover: isLight ? "#12000000" : "#1affffff"
-    readonly property color surfacePressed: isLight ? "#1a000000" : "#24ffffff"
-    readonly property color surfaceSelected: isLight ? "#1f000000" : "#29ffffff"
-    /// Under the rows of a window; what is on black needs no ground of its own.
-    readonly property color card: isLight ? "#ffffff" : surface
-    readonly property color hairline: isLight ? "#14000000" : "#14ffffff"
+    readonly property color window: isLight ? "#f2f2f5" : "#101010"
+    readonly property color text: isLight ? "#e0000000" : "#ffffff"
+    readonly property color secondaryText: isLight ? "#a6000000" : "#b4b4b4"
+    /// Not on what is pressed or selected, where it is too faint.
+    readonly property color tertiaryText: isLight ? "#8f000000" : "#8e8e8e"
+    /// Cards, and what the pointer does to them and to controls without a ground of their own.
+    readonly property color surface: isLight ? "#ffffff" : "#1a1a1a"
+    readonly property color surfaceHover: isLight ? "#0f000000" : "#242424"
+    readonly property color surfacePressed: isLight ? "#1a000000" : "#2e2e2e"
+    readonly property color surfaceSelected: isLight ? "#d4d4d9" : "#3a3a3a"
+    /// Where something is written or pressed.
+    readonly property color field: isLight ? "#ededf0" : "#242424"
+    readonly property color hairline: isLight ? "#1f000000" : "#2a2a2a"
     /// Over other content, so not to be seen through.
-    readonly property color raised: isLight ? "#ffffff" : "#2b2b2e"
+    readonly property color raised: isLight ? "#ffffff" : "#242424"
+    readonly property color raisedEdge: isLight ? hairline : surfaceSelected
+    /// A switch that is off, the rest of a slider's track: to be seen as the controls they are.
+    readonly property color off: isLight ? "#7d7d82" : "#6e6e6e"
     /// What slides on a switch or a slider.
     readonly property color knob: "#ffffff"
     readonly property color knobEdge: isLight ? "#33000000" : "#00000000"
+    readonly property real hoverShare: 0.04
+    readonly property real pressedShare: 0.08
 
-    readonly property color success: isLight ? "#1f8a50" : "#4cd58a"
-    readonly property color error: isLight ? "#cf2e25" : "#ff6b62"
-    readonly property color warning: isLight ? "#b35a00" : "#ff9f43"
+    /// An opaque colour, so much nearer to the text's.
+    function raise(base: color, share: real): color {
+        return Qt.tint(base, isLight ? Qt.rgba(0, 0, 0, share) : Qt.rgba(1, 1, 1, share));
+    }
+
+    readonly property color success: isLight ? "#166a3c" : "#4cd58a"
+    readonly property color error: isLight ? "#b8241c" : "#ff6b62"
+    readonly property color warning: isLight ? "#944a00" : "#ff9f43"
     readonly property var accents: ({
         "silver": "#c9ced6",
         "yellow": "#ffd54a",
@@ -44,15 +59,15 @@ QtObject {
         "blue": "#5aa9ff",
         "green": "#4cd58a"
     })
-    /// The same, dark enough for a light window.
+    /// The same, dark enough for a light window and its fields.
     readonly property var lightAccents: ({
-        "silver": "#6d7684",
-        "yellow": "#9a7500",
-        "orange": "#b85f0b",
-        "pink": "#cc3468",
-        "purple": "#7a4bdb",
-        "blue": "#1f6fc9",
-        "green": "#1f8a50"
+        "silver": "#5a6372",
+        "yellow": "#7a5d00",
+        "orange": "#944a00",
+        "pink": "#b82a59",
+        "purple": "#6d40c9",
+        "blue": "#1a5fb0",
+        "green": "#166a3c"
     })
     readonly property color accent: (isLight ? lightAccents : accents)[accentName]
     /// Colour by the style of an event; info takes the plain text's.
@@ -64,19 +79,26 @@ QtObject {
 
     readonly property string face: "Inter"
     readonly property string symbolFace: "Material Icons"
-    readonly property int captionSize: 11
-    readonly property int smallSize: 12
-    readonly property int bodySize: 13
-    readonly property int titleSize: 15
-    readonly property int numberSize: 20
-    readonly property int bigNumberSize: 28
+    readonly property int captionSize: isLarge ? 12 : 11
+    readonly property int smallSize: isLarge ? 13 : 12
+    readonly property int bodySize: isLarge ? 15 : 13
+    readonly property int titleSize: isLarge ? 17 : 15
+    readonly property int numberSize: isLarge ? 22 : 20
+    readonly property int bigNumberSize: isLarge ? 32 : 28
 
     readonly property int grid: 4
-    readonly property int gap: 10
+    readonly property int gap: 8
+    /// From the panel's edge to its cards, whose corners share a middle with the panel's.
+    readonly property int margin: 8
     readonly property int cardPadding: 12
-    readonly property int cardRadius: 14
-    readonly property int controlRadius: 8
+    readonly property int panelRadius: 28
+    readonly property int cardRadius: panelRadius - margin
+    readonly property int controlRadius: cardRadius - cardPadding
     readonly property int controlHeight: 28
+    /// From a card's edge to a button that is only a symbol: its glyph stands where texts do.
+    readonly property int iconInset: cardPadding - (controlHeight - smallSymbolSize) / 2
+    /// The least height of a tile with two lines and the gap below it.
+    readonly property int leastRow: rowHeight + gap
     readonly property int rowHeight: 44
     readonly property int switchWidth: 36
     readonly property int switchHeight: 20
@@ -110,6 +132,6 @@ QtObject {
 
     readonly property int shadowBlur: 32
     readonly property int shadowDrop: 8
-    readonly property int shadowCorner: 28
+    readonly property int shadowCorner: panelRadius
     readonly property real shadowOpacity: 0.45
 }

@@ -20,7 +20,7 @@ Loader {
         radius: Theme.controlRadius
         color: Theme.raised
         border.width: 1
-        border.color: Theme.hairline
+        border.color: Theme.raisedEdge
 
         Row {
             id: row

@@ -14,7 +14,7 @@ ControlSurface {
     surfaceHeight: Theme.switchHeight
     radius: Theme.switchHeight / 2
     ringMargin: 2 * Theme.ringWidth
-    idleColor: checked ? Theme.accent : Theme.surfaceSelected
+    idleColor: checked ? Theme.accent : Theme.off
     pressedColor: idleColor
     hoverColor: idleColor
     opacity: enabled ? 1 : 0.4

@@ -7,7 +7,7 @@ ControlSurface {
 
     required property string symbol
 
-    idleColor: Theme.surface
+    idleColor: Theme.field
 
     Symbol {
         id: symbol

@@ -71,7 +71,7 @@ Card {
         id: remove
         anchors.right: parent.right
         anchors.top: parent.top
-        anchors.margins: Theme.grid
+        anchors.margins: Theme.iconInset
         name: tile.removal
         symbol: "xmark.circle.fill"
         opacity: tile.hovered || activeFocus ? 1 : 0

@@ -30,10 +30,10 @@ FocusScope {
 
     Loader {
         id: page
-        x: Theme.gap
+        x: Theme.margin
         y: expanded.content.notchHeight + Theme.grid
         width: parent.width - 2 * x
-        height: parent.height - y - Theme.gap
+        height: parent.height - y - Theme.margin
         focus: true
         source: expanded.content.pageSource
     }

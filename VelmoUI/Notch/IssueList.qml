@@ -18,6 +18,8 @@ FocusScope {
         anchors.fill: parent
         radius: Theme.cardRadius
         color: Theme.raised
+        border.width: 1
+        border.color: Theme.raisedEdge
     }
 
     SectionTitle {

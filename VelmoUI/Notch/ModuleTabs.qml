@@ -44,7 +44,7 @@ Row {
                 width: Theme.tabWidth
                 height: parent.height
                 name: tab.symbol
-                color: tab.isSelected || tab.hovered || tab.activeFocus ? Theme.text : Theme.secondaryText
+                color: tab.isSelected || tab.hovered || tab.activeFocus ? Theme.text : Theme.tertiaryText
             }
 
             Label {

@@ -58,12 +58,12 @@ NotchContainerView {
     }
 
     // The content shows as far as the shape has come, in whole points. What a rounded corner takes of
-    // a square is less than a third of its radius.
+    // a square is less than a third of its radius; what stands at the margin is rounded itself.
     Item {
         id: clip
 
         readonly property real middle: view.content.notchCenterX + view.content.shape.horizontalOffset - x
-        readonly property real inset: view.content.shape.bottomRadius * 0.3
+        readonly property real inset: Math.min(Theme.margin - 1, view.content.shape.bottomRadius * 0.3)
 
         x: Math.ceil(shape.body.x + inset)
         width: Math.floor(shape.body.right - inset) - x

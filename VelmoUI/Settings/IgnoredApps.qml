@@ -167,7 +167,7 @@ SettingsSection {
             IconButton {
                 id: remove
                 anchors.right: parent.right
-                anchors.rightMargin: Theme.grid
+                anchors.rightMargin: Theme.iconInset
                 anchors.verticalCenter: parent.verticalCenter
                 activeFocusOnTab: false
                 name: "Remover " + row.title

@@ -13,7 +13,7 @@ ControlSurface {
 
     implicitWidth: Math.max(Theme.fieldWidth / 2, label.implicitWidth + 2 * Theme.cardPadding)
     implicitHeight: Theme.controlHeight
-    idleColor: isRecording ? Theme.surfaceSelected : Theme.surface
+    idleColor: isRecording ? Theme.surfaceSelected : Theme.field
     onTriggered: isRecording ? stopped() : started()
     onActiveFocusChanged: if (!activeFocus && isRecording)
         stopped()

@@ -165,7 +165,7 @@ ListView {
             IconButton {
                 id: remove
                 anchors.right: parent.right
-                anchors.rightMargin: Theme.grid
+                anchors.rightMargin: Theme.iconInset
                 anchors.verticalCenter: parent.verticalCenter
                 visible: list.isRemovable
                 activeFocusOnTab: false

@@ -15,13 +15,9 @@ Column {
         text: section.title
     }
 
-    Rectangle {
+    CardSurface {
         width: parent.width
         height: rows.height
-        radius: Theme.cardRadius
-        color: Theme.card
-        border.width: Theme.isLight ? 1 : 0
-        border.color: Theme.hairline
 
         Column {
             id: rows

@@ -89,12 +89,10 @@ Rectangle {
             width: Math.min(Theme.paneWidth, parent.width - 4 * Theme.gap)
             spacing: 2 * Theme.gap
 
-            Rectangle {
+            CardSurface {
                 width: parent.width
                 height: issue.height + 2 * Theme.cardPadding
-                radius: Theme.cardRadius
                 visible: window.model.loadIssue.length > 0
-                color: Theme.card
 
                 Symbol {
                     id: sign

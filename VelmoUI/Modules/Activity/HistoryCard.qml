@@ -53,7 +53,7 @@ Card {
     IconButton {
         id: reveal
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid
+        anchors.rightMargin: Theme.iconInset
         anchors.verticalCenter: parent.verticalCenter
         visible: card.hasFiles
         name: "Mostrar no Finder"

@@ -16,12 +16,9 @@ FocusScope {
         list.forceActiveFocus();
     }
 
-    Rectangle {
+    CardSurface {
         anchors.fill: parent
-        radius: Theme.cardRadius
-        color: Theme.surface
-        border.width: rail.collections?.isCollecting ? 1 : 0
-        border.color: Theme.accent
+        border.color: rail.collections?.isCollecting ? Theme.accent : Theme.hairline
     }
 
     ListView {
@@ -57,6 +54,7 @@ FocusScope {
 
             width: ListView.view.width
             height: Theme.controlHeight
+            radius: height / 2
             name: title
             activeFocusOnTab: false
             idleColor: drop.containsDrag ? Theme.surfacePressed

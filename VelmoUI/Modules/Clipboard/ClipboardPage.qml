@@ -118,6 +118,7 @@ FocusScope {
         Row {
             id: tail
             anchors.right: parent.right
+            anchors.rightMargin: Theme.iconInset
             visible: !view.isAsked
 
             Label {

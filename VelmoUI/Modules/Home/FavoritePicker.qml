@@ -59,6 +59,7 @@ FocusScope {
             height: list.height
             radius: Theme.cardRadius
             idleColor: isFavorite ? Theme.surfaceSelected : Theme.surface
+            edgeColor: Theme.hairline
             activeFocusOnTab: false
             Accessible.checkable: true
             Accessible.checked: isFavorite
@@ -89,8 +90,8 @@ FocusScope {
             }
             Symbol {
                 anchors.right: parent.right
-                anchors.rightMargin: Theme.grid
-                y: Theme.grid
+                anchors.rightMargin: 2 * Theme.grid
+                y: 2 * Theme.grid
                 visible: tile.isFavorite
                 name: "checkmark.circle.fill"
                 size: Theme.smallSymbolSize

@@ -2,7 +2,7 @@ import QtQuick
 import Velmo
 
 /// The favourite applications, a click away.
-Rectangle {
+CardSurface {
     id: favorites
 
     required property HomePage home
@@ -11,8 +11,6 @@ Rectangle {
     property bool watched: false
     property Item pointed: null
 
-    radius: Theme.cardRadius
-    color: Theme.surface
     Accessible.role: Accessible.Grouping
     Accessible.name: title
     Component.onDestruction: if (card)
@@ -39,7 +37,7 @@ Rectangle {
     IconButton {
         id: add
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid
+        anchors.rightMargin: Theme.iconInset
         y: Theme.grid
         visible: !favorites.card.isEmpty
         name: "Adicionar favorito"

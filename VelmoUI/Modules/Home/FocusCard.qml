@@ -13,6 +13,7 @@ ControlSurface {
     name: title
     radius: Theme.cardRadius
     idleColor: Theme.surface
+    edgeColor: Theme.hairline
     onWatchedChanged: card.setWatched(watched)
     Component.onDestruction: if (card)
         card.setWatched(false)
@@ -33,7 +34,7 @@ ControlSurface {
         lineWidth: Theme.grid
         progress: focus.card.leadProgress
         color: Theme.accent
-        trackColor: Theme.hairline
+        trackColor: Theme.surfaceSelected
 
         NumberLabel {
             anchors.centerIn: parent

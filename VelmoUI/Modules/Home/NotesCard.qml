@@ -13,6 +13,7 @@ ControlSurface {
     name: title
     radius: Theme.cardRadius
     idleColor: Theme.surface
+    edgeColor: Theme.hairline
     onWatchedChanged: if (watched)
         card.refresh()
     onTriggered: home.page.openModule("notes")
@@ -24,7 +25,7 @@ ControlSurface {
     }
     IconButton {
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid
+        anchors.rightMargin: Theme.iconInset
         y: Theme.grid
         name: "Nova nota"
         symbol: "plus"

@@ -2,7 +2,7 @@ import QtQuick
 import Velmo
 
 /// The latest items of the shelf, a click away.
-Rectangle {
+CardSurface {
     id: shelf
 
     required property HomePage home
@@ -10,8 +10,6 @@ Rectangle {
     required property ShelfCardModel card
     property bool watched: false
 
-    radius: Theme.cardRadius
-    color: Theme.surface
     Accessible.role: Accessible.Grouping
     Accessible.name: title
     onWatchedChanged: if (!watched)
@@ -26,7 +24,7 @@ Rectangle {
     IconButton {
         id: more
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid
+        anchors.rightMargin: Theme.iconInset
         y: Theme.grid
         name: "Mostrar a prateleira"
         symbol: "chevron.right"

@@ -14,6 +14,7 @@ ControlSurface {
     name: title
     radius: Theme.cardRadius
     idleColor: Theme.surface
+    edgeColor: Theme.hairline
     onWatchedChanged: card.setWatched(watched)
     Component.onDestruction: if (card)
         card.setWatched(false)

@@ -2,13 +2,11 @@ import QtQuick
 import Velmo
 
 /// Greets whoever is here for the first time.
-Rectangle {
+CardSurface {
     id: welcome
 
     required property HomePageModel page
 
-    radius: Theme.cardRadius
-    color: Theme.surface
     Accessible.role: Accessible.Grouping
     Accessible.name: title.text
 

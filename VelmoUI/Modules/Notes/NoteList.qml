@@ -59,7 +59,7 @@ Item {
 
             name: title
             activeFocusOnTab: false
-            idleColor: isSelected ? Theme.surfaceSelected : Theme.surface
+            idleColor: isSelected ? Theme.surfaceSelected : Theme.field
             textColor: isSelected ? Theme.accent : Theme.secondaryText
             Accessible.checkable: true
             Accessible.checked: isSelected
@@ -113,7 +113,7 @@ Item {
                 anchors.fill: parent
                 radius: Theme.cardRadius
                 visible: card.isSelected
-                color: Theme.surface
+                color: Theme.surfaceSelected
             }
             Column {
                 x: Theme.cardPadding
@@ -137,7 +137,7 @@ Item {
             Symbol {
                 id: pin
                 anchors.right: parent.right
-                anchors.rightMargin: 2 * Theme.grid
+                anchors.rightMargin: Theme.cardPadding
                 anchors.verticalCenter: parent.verticalCenter
                 visible: card.isPinned
                 name: "pin.fill"

@@ -28,10 +28,8 @@ FocusScope {
         }
     }
 
-    Rectangle {
+    CardSurface {
         anchors.fill: parent
-        radius: Theme.cardRadius
-        color: Theme.surface
     }
 
     Flickable {
@@ -97,8 +95,8 @@ FocusScope {
     Column {
         id: tools
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid
-        y: Theme.grid
+        anchors.rightMargin: Theme.iconInset
+        y: Theme.iconInset
 
         IconButton {
             id: pin

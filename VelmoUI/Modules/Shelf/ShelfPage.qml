@@ -117,6 +117,7 @@ FocusScope {
         Row {
             id: tail
             anchors.right: parent.right
+            anchors.rightMargin: Theme.iconInset
 
             Label {
                 height: Theme.controlHeight

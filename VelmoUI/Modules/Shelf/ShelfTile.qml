@@ -15,7 +15,6 @@ Item {
     required property bool isSelected
     required property string spoken
     required property ShelfPageModel page
-    readonly property real radius: Theme.cardRadius
     readonly property bool isRinged: GridView.isCurrentItem && GridView.view.activeFocus
     readonly property bool isRenaming: page.renaming === id
 
@@ -29,12 +28,11 @@ Item {
     Accessible.focused: isRinged
     Accessible.onPressAction: page.press(index, 0)
 
-    Rectangle {
+    CardSurface {
         anchors.fill: parent
-        radius: tile.radius
         color: tile.isSelected ? Theme.surfaceSelected : hover.hovered ? Theme.surfaceHover : Theme.surface
-        border.width: tile.isRinged ? Theme.ringWidth : 0
-        border.color: Theme.accent
+        border.width: tile.isRinged ? Theme.ringWidth : 1
+        border.color: tile.isRinged ? Theme.accent : Theme.hairline
 
         Behavior on color {
             ColorAnimation {
@@ -92,8 +90,8 @@ Item {
 
     Loader {
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid
-        y: Theme.grid
+        anchors.rightMargin: 2 * Theme.grid
+        y: 2 * Theme.grid
         active: tile.isPinned
         sourceComponent: Symbol {
             name: "pin.fill"

@@ -2,13 +2,11 @@ import QtQuick
 import Velmo
 
 /// The focus of the last four weeks, a bar a day.
-Rectangle {
+CardSurface {
     id: weeks
 
     required property TimersPageModel page
 
-    radius: Theme.cardRadius
-    color: Theme.surface
     Accessible.role: Accessible.Grouping
     Accessible.name: "Últimas 4 semanas"
 

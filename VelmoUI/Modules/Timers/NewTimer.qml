@@ -2,14 +2,12 @@ import QtQuick
 import Velmo
 
 /// Starts a countdown, from a preset or from what is typed.
-Rectangle {
+CardSurface {
     id: card
 
     required property TimersPageModel page
     property bool removes: false
 
-    radius: Theme.cardRadius
-    color: Theme.surface
     Accessible.role: Accessible.Grouping
     Accessible.name: "Novo timer"
 
@@ -27,7 +25,7 @@ Rectangle {
     }
     IconButton {
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid
+        anchors.rightMargin: Theme.iconInset
         y: Theme.grid
         visible: presets.count > 0
         name: card.removes ? "Concluir" : "Remover atalhos"
@@ -78,7 +76,7 @@ Rectangle {
         x: Theme.cardPadding
         anchors.bottom: label.top
         anchors.bottomMargin: Theme.grid
-        width: parent.width - 2 * x - save.width - Theme.grid
+        width: save.x - x
         name: "Duração"
         placeholder: "1:30, 90 ou 1h20"
         onEdited: if (card.page.issue.length > 0)
@@ -88,7 +86,7 @@ Rectangle {
     IconButton {
         id: save
         anchors.right: parent.right
-        anchors.rightMargin: Theme.cardPadding
+        anchors.rightMargin: Theme.iconInset
         y: duration.y
         name: "Guardar como atalho"
         symbol: "plus"

@@ -2,13 +2,11 @@ import QtQuick
 import Velmo
 
 /// The pomodoro: its phase, what is left of it, and the cycle.
-Rectangle {
+CardSurface {
     id: card
 
     required property TimersPageModel page
 
-    radius: Theme.cardRadius
-    color: Theme.surface
     Accessible.role: Accessible.Grouping
     Accessible.name: "Pomodoro"
 
@@ -21,7 +19,7 @@ Rectangle {
         lineWidth: Theme.grid
         progress: card.page.pomodoroProgress
         color: Theme.accent
-        trackColor: Theme.hairline
+        trackColor: Theme.surfaceSelected
 
         NumberLabel {
             anchors.centerIn: parent
@@ -59,7 +57,7 @@ Rectangle {
                     width: 2 * Theme.grid
                     height: width
                     radius: width / 2
-                    color: index < card.page.cyclesDone ? Theme.accent : Theme.surfaceSelected
+                    color: index < card.page.cyclesDone ? Theme.accent : Theme.off
                 }
             }
         }
@@ -75,6 +73,7 @@ Rectangle {
             onTriggered: card.page.startPomodoro()
         }
         Row {
+            x: Theme.iconInset - Theme.cardPadding
             visible: card.page.hasPomodoro
 
             IconButton {

@@ -34,7 +34,7 @@ Card {
     IconButton {
         id: remove
         anchors.right: parent.right
-        anchors.rightMargin: Theme.grid
+        anchors.rightMargin: Theme.iconInset
         y: Theme.grid
         name: card.removal
         symbol: "xmark"
@@ -51,7 +51,7 @@ Card {
     }
 
     Row {
-        x: Theme.grid * 2
+        x: Theme.iconInset
         anchors.bottom: bar.top
         anchors.bottomMargin: Theme.grid
 

@@ -130,7 +130,7 @@ ToolForm {
             Rectangle {
                 anchors.fill: parent
                 radius: Theme.controlRadius
-                color: Theme.surface
+                color: Theme.field
 
                 FocusRing {
                     radius: parent.radius

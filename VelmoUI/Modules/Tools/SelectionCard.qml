@@ -2,7 +2,7 @@ import QtQuick
 import Velmo
 
 /// How many files are chosen, and below what is done with them or what came of it.
-Rectangle {
+CardSurface {
     id: card
 
     required property ToolsPageModel page
@@ -11,9 +11,6 @@ Rectangle {
     /// Nothing is going on or has happened.
     readonly property bool isQuiet: !isRunning && message.length === 0
     readonly property string message: page !== null ? page.note : ""
-
-    radius: Theme.cardRadius
-    color: Theme.surface
 
     Label {
         id: title
@@ -39,7 +36,7 @@ Rectangle {
     IconButton {
         id: clear
         anchors.right: parent.right
-        anchors.rightMargin: 2 * Theme.grid
+        anchors.rightMargin: Theme.iconInset
         y: title.y
         enabled: !card.isRunning
         opacity: enabled ? 1 : 0.4

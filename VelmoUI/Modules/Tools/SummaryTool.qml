@@ -65,7 +65,7 @@ ToolForm {
             IconButton {
                 id: remove
                 anchors.right: parent.right
-                anchors.rightMargin: Theme.grid
+                anchors.rightMargin: Theme.iconInset
                 anchors.verticalCenter: parent.verticalCenter
                 enabled: !tool.page.isRunning
                 name: card.removal

@@ -40,6 +40,7 @@ FocusScope {
             height: grid.cellHeight - Theme.gap
             radius: Theme.cardRadius
             idleColor: Theme.surface
+            edgeColor: Theme.hairline
             hoverColor: isUsable ? Theme.surfaceHover : idleColor
             pressedColor: isUsable ? Theme.surfacePressed : idleColor
             activeFocusOnTab: false

@@ -1,0 +1,10 @@
+import QtQuick
+import Velmo
+
+/// The ground of a card.
+Rectangle {
+    radius: Theme.cardRadius
+    color: Theme.surface
+    border.width: 1
+    border.color: Theme.hairline
+}
