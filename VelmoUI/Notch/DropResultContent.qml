@@ -19,8 +19,8 @@ FocusScope {
 
     SectionTitle {
         id: title
-        x: Theme.gap
-        y: result.content.notchHeight
+        x: Theme.margin
+        y: result.content.hasCutout ? result.content.notchHeight : Theme.iconInset
         text: result.content.droppedTitle
     }
 
@@ -113,7 +113,7 @@ FocusScope {
     IconButton {
         id: close
         anchors.right: parent.right
-        anchors.rightMargin: Theme.gap
+        anchors.rightMargin: Theme.margin + Theme.iconInset
         y: title.y
         name: "Fechar"
         symbol: "xmark"
@@ -122,10 +122,10 @@ FocusScope {
 
     CardList {
         id: tiles
-        x: Theme.gap
+        x: Theme.margin
         y: title.y + title.height + Theme.grid
-        width: Math.min(contentWidth, (parent.width - 3 * Theme.gap) / 2)
-        height: parent.height - y - Theme.gap
+        width: Math.min(contentWidth, (parent.width - 2 * x - Theme.gap) / 2)
+        height: parent.height - y - Theme.margin
         model: result.content.droppedItems
         Accessible.role: Accessible.List
         Accessible.name: title.text
@@ -140,7 +140,7 @@ FocusScope {
         id: actions
         x: tiles.x + tiles.width + Theme.gap
         y: tiles.y
-        width: parent.width - x
+        width: parent.width - x - Theme.margin + Theme.gap
         height: tiles.height + Theme.gap
         rows: 3
         cellWidth: Theme.fieldWidth

@@ -9,17 +9,17 @@ Item {
 
     Row {
         id: zones
-        x: Theme.gap
-        y: surface.content.notchHeight + Theme.grid
+        x: Theme.margin
+        y: surface.content.hasCutout ? surface.content.notchHeight + Theme.grid : Theme.margin
         width: parent.width - 2 * x
-        height: parent.height - y - Theme.gap
+        height: parent.height - y - Theme.margin
         spacing: Theme.gap
 
         Repeater {
             id: repeater
             model: surface.content.dropZones
 
-            delegate: Rectangle {
+            delegate: CardSurface {
                 id: zone
 
                 required property string symbol
@@ -29,7 +29,6 @@ Item {
 
                 width: (zones.width - (repeater.count - 1) * zones.spacing) / Math.max(1, repeater.count)
                 height: zones.height
-                radius: Theme.cardRadius
                 color: isTargeted ? Theme.surfaceSelected : Theme.surface
                 Accessible.role: Accessible.Grouping
                 Accessible.name: title

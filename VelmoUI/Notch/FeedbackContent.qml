@@ -1,19 +1,19 @@
 import QtQuick
 import Velmo
 
-/// The message of the moment, in the row below the notch.
+/// The message of the moment: in the row below a cut-out, else in two lines in the middle.
 Item {
     id: feedback
 
     required property NotchContent content
-    readonly property real room: width - 8 * Theme.grid - symbol.width - row.spacing
+    readonly property real room: width - 2 * Theme.cardPadding - symbol.width - row.spacing
 
     Accessible.role: Accessible.AlertMessage
     Accessible.name: content.feedbackSpoken
 
     Row {
         id: row
-        y: feedback.content.notchHeight
+        y: feedback.content.hasCutout ? feedback.content.notchHeight : 0
         height: parent.height - y
         anchors.horizontalCenter: parent.horizontalCenter
         spacing: 2 * Theme.grid
@@ -22,29 +22,35 @@ Item {
             id: symbol
             height: parent.height
             name: feedback.content.feedbackSymbol
-            size: Theme.smallSymbolSize
+            size: feedback.content.hasCutout ? Theme.smallSymbolSize : Theme.symbolSize
             color: Theme.styles[feedback.content.feedbackStyle]
         }
 
-        Label {
-            id: title
-            height: parent.height
-            width: Math.min(implicitWidth, feedback.room)
-            text: feedback.content.feedbackTitle
-            font.weight: Font.Medium
-            Accessible.ignored: true
-        }
+        Grid {
+            id: lines
 
-        Label {
-            readonly property real rest: feedback.room - title.width - row.spacing
+            readonly property real rest: columns === 1 ? feedback.room : feedback.room - title.width - columnSpacing
 
-            height: parent.height
-            width: Math.min(implicitWidth, rest)
-            visible: text.length > 0 && rest >= Math.min(implicitWidth, 8 * Theme.gap)
-            text: feedback.content.feedbackDetail
-            color: Theme.secondaryText
-            font.pixelSize: Theme.smallSize
-            Accessible.ignored: true
+            anchors.verticalCenter: parent.verticalCenter
+            columns: feedback.content.hasCutout ? 2 : 1
+            columnSpacing: row.spacing
+            verticalItemAlignment: Grid.AlignVCenter
+
+            Label {
+                id: title
+                width: Math.min(implicitWidth, feedback.room)
+                text: feedback.content.feedbackTitle
+                font.weight: Font.Medium
+                Accessible.ignored: true
+            }
+            Label {
+                width: Math.min(implicitWidth, lines.rest)
+                visible: text.length > 0 && lines.rest >= Math.min(implicitWidth, 10 * Theme.gap)
+                text: feedback.content.feedbackDetail
+                color: Theme.secondaryText
+                font.pixelSize: Theme.smallSize
+                Accessible.ignored: true
+            }
         }
     }
 }

@@ -1,59 +1,57 @@
 import QtQuick
 import Velmo
 
-/// What is going on, left and right of the notch.
+/// What is going on: left and right of the cut-out, or together in the middle where there is none.
 Item {
     id: live
 
     required property NotchContent content
     readonly property real ear: (width - content.notchWidth) / 2
-    readonly property bool countsTime: content.liveShortTime.length > 0
-    readonly property bool hasProgress: !countsTime && content.liveProgress >= 0
 
     Accessible.role: Accessible.StaticText
     Accessible.name: content.liveSpoken
 
-    Item {
+    Symbol {
+        visible: live.content.hasCutout
         width: live.ear
         height: parent.height
+        name: live.content.liveSymbol
+        size: Theme.smallSymbolSize
+    }
+    LiveSign {
+        anchors.right: parent.right
+        visible: live.content.hasCutout
+        width: live.ear
+        height: parent.height
+        content: live.content
+    }
+
+    Row {
+        id: row
+        anchors.horizontalCenter: parent.horizontalCenter
+        height: parent.height
+        visible: !live.content.hasCutout
+        spacing: 2 * Theme.grid
 
         Symbol {
-            anchors.centerIn: parent
+            id: symbol
+            height: parent.height
             name: live.content.liveSymbol
             size: Theme.smallSymbolSize
         }
-    }
+        Label {
+            readonly property real room: live.width - 2 * Theme.cardPadding - symbol.width - sign.width - 2 * row.spacing
 
-    Item {
-        anchors.right: parent.right
-        width: live.ear
-        height: parent.height
-
-        ProgressRing {
-            anchors.centerIn: parent
-            width: Theme.smallSymbolSize
-            height: Theme.smallSymbolSize
-            visible: live.hasProgress
-            progress: live.content.liveProgress
-            color: Theme.accent
-            trackColor: Theme.surfaceSelected
+            height: parent.height
+            width: Math.min(implicitWidth, room)
+            text: live.content.liveTitle
+            font.pixelSize: Theme.smallSize
+            Accessible.ignored: true
         }
-
-        NumberLabel {
-            anchors.centerIn: parent
-            visible: live.countsTime
-            text: live.content.liveShortTime
-            size: Theme.captionSize
-        }
-
-        // Neither time nor progress: a quiet sign that it goes on.
-        Rectangle {
-            anchors.centerIn: parent
-            width: Theme.grid + 2
-            height: width
-            radius: width / 2
-            visible: !live.countsTime && !live.hasProgress
-            color: Theme.accent
+        LiveSign {
+            id: sign
+            height: parent.height
+            content: live.content
         }
     }
 }

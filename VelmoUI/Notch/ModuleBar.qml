@@ -1,14 +1,17 @@
 import QtQuick
 import Velmo
 
-/// The modules' symbols left and right of the notch; nothing behind it. The arrow keys go from one
-/// to the next, as Tab does.
+/// The modules' symbols left and right of the notch, and nothing behind it, but a clock where no
+/// cut-out is. The arrow keys go from one to the next, as Tab does.
 Item {
     id: bar
 
     required property NotchContent content
     property bool showsIssues: false
     readonly property real side: (width - content.notchWidth) / 2
+    /// The first glyph stands where the texts of the cards below it do.
+    readonly property real tabsInset: Math.min(
+        Theme.margin + Theme.cardPadding - (Theme.tabWidth - Theme.symbolSize) / 2, side - left.tabsWidth)
     /// Esc closes too: where it is narrow the modules go before the button.
     readonly property bool hasClose: side >= right.tabsWidth + (issues.visible ? 3 : 2) * Theme.controlHeight + 2 * Theme.gap
 
@@ -23,10 +26,18 @@ Item {
     Accessible.role: Accessible.PageTabList
     Accessible.name: "Módulos"
 
+    NumberLabel {
+        anchors.centerIn: parent
+        visible: !bar.content.hasCutout
+        text: bar.content.clock
+        color: Theme.secondaryText
+    }
+
     ModuleTabs {
-        x: Theme.gap
+        id: left
+        x: bar.tabsInset
         height: parent.height
-        room: bar.side - 2 * Theme.gap
+        room: bar.side - x - Theme.gap
         content: bar.content
         modules: bar.content.leftModules
     }
@@ -36,7 +47,7 @@ Item {
         anchors.right: buttons.left
         tipsToTheLeft: true
         height: parent.height
-        room: bar.side - buttons.width - 2 * Theme.gap
+        room: bar.side - buttons.width - 2 * Theme.gap - Theme.iconInset
         content: bar.content
         modules: bar.content.rightModules
     }
@@ -44,7 +55,7 @@ Item {
     Row {
         id: buttons
         anchors.right: parent.right
-        anchors.rightMargin: Theme.gap
+        anchors.rightMargin: Math.min(Theme.margin + Theme.iconInset, bar.side - right.tabsWidth - width)
         height: parent.height
 
         BarButton {

@@ -7,8 +7,10 @@
 
 #include <QFileInfo>
 #include <QLocale>
+#include <QRegularExpression>
 
 #include <algorithm>
+#include <cmath>
 
 namespace velmo {
 
@@ -82,6 +84,7 @@ NotchContent::NotchContent(NotchViewModel &model)
     AppServices &services = model.services();
     connect(&model, &NotchViewModel::presentationChanged, this, [this] {
         m_live.setWatched(!isOpen(m_model.presentation()));
+        updateClock();
         updatePage();
         Q_EMIT presentationChanged();
     });
@@ -145,16 +148,19 @@ QString NotchContent::accent() const
     return QString::fromLatin1(boost::describe::enum_to_string(settings().accent, ""));
 }
 
-QString NotchContent::previewTitle() const
+QString NotchContent::clock() const
 {
-    const QString day = QLocale().toString(
-        localDateTime(m_model.services().platform.scheduler.now()).date(), QLocale::LongFormat);
-    return day.left(1).toUpper() + day.mid(1);
+    const QDateTime now = localDateTime(m_model.services().platform.scheduler.now());
+    return QLocale().toString(now.time(), QLocale::ShortFormat);
 }
 
-QString NotchContent::previewDetail() const
+QString NotchContent::day() const
 {
-    return hasLive() ? firstLive().title : QStringLiteral("Nada em andamento");
+    static const QRegularExpression year(QStringLiteral("[\\s,]*('de'\\s*)?y+"));
+    const QLocale locale;
+    const QDate today = localDateTime(m_model.services().platform.scheduler.now()).date();
+    const QString day = locale.toString(today, locale.dateFormat().remove(year));
+    return day.left(1).toUpper() + day.mid(1);
 }
 
 QString NotchContent::feedbackSpoken() const
@@ -208,6 +214,20 @@ void NotchContent::openSettings()
 {
     close();
     m_model.services().openSettings(std::nullopt);
+}
+
+void NotchContent::updateClock()
+{
+    Q_EMIT clockChanged();
+    if (m_model.presentation() == NotchPresentation::collapsed) {
+        m_nextMinute.cancel();
+        return;
+    }
+    constexpr double minute = 60;
+    constexpr double leeway = 0.001;
+    Scheduler &scheduler = m_model.services().platform.scheduler;
+    const double gone = std::fmod(scheduler.now().time_since_epoch().count(), minute);
+    m_nextMinute = scheduler.after(Seconds(minute - gone + leeway), [this] { updateClock(); });
 }
 
 void NotchContent::updatePage()

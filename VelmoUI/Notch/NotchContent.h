@@ -66,6 +66,8 @@ class NotchContent : public QObject {
     /// "collapsed", "preview", "expanded", "dropTarget" or "dropResult"
     Q_PROPERTY(QString presentation READ presentation NOTIFY presentationChanged)
     Q_PROPERTY(velmo::ShapeAnimator *shape READ shape CONSTANT)
+    /// Whether nothing can be seen of the notch's middle.
+    Q_PROPERTY(bool hasCutout READ hasCutout NOTIFY metricsChanged)
     Q_PROPERTY(qreal notchWidth READ notchWidth NOTIFY metricsChanged)
     Q_PROPERTY(qreal notchHeight READ notchHeight NOTIFY metricsChanged)
     /// Where the notch's middle lies in the canvas.
@@ -86,13 +88,15 @@ class NotchContent : public QObject {
 
     Q_PROPERTY(bool hasLive READ hasLive NOTIFY liveChanged)
     Q_PROPERTY(QString liveSymbol READ liveSymbol NOTIFY liveChanged)
-    Q_PROPERTY(QString liveValue READ liveValue NOTIFY liveChanged)
+    Q_PROPERTY(QString liveTitle READ liveTitle NOTIFY liveChanged)
+    Q_PROPERTY(QString liveMeaning READ liveMeaning NOTIFY liveChanged)
     Q_PROPERTY(QString liveShortTime READ liveShortTime NOTIFY liveChanged)
     Q_PROPERTY(QString liveSpoken READ liveSpoken NOTIFY liveChanged)
     Q_PROPERTY(qreal liveProgress READ liveProgress NOTIFY liveChanged)
 
-    Q_PROPERTY(QString previewTitle READ previewTitle NOTIFY presentationChanged)
-    Q_PROPERTY(QString previewDetail READ previewDetail NOTIFY liveChanged)
+    /// Of this moment, while the panel isn't collapsed.
+    Q_PROPERTY(QString clock READ clock NOTIFY clockChanged)
+    Q_PROPERTY(QString day READ day NOTIFY clockChanged)
 
     Q_PROPERTY(bool hasFeedback READ hasFeedback NOTIFY feedbackChanged)
     Q_PROPERTY(QString feedbackSymbol READ feedbackSymbol NOTIFY feedbackChanged)
@@ -143,6 +147,7 @@ public:
 
     QString presentation() const { return name(m_model.presentation()); }
     ShapeAnimator *shape() { return &m_model.shape(); }
+    bool hasCutout() const { return m_model.metrics().hasHardwareNotch; }
     qreal notchWidth() const { return m_model.metrics().notchSize.width; }
     qreal notchHeight() const { return m_model.metrics().notchSize.height; }
     qreal notchCenterX() const;
@@ -159,14 +164,16 @@ public:
 
     bool hasLive() const { return !liveRows().empty(); }
     QString liveSymbol() const { return firstLive().symbol; }
-    QString liveValue() const { return firstLive().value; }
+    QString liveTitle() const { return firstLive().title; }
+    QString liveMeaning() const { return firstLive().meaning; }
     QString liveShortTime() const { return firstLive().shortTime; }
     QString liveSpoken() const { return firstLive().spoken; }
     qreal liveProgress() const { return firstLive().progress; }
 
-    /// The day, as "Sábado, 21 de novembro".
-    QString previewTitle() const;
-    QString previewDetail() const;
+    /// As "18:40".
+    QString clock() const;
+    /// As "Sábado, 21 de novembro".
+    QString day() const;
 
     bool hasFeedback() const { return m_model.services().activity.feedback().has_value(); }
     QString feedbackSymbol() const { return m_feedback.symbol; }
@@ -215,6 +222,7 @@ Q_SIGNALS:
     void sizesChanged();
     void appearanceChanged();
     void liveChanged();
+    void clockChanged();
     void feedbackChanged();
     void pageChanged();
     void issuesChanged();
@@ -229,6 +237,7 @@ private:
     const std::vector<LiveRow> &liveRows() const { return m_live.model().records(); }
     QSizeF size(NotchPresentation presentation, bool hasFeedback = false) const;
     LiveRow firstLive() const { return hasLive() ? liveRows().front() : LiveRow(); }
+    void updateClock();
     void updatePage();
     void updateModules();
     void updateDropZones();
@@ -245,6 +254,7 @@ private:
     RecordListModel<DropZoneRow> m_dropZones;
     RecordListModel<DroppedRow> m_droppedItems;
     RecordListModel<DropActionRow> m_dropActions;
+    ScheduledTask m_nextMinute;
     LiveRow m_dropJob; ///< without an id while there is none
     QString m_pageModuleID;
     QString m_pageTitle;

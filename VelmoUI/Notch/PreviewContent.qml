@@ -1,55 +1,82 @@
 import QtQuick
 import Velmo
 
-/// A peek: the day, and what is going on.
+/// A peek: the time and the day, and beside them what is going on, by its name.
 Item {
     id: preview
 
     required property NotchContent content
 
-    Item {
-        x: 2 * Theme.gap
-        y: preview.content.notchHeight
-        width: parent.width - 2 * x
-        height: parent.height - y - Theme.grid
+    Row {
+        id: row
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: preview.content.hasCutout ? preview.content.notchHeight - Theme.grid : 0
+        height: parent.height - y
+        spacing: 2 * Theme.cardPadding
 
         Column {
+            id: today
             anchors.verticalCenter: parent.verticalCenter
-            width: parent.width - progress.width - (progress.width > 0 ? 2 * Theme.gap : 0)
 
-            Label {
-                width: parent.width
-                text: preview.content.previewTitle
-                font.weight: Font.Medium
+            NumberLabel {
+                text: preview.content.clock
+                size: Theme.numberSize
             }
             Label {
-                width: parent.width
-                text: preview.content.previewDetail
+                text: preview.content.day
                 color: Theme.secondaryText
                 font.pixelSize: Theme.smallSize
             }
         }
 
         Row {
-            id: progress
-            anchors.right: parent.right
+            id: live
+
+            readonly property real room: preview.width - 2 * Theme.cardPadding - today.width - row.spacing
+
             anchors.verticalCenter: parent.verticalCenter
+            visible: preview.content.hasLive
             spacing: 2 * Theme.grid
 
-            ProgressRing {
+            Item {
+                id: sign
                 anchors.verticalCenter: parent.verticalCenter
-                width: Theme.smallSymbolSize
-                height: Theme.smallSymbolSize
-                visible: preview.content.liveProgress >= 0
-                progress: preview.content.liveProgress
-                color: Theme.accent
-                trackColor: Theme.surfaceSelected
+                width: Theme.controlHeight
+                height: width
+
+                ProgressRing {
+                    anchors.fill: parent
+                    visible: preview.content.liveProgress >= 0
+                    progress: preview.content.liveProgress
+                    color: Theme.accent
+                    trackColor: Theme.surfaceSelected
+                }
+                Symbol {
+                    anchors.centerIn: parent
+                    name: preview.content.liveSymbol
+                    size: Theme.smallSymbolSize
+                }
             }
-            NumberLabel {
+            Column {
+                readonly property real room: live.room - sign.width - live.spacing
+
                 anchors.verticalCenter: parent.verticalCenter
-                visible: text.length > 0
-                text: preview.content.liveValue
-                size: Theme.titleSize
+                width: Math.min(room, Math.max(title.implicitWidth, meaning.implicitWidth))
+
+                Label {
+                    id: title
+                    width: parent.width
+                    text: preview.content.liveTitle
+                    font.weight: Font.Medium
+                }
+                Label {
+                    id: meaning
+                    width: parent.width
+                    visible: text.length > 0
+                    text: preview.content.liveMeaning
+                    color: Theme.secondaryText
+                    font.pixelSize: Theme.smallSize
+                }
             }
         }
     }

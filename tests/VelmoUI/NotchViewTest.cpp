@@ -5,11 +5,11 @@
 #include "tests/support/Printers.h"
 #include "tests/support/Warnings.h"
 
+#include <QLocale>
 #include <QQuickItem>
 #include <QRegularExpression>
 
 #include <X11/keysym.h>
-
 namespace velmo {
 namespace {
 
@@ -28,10 +28,33 @@ protected:
         for (const QPoint around :
              {QPoint(left - 40, height / 2), {left + 1, height - 1}, {left + 40, height + 50}})
             EXPECT_GT(picture.pixelColor(around).lightness(), 80) << state;
-        const QRect notch(picture.width() / 2 - 80, 0, 160, 24);
+        const QRect notch(picture.width() / 2 - 80, 0, 160, 32);
         QImage hidden(notch.size(), picture.format());
         hidden.fill(Qt::black);
         EXPECT_EQ(picture.copy(notch), hidden) << state << " draws behind the notch";
+    }
+
+    /// Where the text of an item stands in it.
+    static QRectF drawn(const QQuickItem &item)
+    {
+        const QSizeF size(std::min(item.width(), item.implicitWidth()),
+                          std::min(item.height(), item.implicitHeight()));
+        return {QPointF(item.width() - size.width(), item.height() - size.height()) / 2, size};
+    }
+
+    /// The texts, symbols and numbers of what one presentation shows, as one rectangle.
+    QRectF contentOf(const char *type)
+    {
+        QRectF found;
+        for (const QQuickItem *item : items()) {
+            bool isWithin = false;
+            for (const QQuickItem *outer = item; outer; outer = outer->parentItem())
+                isWithin =
+                    isWithin || QByteArray(outer->metaObject()->className()).startsWith(type);
+            if (isWithin && !item->property("text").toString().isEmpty())
+                found |= item->mapRectToScene(drawn(*item));
+        }
+        return found;
     }
 
     /// Everything that is to be seen.
@@ -56,6 +79,14 @@ protected:
         return found;
     }
 
+    static ScreenDescriptor screenWithCutout()
+    {
+        ScreenDescriptor screen = FakeDesktop::screen(1);
+        screen.safeAreaTop = 32;
+        screen.auxiliaryTopLeftWidth = screen.auxiliaryTopRightWidth = 705;
+        return screen;
+    }
+
     /// The name of the control that has the keyboard after that key.
     QString nameAfter(Qt::Key key)
     {
@@ -77,7 +108,7 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     services.modules.add(std::make_unique<ShelfModule>());
     services.shelf.addText(u"Nota"_qs);
     services.shelf.addLink(QUrl(u"https://example.org"_qs));
-    start();
+    start({screenWithCutout()});
     showView();
     view().setColor(Qt::white);
     check("empty");
@@ -148,6 +179,45 @@ TEST_F(NotchViewTest, LetsNothingThroughTheShape)
             EXPECT_EQ(picture.copy(inside), black) << width << " at " << scale;
         }
     }
+}
+
+TEST_F(NotchViewTest, StandsInTheMiddleWhereNoCutoutIs)
+{
+    start();
+    showView();
+    change([](AppSettings &next) { next.hoverBehavior = HoverBehavior::preview; });
+    const auto expectMiddle = [this](const char *type) {
+        const QRectF content = contentOf(type);
+        const double middle = shape()[0].toDouble() + shape()[2].toDouble() / 2;
+        const double height = shape()[3].toDouble();
+        EXPECT_NEAR(content.center().x(), middle, 1.5) << type;
+        EXPECT_NEAR(content.center().y(), height / 2, 1.5) << type;
+        EXPECT_LE(content.width(), shape()[2].toDouble() - 2 * 12) << type;
+    };
+    services.activity.upsert(
+        {.id = u"timer"_qs,
+         .source = u"timers"_qs,
+         .symbol = u"timer"_qs,
+         .title = u"Chá de camomila com um nome que não cabe em nenhuma linha do painel"_qs,
+         .countdown = DateRange{desktop.scheduler.now(), desktop.scheduler.now() + 90s}});
+    expectMiddle("LiveContent");
+    hover();
+    expectMiddle("PreviewContent");
+    const QLocale locale;
+    const auto clock = [&] {
+        return locale.toString(localDateTime(desktop.scheduler.now()).time(), QLocale::ShortFormat);
+    };
+    EXPECT_TRUE(names().contains(clock()));
+    EXPECT_TRUE(names().contains(u"Timer · faltam 1:30"_qs));
+    wait(61s);
+    EXPECT_TRUE(names().contains(clock()));
+    EXPECT_TRUE(names().contains(u"Timer · faltam 0:29"_qs));
+    coordinator.toggleFromHotKey();
+    coordinator.toggleFromHotKey();
+    services.activity.post(ActivityEvent::make(desktop.scheduler.now(), u"doc.fill"_qs,
+                                               u"Pronto"_qs, FeedbackStyle::success, u"test"_qs,
+                                               u"Um detalhe"_qs));
+    expectMiddle("FeedbackContent");
 }
 
 TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)

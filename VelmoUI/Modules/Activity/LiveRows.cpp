@@ -31,6 +31,19 @@ std::optional<Seconds> shownTime(const LiveActivity &activity, Date now)
     return time && activity.countdown ? Seconds(std::ceil(time->count())) : time;
 }
 
+/// The value so that nobody takes it for the time of the day.
+QString meaning(const LiveActivity &activity, const LiveRow &row)
+{
+    const QString time = activity.countdown   ? QStringLiteral("faltam ") + row.value
+                         : activity.startedAt ? QStringLiteral("há ") + row.value
+                                              : row.value.toLower();
+    if (activity.source != QStringLiteral("timers"))
+        return time;
+    const QString kind = activity.symbol == QStringLiteral("timer") ? QStringLiteral("Timer")
+                                                                    : QStringLiteral("Pomodoro");
+    return kind == row.title ? time : QStringLiteral("%1 · %2").arg(kind, time);
+}
+
 LiveRow row(const LiveActivity &activity, Date now)
 {
     LiveRow row{activity.id,
@@ -41,6 +54,7 @@ LiveRow row(const LiveActivity &activity, Date now)
                 activity.progressAt(now).value_or(-1),
                 activity.isCancellable,
                 {},
+                {},
                 {}};
     if (const auto time = shownTime(activity, now)) {
         row.value = TimerCenter::format(*time);
@@ -50,6 +64,7 @@ LiveRow row(const LiveActivity &activity, Date now)
     } else if (activity.source == QStringLiteral("timers")) {
         row.value = QStringLiteral("Pausado");
     }
+    row.meaning = meaning(activity, row);
     row.spoken =
         row.value.isEmpty() ? row.title : QStringLiteral("%1, %2").arg(row.title, row.value);
     return row;

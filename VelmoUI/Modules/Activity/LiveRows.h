@@ -14,14 +14,15 @@ struct LiveRow {
     QString value;        ///< time left or gone, or per cent; empty if it has neither
     double progress = -1; ///< 0 to 1, negative if it isn't known
     bool isCancellable = false;
+    QString meaning;   ///< what the value is: "Timer · faltam 2:20", "há 0:40", "45%"
     QString shortTime; ///< the time in at most five characters; empty if the row counts none
     QString spoken;    ///< for screen readers
 
     bool operator==(const LiveRow &) const = default;
 };
 BOOST_DESCRIBE_STRUCT(LiveRow, (),
-                      (id, symbol, title, detail, value, progress, isCancellable, shortTime,
-                       spoken))
+                      (id, symbol, title, detail, value, progress, isCancellable, meaning,
+                       shortTime, spoken))
 
 /// The live activities as rows. While somebody looks and a row counts time, the rows are made anew
 /// at each full second of the first one that does; otherwise nothing runs.

@@ -1,0 +1,43 @@
+import QtQuick
+import Velmo
+
+/// How far the first live activity is: its time, a ring, or a dot where it knows neither.
+Item {
+    id: sign
+
+    required property NotchContent content
+    readonly property bool countsTime: content.liveShortTime.length > 0
+    readonly property bool hasProgress: !countsTime && content.liveProgress >= 0
+
+    implicitWidth: countsTime ? time.implicitWidth : hasProgress ? ring.width : dot.width
+
+    ProgressRing {
+        id: ring
+        anchors.centerIn: parent
+        width: Theme.smallSymbolSize
+        height: Theme.smallSymbolSize
+        visible: sign.hasProgress
+        progress: sign.content.liveProgress
+        color: Theme.accent
+        trackColor: Theme.surfaceSelected
+    }
+
+    NumberLabel {
+        id: time
+        anchors.centerIn: parent
+        visible: sign.countsTime
+        text: sign.content.liveShortTime
+        size: Theme.captionSize
+    }
+
+    // Neither time nor progress: a quiet sign that it goes on.
+    Rectangle {
+        id: dot
+        anchors.centerIn: parent
+        width: Theme.grid + 2
+        height: width
+        radius: width / 2
+        visible: !sign.countsTime && !sign.hasProgress
+        color: Theme.accent
+    }
+}
