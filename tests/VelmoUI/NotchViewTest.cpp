@@ -1,4 +1,5 @@
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
 #include "VelmoUI/Modules/Shelf/ShelfModule.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
@@ -218,6 +219,30 @@ TEST_F(NotchViewTest, StandsInTheMiddleWhereNoCutoutIs)
                                                u"Pronto"_qs, FeedbackStyle::success, u"test"_qs,
                                                u"Um detalhe"_qs));
     expectMiddle("FeedbackContent");
+}
+
+TEST_F(NotchViewTest, KeepsTheAgeOfACopyBesideALongName)
+{
+    services.modules.add(std::make_unique<ClipboardModule>());
+    const QString name = u"Um aplicativo com um nome muito comprido"_qs;
+    services.clipboard.add(
+        ClipItems::fromText(u"Nota"_qs, {.appName = name}, desktop.scheduler.now()).value());
+    start();
+    showView();
+    coordinator.open(u"clipboard"_qs);
+    QRectF tile;
+    QRectF age;
+    for (const QQuickItem *item : items()) {
+        const QRectF place = item->mapRectToScene({0, 0, item->width(), item->height()});
+        if (QByteArray(item->metaObject()->className()).startsWith("ClipTile"))
+            tile = place;
+        if (item->property("text").toString() == u"· agora") {
+            age = place;
+            EXPECT_GE(item->width(), item->implicitWidth());
+        }
+    }
+    EXPECT_GT(age.width(), 0);
+    EXPECT_LE(age.right(), tile.right() - 12);
 }
 
 TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)

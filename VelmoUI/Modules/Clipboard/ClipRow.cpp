@@ -85,7 +85,7 @@ QString kindWord(ClipKind kind)
 
 QString spoken(const ClipRow &row, ClipKind kind)
 {
-    QStringList parts{row.title, kindWord(kind), row.origin};
+    QStringList parts{row.title, kindWord(kind), (row.origin + u' ' + row.age).trimmed()};
     if (row.isPinned)
         parts.append(QStringLiteral("fixado"));
     if (row.isFavorite)
@@ -121,9 +121,9 @@ ClipRow ClipRows::make(const ClipItem &item, Date now)
         describeFiles(row, item);
         break;
     }
-    row.origin = age(item.date, now);
-    if (item.sourceAppName)
-        row.origin = QStringLiteral("%1 · %2").arg(*item.sourceAppName, row.origin);
+    row.origin = item.sourceAppName.value_or(QString());
+    row.age = row.origin.isEmpty() ? age(item.date, now)
+                                   : QStringLiteral("· %1").arg(age(item.date, now));
     row.spoken = velmo::spoken(row, item.kind);
     return row;
 }

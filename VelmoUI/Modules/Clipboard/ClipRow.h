@@ -14,7 +14,8 @@ struct ClipRow {
     QString text;  ///< how a text begins, the rest of an address, the names of several files
     QString picture; ///< where an image or a file's picture comes from, else empty
     QString swatch;  ///< a colour as QML reads it, else empty
-    QString origin;  ///< the application and the age: "Firefox · 5 min"
+    QString origin;  ///< the application, empty if it isn't known
+    QString age;     ///< "5 min", "· 5 min" after an application
     bool isPinned = false;
     bool isFavorite = false;
     bool isCollected = false;
@@ -23,7 +24,7 @@ struct ClipRow {
     bool operator==(const ClipRow &) const = default;
 };
 BOOST_DESCRIBE_STRUCT(ClipRow, (),
-                      (id, kind, title, text, picture, swatch, origin, isPinned, isFavorite,
+                      (id, kind, title, text, picture, swatch, origin, age, isPinned, isFavorite,
                        isCollected, spoken))
 
 namespace ClipRows {

@@ -12,14 +12,15 @@ Item {
     required property string picture
     required property string swatch
     required property string origin
+    required property string age
     required property bool isPinned
     required property bool isFavorite
     required property bool isCollected
     required property string spoken
     required property ClipboardPageModel page
-    readonly property real radius: Theme.cardRadius
     readonly property bool isCurrent: GridView.isCurrentItem
     readonly property bool isFocused: isCurrent && GridView.view.activeFocus
+    readonly property bool isRinged: isFocused || (isCurrent && page.collections.isCollecting)
     readonly property bool hovered: hover.hovered
 
     signal menuRequested(point at)
@@ -37,12 +38,11 @@ Item {
     Accessible.focused: isFocused
     Accessible.onPressAction: run("copy")
 
-    Rectangle {
+    CardSurface {
         anchors.fill: parent
-        radius: tile.radius
         color: area.pressed ? Theme.surfacePressed : tile.hovered ? Theme.surfaceHover : Theme.surface
-        border.width: tile.isFocused || (tile.isCurrent && tile.page.collections.isCollecting) ? Theme.ringWidth : 0
-        border.color: Theme.accent
+        border.width: tile.isRinged ? Theme.ringWidth : 1
+        border.color: tile.isRinged ? Theme.accent : Theme.hairline
 
         Behavior on color {
             ColorAnimation {
@@ -63,23 +63,41 @@ Item {
         swatch: tile.swatch
     }
 
-    Label {
+    // A long name gives way; the age stays.
+    Item {
         id: footer
         x: Theme.cardPadding
-        y: parent.height - height - 2 * Theme.grid
-        width: marks.x - x - Theme.grid
-        text: tile.origin
-        color: Theme.tertiaryText
-        font.pixelSize: Theme.captionSize
-        Accessible.ignored: true
+        y: parent.height - height - Theme.grid
+        width: (buttons.active ? buttons.x : marks.x) - x - Theme.grid
+        height: Theme.controlHeight
+
+        Label {
+            id: source
+            width: Math.min(implicitWidth, footer.width - time.implicitWidth - Theme.grid)
+            height: parent.height
+            text: tile.origin
+            color: Theme.tertiaryText
+            font.pixelSize: Theme.captionSize
+            Accessible.ignored: true
+        }
+        Label {
+            id: time
+            x: source.implicitWidth > 0 ? source.width + Theme.grid : 0
+            height: parent.height
+            text: tile.age
+            color: Theme.tertiaryText
+            font.pixelSize: Theme.captionSize
+            Accessible.ignored: true
+        }
     }
 
     Loader {
         id: marks
         anchors.right: parent.right
-        anchors.rightMargin: 2 * Theme.grid
+        anchors.rightMargin: Theme.cardPadding
         anchors.verticalCenter: footer.verticalCenter
         active: tile.isCollected || tile.isFavorite || tile.isPinned
+        visible: !buttons.active
         sourceComponent: Row {
             Repeater {
                 model: [tile.isCollected ? "folder" : "", tile.isFavorite ? "star.fill" : "", tile.isPinned ? "pin.fill" : ""]
@@ -130,40 +148,33 @@ Item {
         }
     }
 
+    // In place of the marks, so that nothing of the content is under them.
     Loader {
+        id: buttons
         anchors.right: parent.right
-        anchors.margins: Theme.grid
-        y: Theme.grid
+        anchors.rightMargin: Theme.iconInset
+        y: footer.y
         active: tile.hovered && !area.pressed
-        sourceComponent: Rectangle {
-            width: buttons.width
-            height: buttons.height
-            radius: Theme.controlRadius
-            color: Theme.raised
-
-            Row {
-                id: buttons
-
-                IconButton {
-                    activeFocusOnTab: false
-                    name: tile.isPinned ? "Desafixar" : "Fixar"
-                    symbol: "pin.fill"
-                    symbolColor: tile.isPinned ? Theme.accent : hovered ? Theme.text : Theme.secondaryText
-                    onTriggered: tile.run("pin")
-                }
-                IconButton {
-                    activeFocusOnTab: false
-                    name: tile.isFavorite ? "Tirar dos favoritos" : "Favoritar"
-                    symbol: tile.isFavorite ? "star.fill" : "star"
-                    symbolColor: tile.isFavorite ? Theme.accent : hovered ? Theme.text : Theme.secondaryText
-                    onTriggered: tile.run("favorite")
-                }
-                IconButton {
-                    activeFocusOnTab: false
-                    name: "Remover"
-                    symbol: "trash"
-                    onTriggered: tile.run("remove")
-                }
+        sourceComponent: Row {
+            IconButton {
+                activeFocusOnTab: false
+                name: tile.isPinned ? "Desafixar" : "Fixar"
+                symbol: "pin.fill"
+                symbolColor: tile.isPinned ? Theme.accent : hovered ? Theme.text : Theme.secondaryText
+                onTriggered: tile.run("pin")
+            }
+            IconButton {
+                activeFocusOnTab: false
+                name: tile.isFavorite ? "Tirar dos favoritos" : "Favoritar"
+                symbol: tile.isFavorite ? "star.fill" : "star"
+                symbolColor: tile.isFavorite ? Theme.accent : hovered ? Theme.text : Theme.secondaryText
+                onTriggered: tile.run("favorite")
+            }
+            IconButton {
+                activeFocusOnTab: false
+                name: "Remover"
+                symbol: "trash"
+                onTriggered: tile.run("remove")
             }
         }
     }
