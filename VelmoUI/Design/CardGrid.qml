@@ -6,7 +6,7 @@ import Velmo
 GridView {
     id: grid
 
-    property int rows: 2
+    property int rows: Theme.isLarge && height >= 3 * Theme.leastRow ? 3 : 2
 
     flow: GridView.FlowTopToBottom
     cellHeight: Math.floor(height / rows)

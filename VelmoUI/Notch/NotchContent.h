@@ -85,6 +85,7 @@ class NotchContent : public QObject {
     /// What every duration is multiplied with.
     Q_PROPERTY(qreal pace READ pace NOTIFY appearanceChanged)
     Q_PROPERTY(QString accent READ accent NOTIFY appearanceChanged)
+    Q_PROPERTY(bool isLarge READ isLarge NOTIFY appearanceChanged)
 
     Q_PROPERTY(bool hasLive READ hasLive NOTIFY liveChanged)
     Q_PROPERTY(QString liveSymbol READ liveSymbol NOTIFY liveChanged)
@@ -161,6 +162,7 @@ public:
     bool isReducedMotion() const { return m_model.reducesMotion(); }
     qreal pace() const;
     QString accent() const;
+    bool isLarge() const { return settings().panelSize == PanelSize::large; }
 
     bool hasLive() const { return !liveRows().empty(); }
     QString liveSymbol() const { return firstLive().symbol; }

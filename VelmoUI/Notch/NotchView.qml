@@ -33,6 +33,12 @@ NotchContainerView {
         value: view.content.pace
     }
 
+    Binding {
+        target: Theme
+        property: "isLarge"
+        value: view.content.isLarge
+    }
+
     Shadow {
         anchors.fill: parent
         body: shape.body

@@ -6,11 +6,14 @@
 #include "tests/support/Printers.h"
 #include "tests/support/Warnings.h"
 
+#include <QFont>
 #include <QLocale>
 #include <QQuickItem>
 #include <QRegularExpression>
 
 #include <X11/keysym.h>
+#include <set>
+
 namespace velmo {
 namespace {
 
@@ -243,6 +246,32 @@ TEST_F(NotchViewTest, KeepsTheAgeOfACopyBesideALongName)
     }
     EXPECT_GT(age.width(), 0);
     EXPECT_LE(age.right(), tile.right() - 12);
+}
+
+TEST_F(NotchViewTest, EnlargesWhatALargePanelShows)
+{
+    services.modules.add(std::make_unique<ActivityModule>());
+    for (int i = 0; i < 6; ++i)
+        services.activity.post(ActivityEvent::make(desktop.scheduler.now(), u"doc.fill"_qs,
+                                                   u"Pronto"_qs, FeedbackStyle::success, u"test"_qs,
+                                                   {}));
+    start();
+    showView();
+    const auto look = [this](PanelSize size) {
+        change([&](AppSettings &next) { next.panelSize = size; });
+        coordinator.open(u"activity"_qs);
+        std::set<double> rows;
+        int type = 0;
+        for (const QQuickItem *item : items()) {
+            if (item->property("text").toString() == u"Pronto") {
+                rows.insert(item->mapToScene({}).y());
+                type = item->property("font").value<QFont>().pixelSize();
+            }
+        }
+        return std::pair(rows.size(), type);
+    };
+    EXPECT_EQ(look(PanelSize::regular), std::pair(std::size_t(2), 13));
+    EXPECT_EQ(look(PanelSize::large), std::pair(std::size_t(3), 15));
 }
 
 TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)

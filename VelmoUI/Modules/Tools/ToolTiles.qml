@@ -15,7 +15,7 @@ FocusScope {
         id: grid
         width: parent.width + Theme.gap
         height: parent.height + Theme.gap
-        cellWidth: Math.floor(width / 4)
+        cellWidth: Math.floor(width / Math.max(1, Math.ceil(count / rows)))
         interactive: contentWidth > width
         keyNavigationEnabled: true
         focus: true
