@@ -45,6 +45,8 @@ TEST(NotchLayout, ShapesEachPresentation)
         {preview, small, regular, false, {{420, 86}, 10, 22}},
         {preview, wide, regular, true, {{980, 86}, 10, 22}},
         {preview, small, regular, true, {{960, 86}, 10, 22}},
+        {dropResult, wide, compact, false, {{1000, 210}, 12, 30}},
+        {dropResult, wide, regular, false, {{1120, 210}, 12, 30}},
         {dropResult, wide, large, false, {{1240, 210}, 12, 30}},
         // What a module asks for, between the notch with its bars and the panel's full width.
         {expanded, wide.withExpandedContentWidth(300), compact, false, {{680, 188}, 12, 28}},
@@ -124,7 +126,8 @@ TEST(NotchLayout, SurroundsTheShapeWithItsZones)
 {
     const Context notched = onScreen(1728, {200, 32});
     const Context pill = onScreen(1728, {200, 32}, false);
-    const Rect flat{758, 968, 212, 32}, peek{639, 914, 450, 86}, open{272, 796, 1184, 204};
+    const Rect flat{758, 968, 212, 32}, peek{639, 914, 450, 86}, open{272, 796, 1184, 204},
+        result{292, 790, 1144, 210};
     using namespace NotchLayout;
     EXPECT_EQ(hoverZone(collapsed, notched), flat.outset(4, 4, 6, 0));
     EXPECT_EQ(hoverZone(collapsed, pill), flat.outset(10, 10, 6, 0));
@@ -132,7 +135,9 @@ TEST(NotchLayout, SurroundsTheShapeWithItsZones)
     EXPECT_EQ(hoverTriggerZone(preview, notched), peek.outset(6));
     EXPECT_EQ(dropZone(collapsed, pill), flat.outset(80, 80, 70, 0));
     EXPECT_EQ(dropZone(preview, notched), peek.outset(80, 80, 70, 0));
-    EXPECT_EQ(dropZone(dropTarget, notched), open.outset(20));
+    for (const auto &[presentation, frame] :
+         {std::pair(expanded, open), {dropTarget, open}, {dropResult, result}})
+        EXPECT_EQ(dropZone(presentation, notched), frame.outset(20));
 }
 
 TEST(NotchLayout, OpensOnlyOverTheNotchWhereButtonsAreBesideIt)

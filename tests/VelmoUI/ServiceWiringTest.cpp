@@ -47,12 +47,17 @@ TEST_F(ServiceWiringTest, TellsOfATimerThatEndsInAllWays)
     EXPECT_EQ(event.source, u"timers");
     EXPECT_THAT(desktop.sounds.played, ElementsAre(SystemSound::glass));
     EXPECT_THAT(notifications(), ElementsAre(u"Timer concluído: chá"_qs));
+    EXPECT_EQ(event.symbol, u"timer");
     services->timers.startPomodoro();
-    desktop.scheduler.advance(25min);
-    EXPECT_EQ(services->activity.history().front().title, u"Foco concluído");
-    desktop.scheduler.advance(5min);
-    EXPECT_EQ(services->activity.history().front().title, u"Pausa curta concluída");
-    EXPECT_EQ(services->activity.history().front().detail, u"Próxima etapa: Foco"_qs);
+    for (const auto &[length, title, detail, symbol] :
+         {std::tuple(25min, u"Foco concluído"_qs, u"Pausa curta"_qs, u"checkmark.circle.fill"_qs),
+          {5min, u"Pausa curta concluída"_qs, u"Foco"_qs, u"brain.head.profile"_qs}}) {
+        desktop.scheduler.advance(length);
+        const ActivityEvent ended = services->activity.history().front();
+        EXPECT_EQ(ended.title, title);
+        EXPECT_EQ(ended.detail, u"Próxima etapa: "_qs + detail);
+        EXPECT_EQ(ended.symbol, symbol);
+    }
 }
 
 TEST_F(ServiceWiringTest, GivesNamesBackBeforeTheShelfForgetsFiles)
