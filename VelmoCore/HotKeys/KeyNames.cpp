@@ -134,6 +134,15 @@ constexpr std::array aliases{
     Alias{0xffac, 65},
 };
 
+/// The key codes from the place of Esc to that of the slash, negative at modifiers.
+constexpr std::size_t firstPlace = 9;
+constexpr std::array places{
+    53, 18, 19, 20, 21, 23, 22, 26, 28, 25, 29, 27, 24, 51, // Esc, digits
+    48, 12, 13, 14, 15, 17, 16, 32, 34, 31, 35, 33, 30, 36, // Tab, QWERTY
+    -1, 0,  1,  2,  3,  5,  4,  38, 40, 37, 41, 39, 50,     // Ctrl, ASDF
+    -1, 42, 6,  7,  8,  9,  11, 45, 46, 43, 47, 44,         // Shift, ZXCV
+};
+
 constexpr const Key *find(std::uint32_t code)
 {
     const auto found = std::ranges::find(keys, code, &Key::code);
@@ -171,6 +180,14 @@ std::optional<std::uint32_t> keyCode(std::uint32_t keysym)
         alias != aliases.end())
         return alias->code;
     return {};
+}
+
+std::optional<std::uint32_t> keyCodeAt(std::uint32_t scanCode)
+{
+    const std::size_t place = scanCode - firstPlace; // far out where it's before
+    if (place >= places.size() || places[place] < 0)
+        return {};
+    return std::uint32_t(places[place]);
 }
 
 std::optional<int> digitIndex(std::uint32_t keyCode)

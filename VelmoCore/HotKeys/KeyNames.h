@@ -28,6 +28,10 @@ std::optional<std::uint32_t> keysym(std::uint32_t keyCode);
 /// The key code of an X11 keysym (either case of a letter, also those of the number pad).
 std::optional<std::uint32_t> keyCode(std::uint32_t keysym);
 
+/// The key code of the key at that place of the keyboard, whatever the layout has put there: X11's
+/// number of it, which is the kernel's and 8. Only of the places where layouts differ.
+std::optional<std::uint32_t> keyCodeAt(std::uint32_t scanCode);
+
 /// The index 0 to 8 of the digit keys 1 to 9, also those of the number pad.
 std::optional<int> digitIndex(std::uint32_t keyCode);
 

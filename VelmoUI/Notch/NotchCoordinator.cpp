@@ -215,7 +215,9 @@ bool NotchCoordinator::eventFilter(QObject *watched, QEvent *event)
 
 bool NotchCoordinator::handleKey(NotchWindowController &controller, const QKeyEvent &press)
 {
-    const auto keyCode = KeyNames::keyCode(press.nativeVirtualKey());
+    const auto printed = KeyNames::keyCode(press.nativeVirtualKey());
+    const auto place = KeyNames::keyCodeAt(press.nativeScanCode());
+    const auto keyCode = printed ? printed : place;
     if (!keyCode)
         return false;
     const KeyCombo key = panelKey(*keyCode, press.modifiers());
@@ -227,15 +229,27 @@ bool NotchCoordinator::handleKey(NotchWindowController &controller, const QKeyEv
     if (isArrow && isEditingText())
         return false;
     // A question or a search in the page, or what it moves by key, goes before the panel does.
-    if (keyCode == KeyNames::keyEscape || (isArrow && key.modifiers.contains(KeyCombo::shift))) {
-        const QScopedValueRollback offering(m_isOfferingKey, true);
-        const std::unique_ptr<QKeyEvent> offer(press.clone());
-        offer->ignore();
-        QCoreApplication::sendEvent(&controller.panel().view(), offer.get());
-        if (offer->isAccepted())
-            return true;
-    }
-    return controller.handleKey(key);
+    if ((keyCode == KeyNames::keyEscape || (isArrow && key.modifiers.contains(KeyCombo::shift))) &&
+        isTakenByPage(controller, press))
+        return true;
+    if (controller.handleKey(key))
+        return true;
+    // The panel's keys go by their place too. Where the layout has put another key of the page's
+    // there, as undo on W's, the page has it.
+    if (!place || place == keyCode || !key.modifiers.contains(KeyCombo::command))
+        return false;
+    if (!isTakenByPage(controller, press))
+        controller.handleKey(panelKey(*place, press.modifiers()));
+    return true; // it has been to both
+}
+
+bool NotchCoordinator::isTakenByPage(NotchWindowController &controller, const QKeyEvent &press)
+{
+    const QScopedValueRollback offering(m_isOfferingKey, true);
+    const std::unique_ptr<QKeyEvent> offer(press.clone());
+    offer->ignore();
+    QCoreApplication::sendEvent(&controller.panel().view(), offer.get());
+    return offer->isAccepted();
 }
 
 NotchWindowController *NotchCoordinator::preferredController()

@@ -66,6 +66,8 @@ private:
     void route(const MouseEventMonitor::Event &event);
     bool isPanelWindow(WindowID window);
     bool handleKey(NotchWindowController &controller, const QKeyEvent &press);
+    /// Whether the page used the key, which it has been given then.
+    bool isTakenByPage(NotchWindowController &controller, const QKeyEvent &press);
 
     AppServices &m_services;
     QQmlEngine m_engine;

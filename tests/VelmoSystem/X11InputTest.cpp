@@ -1,4 +1,5 @@
 #include "VelmoCore/Foundation/SystemScheduler.h"
+#include "VelmoCore/HotKeys/KeyNames.h"
 #include "VelmoSystem/Linux/X11/X11DragPasteboard.h"
 #include "VelmoSystem/Linux/X11/X11HotKeyGrabber.h"
 #include "VelmoSystem/Linux/X11/X11Pointer.h"
@@ -285,6 +286,14 @@ TEST_F(X11HotKeyTest, KnowsAKeyByWhatItTypesPlainly)
     for (const auto &[keysym, code] : cases)
         EXPECT_EQ(grabber.keyCode(server->keycode(keysym)), code) << keysym;
     EXPECT_FALSE(grabber.keyCode(0));
+    for (std::uint32_t code = 0; code < 54; ++code) {
+        const auto keysym = KeyNames::keysym(code);
+        if (!keysym || *keysym == XK_space)
+            continue;
+        EXPECT_EQ(KeyNames::keyCodeAt(server->keycode(*keysym)), code) << "on the US keyboard";
+    }
+    for (const std::uint32_t elsewhere : {0U, 8U, 50U, 62U})
+        EXPECT_FALSE(KeyNames::keyCodeAt(elsewhere)) << elsewhere;
 }
 
 TEST_F(X11HotKeyTest, FollowsAKeyToItsPlaceInANewLayout)

@@ -6,6 +6,8 @@
 #include <QMimeData>
 #include <QQuickItem>
 
+#include <X11/keysym.h>
+
 namespace velmo {
 namespace {
 
@@ -85,6 +87,7 @@ TEST_F(NotchCoordinatorTest, AnswersTheKeysOfThePanel)
         Qt::KeyboardModifiers modifiers;
         QString shown;
         QString module;
+        quint32 scanCode = 0;
     } cases[] = {
         {'w', Qt::ControlModifier, "collapsed", ""},
         {'w', {}, "expanded", "um"},
@@ -95,18 +98,26 @@ TEST_F(NotchCoordinatorTest, AnswersTheKeysOfThePanel)
         {'9', Qt::ControlModifier, "expanded", "um"},
         {'3', {}, "expanded", "um"},
         {',', Qt::ControlModifier, "collapsed", ""},
+        // Keys of a French, a Russian and a Dvorak keyboard.
+        {XK_quotedbl, Qt::ControlModifier, "expanded", "três", 12},
+        {XK_minus, Qt::ControlModifier | Qt::ShiftModifier, "expanded", "um", 12},
+        {XK_z, Qt::ControlModifier, "collapsed", "", 25},
+        {XK_w, Qt::ControlModifier, "collapsed", "", 52},
+        {XK_z, {}, "expanded", "um", 25},
+        {XK_Cyrillic_tse, Qt::ControlModifier, "collapsed", "", 25},
+        {XK_comma, Qt::ControlModifier, "collapsed", "", 25},
     };
     int settingsOpened = 0;
     services.openSettings = [&](auto) { ++settingsOpened; };
     start();
-    for (const auto &[keysym, modifiers, expectedState, expectedModule] : cases) {
+    for (const auto &[keysym, modifiers, expectedState, expectedModule, scanCode] : cases) {
         coordinator.open(u"um"_qs);
         EXPECT_TRUE(window().isKey());
-        press(keysym, modifiers);
+        press(keysym, modifiers, Qt::Key_unknown, scanCode);
         EXPECT_EQ(shown(), expectedState) << keysym;
         EXPECT_EQ(module(), expectedModule) << keysym;
     }
-    EXPECT_EQ(settingsOpened, 1);
+    EXPECT_EQ(settingsOpened, 2);
 }
 
 TEST_F(NotchCoordinatorTest, OpensTheDropSurfaceForARealDragOnly)

@@ -71,9 +71,10 @@ protected:
     {
         return *desktop.panelWindows.adopted.at(&view(id));
     }
-    void press(quint32 keysym, Qt::KeyboardModifiers modifiers = {}, int key = Qt::Key_unknown)
+    void press(quint32 keysym, Qt::KeyboardModifiers modifiers = {}, int key = Qt::Key_unknown,
+               quint32 scanCode = 0)
     {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers, 0, keysym, 0);
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, scanCode, keysym, 0);
         QCoreApplication::sendEvent(&view(), &event);
     }
     /// Shows the view where the tests' windows are.

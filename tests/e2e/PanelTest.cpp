@@ -117,6 +117,27 @@ TEST_P(PanelTest, ClosesByItsOwnKeys)
     EXPECT_TRUE(shows("collapsed"));
 }
 
+TEST_P(PanelTest, AnswersItsKeysUnderEachLayout)
+{
+    launch();
+    const auto module = [&] { return display()["module"].toString(); };
+    constexpr xcb_keycode_t keyOfOne = 10, keyOfTwo = 11, keyOfW = 25, keyOfZ = 52;
+    const std::tuple<const char *, xcb_keycode_t, bool> cases[] = {
+        {"fr", keyOfW, true}, {"fr", keyOfZ, true}, {"ru", keyOfW, true}, {"ru", keyOfZ, false}};
+    for (const auto &[layout, closing, closes] : cases) {
+        SCOPED_TRACE(layout);
+        screen.setLayout(layout);
+        ASSERT_EQ(run({"open", "system"}).exitCode, 0);
+        ASSERT_TRUE(eventually([&] { return module() == "system"; }));
+        screen.typeKeyAt(keyOfTwo, {XK_Control_L});
+        EXPECT_TRUE(eventually([&] { return module() == "tools"; }));
+        screen.typeKeyAt(keyOfOne, {XK_Control_L});
+        EXPECT_TRUE(eventually([&] { return module() == "home"; }));
+        screen.typeKeyAt(closing, {XK_Control_L});
+        EXPECT_TRUE(closes ? shows("collapsed") : keeps("expanded", 300ms));
+    }
+}
+
 TEST_P(PanelTest, MakesWayForAFullScreenWindow)
 {
     const xcb_window_t window = makeGreenWindow({100, 300, 400, 300});

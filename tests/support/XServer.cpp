@@ -130,12 +130,24 @@ void XServer::setKey(xcb_keysym_t keysym, bool isDown)
 
 void XServer::typeKey(xcb_keysym_t keysym, const std::vector<xcb_keysym_t> &modifiers)
 {
+    typeKeyAt(keycode(keysym), modifiers);
+}
+
+void XServer::typeKeyAt(xcb_keycode_t place, const std::vector<xcb_keysym_t> &modifiers)
+{
     for (const xcb_keysym_t modifier : modifiers)
         setKey(modifier, true);
-    setKey(keysym, true);
-    setKey(keysym, false);
+    fake(XCB_KEY_PRESS, place);
+    fake(XCB_KEY_RELEASE, place);
     for (const xcb_keysym_t modifier : modifiers)
         setKey(modifier, false);
+}
+
+void XServer::setLayout(const QString &layout)
+{
+    QProcess &setter = run(u"setxkbmap"_qs, {layout});
+    if (!setter.waitForFinished(10'000) || setter.exitCode() != 0)
+        qFatal("The keyboard's layout can't be set");
 }
 
 xcb_keycode_t XServer::keycode(xcb_keysym_t keysym) const

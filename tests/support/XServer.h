@@ -42,6 +42,10 @@ public:
     void setKey(xcb_keysym_t keysym, bool isDown);
     /// Holds the modifiers while it presses and releases the key.
     void typeKey(xcb_keysym_t keysym, const std::vector<xcb_keysym_t> &modifiers = {});
+    /// The key at a place of the keyboard, whatever it types.
+    void typeKeyAt(xcb_keycode_t place, const std::vector<xcb_keysym_t> &modifiers = {});
+    /// Gives the keyboard that layout, as setxkbmap has it.
+    void setLayout(const QString &layout);
 
     xcb_keycode_t keycode(xcb_keysym_t keysym) const;
     xcb_atom_t atom(const QByteArray &name) const;
