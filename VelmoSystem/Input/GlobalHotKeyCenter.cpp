@@ -1,7 +1,5 @@
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
 
-#include "VelmoCore/Foundation/Overloaded.h"
-
 #include <utility>
 
 namespace velmo {
@@ -23,14 +21,31 @@ GlobalHotKeyCenter::RegistrationError GlobalHotKeyCenter::RegistrationError::not
     return RegistrationError(QStringLiteral("Use ao menos uma das teclas ⌃, ⌥ ou ⌘."));
 }
 
+GlobalHotKeyCenter::RegistrationError
+GlobalHotKeyCenter::RegistrationError::of(const HotKeyGrabber::Result &refusal)
+{
+    const auto *failure = std::get_if<HotKeyGrabber::Failed>(&refusal);
+    return failure ? failed(failure->code) : alreadyTaken();
+}
+
 GlobalHotKeyCenter::GlobalHotKeyCenter(HotKeyGrabber &grabber) : m_grabber(grabber)
 {
     m_grabber.onPressed = [this](ID id) { fire(id); };
+    m_grabber.onLost = [this](ID id, const HotKeyGrabber::Result &refusal) {
+        if (m_actions.erase(id) > 0 && onLost)
+            onLost(id, RegistrationError::of(refusal));
+    };
+    m_grabber.onKeyboardChanged = [this] {
+        if (onKeyboardChanged)
+            onKeyboardChanged();
+    };
 }
 
 GlobalHotKeyCenter::~GlobalHotKeyCenter()
 {
     m_grabber.onPressed = nullptr;
+    m_grabber.onLost = nullptr;
+    m_grabber.onKeyboardChanged = nullptr;
     for (const auto &[id, action] : m_actions)
         m_grabber.release(id);
 }
@@ -41,13 +56,9 @@ GlobalHotKeyCenter::ID GlobalHotKeyCenter::registerHotKey(const KeyCombo &combo,
     if (!combo.isAcceptableGlobalShortcut())
         throw RegistrationError::notAcceptable();
     const ID id = m_nextID++;
-    std::visit(
-        overloaded{
-            [](HotKeyGrabber::Grabbed) {},
-            [](HotKeyGrabber::AlreadyTaken) { throw RegistrationError::alreadyTaken(); },
-            [](HotKeyGrabber::Failed failure) { throw RegistrationError::failed(failure.code); },
-        },
-        m_grabber.grab(id, combo));
+    const HotKeyGrabber::Result result = m_grabber.grab(id, combo);
+    if (!std::holds_alternative<HotKeyGrabber::Grabbed>(result))
+        throw RegistrationError::of(result);
     m_actions.emplace(id, std::move(action));
     return id;
 }

@@ -19,6 +19,8 @@ public:
         static RegistrationError failed(int code);
         static RegistrationError alreadyTaken();
         static RegistrationError notAcceptable();
+        /// Of a grab that failed.
+        static RegistrationError of(const HotKeyGrabber::Result &refusal);
     };
 
     explicit GlobalHotKeyCenter(HotKeyGrabber &grabber);
@@ -33,6 +35,11 @@ public:
     void unregister(ID id);
     /// Runs the action of `id`; nothing for an unknown one.
     void fire(ID id);
+
+    /// Another layout of the keyboard took a shortcut away; it is no longer registered.
+    std::function<void(ID, const RegistrationError &)> onLost;
+    /// What was refused may be registered now.
+    std::function<void()> onKeyboardChanged;
 
 private:
     HotKeyGrabber &m_grabber;

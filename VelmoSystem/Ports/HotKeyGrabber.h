@@ -31,6 +31,10 @@ public:
 
     /// Runs on the main thread when a grabbed key goes down, once a press (no auto-repeat).
     std::function<void(ID)> onPressed;
+    /// The keyboard has another layout and a grab didn't outlive that; it is released.
+    std::function<void(ID, Result)> onLost;
+    /// The keyboard has another layout: what couldn't be grabbed may be now.
+    std::function<void()> onKeyboardChanged;
 };
 
 } // namespace velmo

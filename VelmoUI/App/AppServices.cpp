@@ -30,7 +30,7 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
                settings.settings().activityRetentionDays),
       permissions(desktop.permissions), notifier(desktop.notifications, desktop.scheduler),
       launchAtLogin(desktop.loginItem), hotKeyCenter(desktop.hotKeyGrabber),
-      hotKeys(settings, hotKeyCenter),
+      hotKeys(settings, hotKeyCenter, desktop.workspace, desktop.scheduler),
       timers(appPaths.supportFile(QStringLiteral("timers.json")), files, desktop.scheduler,
              activity, [this] { return settings.settings().pomodoro; }),
       notes(appPaths.supportFile(QStringLiteral("notes.json")), files, desktop.scheduler),

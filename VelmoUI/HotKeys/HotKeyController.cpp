@@ -3,6 +3,7 @@
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/HotKeys/KeyNames.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velmo {
@@ -37,31 +38,45 @@ QString HotKeyController::title(HotKeyAction action)
     Q_UNREACHABLE();
 }
 
-HotKeyController::HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center)
+HotKeyController::HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center,
+                                   Workspace &workspace, Scheduler &scheduler)
     : m_settings(settings), m_center(center),
       m_observer(settings.observe([this](const AppSettings &before, const AppSettings &after) {
           hotKeySettingsChanged(before, after);
-      }))
+      })),
+      m_scheduler(scheduler)
 {
+    m_center.onLost = [this](GlobalHotKeyCenter::ID id, const LocalizedError &reason) {
+        lost(id, reason);
+    };
+    m_center.onKeyboardChanged = [this] { retry(); };
+    connect(&workspace, &Workspace::windowsChanged, this, &HotKeyController::retryLater);
+    connect(&workspace, &Workspace::frontApplicationChanged, this, &HotKeyController::retryLater);
 }
 
 HotKeyController::~HotKeyController()
 {
     m_settings.removeObserver(m_observer);
-    for (const GlobalHotKeyCenter::ID id : m_registered)
+    m_center.onLost = nullptr;
+    m_center.onKeyboardChanged = nullptr;
+    for (const auto &[action, id] : m_registered)
         m_center.unregister(id);
 }
 
 void HotKeyController::apply()
 {
-    for (const GlobalHotKeyCenter::ID id : std::exchange(m_registered, {}))
+    for (const auto &[action, id] : std::exchange(m_registered, {}))
         m_center.unregister(id);
-    if (m_isSuspended)
-        return;
-    const auto before = std::exchange(m_errors, {});
-    registerEnabled();
-    if (m_errors != before)
-        Q_EMIT errorsChanged();
+    m_retryTask.cancel();
+    m_retryDelay = firstRetryDelay;
+    if (!m_isSuspended)
+        registerEnabled();
+}
+
+void HotKeyController::retry()
+{
+    if (m_isRefused && !m_isSuspended)
+        registerEnabled();
 }
 
 void HotKeyController::setSuspended(bool isSuspended)
@@ -78,6 +93,8 @@ QString HotKeyController::displayString(HotKeyAction action) const
 
 void HotKeyController::registerEnabled()
 {
+    const auto before = std::exchange(m_errors, {});
+    m_isRefused = false;
     const HotKeySettings &settings = m_settings.settings();
     std::map<KeyCombo, HotKeyAction> taken;
     for (const HotKeyAction action : {HotKeyAction::toggle, HotKeyAction::newNote,
@@ -90,14 +107,50 @@ void HotKeyController::registerEnabled()
             m_errors[action] = QStringLiteral("Mesmo atalho de “%1”.").arg(title(earlier->second));
             continue;
         }
+        if (m_registered.contains(action))
+            continue;
         try {
-            m_registered.push_back(m_center.registerHotKey(combo, handlers.at(action)));
+            m_registered[action] = m_center.registerHotKey(combo, handlers.at(action));
         } catch (const GlobalHotKeyCenter::RegistrationError &error) {
             m_errors[action] = error.description();
-            qCWarning(Log::input).noquote() << QStringLiteral("Atalho %1 não registrado: %2")
-                                                   .arg(title(action), error.description());
+            m_isRefused = m_isRefused || combo.isAcceptableGlobalShortcut();
         }
     }
+    for (const auto &[action, error] : m_errors) {
+        const auto known = before.find(action);
+        if (known == before.end() || known->second != error)
+            qCWarning(Log::input).noquote()
+                << QStringLiteral("Atalho %1 não registrado: %2").arg(title(action), error);
+    }
+    if (m_errors != before)
+        Q_EMIT errorsChanged();
+}
+
+void HotKeyController::retryLater()
+{
+    if (!m_isRefused || m_isSuspended || m_retryTask.isPending())
+        return;
+    m_retryTask = m_scheduler.after(m_retryDelay, [this] {
+        const auto before = m_errors;
+        retry();
+        m_retryDelay =
+            m_errors == before ? std::min(2 * m_retryDelay, longestRetryDelay) : firstRetryDelay;
+    });
+}
+
+void HotKeyController::lost(GlobalHotKeyCenter::ID id, const LocalizedError &reason)
+{
+    const auto found =
+        std::ranges::find(m_registered, id, [](const auto &one) { return one.second; });
+    if (found == m_registered.end())
+        return;
+    const HotKeyAction action = found->first;
+    m_registered.erase(found);
+    m_errors[action] = reason.description();
+    m_isRefused = true;
+    qCWarning(Log::input).noquote()
+        << QStringLiteral("Atalho %1 perdido: %2").arg(title(action), reason.description());
+    Q_EMIT errorsChanged();
 }
 
 void HotKeyController::hotKeySettingsChanged(const HotKeySettings &before,

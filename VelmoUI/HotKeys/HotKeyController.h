@@ -1,7 +1,9 @@
 #pragma once
 
+#include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
+#include "VelmoSystem/Ports/Workspace.h"
 
 #include <QObject>
 
@@ -9,7 +11,6 @@
 
 #include <functional>
 #include <map>
-#include <vector>
 
 namespace velmo {
 
@@ -23,13 +24,19 @@ struct HotKeySetting {
     KeyCombo HotKeySettings::*combo;
 };
 
-/// Keeps the registered global shortcuts as the settings say, also when they change.
+/// Keeps the registered global shortcuts as the settings say, also when they change. What another
+/// application has is tried again when the keyboard's layout changes and, ever less often, after
+/// windows came and went: nothing says when a shortcut is free, and an idle machine isn't woken.
 class HotKeyController : public QObject {
     Q_OBJECT
 
 public:
-    /// Registers nothing before the first `apply`. Both references must outlive the controller.
-    HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center);
+    static constexpr Seconds firstRetryDelay = 1s;
+    static constexpr Seconds longestRetryDelay = 64s;
+
+    /// Registers nothing before the first `apply`. All references must outlive the controller.
+    HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center, Workspace &workspace,
+                     Scheduler &scheduler);
     ~HotKeyController() override;
 
     static HotKeySetting setting(HotKeyAction action);
@@ -41,6 +48,8 @@ public:
 
     /// Registers the enabled shortcuts anew, or none while suspended. Failures go to `errors`.
     void apply();
+    /// Tries what was refused or lost once more.
+    void retry();
     /// No shortcut is registered while suspended, so that a recorder field can capture its keys.
     void setSuspended(bool isSuspended);
 
@@ -54,13 +63,19 @@ Q_SIGNALS:
 
 private:
     void registerEnabled();
+    void retryLater();
+    void lost(GlobalHotKeyCenter::ID id, const LocalizedError &reason);
     void hotKeySettingsChanged(const HotKeySettings &before, const HotKeySettings &after);
 
     SettingsStore &m_settings;
     GlobalHotKeyCenter &m_center;
     SettingsStore::ObserverID m_observer;
-    std::vector<GlobalHotKeyCenter::ID> m_registered;
+    Scheduler &m_scheduler;
+    std::map<HotKeyAction, GlobalHotKeyCenter::ID> m_registered;
     std::map<HotKeyAction, QString> m_errors;
+    bool m_isRefused = false; ///< the desktop said no to one of them
+    Seconds m_retryDelay = firstRetryDelay;
+    ScheduledTask m_retryTask;
     bool m_isSuspended = false;
 };
 

@@ -51,6 +51,7 @@ void SettingsWindowController::show(std::optional<SettingsPane> pane)
 {
     m_pane = pane.value_or(m_pane);
     m_closing.cancel();
+    m_services.hotKeys.retry(); // so that the page says how things are now
     if (m_window) {
         m_window->model.setPane(m_pane);
     } else {

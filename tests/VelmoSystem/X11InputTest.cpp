@@ -296,16 +296,19 @@ TEST_F(X11HotKeyTest, KnowsAKeyByWhatItTypesPlainly)
         EXPECT_FALSE(KeyNames::keyCodeAt(elsewhere)) << elsewhere;
 }
 
+/// What a key of the keyboard types from now on.
+void put(xcb_keycode_t code, xcb_keysym_t lower, xcb_keysym_t upper)
+{
+    const xcb_keysym_t symbols[] = {lower, upper};
+    xcb_change_keyboard_mapping(server->client(), 1, code, 2, symbols);
+    xcb_flush(server->client());
+}
+
 TEST_F(X11HotKeyTest, FollowsAKeyToItsPlaceInANewLayout)
 {
     ASSERT_TRUE(grabs<HotKeyGrabber::Grabbed>(1, altN));
     const xcb_keycode_t n = server->keycode(XK_n);
     const xcb_keycode_t q = server->keycode(XK_q);
-    const auto put = [](xcb_keycode_t code, xcb_keysym_t lower, xcb_keysym_t upper) {
-        const xcb_keysym_t symbols[] = {lower, upper};
-        xcb_change_keyboard_mapping(server->client(), 1, code, 2, symbols);
-        xcb_flush(server->client());
-    };
     put(n, XK_q, XK_Q);
     put(q, XK_n, XK_N);
     EXPECT_TRUE(eventually([&] {
@@ -314,6 +317,37 @@ TEST_F(X11HotKeyTest, FollowsAKeyToItsPlaceInANewLayout)
     }));
     put(n, XK_n, XK_N);
     put(q, XK_q, XK_Q);
+}
+
+TEST_F(X11HotKeyTest, TellsWhatANewLayoutTakesAway)
+{
+    std::vector<HotKeyGrabber::Result> lost;
+    int changes = 0;
+    grabber.onLost = [&](HotKeyGrabber::ID, const HotKeyGrabber::Result &why) {
+        lost.push_back(why);
+    };
+    grabber.onKeyboardChanged = [&] { ++changes; };
+    const xcb_keycode_t n = server->keycode(XK_n);
+    const xcb_keycode_t q = server->keycode(XK_q);
+    ASSERT_TRUE(grabs<HotKeyGrabber::Grabbed>(1, altN));
+    put(n, XK_m, XK_M);
+    EXPECT_TRUE(eventually([&] { return lost.size() == 1 && changes > 0; }));
+    EXPECT_EQ(std::get<HotKeyGrabber::Failed>(lost.at(0)).code, XCB_VALUE);
+
+    changes = 0;
+    put(n, XK_n, XK_N);
+    EXPECT_TRUE(eventually([&] { return changes > 0; }));
+    ASSERT_TRUE(grabs<HotKeyGrabber::Grabbed>(2, altN));
+    xcb_grab_key(server->client(), false, server->root(), XCB_MOD_MASK_1, q, XCB_GRAB_MODE_ASYNC,
+                 XCB_GRAB_MODE_ASYNC);
+    put(q, XK_n, XK_N); // the first key that types it counts
+    EXPECT_TRUE(eventually([&] { return lost.size() == 2; }));
+    EXPECT_TRUE(std::holds_alternative<HotKeyGrabber::AlreadyTaken>(lost.back()));
+    put(q, XK_q, XK_Q);
+    xcb_ungrab_key(server->client(), q, server->root(), XCB_MOD_MASK_ANY);
+    xcb_flush(server->client());
+    grabber.onLost = nullptr;
+    grabber.onKeyboardChanged = nullptr;
 }
 
 } // namespace

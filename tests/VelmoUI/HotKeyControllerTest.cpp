@@ -1,6 +1,7 @@
 #include "VelmoUI/HotKeys/HotKeyController.h"
 
 #include "tests/support/FakeHotKeyGrabber.h"
+#include "tests/support/FakeWorkspace.h"
 #include "tests/support/ManualScheduler.h"
 #include "tests/support/Printers.h"
 #include "tests/support/TemporaryFolder.h"
@@ -32,7 +33,8 @@ protected:
     SettingsStore settings{folder.path(u"settings.json"_qs), scheduler};
     FakeHotKeyGrabber grabber;
     GlobalHotKeyCenter center{grabber};
-    HotKeyController controller{settings, center};
+    FakeWorkspace workspace;
+    HotKeyController controller{settings, center, workspace, scheduler};
     std::vector<HotKeyAction> ran;
     int errorChanges = 0;
 };
@@ -76,6 +78,65 @@ TEST_F(HotKeyControllerTest, TellsOfARefusedShortcutWhileItIsEnabled)
         next.searchHotKeyEnabled = false;
     });
     EXPECT_THAT(controller.errors(), IsEmpty());
+}
+
+TEST_F(HotKeyControllerTest, TellsOfALostShortcutAndTakesItBackWhenItCan)
+{
+    const KeyCombo combo = settings.settings().clipboardHotKey;
+    const auto tells = [&] {
+        return controller.errors() ==
+               std::map{std::pair(
+                   HotKeyAction::clipboard,
+                   u"Este atalho já está em uso por outro aplicativo ou pelo sistema."_qs)};
+    };
+    const std::function<void()> moments[] = {
+        [&] { grabber.changeLayout(); },
+        [&] { controller.retry(); },
+        [&] {
+            workspace.show({});
+            scheduler.advance(1s);
+        },
+        [&] {
+            Q_EMIT workspace.frontApplicationChanged();
+            scheduler.advance(1s);
+        },
+    };
+    controller.apply();
+    for (const auto &happens : moments) {
+        grabber.refusals = {{combo, HotKeyGrabber::AlreadyTaken{}}};
+        grabber.changeLayout();
+        EXPECT_TRUE(tells());
+        happens();
+        EXPECT_TRUE(tells());
+        grabber.refusals.clear();
+        happens();
+        scheduler.advance(1s); // of the longer wait after a try in vain
+        EXPECT_THAT(controller.errors(), IsEmpty());
+        ran.clear();
+        grabber.press(combo);
+        EXPECT_THAT(ran, ElementsAre(HotKeyAction::clipboard));
+        EXPECT_EQ(grabber.grabbed.size(), 4U);
+    }
+    EXPECT_EQ(errorChanges, 8);
+}
+
+TEST_F(HotKeyControllerTest, TriesEverLessOftenAndNeverAnIdleMachine)
+{
+    const KeyCombo combo = settings.settings().clipboardHotKey;
+    grabber.refusals = {{combo, HotKeyGrabber::AlreadyTaken{}}};
+    controller.apply();
+    const int before = grabber.grabCount;
+    scheduler.advance(1h);
+    EXPECT_EQ(grabber.grabCount, before) << "nothing happened";
+    for (int second = 0; second < 600; ++second) {
+        Q_EMIT workspace.frontApplicationChanged();
+        scheduler.advance(1s);
+    }
+    EXPECT_LT(grabber.grabCount, before + 20);
+    controller.setSuspended(true);
+    workspace.show({});
+    scheduler.advance(1h);
+    EXPECT_THAT(grabber.grabbed, IsEmpty());
 }
 
 TEST_F(HotKeyControllerTest, RegistersNothingWhileSuspended)

@@ -12,6 +12,7 @@ class FakeHotKeyGrabber : public HotKeyGrabber {
 public:
     Result grab(ID id, const KeyCombo &combo) override
     {
+        ++grabCount;
         if (const auto refusal = refusals.find(combo); refusal != refusals.end())
             return refusal->second;
         if (!grabbed.emplace(id, combo).second)
@@ -40,6 +41,19 @@ public:
         }
     }
 
+    /// The keyboard gets another layout: what is in `refusals` by now is lost.
+    void changeLayout()
+    {
+        for (const auto &[id, taken] : std::map(grabbed)) {
+            if (const auto refusal = refusals.find(taken); refusal != refusals.end()) {
+                grabbed.erase(id);
+                onLost(id, refusal->second);
+            }
+        }
+        onKeyboardChanged();
+    }
+
+    int grabCount = 0;
     std::map<ID, KeyCombo> grabbed;
     std::map<KeyCombo, Result> refusals;
     std::map<std::uint32_t, std::uint32_t> keyCodes; ///< by scan code

@@ -90,7 +90,7 @@ HotKeyGrabber::Result X11HotKeyGrabber::grab(ID id, const KeyCombo &combo)
     release(id);
     const Result result = grabKey(*key);
     if (std::holds_alternative<Grabbed>(result))
-        m_entries[id] = {combo, key};
+        m_entries[id] = {combo, *key};
     return result;
 }
 
@@ -99,8 +99,7 @@ void X11HotKeyGrabber::release(ID id)
     const auto found = m_entries.find(id);
     if (found == m_entries.end())
         return;
-    if (found->second.key)
-        releaseKey(*found->second.key);
+    releaseKey(found->second.key);
     m_entries.erase(found);
 }
 
@@ -171,28 +170,40 @@ void X11HotKeyGrabber::keyboardChanged()
         &m_context,
         [this] {
             m_isRereadPending = false;
-            const auto keysyms = std::exchange(m_keysyms, {});
-            auto modifiers = std::exchange(m_modifiers, {});
-            readKeyboard();
-            // Often it's only another keyboard that types: no grab is then let go, not even for
-            // the moment in which the rest of a shortcut may be pressed.
-            if (m_keysyms == keysyms && m_modifiers == modifiers)
-                return;
-            std::swap(m_modifiers, modifiers);
-            for (auto &[id, entry] : m_entries)
-                if (const auto key = std::exchange(entry.key, std::nullopt))
-                    releaseKey(*key);
-            std::swap(m_modifiers, modifiers);
-            for (auto &[id, entry] : m_entries) {
-                const auto key = keyOf(entry.combo);
-                if (key && std::holds_alternative<Grabbed>(grabKey(*key)))
-                    entry.key = key;
-                else
-                    qCWarning(Log::input, "Atalho %s perdido com a troca de teclado",
-                              qUtf8Printable(KeyNames::display(entry.combo)));
-            }
+            followKeyboard();
         },
         Qt::QueuedConnection);
+}
+
+void X11HotKeyGrabber::followKeyboard()
+{
+    const auto keysyms = std::exchange(m_keysyms, {});
+    auto modifiers = std::exchange(m_modifiers, {});
+    readKeyboard();
+    // Often it's only another keyboard that types: no grab is then let go, not even for the moment
+    // in which the rest of a shortcut may be pressed.
+    if (m_keysyms == keysyms && m_modifiers == modifiers)
+        return;
+    std::swap(m_modifiers, modifiers);
+    for (const auto &[id, entry] : m_entries)
+        releaseKey(entry.key);
+    std::swap(m_modifiers, modifiers);
+    std::vector<std::pair<ID, Result>> lost;
+    for (auto &[id, entry] : m_entries) {
+        const auto key = keyOf(entry.combo);
+        const Result result = key ? grabKey(*key) : Failed{badValue};
+        if (std::holds_alternative<Grabbed>(result))
+            entry.key = *key;
+        else
+            lost.emplace_back(id, result);
+    }
+    for (const auto &[id, result] : lost)
+        m_entries.erase(id);
+    for (const auto &[id, result] : lost)
+        if (onLost)
+            onLost(id, result);
+    if (onKeyboardChanged)
+        onKeyboardChanged();
 }
 
 void X11HotKeyGrabber::readKeyboard()

@@ -30,7 +30,7 @@ private:
     };
     struct Entry {
         KeyCombo combo;
-        std::optional<Key> key; ///< nothing while it isn't grabbed
+        Key key;
     };
     /// The modifier bits of the present layout.
     struct ModifierMap {
@@ -45,6 +45,7 @@ private:
     void readModifiers(const std::function<std::uint32_t(xcb_keycode_t)> &keysymOf);
     void watchKeyboard();
     void keyboardChanged();
+    void followKeyboard();
     std::optional<Key> keyOf(const KeyCombo &combo) const;
     /// Each combination of lock keys, none of them included.
     std::vector<std::uint16_t> lockVariants() const;
