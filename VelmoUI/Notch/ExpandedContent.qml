@@ -22,10 +22,18 @@ FocusScope {
 
     ModuleBar {
         id: bar
-        width: parent.width
+        x: (parent.width - width) / 2
+        width: expanded.content.barWidth
         height: expanded.content.notchHeight
         content: expanded.content
         z: 1
+
+        Behavior on width {
+            NumberAnimation {
+                duration: Theme.glide
+                easing.type: Easing.OutCubic
+            }
+        }
     }
 
     Loader {

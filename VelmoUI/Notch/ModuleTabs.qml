@@ -27,7 +27,7 @@ Row {
             required property string symbol
             required property bool isSelected
             required property string shortcut
-            readonly property bool showsTitle: isSelected && label.implicitWidth <= tabs.titleRoom
+            property bool showsTitle: false
 
             name: title
             idleColor: isSelected ? Theme.surfaceSelected : "transparent"
@@ -39,6 +39,13 @@ Row {
             Accessible.role: Accessible.PageTab
             Accessible.selected: isSelected
             onTriggered: tabs.content.selectModule(tab.id)
+
+            // Titles move the symbols, so they wait for the pointer to leave.
+            Binding on showsTitle {
+                value: tab.isSelected && label.implicitWidth <= tabs.titleRoom
+                when: !tabs.content.isBarHeld
+                restoreMode: Binding.RestoreNone
+            }
 
             Symbol {
                 width: Theme.tabWidth
@@ -53,6 +60,7 @@ Row {
                 height: parent.height
                 visible: tab.showsTitle
                 text: tab.title
+                color: tab.isSelected ? Theme.text : Theme.secondaryText
                 font.pixelSize: Theme.smallSize
                 font.weight: Font.Medium
                 Accessible.ignored: true

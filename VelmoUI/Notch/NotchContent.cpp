@@ -91,6 +91,7 @@ NotchContent::NotchContent(NotchViewModel &model)
     connect(&model, &NotchViewModel::metricsChanged, this, &NotchContent::metricsChanged);
     connect(&model, &NotchViewModel::metricsChanged, this, &NotchContent::sizesChanged);
     connect(&model.shape(), &ShapeAnimator::targetChanged, this, &NotchContent::sizesChanged);
+    connect(&model, &NotchViewModel::contentSizeChanged, this, &NotchContent::sizesChanged);
     connect(&model, &NotchViewModel::selectedModuleChanged, this, [this] {
         updateModules();
         updatePage();

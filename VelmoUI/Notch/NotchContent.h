@@ -80,6 +80,9 @@ class NotchContent : public QObject {
     Q_PROPERTY(QSizeF expandedSize READ expandedSize NOTIFY sizesChanged)
     Q_PROPERTY(QSizeF dropTargetSize READ dropTargetSize NOTIFY sizesChanged)
     Q_PROPERTY(QSizeF dropResultSize READ dropResultSize NOTIFY sizesChanged)
+    /// How wide the bar of the modules is, which may wait for the pointer to leave it.
+    Q_PROPERTY(qreal barWidth READ barWidth NOTIFY sizesChanged)
+    Q_PROPERTY(bool isBarHeld READ isBarHeld NOTIFY sizesChanged)
     Q_PROPERTY(bool animated READ isAnimated NOTIFY appearanceChanged)
     Q_PROPERTY(bool reducedMotion READ isReducedMotion NOTIFY presentationChanged)
     /// What every duration is multiplied with.
@@ -158,6 +161,8 @@ public:
     QSizeF expandedSize() const { return size(NotchPresentation::expanded); }
     QSizeF dropTargetSize() const { return size(NotchPresentation::dropTarget); }
     QSizeF dropResultSize() const { return size(NotchPresentation::dropResult); }
+    qreal barWidth() const { return m_model.heldBarWidth().value_or(expandedSize().width()); }
+    bool isBarHeld() const { return m_model.heldBarWidth().has_value(); }
     bool isAnimated() const { return settings().animationsEnabled; }
     bool isReducedMotion() const { return m_model.reducesMotion(); }
     qreal pace() const;

@@ -64,6 +64,8 @@ NotchLayoutContext NotchViewModel::layoutContext() const
     context.hasFeedback = m_services.activity.feedback().has_value();
     if (presentation() == NotchPresentation::expanded)
         context.expandedContentWidth = moduleWidth();
+    if (context.expandedContentWidth && m_heldBarWidth)
+        context.expandedContentWidth = std::max(*context.expandedContentWidth, *m_heldBarWidth);
     return context;
 }
 
@@ -90,10 +92,13 @@ void NotchViewModel::send(NotchEvent event)
     m_state = next;
     if (next.presentation == from)
         return;
+    if (next.presentation == NotchPresentation::expanded)
+        m_heldBarWidth.reset(); // of an earlier time
 
     m_presentationChangedAt = m_services.platform.scheduler.now();
     activateShownModule();
     updateShape(motion(opening));
+    Q_EMIT contentSizeChanged();
     Q_EMIT presentationChanged();
     if (onTransition)
         onTransition(from, next.presentation, event);
@@ -113,6 +118,26 @@ NotchModule *NotchViewModel::selectedModule() const
     if (selected != modules.end())
         return *selected;
     return modules.empty() ? nullptr : modules.front();
+}
+
+void NotchViewModel::setBarHeld(bool isHeld)
+{
+    if (isHeld == m_heldBarWidth.has_value())
+        return;
+    m_heldBarWidth.reset();
+    if (isHeld)
+        m_heldBarWidth = NotchLayout::shape(presentation(), layoutContext()).coreSize.width;
+    contentWidthChanged();
+}
+
+std::optional<double> NotchViewModel::heldBarWidth() const
+{
+    if (!m_heldBarWidth)
+        return std::nullopt;
+    // The user may have chosen a smaller panel meanwhile.
+    return std::min(
+        *m_heldBarWidth,
+        NotchLayout::shape(NotchPresentation::expanded, layoutContext()).coreSize.width);
 }
 
 void NotchViewModel::selectModule(const QString &id)
@@ -139,6 +164,12 @@ void NotchViewModel::selectAdjacentModule(int direction)
     const auto count = int(modules.size());
     const auto place = int(std::ranges::find(modules, selectedModule()) - modules.begin());
     selectModule((place + direction % count + count) % count);
+}
+
+void NotchViewModel::contentWidthChanged()
+{
+    updateShape(shapeAnimation());
+    Q_EMIT contentSizeChanged();
 }
 
 void NotchViewModel::setPresentingSystemUI(bool isPresenting)
@@ -340,7 +371,7 @@ void NotchViewModel::showSelectedModule()
 {
     activateShownModule();
     Q_EMIT selectedModuleChanged();
-    updateShape(shapeAnimation());
+    contentWidthChanged();
 }
 
 NotchMotion NotchViewModel::motion(bool opening) const

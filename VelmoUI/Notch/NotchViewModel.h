@@ -64,8 +64,13 @@ public:
     NotchModule *selectedModule() const;
     /// The width of the panel that the selected module asks for, open or not.
     std::optional<double> moduleWidth() const;
+    /// While the pointer is at the modules' symbols they stay where they are: their bar keeps its
+    /// width, and the panel gets no narrower than that.
+    void setBarHeld(bool isHeld);
+    /// Of the held bar.
+    std::optional<double> heldBarWidth() const;
     /// The module on show asks for another width.
-    void contentWidthChanged() { updateShape(shapeAnimation()); }
+    void contentWidthChanged();
     /// Does nothing unless a visible module has that id.
     void selectModule(const QString &id);
     /// Selects by place among the visible modules; out of range does nothing.
@@ -127,6 +132,8 @@ Q_SIGNALS:
     void metricsChanged();
     void selectedModuleChanged();
     void modulesChanged();
+    /// Of the bar or of the page, which may leave the shape as it is.
+    void contentSizeChanged();
     void homePageRequested(int direction);
     void droppedItemsChanged();
     void dropTargetChanged();
@@ -154,6 +161,7 @@ private:
     Date m_presentationChangedAt;
     ShapeAnimator m_shape;
     QString m_selectedModuleID;
+    std::optional<double> m_heldBarWidth;
     bool m_isPresentingSystemUI = false;
     ScheduledTask m_keyboardTask;
     std::vector<DroppedItem> m_droppedItems;

@@ -6,6 +6,8 @@
 #include "VelmoUI/Notch/NotchContainerView.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace velmo {
 
@@ -51,7 +53,7 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
     connect(&m_model.shape(), &ShapeAnimator::frameChanged, this,
             &NotchWindowController::updateOutline);
     connect(&m_model.shape(), &ShapeAnimator::targetChanged, this,
-            &NotchWindowController::updateMousePassthrough);
+            &NotchWindowController::shapeChanged);
     reposition();
 }
 
@@ -103,30 +105,85 @@ void NotchWindowController::handleMouseMoved(Point point)
 {
     if (!m_isVisible)
         return;
-    const NotchLayoutContext context = m_model.layoutContext();
-    const bool inside =
-        NotchLayout::hoverTriggerZone(m_model.presentation(), context).contains(point);
+    const bool inside = isInside(point);
+    updateBarHold(point);
     if (inside == m_pointerInside)
         return;
     m_pointerInside = inside;
-
-    const AppSettings &settings = m_services.settings.settings();
-    if (inside) {
-        m_hoverTask = m_services.platform.scheduler.after(
-            settings.hoverDelay, [this] { m_model.send(NotchEvent::hoverEntered); });
+    if (!inside) {
+        leaveLater();
         return;
     }
+    m_hoverTask =
+        m_services.platform.scheduler.after(m_services.settings.settings().hoverDelay,
+                                            [this] { m_model.send(NotchEvent::hoverEntered); });
+}
+
+bool NotchWindowController::isInside(Point point)
+{
+    const NotchPresentation presentation = m_model.presentation();
+    const Rect zone = NotchLayout::hoverTriggerZone(presentation, m_model.layoutContext());
+    if (zone.contains(point)) {
+        m_zone = zone;
+        return true;
+    }
+    // A panel that shrank has left the pointer; the pointer hasn't left it.
+    return presentation != NotchPresentation::collapsed && m_pointerInside &&
+           m_zone.contains(point);
+}
+
+void NotchWindowController::followSize()
+{
+    const NotchPresentation presentation = m_model.presentation();
+    if (presentation == NotchPresentation::collapsed)
+        return;
+    const Rect zone = NotchLayout::hoverZone(presentation, m_model.layoutContext());
+    const Point point = m_services.platform.pointer.location();
+    if (!zone.contains(point))
+        return;
+    m_zone = zone;
+    if (!std::exchange(m_pointerInside, true))
+        m_hoverTask.cancel();
+    updateBarHold(point);
+}
+
+void NotchWindowController::updateBarHold(Point point)
+{
+    if (m_model.presentation() != NotchPresentation::expanded)
+        return;
+    const NotchLayoutContext context = m_model.layoutContext();
+    const auto &[width, height] = context.metrics.notchSize;
+    const auto isIn = [&](const NotchLayoutContext &one) {
+        return NotchLayout::hoverZone(NotchPresentation::expanded, one).contains(point);
+    };
+    const bool isInBar = isIn(context) && point.y > context.metrics.topY - height;
+    if (isInBar) {
+        // There are no symbols in the notch, but the way from one side to the other is through it.
+        if (std::abs(point.x - context.metrics.centerX) > width / 2)
+            m_model.setBarHeld(true);
+        return;
+    }
+    // Nor does the panel shrink away from the pointer when that goes down into the page.
+    if (isIn(context.withExpandedContentWidth(m_model.moduleWidth())) || !isIn(context))
+        m_model.setBarHeld(false);
+}
+
+void NotchWindowController::leaveLater()
+{
     if (m_model.isPresentingSystemUI()) {
         m_hoverTask.cancel();
         return;
     }
     const Seconds delay = m_model.presentation() == NotchPresentation::preview
                               ? previewCloseDelay
-                              : settings.closeDelay;
-    m_hoverTask = m_services.platform.scheduler.after(delay, [this] {
-        if (!m_model.isPresentingSystemUI())
-            m_model.send(NotchEvent::hoverExited);
-    });
+                              : m_services.settings.settings().closeDelay;
+    m_hoverTask = m_services.platform.scheduler.after(delay, [this] { leave(); });
+}
+
+void NotchWindowController::leave()
+{
+    if (!m_model.isPresentingSystemUI())
+        m_model.send(NotchEvent::hoverExited);
 }
 
 void NotchWindowController::handleMouseDown(WindowID window)
@@ -212,6 +269,7 @@ void NotchWindowController::presentationChanged(NotchPresentation from, NotchPre
     qCInfo(Log::notch).noquote() << QStringLiteral("Notch %1: %2 → %3")
                                         .arg(QString::number(m_model.displayID()),
                                              NotchContent::name(from), NotchContent::name(to));
+    m_presentation = to;
     PanelWindow &window = m_panel.window();
     updateMousePassthrough();
     if (isOpen(to)) {
@@ -221,10 +279,16 @@ void NotchWindowController::presentationChanged(NotchPresentation from, NotchPre
     } else {
         window.resignKey();
     }
-    if (to == NotchPresentation::preview || to == NotchPresentation::expanded) {
-        m_pointerInside = NotchLayout::hoverZone(to, m_model.layoutContext())
-                              .contains(m_services.platform.pointer.location());
-    }
+    if (from == NotchPresentation::collapsed)
+        m_pointerInside = false; // unless it is in what has come
+    followSize();
+}
+
+void NotchWindowController::shapeChanged()
+{
+    updateMousePassthrough();
+    if (m_model.presentation() == m_presentation) // else that is told next
+        followSize();
 }
 
 void NotchWindowController::updateMousePassthrough()

@@ -47,6 +47,13 @@ public:
 
 private:
     void presentationChanged(NotchPresentation from, NotchPresentation to, NotchEvent event);
+    void shapeChanged();
+    bool isInside(Point point);
+    /// The size changed, not the pointer's place.
+    void followSize();
+    void updateBarHold(Point point);
+    void leaveLater();
+    void leave();
     void leaveDropSurface(Seconds delay);
     void updateMousePassthrough();
     void updateOutline();
@@ -58,6 +65,8 @@ private:
     NotchPanel m_panel;
     bool m_isVisible = false;
     bool m_pointerInside = false;
+    Rect m_zone; ///< that the pointer was in last
+    NotchPresentation m_presentation = NotchPresentation::collapsed;
     bool m_dropPerformed = false;
     ScheduledTask m_hoverTask;
     ScheduledTask m_dragExitTask;

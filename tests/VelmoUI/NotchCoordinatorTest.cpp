@@ -7,6 +7,7 @@
 #include <QQuickItem>
 
 #include <X11/keysym.h>
+#include <cmath>
 
 namespace velmo {
 namespace {
@@ -63,6 +64,77 @@ TEST_F(NotchCoordinatorTest, ClosesSomeTimeAfterThePointerLeft)
     EXPECT_EQ(shown(), u"preview");
     wait(0.01s);
     EXPECT_EQ(shown(), u"collapsed");
+}
+
+TEST_F(NotchCoordinatorTest, ClosesBehindAPointerThatItOpenedUnder)
+{
+    start();
+    desktop.movePointer({300, -100});
+    coordinator.toggleFromHotKey();
+    desktop.movePointer(outside);
+    wait(0.5s);
+    EXPECT_EQ(shown(), u"collapsed");
+
+    coordinator.toggleFromHotKey();
+    desktop.movePointer({101, -601});
+    wait(5s);
+    EXPECT_EQ(shown(), u"expanded") << "the pointer was never in it";
+}
+
+TEST_F(NotchCoordinatorTest, StaysOpenWhenItShrinksAwayFromAPointerThatRests)
+{
+    FakeModule &narrow = FakeModule::addTo(services.modules, u"estreito"_qs);
+    narrow.width = 600;
+    start();
+    hover();
+    for (const Point rest : {Point{230, -100}, {1370, -150}}) {
+        coordinator.open(u"um"_qs);
+        desktop.movePointer(rest);
+        coordinator.open(narrow.id());
+        ASSERT_GT(std::abs(rest.x - 800), shape()[2].toInt() / 2);
+        QEvent crossing(QEvent::Leave); // the server says it left what is now smaller
+        QCoreApplication::sendEvent(&view(), &crossing);
+        wait(5s);
+        EXPECT_EQ(shown(), u"expanded");
+        desktop.movePointer({rest.x + 1, rest.y});
+        wait(5s);
+        EXPECT_EQ(shown(), u"expanded") << "still where it was in the panel";
+    }
+    desktop.movePointer(outside);
+    wait(0.5s);
+    EXPECT_EQ(shown(), u"collapsed");
+
+    hover();
+    desktop.movePointer({230, -100});
+    desktop.movePointer({800, -100});
+    desktop.movePointer({230, -100});
+    wait(0.5s);
+    EXPECT_EQ(shown(), u"collapsed") << "it was in the smaller panel since";
+}
+
+TEST_F(NotchCoordinatorTest, HoldsItsWidthWhileThePointerIsAtItsSymbols)
+{
+    FakeModule &narrow = FakeModule::addTo(services.modules, u"estreito"_qs);
+    narrow.width = 700;
+    start();
+    coordinator.open(u"um"_qs);
+    const auto width = [&] { return shape()[2].toInt(); };
+    const int wide = width();
+    desktop.movePointer({240, -10});
+    coordinator.open(narrow.id());
+    EXPECT_EQ(width(), wide);
+    desktop.movePointer(notchOf(1));
+    desktop.movePointer({1300, -10});
+    EXPECT_EQ(width(), wide) << "on the way to the other side";
+    desktop.movePointer({1300, -100});
+    EXPECT_EQ(width(), wide) << "it would go from under the pointer";
+    desktop.movePointer({1000, -100});
+    EXPECT_EQ(width(), 720 + 2 * 12);
+    coordinator.open(u"um"_qs);
+    desktop.movePointer({240, -10});
+    coordinator.open(narrow.id());
+    desktop.movePointer(outside);
+    EXPECT_EQ(width(), 720 + 2 * 12);
 }
 
 TEST_F(NotchCoordinatorTest, OpensAndClosesInTimeWhateverDelaysAFileHolds)

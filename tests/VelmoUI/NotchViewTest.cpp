@@ -329,6 +329,31 @@ TEST_F(NotchViewTest, GivesTheKeyboardToTheActionsOfAnotherDrop)
     EXPECT_EQ(drop(), first);
 }
 
+TEST_F(NotchViewTest, KeepsItsSymbolsInPlaceUnderThePointer)
+{
+    FakeModule::addTo(services.modules, u"estreito"_qs).width = 1;
+    start();
+    showView();
+    const auto places = [&] {
+        std::vector<QPointF> found;
+        for (const QQuickItem *item : items()) {
+            if (item->property("surfaceHeight").isValid())
+                found.push_back(item->mapToScene({}));
+        }
+        return found;
+    };
+    coordinator.open(u"dois"_qs);
+    for (const char16_t *other : {u"estreito", u"um", u"dois"}) {
+        const auto before = places();
+        ASSERT_EQ(before.size(), 6U);
+        desktop.movePointer({before[2].x() + 15, -10});
+        coordinator.open(QString::fromUtf16(other));
+        EXPECT_EQ(places(), before) << QString::fromUtf16(other).toStdString();
+        desktop.movePointer({800, -100});
+        EXPECT_NE(places(), before);
+    }
+}
+
 TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)
 {
     auto &module = FakeModule::addTo(services.modules, u"quebrado"_qs);
