@@ -99,14 +99,14 @@ void NotchCoordinator::start()
 void NotchCoordinator::open()
 {
     if (auto *controller = commandTarget())
-        controller->model().send(NotchEvent::openRequested);
+        controller->open();
 }
 
 void NotchCoordinator::open(const QString &moduleID)
 {
     if (auto *controller = commandTarget()) {
         controller->model().selectModule(moduleID);
-        controller->model().send(NotchEvent::openRequested);
+        controller->open();
     }
 }
 

@@ -67,11 +67,17 @@ void NotchWindowController::setVisible(bool visible)
         m_panel.window().orderFront();
         return;
     }
-    m_hoverTask.cancel();
+    cancelLeaving();
     m_dragExitTask.cancel();
     m_pointerInside = false;
     m_model.send(NotchEvent::dismiss);
     m_panel.window().orderOut();
+}
+
+void NotchWindowController::open()
+{
+    cancelLeaving();
+    m_model.send(NotchEvent::openRequested);
 }
 
 void NotchWindowController::setMetrics(const NotchMetrics &metrics)
@@ -143,7 +149,7 @@ void NotchWindowController::followSize()
         return;
     m_zone = zone;
     if (!std::exchange(m_pointerInside, true))
-        m_hoverTask.cancel();
+        cancelLeaving();
     updateBarHold(point);
 }
 
@@ -184,6 +190,11 @@ void NotchWindowController::leave()
 {
     if (!m_model.isPresentingSystemUI())
         m_model.send(NotchEvent::hoverExited);
+}
+
+void NotchWindowController::cancelLeaving()
+{
+    m_hoverTask.cancel();
 }
 
 void NotchWindowController::handleMouseDown(WindowID window)
@@ -273,6 +284,7 @@ void NotchWindowController::presentationChanged(NotchPresentation from, NotchPre
     PanelWindow &window = m_panel.window();
     updateMousePassthrough();
     if (isOpen(to)) {
+        cancelLeaving(); // it was meant for what showed before
         if (event == NotchEvent::tap || event == NotchEvent::hotKey ||
             event == NotchEvent::openRequested)
             window.makeKey();

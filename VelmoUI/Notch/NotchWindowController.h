@@ -29,6 +29,9 @@ public:
     /// A panel closes before it goes, so that it comes back closed.
     void setVisible(bool visible);
 
+    /// Opens the panel for a command. One that is open stays although the pointer has left it.
+    void open();
+
     void setMetrics(const NotchMetrics &metrics);
     /// Fits the window to the canvas anew.
     void reposition();
@@ -54,6 +57,7 @@ private:
     void updateBarHold(Point point);
     void leaveLater();
     void leave();
+    void cancelLeaving();
     void leaveDropSurface(Seconds delay);
     void updateMousePassthrough();
     void updateOutline();

@@ -137,6 +137,32 @@ TEST_F(NotchCoordinatorTest, HoldsItsWidthWhileThePointerIsAtItsSymbols)
     EXPECT_EQ(width(), 720 + 2 * 12);
 }
 
+TEST_F(NotchCoordinatorTest, HeedsACommandWhileThePointerIsLeaving)
+{
+    const struct {
+        std::function<void()> run;
+        QString shown;
+    } commands[] = {
+        {[&] { coordinator.open(); }, "expanded"},
+        {[&] { coordinator.open(u"dois"_qs); }, "expanded"},
+        {[&] { coordinator.openFiles({QUrl(u"file:///a"_qs)}); }, "dropResult"},
+    };
+    start();
+    for (const auto &command : commands) {
+        hover();
+        EXPECT_EQ(window().isKey(), false);
+        desktop.movePointer(outside);
+        wait(0.4s);
+        command.run();
+        wait(5s);
+        EXPECT_EQ(shown(), command.shown);
+        desktop.movePointer(notchOf(1));
+        desktop.movePointer(outside);
+        wait(0.5s);
+        EXPECT_EQ(shown(), u"collapsed");
+    }
+}
+
 TEST_F(NotchCoordinatorTest, OpensAndClosesInTimeWhateverDelaysAFileHolds)
 {
     start();
