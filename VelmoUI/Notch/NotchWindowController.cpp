@@ -77,7 +77,11 @@ void NotchWindowController::setVisible(bool visible)
 void NotchWindowController::open()
 {
     cancelLeaving();
+    const bool wasOpen = m_model.presentation() == NotchPresentation::expanded;
     m_model.send(NotchEvent::openRequested);
+    if (!wasOpen)
+        return;
+    m_panel.window().makeKey();
 }
 
 void NotchWindowController::setMetrics(const NotchMetrics &metrics)

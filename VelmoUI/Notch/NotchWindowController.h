@@ -29,7 +29,8 @@ public:
     /// A panel closes before it goes, so that it comes back closed.
     void setVisible(bool visible);
 
-    /// Opens the panel for a command. One that is open stays although the pointer has left it.
+    /// Opens the panel for a command. One that is open takes the keyboard, and stays although the
+    /// pointer has left it.
     void open();
 
     void setMetrics(const NotchMetrics &metrics);

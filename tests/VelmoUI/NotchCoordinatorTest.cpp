@@ -156,6 +156,7 @@ TEST_F(NotchCoordinatorTest, HeedsACommandWhileThePointerIsLeaving)
         command.run();
         wait(5s);
         EXPECT_EQ(shown(), command.shown);
+        EXPECT_EQ(window().isKey(), command.shown == u"expanded");
         desktop.movePointer(notchOf(1));
         desktop.movePointer(outside);
         wait(0.5s);
