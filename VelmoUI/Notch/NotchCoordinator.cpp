@@ -12,6 +12,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
+#include <QQuickItem>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -43,12 +44,6 @@ KeyCombo panelKey(std::uint32_t keyCode, Qt::KeyboardModifiers modifiers)
     add(Qt::AltModifier, KeyCombo::option);
     add(Qt::MetaModifier, KeyCombo::control);
     return key;
-}
-
-bool isEditingText()
-{
-    const QObject *focus = QGuiApplication::focusObject();
-    return focus && focus->property("cursorPosition").isValid();
 }
 
 } // namespace
@@ -198,19 +193,40 @@ void NotchCoordinator::debugDropAnimation(const QString &file, Point point)
 
 bool NotchCoordinator::eventFilter(QObject *watched, QEvent *event)
 {
-    const bool isCrossing = event->type() == QEvent::Enter || event->type() == QEvent::Leave;
-    if ((!isCrossing && event->type() != QEvent::KeyPress) || !watched->isWindowType())
+    const QEvent::Type type = event->type();
+    if (type == QEvent::InputMethod) {
+        const auto *item = qobject_cast<QQuickItem *>(watched);
+        const auto &input = static_cast<QInputMethodEvent &>(*event);
+        const bool writes = !input.preeditString().isEmpty() || !input.commitString().isEmpty() ||
+                            !watched->property("preeditText").toString().isEmpty();
+        if (auto *own = item && writes ? controllerOf(item->window()) : nullptr)
+            own->handleTyping();
         return false;
-    const auto own = std::ranges::find_if(
-        m_controllers, [&](const auto &entry) { return &entry.second->panel().view() == watched; });
-    if (own == m_controllers.end())
+    }
+    const bool isCrossing = type == QEvent::Enter || type == QEvent::Leave;
+    if ((!isCrossing && type != QEvent::KeyPress) || !watched->isWindowType())
+        return false;
+    auto *own = controllerOf(watched);
+    if (!own)
         return false;
     if (isCrossing) { // programs may set the pointer down without a motion
         if (!m_isButtonDown)
-            own->second->handleMouseMoved(m_services.platform.pointer.location());
+            own->handleMouseMoved(m_services.platform.pointer.location());
         return false;
     }
-    return !m_isOfferingKey && handleKey(*own->second, *static_cast<QKeyEvent *>(event));
+    if (m_isOfferingKey)
+        return false;
+    const bool isUsed = handleKey(*own, static_cast<QKeyEvent &>(*event));
+    if (!isUsed && own->isEditingText())
+        own->handleTyping();
+    return isUsed;
+}
+
+NotchWindowController *NotchCoordinator::controllerOf(const QObject *window)
+{
+    const auto own = std::ranges::find_if(
+        m_controllers, [&](const auto &entry) { return &entry.second->panel().view() == window; });
+    return own == m_controllers.end() ? nullptr : own->second.get();
 }
 
 bool NotchCoordinator::handleKey(NotchWindowController &controller, const QKeyEvent &press)
@@ -226,7 +242,7 @@ bool NotchCoordinator::handleKey(NotchWindowController &controller, const QKeyEv
         return true;
     }
     const bool isArrow = keyCode == KeyNames::keyLeft || keyCode == KeyNames::keyRight;
-    if (isArrow && isEditingText())
+    if (isArrow && controller.isEditingText())
         return false;
     // A question or a search in the page, or what it moves by key, goes before the panel does.
     if ((keyCode == KeyNames::keyEscape || (isArrow && key.modifiers.contains(KeyCombo::shift))) &&

@@ -65,6 +65,8 @@ private:
     void settingsChanged(const AppSettings &before, const AppSettings &after);
     void route(const MouseEventMonitor::Event &event);
     bool isPanelWindow(WindowID window);
+    /// Null for a window that is no panel's.
+    NotchWindowController *controllerOf(const QObject *window);
     bool handleKey(NotchWindowController &controller, const QKeyEvent &press);
     /// Whether the page used the key, which it has been given then.
     bool isTakenByPage(NotchWindowController &controller, const QKeyEvent &press);

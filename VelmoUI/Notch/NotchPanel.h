@@ -25,6 +25,7 @@ public:
     PanelWindow &window() { return *m_window; }
     NotchContainerView &container() { return *m_container; }
     QQuickView &view() { return m_view; }
+    const QQuickView &view() const { return m_view; }
 
 private:
     QQuickView m_view;

@@ -124,6 +124,7 @@ void NotchWindowController::handleMouseMoved(Point point)
         leaveLater();
         return;
     }
+    m_isLeaveHeld = false;
     m_hoverTask =
         m_services.platform.scheduler.after(m_services.settings.settings().hoverDelay,
                                             [this] { m_model.send(NotchEvent::hoverEntered); });
@@ -192,13 +193,19 @@ void NotchWindowController::leaveLater()
 
 void NotchWindowController::leave()
 {
-    if (!m_model.isPresentingSystemUI())
+    const auto *text =
+        isEditingText() && m_panel.window().isKey() ? m_panel.view().activeFocusItem() : nullptr;
+    const bool isWriting =
+        text && (m_typing.isPending() || !text->property("preeditText").toString().isEmpty());
+    m_isLeaveHeld = isWriting;
+    if (!m_isLeaveHeld && !m_model.isPresentingSystemUI())
         m_model.send(NotchEvent::hoverExited);
 }
 
 void NotchWindowController::cancelLeaving()
 {
     m_hoverTask.cancel();
+    m_isLeaveHeld = false;
 }
 
 void NotchWindowController::handleMouseDown(WindowID window)
@@ -211,6 +218,20 @@ void NotchWindowController::handleMouseDown(WindowID window)
     } else if (!m_model.isPresentingSystemUI()) {
         m_model.send(NotchEvent::clickOutside);
     }
+}
+
+bool NotchWindowController::isEditingText() const
+{
+    const QObject *focus = m_panel.view().activeFocusItem();
+    return focus && focus->property("cursorPosition").isValid();
+}
+
+void NotchWindowController::handleTyping()
+{
+    m_typing = m_services.platform.scheduler.after(typingHold, [this] {
+        if (std::exchange(m_isLeaveHeld, false))
+            leave();
+    });
 }
 
 void NotchWindowController::handleDrag(Point point)
@@ -293,6 +314,7 @@ void NotchWindowController::presentationChanged(NotchPresentation from, NotchPre
             event == NotchEvent::openRequested)
             window.makeKey();
     } else {
+        m_isLeaveHeld = false;
         window.resignKey();
     }
     if (from == NotchPresentation::collapsed)

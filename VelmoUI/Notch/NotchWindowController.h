@@ -17,6 +17,8 @@ public:
     static constexpr Seconds dragExitDelay = 0.22s;
     /// Room for a drop that finishes just after the button went up.
     static constexpr Seconds dragEndDelay = 0.3s;
+    /// Who has just typed into the panel is still at it, wherever the pointer is.
+    static constexpr Seconds typingHold = 10s;
 
     NotchWindowController(const ScreenDescriptor &screen, AppServices &services,
                           QQmlEngine &engine);
@@ -46,6 +48,10 @@ public:
     /// Whether the key was used. In a panel Ctrl stands for both ⌘ and ⌃.
     bool handleKey(const KeyCombo &key);
 
+    bool isEditingText() const;
+    /// The keyboard or an input method wrote into a text of the panel.
+    void handleTyping();
+
     /// Flies a picture of `items` from a point of the window into the notch and shows them.
     void performDrop(Point point, const std::vector<DroppedItem> &items);
 
@@ -72,6 +78,9 @@ private:
     bool m_pointerInside = false;
     Rect m_zone; ///< that the pointer was in last
     NotchPresentation m_presentation = NotchPresentation::collapsed;
+    /// The pointer has left, but who uses the panel keeps it open.
+    bool m_isLeaveHeld = false;
+    ScheduledTask m_typing;
     bool m_dropPerformed = false;
     ScheduledTask m_hoverTask;
     ScheduledTask m_dragExitTask;

@@ -91,6 +91,20 @@ protected:
         return screen;
     }
 
+    /// A module with that page, opened with the keyboard in it.
+    void openPage(const QByteArray &qml)
+    {
+        desktop.folder.write(u"Page.qml"_qs, qml);
+        FakeModule::addTo(services.modules, u"página"_qs).page =
+            QUrl::fromLocalFile(desktop.folder.path(u"Page.qml"_qs));
+        start();
+        showView();
+        view().requestActivate();
+        coordinator.open(u"página"_qs);
+        desktop.movePointer(notchOf(1));
+        QCoreApplication::processEvents();
+    }
+
     /// The name of the control that has the keyboard after that key.
     QString nameAfter(Qt::Key key)
     {
@@ -352,6 +366,51 @@ TEST_F(NotchViewTest, KeepsItsSymbolsInPlaceUnderThePointer)
         desktop.movePointer({800, -100});
         EXPECT_NE(places(), before);
     }
+}
+
+TEST_F(NotchViewTest, StaysOpenForWhoIsWritingInIt)
+{
+    openPage(R"(import QtQuick
+        FocusScope {
+            focus: true
+            property QtObject page; property bool watched
+            TextInput { focus: true }
+        })");
+    const auto leave = [&](Seconds time) {
+        desktop.movePointer(notchOf(1));
+        desktop.movePointer(outside);
+        wait(time);
+        return shown();
+    };
+    press(XK_a, {}, Qt::Key_A);
+    EXPECT_EQ(leave(9.9s), u"expanded");
+    press(XK_b, {}, Qt::Key_B);
+    wait(9.9s);
+    EXPECT_EQ(shown(), u"expanded");
+    wait(0.1s);
+    EXPECT_EQ(shown(), u"collapsed");
+
+    const auto compose = [&](const QString &preedit) {
+        QInputMethodEvent event(preedit, {});
+        QCoreApplication::sendEvent(view().activeFocusItem(), &event);
+    };
+    const auto reopen = [&] {
+        coordinator.open();
+        QCoreApplication::processEvents();
+    };
+    reopen();
+    compose({});
+    EXPECT_EQ(leave(0.5s), u"collapsed") << "nothing was written";
+    reopen();
+    compose(u"か"_qs);
+    EXPECT_EQ(leave(60s), u"expanded");
+    compose({});
+    wait(10s);
+    EXPECT_EQ(shown(), u"collapsed");
+    reopen();
+    press(XK_a, {}, Qt::Key_A);
+    view().activeFocusItem()->setFocus(false);
+    EXPECT_EQ(leave(0.5s), u"collapsed") << "the text hasn't the keyboard";
 }
 
 TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)
