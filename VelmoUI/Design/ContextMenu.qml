@@ -33,6 +33,10 @@ FocusScope {
     Accessible.name: "Menu"
     Keys.onEscapePressed: close()
 
+    MenuPresence {
+        onDismissed: menu.close()
+    }
+
     Loader {
         id: body
         anchors.fill: parent

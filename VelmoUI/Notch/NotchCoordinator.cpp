@@ -4,6 +4,7 @@
 #include "VelmoCore/HotKeys/KeyNames.h"
 #include "VelmoCore/Notch/DisplaySelection.h"
 #include "VelmoUI/Design/IconProvider.h"
+#include "VelmoUI/Design/MenuPresence.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
 #include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 
@@ -66,6 +67,7 @@ NotchCoordinator::NotchCoordinator(AppServices &services)
 
 NotchCoordinator::~NotchCoordinator()
 {
+    qGuiApp->removeEventFilter(this); // the panels' last events
     m_services.settings.removeObserver(m_settingsObserver);
 }
 
@@ -204,7 +206,8 @@ bool NotchCoordinator::eventFilter(QObject *watched, QEvent *event)
         return false;
     }
     const bool isCrossing = type == QEvent::Enter || type == QEvent::Leave;
-    if ((!isCrossing && type != QEvent::KeyPress) || !watched->isWindowType())
+    if ((!isCrossing && type != QEvent::KeyPress && type != MenuEvent::kind()) ||
+        !watched->isWindowType())
         return false;
     auto *own = controllerOf(watched);
     if (!own)
@@ -213,6 +216,11 @@ bool NotchCoordinator::eventFilter(QObject *watched, QEvent *event)
         if (!m_isButtonDown)
             own->handleMouseMoved(m_services.platform.pointer.location());
         return false;
+    }
+    if (type == MenuEvent::kind()) {
+        auto &change = static_cast<MenuEvent &>(*event);
+        own->handleMenu(change.menu, change.begins);
+        return true;
     }
     if (m_isOfferingKey)
         return false;

@@ -3,6 +3,7 @@
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/HotKeys/KeyNames.h"
 #include "VelmoSystem/Ports/Pointer.h"
+#include "VelmoUI/Design/MenuPresence.h"
 #include "VelmoUI/Notch/NotchContainerView.h"
 
 #include <algorithm>
@@ -121,7 +122,7 @@ void NotchWindowController::handleMouseMoved(Point point)
         return;
     m_pointerInside = inside;
     if (!inside) {
-        leaveLater();
+        leaveLater(0s);
         return;
     }
     m_isLeaveHeld = false;
@@ -179,7 +180,7 @@ void NotchWindowController::updateBarHold(Point point)
         m_model.setBarHeld(false);
 }
 
-void NotchWindowController::leaveLater()
+void NotchWindowController::leaveLater(Seconds atLeast)
 {
     if (m_model.isPresentingSystemUI()) {
         m_hoverTask.cancel();
@@ -188,7 +189,8 @@ void NotchWindowController::leaveLater()
     const Seconds delay = m_model.presentation() == NotchPresentation::preview
                               ? previewCloseDelay
                               : m_services.settings.settings().closeDelay;
-    m_hoverTask = m_services.platform.scheduler.after(delay, [this] { leave(); });
+    m_hoverTask =
+        m_services.platform.scheduler.after(std::max(delay, atLeast), [this] { leave(); });
 }
 
 void NotchWindowController::leave()
@@ -197,7 +199,7 @@ void NotchWindowController::leave()
         isEditingText() && m_panel.window().isKey() ? m_panel.view().activeFocusItem() : nullptr;
     const bool isWriting =
         text && (m_typing.isPending() || !text->property("preeditText").toString().isEmpty());
-    m_isLeaveHeld = isWriting;
+    m_isLeaveHeld = isWriting || !m_menus.empty();
     if (!m_isLeaveHeld && !m_model.isPresentingSystemUI())
         m_model.send(NotchEvent::hoverExited);
 }
@@ -216,8 +218,32 @@ void NotchWindowController::handleMouseDown(WindowID window)
         if (isOpen(m_model.presentation()))
             m_model.onTapWhileOpen();
     } else if (!m_model.isPresentingSystemUI()) {
-        m_model.send(NotchEvent::clickOutside);
+        clickedOutside();
     }
+}
+
+void NotchWindowController::clickedOutside()
+{
+    if (m_menus.empty()) {
+        if (!m_menuGrace.isPending())
+            m_model.send(NotchEvent::clickOutside);
+        return;
+    }
+    const auto menus = m_menus; // they go when they close
+    for (MenuPresence *menu : menus)
+        Q_EMIT menu->dismissed();
+}
+
+void NotchWindowController::handleMenu(MenuPresence &menu, bool opens)
+{
+    if (opens) {
+        m_menus.push_back(&menu);
+        return;
+    }
+    std::erase(m_menus, &menu);
+    m_menuGrace = m_services.platform.scheduler.after(menuGrace, [] {});
+    if (m_menus.empty() && std::exchange(m_isLeaveHeld, false))
+        leaveLater(menuGrace);
 }
 
 bool NotchWindowController::isEditingText() const

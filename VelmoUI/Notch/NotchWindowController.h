@@ -7,6 +7,8 @@
 
 namespace velmo {
 
+class MenuPresence;
+
 /// The bridge between pointer, keys and window on one side and a panel's model on the other. One a
 /// target screen.
 class NotchWindowController : public QObject {
@@ -17,6 +19,8 @@ public:
     static constexpr Seconds dragExitDelay = 0.22s;
     /// Room for a drop that finishes just after the button went up.
     static constexpr Seconds dragEndDelay = 0.3s;
+    /// The click that closes a menu isn't meant for the panel.
+    static constexpr Seconds menuGrace = 0.8s;
     /// Who has just typed into the panel is still at it, wherever the pointer is.
     static constexpr Seconds typingHold = 10s;
 
@@ -48,6 +52,8 @@ public:
     /// Whether the key was used. In a panel Ctrl stands for both ⌘ and ⌃.
     bool handleKey(const KeyCombo &key);
 
+    /// A menu of the panel's opened or closed.
+    void handleMenu(MenuPresence &menu, bool opens);
     bool isEditingText() const;
     /// The keyboard or an input method wrote into a text of the panel.
     void handleTyping();
@@ -62,9 +68,10 @@ private:
     /// The size changed, not the pointer's place.
     void followSize();
     void updateBarHold(Point point);
-    void leaveLater();
+    void leaveLater(Seconds atLeast);
     void leave();
     void cancelLeaving();
+    void clickedOutside();
     void leaveDropSurface(Seconds delay);
     void updateMousePassthrough();
     void updateOutline();
@@ -80,6 +87,8 @@ private:
     NotchPresentation m_presentation = NotchPresentation::collapsed;
     /// The pointer has left, but who uses the panel keeps it open.
     bool m_isLeaveHeld = false;
+    std::vector<MenuPresence *> m_menus; ///< that are open
+    ScheduledTask m_menuGrace;
     ScheduledTask m_typing;
     bool m_dropPerformed = false;
     ScheduledTask m_hoverTask;

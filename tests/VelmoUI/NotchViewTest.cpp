@@ -91,6 +91,14 @@ protected:
         return screen;
     }
 
+    QQuickItem *found(const std::function<bool(const QQuickItem &)> &isWanted)
+    {
+        for (QQuickItem *item : items()) {
+            if (isWanted(*item))
+                return item;
+        }
+        return nullptr;
+    }
     /// A module with that page, opened with the keyboard in it.
     void openPage(const QByteArray &qml)
     {
@@ -411,6 +419,48 @@ TEST_F(NotchViewTest, StaysOpenForWhoIsWritingInIt)
     press(XK_a, {}, Qt::Key_A);
     view().activeFocusItem()->setFocus(false);
     EXPECT_EQ(leave(0.5s), u"collapsed") << "the text hasn't the keyboard";
+}
+
+TEST_F(NotchViewTest, StaysOpenWhileAMenuOfItsOwnIs)
+{
+    openPage(R"(import QtQuick
+        import Velmo
+        FocusScope {
+            property QtObject page; property bool watched
+            function openMenu() { menu.open(Qt.point(5, 5)) }
+            ContextMenu { id: menu; model: 0 }
+        })");
+    const auto openMenu = [&] {
+        auto *page = found([](const auto &item) { return item.property("watched").isValid(); });
+        QMetaObject::invokeMethod(page, "openMenu");
+        return page->childItems().front();
+    };
+    const QQuickItem *menu = openMenu();
+    desktop.movePointer(outside);
+    wait(60s);
+    EXPECT_EQ(shown(), u"expanded");
+    desktop.pointer.press(outside, 7);
+    EXPECT_FALSE(menu->isVisible());
+    desktop.pointer.press(outside, 7);
+    wait(0.79s);
+    EXPECT_EQ(shown(), u"expanded");
+    wait(0.01s);
+    EXPECT_EQ(shown(), u"collapsed") << "the pointer has left it";
+
+    change([](AppSettings &next) { next.closeOnMouseLeave = false; });
+    coordinator.open();
+    openMenu();
+    desktop.pointer.press(outside, 7);
+    wait(0.8s);
+    desktop.pointer.press(outside, 7);
+    EXPECT_EQ(shown(), u"collapsed");
+    coordinator.open();
+    openMenu();
+    coordinator.open(u"um"_qs);
+    QCoreApplication::processEvents();
+    wait(0.8s);
+    desktop.pointer.press(outside, 7);
+    EXPECT_EQ(shown(), u"collapsed") << "the menu went with its page";
 }
 
 TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)
