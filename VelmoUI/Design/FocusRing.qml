@@ -1,12 +1,14 @@
 import QtQuick
 import Velmo
 
-/// Where the keyboard is.
+/// Where the keyboard is, for who goes by key.
 Rectangle {
     required property bool shown
+    /// Also for who goes by pointer.
+    property bool always: false
 
     anchors.fill: parent
-    visible: shown
+    visible: shown && (always || FocusCue.byKeys)
     color: "transparent"
     border.width: Theme.ringWidth
     border.color: Theme.accent

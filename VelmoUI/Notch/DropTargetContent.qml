@@ -42,6 +42,7 @@ Item {
                 FocusRing {
                     radius: zone.radius
                     shown: zone.isTargeted
+                    always: true
                 }
 
                 Column {

@@ -238,6 +238,8 @@ Q_SIGNALS:
     void dropletChanged();
     /// The notch swallows.
     void gulped();
+    /// The panel was called by a key or a command, and has the keyboard.
+    void called();
 
 private:
     const AppSettings &settings() const { return m_model.services().settings.settings(); }

@@ -39,6 +39,13 @@ NotchContainerView {
         value: view.content.isLarge
     }
 
+    Connections {
+        target: view.content
+        function onCalled() {
+            FocusCue.byKeys = true;
+        }
+    }
+
     Shadow {
         anchors.fill: parent
         body: shape.body

@@ -83,6 +83,7 @@ void NotchWindowController::open()
     if (!wasOpen)
         return;
     m_panel.window().makeKey();
+    Q_EMIT m_content.called();
 }
 
 void NotchWindowController::setMetrics(const NotchMetrics &metrics)
@@ -339,6 +340,8 @@ void NotchWindowController::presentationChanged(NotchPresentation from, NotchPre
         if (event == NotchEvent::tap || event == NotchEvent::hotKey ||
             event == NotchEvent::openRequested)
             window.makeKey();
+        if (event == NotchEvent::hotKey || event == NotchEvent::openRequested)
+            Q_EMIT m_content.called();
     } else {
         m_isLeaveHeld = false;
         window.resignKey();

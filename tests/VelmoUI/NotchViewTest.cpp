@@ -1,4 +1,5 @@
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/BuiltInModules.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
 #include "VelmoUI/Modules/Shelf/ShelfModule.h"
 
@@ -461,6 +462,87 @@ TEST_F(NotchViewTest, StaysOpenWhileAMenuOfItsOwnIs)
     wait(0.8s);
     desktop.pointer.press(outside, 7);
     EXPECT_EQ(shown(), u"collapsed") << "the menu went with its page";
+}
+
+TEST_F(NotchViewTest, ShowsWhereTheKeyboardIsToWhoGoesByKey)
+{
+    openPage(R"(import QtQuick
+        import Velmo
+        FocusScope {
+            focus: true
+            property QtObject page; property bool watched
+            ActionButton { name: "Um"; focus: true }
+            TextEntry { name: "Texto"; y: 40 }
+        })");
+    const auto rings = [&] {
+        int count = 0;
+        for (const QQuickItem *item : items())
+            count += QByteArray(item->metaObject()->className()).startsWith("FocusRing");
+        return count;
+    };
+    const auto click = [&](const char *name) {
+        const auto *item = found(
+            [&](const auto &one) { return one.property("name") == QString::fromLatin1(name); });
+        const QPointF middle = item->mapToScene({item->width() / 2, item->height() / 2});
+        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent event(type, middle, middle, Qt::LeftButton,
+                              type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, {});
+            QCoreApplication::sendEvent(&view(), &event);
+        }
+    };
+    nameAfter(Qt::Key_Tab);
+    EXPECT_EQ(rings(), 1);
+    click("Um");
+    EXPECT_EQ(rings(), 0);
+    nameAfter(Qt::Key_Tab);
+    EXPECT_EQ(rings(), 1);
+    click("Texto");
+    EXPECT_TRUE(view().activeFocusItem()->property("cursorPosition").isValid());
+    nameAfter(Qt::Key_A);
+    EXPECT_EQ(rings(), 0) << "what is written shows where the keyboard is";
+    coordinator.toggleFromHotKey();
+    coordinator.toggleFromHotKey();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(rings(), 1) << "called by key";
+}
+
+TEST_F(NotchViewTest, NeverTabsToWhatIsNotSeen)
+{
+    change([](AppSettings &next) {
+        next.hasCompletedOnboarding = true;
+        next.hiddenHomeCards.clear();
+    });
+    addBuiltInModules(services.modules);
+    for (int i = 0; i < 30; ++i) {
+        const QString text = u"Número %1"_qs.arg(i);
+        services.shelf.addText(text);
+        services.notes.addTask(text, std::nullopt);
+        services.timers.startTimer(60s, text);
+        services.activity.post(ActivityEvent::make(desktop.scheduler.now(), {}, text,
+                                                   FeedbackStyle::success, u"test"_qs, {},
+                                                   {QUrl(u"file:///a"_qs)}));
+    }
+    start();
+    showView();
+    view().requestActivate();
+    for (const char16_t *page : {u"home", u"shelf", u"notes", u"timers", u"activity"}) {
+        coordinator.open(QString::fromUtf16(page));
+        QCoreApplication::processEvents();
+        std::set<const QQuickItem *> visited;
+        for (int i = 0; i < 200; ++i) {
+            const QString name = nameAfter(Qt::Key_Tab);
+            const QQuickItem *item = view().activeFocusItem();
+            if (!visited.insert(item).second)
+                break;
+            QCoreApplication::processEvents(); // a list shows its current card
+            const QPointF middle(item->width() / 2, item->height() / 2);
+            for (auto *holder = item->parentItem(); holder; holder = holder->parentItem()) {
+                EXPECT_TRUE(!holder->clip() || holder->contains(item->mapToItem(holder, middle)))
+                    << QString::fromUtf16(page).toStdString() << ": " << name.toStdString();
+            }
+        }
+        EXPECT_GT(visited.size(), 5U);
+    }
 }
 
 TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)

@@ -20,7 +20,7 @@ Item {
     required property ClipboardPageModel page
     readonly property bool isCurrent: GridView.isCurrentItem
     readonly property bool isFocused: isCurrent && GridView.view.activeFocus
-    readonly property bool isRinged: isFocused || (isCurrent && page.collections.isCollecting)
+    readonly property bool isRinged: (isFocused && FocusCue.byKeys) || (isCurrent && page.collections.isCollecting)
     readonly property bool hovered: hover.hovered
 
     signal menuRequested(point at)

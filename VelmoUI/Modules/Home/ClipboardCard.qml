@@ -54,6 +54,7 @@ CardSurface {
             required property string spoken
 
             name: spoken
+            visible: (index + 1) * height <= ListView.view.height
             width: ListView.view.width
             height: Theme.controlHeight
             onTriggered: clipboard.card.copy(index)

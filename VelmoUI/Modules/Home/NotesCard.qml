@@ -33,6 +33,9 @@ ControlSurface {
     }
 
     Column {
+        id: rows
+        readonly property int fitting: Math.floor(height / Theme.controlHeight)
+
         x: Theme.cardPadding
         y: heading.y + heading.height
         width: parent.width - 2 * x
@@ -45,12 +48,14 @@ ControlSurface {
             delegate: ControlSurface {
                 id: task
 
+                required property int index
                 required property string id
                 required property string title
                 required property string due
                 required property bool isOverdue
                 required property string spoken
 
+                visible: index < rows.fitting
                 width: parent.width
                 height: Theme.controlHeight
                 name: spoken
@@ -86,8 +91,10 @@ ControlSurface {
             model: notes.card.hasOpenTasks ? null : notes.card.notes
 
             delegate: Label {
+                required property int index
                 required property string title
 
+                visible: index < rows.fitting
                 width: parent.width
                 height: Theme.controlHeight
                 text: title

@@ -35,7 +35,8 @@ CardSurface {
         x: Theme.grid
         y: heading.height + Theme.grid
         width: parent.width - 2 * x
-        height: parent.height - y - Theme.grid
+        // No row is cut.
+        height: Math.floor((parent.height - y - Theme.grid) / Theme.controlHeight) * Theme.controlHeight
         clip: true
         interactive: false
         model: shelf.card.items
@@ -52,6 +53,7 @@ CardSurface {
             required property var model
 
             name: spoken
+            visible: (index + 1) * height <= ListView.view.height
             width: ListView.view.width
             height: Theme.controlHeight
             onTriggered: shelf.card.open(index)

@@ -15,7 +15,8 @@ Item {
     required property bool isSelected
     required property string spoken
     required property ShelfPageModel page
-    readonly property bool isRinged: GridView.isCurrentItem && GridView.view.activeFocus
+    readonly property bool isFocused: GridView.isCurrentItem && GridView.view.activeFocus
+    readonly property bool isRinged: isFocused && FocusCue.byKeys
     readonly property bool isRenaming: page.renaming === id
 
     signal menuRequested(point at)
@@ -25,7 +26,7 @@ Item {
     Accessible.selectable: true
     Accessible.selected: isSelected
     Accessible.focusable: true
-    Accessible.focused: isRinged
+    Accessible.focused: isFocused
     Accessible.onPressAction: page.press(index, 0)
 
     CardSurface {
