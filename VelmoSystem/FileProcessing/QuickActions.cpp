@@ -102,8 +102,8 @@ ActionOutcome CopyContentAction::perform(const std::vector<DroppedItem> &items)
 
 void addQuickActions(ActionCatalog &actions, FileViewer &viewer, Pasteboard &pasteboard)
 {
-    actions.add(std::make_unique<OpenItemAction>(viewer));
     actions.add(std::make_unique<RevealInFinderAction>(viewer));
+    actions.add(std::make_unique<OpenItemAction>(viewer));
     actions.add(std::make_unique<CopyPathAction>(pasteboard));
     actions.add(std::make_unique<CopyContentAction>(pasteboard));
 }

@@ -28,7 +28,7 @@ TEST(QuickActions, OfferWhatSuitsAllItemsAndDoIt)
         return ids.join(QLatin1Char(' '));
     };
     EXPECT_EQ(offered({}), QString());
-    EXPECT_EQ(offered({a}), u"files.open files.reveal files.copyPath");
+    EXPECT_EQ(offered({a}), u"files.reveal files.open files.copyPath");
     EXPECT_EQ(offered({a, c}), u"files.reveal files.copyPath");
     EXPECT_EQ(offered({link}), u"files.open content.copy");
     EXPECT_EQ(offered({link, text}), u"content.copy");
