@@ -1,7 +1,8 @@
 import QtQuick
 import Velmo
 
-/// A button for what can't be undone: it asks in place first.
+/// A button for what can't be undone: it asks in place first, to the left of where it was pressed. It
+/// has to stand at the right, so that a second press there never confirms.
 Row {
     id: button
 
@@ -49,9 +50,16 @@ Row {
 
     ActionButton {
         id: first
+
+        property real widthBefore: 0
+
+        width: Math.max(implicitWidth, button.asks ? widthBefore : 0)
         name: button.asks ? "Manter" : button.name
         idleColor: button.idleColor
         textColor: button.isQuiet && !button.asks && !hovered && !activeFocus ? Theme.secondaryText : Theme.text
-        onTriggered: button.asks = !button.asks
+        onTriggered: {
+            widthBefore = width;
+            button.asks = !button.asks;
+        }
     }
 }

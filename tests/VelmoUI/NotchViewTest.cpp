@@ -9,6 +9,8 @@
 
 #include <QFont>
 #include <QLocale>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QRegularExpression>
 
@@ -614,6 +616,46 @@ TEST_F(NotchViewTest, LetsThePageHaveItsKeysFirst)
     EXPECT_EQ(shown(), u"expanded");
     press(XK_Escape, {}, Qt::Key_Escape);
     EXPECT_EQ(shown(), u"collapsed");
+}
+
+TEST_F(NotchViewTest, NeverConfirmsWhereTheFirstPressWas)
+{
+    start();
+    showView();
+    QQmlComponent probe(qmlEngine(view().rootObject()));
+    probe.setData(R"(import QtQuick
+        import Velmo
+        Item {
+            width: 600
+            ConfirmButton {
+                anchors.right: parent.right
+                name: "Restaurar tudo agora…"
+                question: "Certeza?"
+                confirmName: "Sim"
+            }
+        })",
+                  {});
+    const std::unique_ptr<QObject> made(probe.create());
+    auto *const item = qobject_cast<QQuickItem *>(made.get());
+    ASSERT_TRUE(item) << qPrintable(probe.errorString());
+    item->setParentItem(view().rootObject());
+    const auto button = [&](const QString &name) {
+        for (QQuickItem *child : item->childItems().front()->childItems()) {
+            if (child->property("name").toString() == name)
+                return child;
+        }
+        throw std::logic_error("no such button");
+    };
+    const auto place = [](const QQuickItem *of) {
+        return of->mapRectToScene({0, 0, of->width(), of->height()});
+    };
+    view().grabWindow();
+    QQuickItem *const first = button(u"Restaurar tudo agora…"_qs);
+    const QRectF pressed = place(first);
+    QMetaObject::invokeMethod(first, "triggered");
+    view().grabWindow();
+    EXPECT_FALSE(place(button(u"Sim"_qs)).intersects(pressed));
+    EXPECT_TRUE(place(button(u"Manter"_qs)).contains(pressed));
 }
 
 } // namespace
