@@ -71,9 +71,11 @@ Item {
         }
     }
 
-    // The gulp: a glow that runs along the notch's lower edge and is gone.
+    // The gulp: a glow that runs along the notch's lower edge and is gone. An open panel has no such
+    // edge: there it would be a line across its content.
     Rectangle {
         id: glow
+        objectName: "glow"
         x: droplet.content.notchCenterX - width / 2
         y: droplet.content.notchHeight - height
         width: droplet.content.notchWidth
@@ -81,7 +83,7 @@ Item {
         radius: height / 2
         color: Theme.accent
         opacity: 0
-        visible: opacity > 0
+        visible: opacity > 0 && droplet.content.presentation === "collapsed"
     }
 
     SequentialAnimation {

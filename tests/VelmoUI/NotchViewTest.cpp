@@ -658,5 +658,23 @@ TEST_F(NotchViewTest, NeverConfirmsWhereTheFirstPressWas)
     EXPECT_TRUE(place(button(u"Manter"_qs)).contains(pressed));
 }
 
+TEST_F(NotchViewTest, DrawsNoGulpAcrossAnOpenPanel)
+{
+    start();
+    showView();
+    change([](AppSettings &next) { next.animationsEnabled = true; });
+    desktop.folder.write(u"a.txt"_qs, "?");
+    coordinator.debugDropAnimation(desktop.folder.path(u"a.txt"_qs), {700, 60});
+    const auto *glow = view().rootObject()->findChild<QQuickItem *>(u"glow"_qs);
+    ASSERT_TRUE(glow);
+    wait(NotchViewModel::dropletFlight);
+    while (glow->opacity() < 0.4)
+        QCoreApplication::processEvents();
+    EXPECT_EQ(shown(), u"dropResult");
+    EXPECT_FALSE(glow->isVisible());
+    coordinator.toggleFromHotKey();
+    EXPECT_TRUE(glow->isVisible()) << "along the notch's edge";
+}
+
 } // namespace
 } // namespace velmo
