@@ -19,7 +19,7 @@
 #include "VelmoUI/App/DataProtectionStatus.h"
 #include "VelmoUI/HotKeys/HotKeyController.h"
 #include "VelmoUI/Modules/ModuleRegistry.h"
-#include "VelmoUI/Modules/Tools/ToolsSelection.h"
+#include "VelmoUI/Modules/Tools/ToolsWork.h"
 
 #include <QUrl>
 
@@ -83,6 +83,7 @@ public:
     JobCenter jobs;
     ShelfStore shelf;
     ToolsSelection tools;
+    ToolsWork toolsWork;
 
     ScheduledTask shelfCleaning; ///< the next one
 

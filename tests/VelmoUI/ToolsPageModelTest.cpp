@@ -54,11 +54,26 @@ protected:
         return row->isEnabled ? QString() : row->detail;
     }
 
+    ModuleContext context() { return {services, panel}; }
+    void archive(const char *name, const QString &password)
+    {
+        folder.write(QStringLiteral("um.txt"), "segredo");
+        QProcess archiver;
+        QStringList arguments{QStringLiteral("a"), url(name).toLocalFile(),
+                              folder.path(QStringLiteral("um.txt"))};
+        if (!password.isEmpty())
+            arguments.append(u"-p"_qs + password);
+        archiver.start(QStringLiteral("7zz"), arguments);
+        ASSERT_TRUE(archiver.waitForFinished());
+        QFile::remove(folder.path(QStringLiteral("um.txt")));
+    }
+
     TemporaryFolder folder;
     FakeDesktop desktop;
     AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
     NotchViewModel panel{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
-    ToolsPageModel page{{services, panel}};
+    std::unique_ptr<ToolsPageModel> owned = std::make_unique<ToolsPageModel>(context());
+    ToolsPageModel &page = *owned;
 };
 
 } // namespace
@@ -208,13 +223,7 @@ TEST_F(ToolsPageModelTest, MakesListsAndExtractsArchives)
 
 TEST_F(ToolsPageModelTest, AsksForAPasswordUntilItFits)
 {
-    folder.write(QStringLiteral("um.txt"), "segredo");
-    QProcess archiver;
-    archiver.start(QStringLiteral("7zz"),
-                   {QStringLiteral("a"), QStringLiteral("-psenha"),
-                    folder.path(QStringLiteral("x.7z")), folder.path(QStringLiteral("um.txt"))});
-    ASSERT_TRUE(archiver.waitForFinished());
-    QFile::remove(folder.path(QStringLiteral("um.txt")));
+    archive("x.7z", QStringLiteral("senha"));
     choose({"x.7z"}, QStringLiteral("extract"));
     page.extract();
     finish();
@@ -227,6 +236,56 @@ TEST_F(ToolsPageModelTest, AsksForAPasswordUntilItFits)
     finish();
     EXPECT_EQ(folder.read(QStringLiteral("um.txt")), "segredo");
     EXPECT_EQ(page.tool(), QString());
+}
+
+TEST_F(ToolsPageModelTest, GoesOnWithoutThePage)
+{
+    archive("a.7z", {});
+    archive("b.7z", QStringLiteral("senha"));
+    archive("c.7z", {});
+    choose({"b.7z", "a.7z", "c.7z"}, QStringLiteral("extract"));
+    page.extract();
+    owned.reset();
+    finish();
+    EXPECT_EQ(folder.read(QStringLiteral("um.txt")), "segredo");
+    EXPECT_EQ(folder.read(QStringLiteral("um 2.txt")), "segredo") << "none waits for the password";
+    ASSERT_EQ(services.activity.live().size(), 1U);
+    EXPECT_EQ(services.activity.live()[0].title, u"Senha de “b.7z”, em Ferramentas");
+
+    choose({"a.txt"}); // whatever is chosen meanwhile
+    ToolsPageModel again(context());
+    EXPECT_EQ(again.passwordTitle(), u"Senha de “b.7z”");
+    again.usePassword(QStringLiteral("senha"));
+    finish();
+    EXPECT_EQ(folder.read(QStringLiteral("um 3.txt")), "segredo");
+    EXPECT_TRUE(services.activity.live().empty());
+
+    choose({"b.7z"}, QStringLiteral("extract"));
+    again.extract();
+    finish();
+    services.activity.cancel(services.activity.live()[0].id);
+    EXPECT_EQ(again.passwordQuestion(), QString()) << "it is left as it is";
+}
+
+TEST_F(ToolsPageModelTest, TakesBackForAWhileWithoutThePage)
+{
+    choose({"a.txt"}, QStringLiteral("rename"));
+    page.renameForm()->setPattern(QStringLiteral("b"));
+    page.rename();
+    owned.reset();
+    finish();
+    ToolsPageModel again(context());
+    EXPECT_EQ(again.note(), u"1 item renomeado");
+    desktop.scheduler.advance(ToolsWork::undoTime - 0.1s);
+    ASSERT_TRUE(again.canUndo());
+    again.undo();
+    finish();
+    EXPECT_THAT(folder.names(), ElementsAre(u"a.txt"));
+    again.renameForm()->setPattern(QStringLiteral("c"));
+    again.rename();
+    finish();
+    desktop.scheduler.advance(ToolsWork::undoTime);
+    EXPECT_FALSE(again.canUndo());
 }
 
 } // namespace velmo

@@ -5,8 +5,6 @@ import Velmo
 ToolForm {
     id: tool
 
-    readonly property bool isLocked: page !== null && page.passwordQuestion.length > 0
-
     fields: [
         Label {
             anchors.right: query.left
@@ -20,12 +18,9 @@ ToolForm {
             id: query
             anchors.right: parent.right
             focus: true
-            visible: !tool.isLocked
             name: "Buscar no arquivo compactado"
             placeholder: "Buscar"
             onEdited: text => tool.page.searchEntries(text)
-            onVisibleChanged: if (visible)
-                forceActiveFocus()
             Component.onCompleted: {
                 tool.page.searchEntries("");
                 forceActiveFocus();
@@ -33,22 +28,12 @@ ToolForm {
         }
     ]
 
-    Loader {
-        width: parent.width
-        focus: active
-        active: tool.isLocked
-        sourceComponent: PasswordField {
-            page: tool.page
-        }
-    }
-
     CardGrid {
         id: grid
         width: parent.width + Theme.gap
         height: parent.height
         rows: Math.max(1, Math.floor(height / Theme.controlHeight))
         cellWidth: Math.floor(width / 2)
-        visible: !tool.isLocked
         model: tool.page !== null ? tool.page.entries : null
         Accessible.role: Accessible.List
         Accessible.name: "Conteúdo"

@@ -30,20 +30,9 @@ ToolForm {
     ]
 
     Label {
-        id: hint
         width: parent.width
-        visible: !password.active
         wrapMode: Text.Wrap
         text: tool.page !== null ? tool.page.extractDetail : ""
         color: Theme.secondaryText
-    }
-    Loader {
-        id: password
-        width: parent.width
-        focus: active
-        active: tool.page !== null && tool.page.passwordQuestion.length > 0
-        sourceComponent: PasswordField {
-            page: tool.page
-        }
     }
 }

@@ -9,6 +9,8 @@ FocusScope {
     property bool watched: false
     property int lastTile: 0
     readonly property bool hasFiles: page !== null && page.hasFiles
+    /// A password is asked for, maybe that of an archive which isn't chosen any more.
+    readonly property bool asks: page !== null && page.passwordQuestion.length > 0
 
     onWatchedChanged: tell()
     onPageChanged: tell()
@@ -22,7 +24,7 @@ FocusScope {
 
     EmptyState {
         anchors.centerIn: parent
-        visible: view.page !== null && !view.hasFiles
+        visible: view.page !== null && !view.hasFiles && !view.asks
         symbol: "wrench.and.screwdriver"
         title: "Nenhum arquivo escolhido"
         detail: "Arraste arquivos até o notch ou escolha-os aqui para renomear, mover, compactar ou extrair."
@@ -44,16 +46,16 @@ FocusScope {
     Loader {
         id: tool
 
-        readonly property string id: view.page !== null ? view.page.tool : ""
+        readonly property string id: view.page === null ? "" : view.asks ? "password" : view.page.tool
         property string idBefore: ""
 
-        x: selection.width + Theme.gap
+        x: selection.visible ? selection.width + Theme.gap : 0
         width: parent.width - x
         height: parent.height
-        visible: view.hasFiles
-        focus: view.hasFiles
+        visible: view.hasFiles || view.asks
+        focus: visible
         active: view.page !== null
-        sourceComponent: id === "rename" ? rename : id === "zip" ? zip : id === "extract" ? extract
+        sourceComponent: id === "password" ? password : id === "rename" ? rename : id === "zip" ? zip : id === "extract" ? extract
                        : id === "list" ? contents : id === "summary" ? summary : all
         // The keyboard goes into a tool that opens, and back to the tiles.
         onLoaded: {
@@ -69,6 +71,12 @@ FocusScope {
             page: view.page
             Component.onCompleted: current = view.lastTile
             Component.onDestruction: view.lastTile = current
+        }
+    }
+    Component {
+        id: password
+        PasswordTool {
+            page: view.page
         }
     }
     Component {

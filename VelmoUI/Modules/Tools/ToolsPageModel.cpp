@@ -42,12 +42,20 @@ ToolsPageModel::ToolsPageModel(const ModuleContext &context)
     ToolsSelection &selection = context.services.tools;
     connect(&selection, &ToolsSelection::urlsChanged, this, &ToolsPageModel::takeFiles);
     connect(&selection, &ToolsSelection::toolChanged, this, [this] {
-        askForPassword({});
         Q_EMIT toolChanged();
         startTool();
     });
+    connect(&work(), &ToolsWork::changed, this, [this] {
+        m_progress = -1;
+        updateProgress();
+        Q_EMIT jobChanged();
+    });
+    connect(&work(), &ToolsWork::finished, this, &ToolsPageModel::startTool);
+    connect(&work(), &ToolsWork::passwordChanged, this, &ToolsPageModel::passwordChanged);
+    connect(&work(), &ToolsWork::entriesChanged, this, &ToolsPageModel::showEntries);
     connect(&context.services.activity, &ActivityCenter::liveChanged, this,
             &ToolsPageModel::updateProgress);
+    showEntries();
     takeFiles();
 }
 
@@ -163,7 +171,7 @@ QString ToolsPageModel::extractDetail() const
 
 QString ToolsPageModel::entriesDetail() const
 {
-    if (!m_listed)
+    if (!work().listed())
         return {};
     const int all = m_entries.entryCount();
     const int shown = m_entries.rowCount();
@@ -176,12 +184,16 @@ QString ToolsPageModel::entriesDetail() const
     return shown == all ? total : QStringLiteral("%1 de %2").arg(QLocale().toString(shown), total);
 }
 
-void ToolsPageModel::usePassword(const QString &password)
+QString ToolsPageModel::passwordTitle() const
 {
-    if (m_passwordQuestion.isEmpty() || password.isEmpty() || isRunning())
-        return;
-    const auto use = m_withPassword; // which takes its own place
-    use(password);
+    const auto archive = work().lockedArchive();
+    return archive ? QStringLiteral("Senha de “") + archive->fileName() + u'”' : QString();
+}
+
+void ToolsPageModel::showEntries()
+{
+    m_entries.setEntries(work().entries());
+    Q_EMIT entriesChanged();
 }
 
 void ToolsPageModel::searchEntries(const QString &query)
@@ -190,14 +202,86 @@ void ToolsPageModel::searchEntries(const QString &query)
     Q_EMIT entriesChanged();
 }
 
-void ToolsPageModel::cancel()
+void ToolsPageModel::rename()
 {
-    m_context.services.activity.cancel(m_jobID);
+    if (m_renameForm.isPossible())
+        work().rename(m_renameForm.pattern(), m_renameForm.start());
+}
+
+void ToolsPageModel::zip()
+{
+    if (!canZip())
+        return;
+    QString name = m_zipName.trimmed();
+    if (name.endsWith(u".zip", Qt::CaseInsensitive) && name.size() > 4)
+        name.chop(4);
+    work().zip(name);
+}
+
+void ToolsPageModel::extract()
+{
+    work().extract(std::nullopt);
+}
+
+void ToolsPageModel::chooseExtractFolder()
+{
+    askForFolder(QStringLiteral("Extrair para"), QStringLiteral("Extrair"),
+                 [this](const QUrl &folder) { work().extract(folder); });
 }
 
 void ToolsPageModel::reveal()
 {
-    m_context.services.platform.fileViewer.reveal(m_outputs);
+    m_context.services.platform.fileViewer.reveal(work().outputs());
+}
+
+void ToolsPageModel::updateProgress()
+{
+    const auto &live = m_context.services.activity.live();
+    const auto row = std::ranges::find(live, work().jobID(), &LiveActivity::id);
+    const qreal progress = row == live.end() ? -1 : row->progress.value_or(-1);
+    if (isRunning() && std::exchange(m_progress, progress) != progress)
+        Q_EMIT jobChanged();
+}
+
+void ToolsPageModel::startTool()
+{
+    const QString id = tool();
+    if (id.isEmpty() || !m_isWatched || isRunning())
+        return;
+    const auto &rows = m_tools.records();
+    const auto row = std::ranges::find(rows, id, &ToolRow::id);
+    if (row == rows.end() || !row->isEnabled) {
+        const QString reason = row == rows.end() || !hasFiles() ? QString() : row->detail;
+        closeTool();
+        if (!reason.isEmpty())
+            work().tell(QStringLiteral("%1: %2").arg(row->title, reason), true);
+        return;
+    }
+    if (id == u"duplicate") {
+        closeTool();
+        work().duplicate();
+    } else if (id == u"organize") {
+        closeTool();
+        work().organize();
+    } else if (id == u"move") {
+        closeTool();
+        askForFolder(QStringLiteral("Mover para"), QStringLiteral("Mover"),
+                     [this](const QUrl &folder) { moveTo(folder); });
+    } else if (id == u"list" && work().listed() != urls().front() &&
+               work().lockedArchive() != urls().front()) {
+        work().list();
+    }
+}
+
+void ToolsPageModel::askForFolder(const QString &title, const QString &acceptText,
+                                  const std::function<void(const QUrl &)> &use)
+{
+    m_dialog.open(PanelFileDialog::Kind::folder, title, acceptText,
+                  urls().front().adjusted(QUrl::RemoveFilename).toLocalFile(),
+                  [use](const std::vector<QUrl> &chosen) {
+                      if (!chosen.empty())
+                          use(chosen.front());
+                  });
 }
 
 void ToolsPageModel::takeFiles()
@@ -210,18 +294,6 @@ void ToolsPageModel::takeFiles()
                             .toLocalFile())
                   .fileName()
             : QStringLiteral("Arquivos");
-    if (!isRunning()) {
-        m_toExtract.clear();
-        askForPassword({});
-        const bool isOther = std::ranges::none_of(
-            m_taken, [this](const QUrl &file) { return std::ranges::count(urls(), file) > 0; });
-        if (isOther) { // what came of the last job is nothing of theirs
-            m_outputs.clear();
-            m_undo = {};
-            tell({}, false);
-        }
-    }
-    m_taken = urls();
     summarize();
     Q_EMIT zipChanged();
     Q_EMIT toolChanged();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VelmoSystem/FileProcessing/FileSummary.h"
-#include "VelmoSystem/FileProcessing/MovedFiles.h"
 #include "VelmoUI/App/AppServices.h"
 #include "VelmoUI/Modules/NotchModule.h"
 #include "VelmoUI/Modules/Tools/ArchiveContents.h"
@@ -29,7 +28,7 @@ struct FileRow {
 BOOST_DESCRIBE_STRUCT(FileRow, (), (id, symbol, name, detail, removal, spoken))
 
 /// The Tools page of one panel: files, what can be done with them, and what came of it. The work is
-/// done in jobs, one at a time.
+/// that of `ToolsWork`, and so goes on without the page.
 class ToolsPageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -65,6 +64,8 @@ class ToolsPageModel : public QObject {
     Q_PROPERTY(QString extractDetail READ extractDetail NOTIFY filesChanged)
     /// What the archive tools say of the password; empty if none is asked for.
     Q_PROPERTY(QString passwordQuestion READ passwordQuestion NOTIFY passwordChanged)
+    /// Of which archive, which needn't be one of those chosen now.
+    Q_PROPERTY(QString passwordTitle READ passwordTitle NOTIFY passwordChanged)
     Q_PROPERTY(QAbstractItemModel *entries READ entries CONSTANT)
     Q_PROPERTY(QString entriesDetail READ entriesDetail NOTIFY entriesChanged)
 
@@ -80,13 +81,13 @@ public:
     QString tool() const;
     QString toolTitle() const;
 
-    bool isRunning() const { return !m_jobID.isEmpty(); }
-    QString jobTitle() const { return m_jobTitle; }
+    bool isRunning() const { return work().isRunning(); }
+    QString jobTitle() const { return work().jobTitle(); }
     qreal progress() const { return m_progress; }
-    QString note() const { return m_note; }
-    bool isNoteError() const { return m_isNoteError; }
-    bool canUndo() const { return !isRunning() && !m_undo.now.empty(); }
-    bool canReveal() const { return !isRunning() && !m_outputs.empty(); }
+    QString note() const { return work().note(); }
+    bool isNoteError() const { return work().isNoteError(); }
+    bool canUndo() const { return work().canUndo(); }
+    bool canReveal() const { return !isRunning() && !work().outputs().empty(); }
 
     RenameForm *renameForm() { return &m_renameForm; }
     QString zipName() const { return m_zipName; }
@@ -94,7 +95,8 @@ public:
     QString zipDetail() const;
     bool canZip() const;
     QString extractDetail() const;
-    QString passwordQuestion() const { return m_passwordQuestion; }
+    QString passwordQuestion() const { return work().passwordQuestion(); }
+    QString passwordTitle() const;
     ArchiveContents *entries() { return &m_entries; }
     QString entriesDetail() const;
 
@@ -114,14 +116,14 @@ public:
     /// Beside each archive.
     Q_INVOKABLE void extract();
     Q_INVOKABLE void chooseExtractFolder();
-    void extractTo(const std::optional<QUrl> &folder);
-    void moveTo(const QUrl &folder);
+    void moveTo(const QUrl &folder) { work().moveTo(folder); }
     /// Tries again what a password was asked for.
-    Q_INVOKABLE void usePassword(const QString &password);
+    Q_INVOKABLE void usePassword(const QString &password) { work().usePassword(password); }
+    Q_INVOKABLE void declinePassword() { work().declinePassword(); }
     Q_INVOKABLE void searchEntries(const QString &query);
 
-    Q_INVOKABLE void cancel();
-    Q_INVOKABLE void undo();
+    Q_INVOKABLE void cancel() { work().cancel(); }
+    Q_INVOKABLE void undo() { work().undo(); }
     /// Shows what the last job made.
     Q_INVOKABLE void reveal();
 
@@ -134,17 +136,7 @@ Q_SIGNALS:
     void entriesChanged();
 
 private:
-    /// What a job does. It tells in `moved` what it has moved so far, also when it fails.
-    using Work =
-        std::function<JobOutcome(JobProgress &, const std::stop_token &, MovedFiles &moved)>;
-    struct Job {
-        QString title;
-        QString symbol;
-        Work work;
-        std::function<void()> done = [] {}; ///< on the main thread, after a success
-        bool isUndo = false;
-    };
-
+    ToolsWork &work() const { return m_context.services.toolsWork; }
     const std::vector<QUrl> &urls() const { return m_context.services.tools.urls(); }
     void takeFiles();
     void summarize();
@@ -153,44 +145,20 @@ private:
     void askForFolder(const QString &title, const QString &acceptText,
                       const std::function<void(const QUrl &)> &use);
 
-    void run(Job job);
-    void finish(const Job &job, const JobOutcome &outcome, const MovedFiles &moved);
-    void fail(const Job &job, const std::exception_ptr &failure, const MovedFiles &moved);
-    /// Keeps to files that have moved.
-    void follow(const MovedFiles &moved);
     void updateProgress();
-    void tell(const QString &note, bool isError);
-    void askForPassword(const QString &question);
-
-    void duplicate();
-    void organize();
-    void extractNext(const std::optional<QString> &password);
-    void list(const std::optional<QString> &password);
+    void showEntries();
 
     const ModuleContext m_context;
     PanelFileDialog m_dialog;
     bool m_isWatched = false;
-    std::vector<QUrl> m_taken; ///< the files when they last changed
     std::jthread m_summarizing;
     QString m_filesDetail;
     RecordListModel<FileRow> m_files;
     RecordListModel<ToolRow> m_tools;
 
-    QString m_jobID;
-    QString m_jobTitle;
     qreal m_progress = -1;
-    QString m_note;
-    bool m_isNoteError = false;
-    MovedFiles m_undo;
-    std::vector<QUrl> m_outputs;
-
     RenameForm m_renameForm;
     QString m_zipName;
-    std::vector<QUrl> m_toExtract; ///< the next one first
-    std::optional<QUrl> m_extractFolder;
-    QString m_passwordQuestion;
-    std::function<void(const QString &)> m_withPassword;
-    std::optional<QUrl> m_listed; ///< whose entries show
     ArchiveContents m_entries;
 };
 
