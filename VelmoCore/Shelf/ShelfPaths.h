@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <optional>
 #include <sys/stat.h>
 #include <vector>
@@ -59,12 +60,21 @@ inline QUrl inFolder(const QString &folder, const QString &name)
     return QUrl::fromLocalFile(QDir(folder).filePath(name));
 }
 
-/// Where its date puts it among the others, newest first.
-inline void insertByDate(std::vector<ShelfItem> &items, ShelfItem item)
+/// All of them, newest first. Of one date, the last of the added comes before the others.
+inline std::vector<ShelfItem> merged(std::vector<ShelfItem> added, std::vector<ShelfItem> items)
 {
-    const auto place =
-        std::ranges::lower_bound(items, item.added, std::greater(), &ShelfItem::added);
-    items.insert(place, std::move(item));
+    std::ranges::reverse(added);
+    std::ranges::stable_sort(added, std::greater(), &ShelfItem::added);
+    std::vector<ShelfItem> all;
+    all.reserve(added.size() + items.size());
+    auto next = added.begin();
+    for (ShelfItem &item : items) {
+        for (; next != added.end() && next->added >= item.added; ++next)
+            all.push_back(std::move(*next));
+        all.push_back(std::move(item));
+    }
+    std::move(next, added.end(), std::back_inserter(all));
+    return all;
 }
 
 } // namespace velmo::ShelfPaths

@@ -6,6 +6,7 @@
 #include "VelmoCore/Storage/AtomicFile.h"
 
 #include <QLocale>
+#include <QPointer>
 #include <QRegularExpression>
 
 #include <set>
@@ -125,10 +126,13 @@ QString ShelfStore::returnFolder(const ShelfItem &item) const
 void ShelfStore::addReferences(const std::vector<QUrl> &urls, const std::optional<QString> &group)
 {
     bool hasAdded = false;
+    QSet<QString> listed = listedPaths();
     for (const QUrl &url : urls) {
-        if (isListed(url))
+        const QString path = standardized(url);
+        if (listed.contains(path))
             continue;
-        insert({.content = {ShelfItem::File{standardized(url), {}, ShelfStorage::reference}},
+        listed.insert(path);
+        insert({.content = {ShelfItem::File{path, {}, ShelfStorage::reference}},
                 .name = url.fileName(),
                 .group = group});
         hasAdded = true;
@@ -167,11 +171,18 @@ void ShelfStore::addText(const QString &text, const std::optional<QString> &grou
 void ShelfStore::adoptOutputs(const std::vector<QUrl> &urls)
 {
     bool hasAdded = false;
+    std::optional<QSet<QString>> listed;
     for (const QUrl &url : urls) {
-        if (!isInNotch(url) || !QFileInfo::exists(url.toLocalFile()) || isListed(url))
+        const QString path = standardized(url);
+        if (!isInNotch(url))
             continue;
-        insert({.content = {ShelfItem::File{standardized(url), {}, ShelfStorage::moved}},
-                .name = url.fileName()});
+        if (!listed)
+            listed = listedPaths();
+        if (listed->contains(path) || !QFileInfo::exists(path))
+            continue;
+        listed->insert(path);
+        insert(
+            {.content = {ShelfItem::File{path, {}, ShelfStorage::moved}}, .name = url.fileName()});
         hasAdded = true;
     }
     if (hasAdded)
@@ -233,16 +244,63 @@ int ShelfStore::autoClean(int olderThanDays, Date now)
     return int(ids.size());
 }
 
+bool ShelfStore::isOurs(const ShelfItem &item)
+{
+    const auto *file = fileOf(item);
+    return file && file->storage != ShelfStorage::reference;
+}
+
 void ShelfStore::forgetMissingFiles()
 {
-    const auto isMissing = [this](const ShelfItem &item) {
-        const auto *file = fileOf(item);
-        if (!file || file->storage == ShelfStorage::reference || stands(file->path))
+    forget([](const QString &path) { return !stands(path); });
+}
+
+void ShelfStore::lookForMissingFiles()
+{
+    m_looksAgain = m_isLooking;
+    QStringList paths;
+    for (const ShelfItem &item : m_items) {
+        if (isOurs(item))
+            paths.append(fileOf(item)->path);
+    }
+    if (m_isLooking || paths.isEmpty())
+        return;
+    m_isLooking = true;
+    m_looking = std::jthread(
+        [self = QPointer(this), paths, &scheduler = m_scheduler](const std::stop_token &stop) {
+            QSet<QString> missing;
+            for (const QString &path : paths) {
+                if (stop.stop_requested())
+                    return;
+                if (!stands(path))
+                    missing.insert(path);
+            }
+            scheduler.post([self, missing] {
+                if (self)
+                    self->forgetFound(missing);
+            });
+        });
+}
+
+void ShelfStore::forgetFound(const QSet<QString> &missing)
+{
+    m_isLooking = false;
+    forget([&](const QString &path) {
+        return missing.contains(path) && !stands(path); // it may have come back
+    });
+    if (m_looksAgain)
+        lookForMissingFiles();
+}
+
+void ShelfStore::forget(const std::function<bool(const QString &path)> &isGone)
+{
+    const auto dropped = std::erase_if(m_items, [&](const ShelfItem &item) {
+        if (!isOurs(item) || !isGone(fileOf(item)->path))
             return false;
         removeEmptyCopyFolder(item);
         return true;
-    };
-    if (std::erase_if(m_items, isMissing) > 0)
+    });
+    if (dropped > 0)
         changed();
 }
 
@@ -258,13 +316,14 @@ int ShelfStore::removeDuplicateFiles()
     return int(dropped);
 }
 
-bool ShelfStore::isListed(const QUrl &url) const
+QSet<QString> ShelfStore::listedPaths() const
 {
-    const QString path = standardized(url);
-    return std::ranges::any_of(m_items, [&](const ShelfItem &item) {
-        const auto *file = fileOf(item);
-        return file && standardized(file->path) == path;
-    });
+    QSet<QString> paths;
+    for (const ShelfItem &item : m_items) {
+        if (const auto *file = fileOf(item))
+            paths.insert(standardized(file->path));
+    }
+    return paths;
 }
 
 void ShelfStore::insert(ShelfItem item)
@@ -282,16 +341,26 @@ std::optional<QString> ShelfStore::inDirectory(const QString &name) const
 
 ShelfStore::Snapshot ShelfStore::snapshot() const
 {
-    std::vector<ShelfItem> all = m_items;
-    for (const ShelfItem &item : m_underway)
-        insertByDate(all, item);
-    return {all};
+    std::vector<ShelfItem> underway;
+    underway.reserve(m_underway.size());
+    for (const Underway &one : m_underway)
+        underway.push_back(one.item);
+    return {merged(std::move(underway), m_items)};
 }
 
 void ShelfStore::changed()
 {
-    m_file.saveNow();
+    save();
     Q_EMIT itemsChanged();
+}
+
+void ShelfStore::save()
+{
+    m_retry.cancel();
+    m_file.save([this](const std::exception_ptr &failure) {
+        if (failure)
+            m_retry = m_scheduler.after(retryDelay, [this] { save(); });
+    });
 }
 
 } // namespace velmo

@@ -4,15 +4,18 @@
 #include "VelmoCore/Storage/StateFile.h"
 
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 #include <optional>
+#include <thread>
 #include <vector>
 
 namespace velmo {
 
 /// What the user keeps in the notch, and the folder "No Notch" with the files that were moved in.
-/// Saves at once: a file that has moved must not be ahead of its record. Main thread only.
+/// Saves at once, on another thread, and again after a while where that fails. A file comes in only
+/// when its record is on disk. Main thread only.
 class ShelfStore : public QObject {
     Q_OBJECT
 
@@ -29,7 +32,18 @@ public:
         QString downloads; ///< where a file goes whose original folder is gone
     };
     using IDs = std::vector<Uuid>;
-    /// A file that is to leave the shelf's folder for another file system.
+    /// Hears on the main thread that a record is on disk, or why it can't be.
+    using Recorded = StateSaving::Done;
+    /// The end of a transfer: the item's file stands at `place` in our folder, or not there.
+    struct Settlement {
+        Uuid item;
+        std::optional<QUrl> place;
+    };
+    /// How many moved files `removeAtOnce` takes home itself.
+    static constexpr std::size_t mostAtOnce = 16;
+    /// How long after a failed save the next one is tried.
+    static constexpr Seconds retryDelay = 30s;
+    /// A file that is to leave the shelf's folder.
     struct Departure {
         Uuid item;
         QUrl from;
@@ -65,22 +79,19 @@ public:
                  const std::optional<QString> &group = std::nullopt);
     void addLink(const QUrl &url, const std::optional<QString> &group = std::nullopt);
     void addText(const QString &text, const std::optional<QString> &group = std::nullopt);
-    /// Throw `FileError`; then no item is made and the file stands where it was. They take as long
-    /// as a copy does where the file is on another file system; what may be long goes another way,
-    /// by `moveInAtOnce`, or by `expect`, a job and `settle`.
+    /// Throw `FileError`, and what keeps the record from being saved; then no item is made and the
+    /// file stands where it was. They take as long as a copy does where the file is on another file
+    /// system: what may be long goes by `expect`, a job and `settle`.
     QUrl moveIn(const QUrl &url, const std::optional<QString> &group = std::nullopt);
     QUrl copyIn(const QUrl &url);
-    /// Nothing, and nothing has happened, where `moveIn` would have to copy. Throws `FileError`.
-    std::optional<QUrl> moveInAtOnce(const QUrl &url);
-    /// Records that `original` is on its way into our folder, and gives the item, whose path is a
-    /// free place for it. It joins `items` when it has settled; if Orvane ends before, it is listed
-    /// at the next start, or forgotten where nothing came. Throws `FileError`.
-    ShelfItem expect(const QUrl &original, ShelfStorage storage);
-    /// How many files are expected that don't stand in our folder yet.
+    /// Records that these, made by `ShelfArrivals`, are on their way into our folder. They join
+    /// `items` when they have settled; if Orvane ends before, those that have come are listed at
+    /// the next start and the others forgotten. What can't be recorded isn't expected.
+    void expect(std::vector<ShelfItem> arrivals, Recorded recorded);
+    /// How many files are on their way in.
     int arrivingCount() const;
-    /// The end of a transfer by `expect` or `removeAtOnce`: the file stands at `place` in our
-    /// folder, or not there.
-    void settle(const Uuid &id, const std::optional<QUrl> &place);
+    /// Ends transfers by `expect`, `removeAtOnce` or `depart`.
+    void settle(const std::vector<Settlement> &ends);
     /// Lists files that a tool made in our folders.
     void adoptOutputs(const std::vector<QUrl> &urls);
 
@@ -93,18 +104,24 @@ public:
     /// Copies go to the trash, moved files back; one that can't go back stays. Takes as long as a
     /// copy does where a file's home is on another file system.
     void remove(const IDs &ids);
-    /// Does what `remove` does without copying. What it gives has left `items`, but not its place:
-    /// a job moves it, and then it has to `settle`.
+    /// Does what `remove` does as far as it takes no time. What it gives has left `items`, but not
+    /// its place: a job moves it, and then it has to `settle`.
     std::vector<Departure> removeAtOnce(const IDs &ids);
+    /// The same for moved files, none of which it takes home itself.
+    std::vector<Departure> depart(const IDs &ids);
     /// Tells the user that so many moved files could not go back.
     void reportReturnFailures(int count);
     /// Removes what is older, but nothing pinned and no moved file. Gives how many.
     int autoClean(int olderThanDays, Date now);
     void forgetMissingFiles();
+    /// The same, but for what has gone away from the main thread.
+    void lookForMissingFiles();
     int removeDuplicateFiles();
     /// Brings files of earlier versions into `notchFolder`. Gives how many. Without the records of
     /// where they came from none.
     int migrateIntoNotchFolder();
+    /// Saves at once, and returns when all of it is on disk.
+    void flush() { m_file.flush(); }
 
     /// Throws `FileError`; the desktop's trash unless replaced.
     std::function<void(const QUrl &)> trash;
@@ -116,28 +133,42 @@ Q_SIGNALS:
     void loaded();
 
 private:
+    struct Underway {
+        ShelfItem item;
+        bool isArriving;
+    };
     struct Removal {
         std::vector<Departure> distant;
         int failures = 0;
     };
 
-    bool isListed(const QUrl &url) const;
-    QUrl placeFor(const QUrl &url) const;
+    QSet<QString> listedPaths() const;
+    QUrl bringIn(const QUrl &url, ShelfStorage storage, const std::optional<QString> &group);
     void insert(ShelfItem item);
     std::optional<QString> inDirectory(const QString &name) const;
     Snapshot snapshot() const;
     void changed();
-    Removal beginRemoval(const IDs &ids);
+    void save();
+    /// Whether it is a file of ours, so that without the file there is nothing to keep.
+    static bool isOurs(const ShelfItem &item);
+    void forgetFound(const QSet<QString> &missing);
+    void forget(const std::function<bool(const QString &path)> &isGone);
+    Removal beginRemoval(const IDs &ids, std::size_t mostMoves);
     void deleteManagedCopy(const ShelfItem &item);
-    std::optional<Departure> returnMovedFile(const ShelfItem &item) const;
+    std::optional<Departure> returnMovedFile(const ShelfItem &item, const QString &folder,
+                                             bool mayMove) const;
     void removeEmptyCopyFolder(const ShelfItem &item) const;
 
     Places m_places;
     Scheduler &m_scheduler;
     StateFile<Snapshot> m_file;
     std::vector<ShelfItem> m_items;
-    std::vector<ShelfItem> m_underway; ///< recorded, but in no list until they settle
+    std::vector<Underway> m_underway; ///< recorded, but in no list until they settle
     std::optional<int> m_lastReturnFailure;
+    ScheduledTask m_retry;
+    bool m_isLooking = false; ///< for missing files
+    bool m_looksAgain = false;
+    std::jthread m_looking;
 };
 BOOST_DESCRIBE_STRUCT(ShelfStore::Snapshot, (), (items))
 

@@ -1,9 +1,11 @@
 #include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Files/FileTransfer.h"
 #include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/Shelf/ShelfArrivals.h"
 #include "VelmoCore/Shelf/ShelfPaths.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
 
+#include <map>
 #include <set>
 
 namespace velmo {
@@ -12,15 +14,8 @@ using namespace ShelfPaths;
 
 namespace {
 
-/// The item of `moved`, which came from `original`.
-ShelfItem movedItem(const QUrl &moved, const QUrl &original,
-                    const std::optional<QString> &group = std::nullopt)
-{
-    return {.content = {ShelfItem::File{moved.toLocalFile(), {}, ShelfStorage::moved}},
-            .name = nameOf(original),
-            .group = group,
-            .originalFolder = QFileInfo(standardized(original)).path()};
-}
+/// Until then more files may settle.
+constexpr Seconds settleDelay = 0.5s;
 
 /// What a file manager leaves in folders doesn't count.
 bool holdsNothing(const QString &folder)
@@ -46,84 +41,110 @@ void logFailedReturn(const QString &name, const LocalizedError &error)
 
 } // namespace
 
-QUrl ShelfStore::placeFor(const QUrl &url) const
-{
-    const auto mesa = mesaDirectory();
-    if (!mesa)
-        throw FileError(QString(), ENOENT);
-    AtomicFile::makeDirectory(*mesa);
-    return FileNaming::uniqueURL(inFolder(*mesa, nameOf(url)), [this](const QUrl &place) {
-        const QString path = place.toLocalFile();
-        return FileNaming::exists(place) ||
-               std::ranges::any_of(
-                   m_underway, [&](const ShelfItem &item) { return fileOf(item)->path == path; });
-    });
-}
-
 QUrl ShelfStore::moveIn(const QUrl &url, const std::optional<QString> &group)
 {
-    const QUrl target = FileTransfer::moveUnique(url, placeFor(url));
-    insert(movedItem(target, url, group));
-    changed();
-    return target;
-}
-
-std::optional<QUrl> ShelfStore::moveInAtOnce(const QUrl &url)
-{
-    const auto target = FileTransfer::renameUnique(url, placeFor(url));
-    if (target) {
-        insert(movedItem(*target, url));
-        changed();
-    }
-    return target;
-}
-
-ShelfItem ShelfStore::expect(const QUrl &original, ShelfStorage storage)
-{
-    ShelfItem item = movedItem(placeFor(original), original);
-    if (storage == ShelfStorage::copy) {
-        fileOf(item)->storage = storage;
-        item.originalFolder.reset();
-    }
-    item.id = makeUuid();
-    item.added = m_scheduler.now();
-    m_underway.push_back(item);
-    changed();
-    return item;
-}
-
-int ShelfStore::arrivingCount() const
-{
-    return int(std::ranges::count_if(
-        m_underway, [](const ShelfItem &item) { return !stands(fileOf(item)->path); }));
-}
-
-void ShelfStore::settle(const Uuid &id, const std::optional<QUrl> &place)
-{
-    const auto found = std::ranges::find(m_underway, id, &ShelfItem::id);
-    if (found == m_underway.end())
-        return;
-    ShelfItem item = std::move(*found);
-    m_underway.erase(found);
-    if (place) {
-        fileOf(item)->path = place->toLocalFile();
-        insertByDate(m_items, std::move(item));
-    } else {
-        removeEmptyCopyFolder(item);
-    }
-    changed();
+    return bringIn(url, ShelfStorage::moved, group);
 }
 
 QUrl ShelfStore::copyIn(const QUrl &url)
 {
-    const QUrl target = FileTransfer::copyUnique(url, placeFor(url));
-    addCopy(target, nameOf(url));
-    return target;
+    return bringIn(url, ShelfStorage::copy, std::nullopt);
+}
+
+QUrl ShelfStore::bringIn(const QUrl &url, ShelfStorage storage, const std::optional<QString> &group)
+{
+    const auto mesa = mesaDirectory();
+    if (!mesa)
+        throw FileError(QString(), ENOENT);
+    ShelfItem item = ShelfArrivals::plan({url}, *mesa, storage, m_scheduler.now()).front();
+    item.group = group;
+    const QUrl place = QUrl::fromLocalFile(fileOf(item)->path);
+    std::exception_ptr failure;
+    expect({item}, [&](const std::exception_ptr &reason) { failure = reason; });
+    m_file.finishSaving();
+    if (failure)
+        std::rethrow_exception(failure);
+    try {
+        const QUrl target = storage == ShelfStorage::moved ? FileTransfer::moveUnique(url, place)
+                                                           : FileTransfer::copyUnique(url, place);
+        settle({{item.id, target}});
+        return target;
+    } catch (const LocalizedError &) {
+        settle({{item.id, std::nullopt}});
+        throw;
+    }
+}
+
+void ShelfStore::expect(std::vector<ShelfItem> arrivals, Recorded recorded)
+{
+    QSet<QString> given; // to other transfers, since the disk was asked
+    for (const Underway &one : m_underway)
+        given.insert(fileOf(one.item)->path);
+    IDs ids;
+    for (ShelfItem &item : arrivals) {
+        QString &path = fileOf(item)->path;
+        if (given.contains(path)) {
+            path = FileNaming::uniqueURL(QUrl::fromLocalFile(path), [&](const QUrl &place) {
+                       return given.contains(place.toLocalFile()) || FileNaming::exists(place);
+                   }).toLocalFile();
+            given.insert(path);
+        }
+        ids.push_back(item.id);
+        m_underway.push_back({std::move(item), true});
+    }
+    m_file.save([this, ids = std::move(ids),
+                 recorded = std::move(recorded)](const std::exception_ptr &failure) {
+        if (failure) {
+            const std::set<Uuid> dropped(ids.begin(), ids.end());
+            std::erase_if(m_underway,
+                          [&](const Underway &one) { return dropped.contains(one.item.id); });
+            m_retry = m_scheduler.after(retryDelay, [this] { save(); });
+            Q_EMIT itemsChanged();
+        }
+        recorded(failure);
+    });
+    Q_EMIT itemsChanged();
+}
+
+int ShelfStore::arrivingCount() const
+{
+    return int(std::ranges::count(m_underway, true, &Underway::isArriving));
+}
+
+void ShelfStore::settle(const std::vector<Settlement> &ends)
+{
+    std::map<Uuid, std::optional<QUrl>> places;
+    for (const Settlement &end : ends)
+        places.emplace(end.item, end.place);
+    std::vector<Underway> rest;
+    std::vector<ShelfItem> staying;
+    bool isElsewhere = false;
+    for (Underway &one : m_underway) {
+        const auto end = places.find(one.item.id);
+        if (end == places.end()) {
+            rest.push_back(std::move(one));
+        } else if (const std::optional<QUrl> &place = end->second) {
+            QString &path = fileOf(one.item)->path;
+            isElsewhere |= std::exchange(path, place->toLocalFile()) != path;
+            staying.push_back(std::move(one.item));
+        } else {
+            removeEmptyCopyFolder(one.item);
+        }
+    }
+    if (rest.size() == m_underway.size())
+        return;
+    m_underway = std::move(rest);
+    m_items = merged(std::move(staying), std::move(m_items));
+    if (isElsewhere || m_underway.empty())
+        save();
+    else // what is on disk is as good until the last of them
+        m_file.saveAfter(settleDelay);
+    Q_EMIT itemsChanged();
 }
 
 void ShelfStore::remove(const IDs &ids)
 {
-    auto [distant, failures] = beginRemoval(ids);
+    auto [distant, failures] = beginRemoval(ids, ids.size());
     for (const Departure &departure : distant) {
         std::optional<QUrl> stays;
         try {
@@ -133,16 +154,21 @@ void ShelfStore::remove(const IDs &ids)
             stays = departure.from;
             ++failures;
         }
-        settle(departure.item, stays);
+        settle({{departure.item, stays}});
     }
     reportReturnFailures(failures);
 }
 
 std::vector<ShelfStore::Departure> ShelfStore::removeAtOnce(const IDs &ids)
 {
-    const Removal removal = beginRemoval(ids);
+    const Removal removal = beginRemoval(ids, mostAtOnce);
     reportReturnFailures(removal.failures);
     return removal.distant;
+}
+
+std::vector<ShelfStore::Departure> ShelfStore::depart(const IDs &ids)
+{
+    return beginRemoval(ids, 0).distant;
 }
 
 void ShelfStore::reportReturnFailures(int count)
@@ -220,42 +246,48 @@ void ShelfStore::deleteManagedCopy(const ShelfItem &item)
         removeIfEmpty(folder);
 }
 
-ShelfStore::Removal ShelfStore::beginRemoval(const IDs &ids)
+ShelfStore::Removal ShelfStore::beginRemoval(const IDs &ids, std::size_t mostMoves)
 {
     Removal removal;
-    std::set<Uuid> failures;
+    std::set<Uuid> leaving(ids.begin(), ids.end());
+    std::map<std::optional<QString>, QString> homes; // a folder is asked for once
+    std::size_t moves = 0;
     for (const ShelfItem &item : m_items) {
-        if (std::ranges::find(ids, item.id) == ids.end())
+        if (!leaving.contains(item.id))
             continue;
         deleteManagedCopy(item);
         try {
-            if (const auto departure = returnMovedFile(item)) {
+            const auto known = homes.find(item.originalFolder);
+            const QString &home =
+                known == homes.end()
+                    ? homes.emplace(item.originalFolder, returnFolder(item)).first->second
+                    : known->second;
+            if (const auto departure = returnMovedFile(item, home, moves++ < mostMoves)) {
                 removal.distant.push_back(*departure);
-                m_underway.push_back(item);
+                m_underway.push_back({item, false});
             }
         } catch (const LocalizedError &error) {
             logFailedReturn(item.name, error);
-            failures.insert(item.id);
+            leaving.erase(item.id);
+            ++removal.failures;
         }
     }
-    std::erase_if(m_items, [&](const ShelfItem &item) {
-        return std::ranges::find(ids, item.id) != ids.end() && !failures.contains(item.id);
-    });
-    removal.failures = int(failures.size());
+    std::erase_if(m_items, [&](const ShelfItem &item) { return leaving.contains(item.id); });
     changed();
     return removal;
 }
 
-/// Gives what would have to be copied. Throws `FileError`.
-std::optional<ShelfStore::Departure> ShelfStore::returnMovedFile(const ShelfItem &item) const
+/// Gives what would have to be copied, and what may not move now. Throws `FileError`.
+std::optional<ShelfStore::Departure>
+ShelfStore::returnMovedFile(const ShelfItem &item, const QString &folder, bool mayMove) const
 {
     const auto *file = fileOf(item);
     if (file && file->storage == ShelfStorage::moved && stands(file->path)) {
         const QUrl from = QUrl::fromLocalFile(file->path);
-        const QString folder = returnFolder(item);
-        AtomicFile::makeDirectory(folder);
         const QUrl home = inFolder(folder, from.fileName());
-        if (!FileTransfer::renameUnique(from, home))
+        if (mayMove)
+            AtomicFile::makeDirectory(folder);
+        if (!mayMove || !FileTransfer::renameUnique(from, home))
             return Departure{item.id, from, home};
     }
     removeEmptyCopyFolder(item);

@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Log.h"
 
+#include <algorithm>
 #include <mutex>
 
 namespace velmo {
@@ -148,13 +149,38 @@ void StateSaving::settle(const Reading &reading)
         save();
 }
 
-void StateSaving::save()
+void StateSaving::save(Done done)
 {
+    if (!m_takeState) {
+        if (done)
+            done(nullptr);
+        return;
+    }
     m_saveTask.cancel();
-    if (isLoading())
+    // One that waits for the loading is part of the save after it.
+    const std::uint64_t number = m_saveCount + 1;
+    if (done)
+        m_waiting.push_back({number, std::move(done)});
+    if (isLoading()) {
         m_isSaveWanted = true;
-    else
-        m_saver.save(m_takeState());
+        return;
+    }
+    m_saveCount = number;
+    m_saver.save([write = m_takeState(), number, finished = m_finished] {
+        std::exception_ptr failure;
+        try {
+            write();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        {
+            const std::lock_guard lock(finished->mutex);
+            finished->number = number;
+            finished->failure = failure;
+        }
+        if (failure)
+            std::rethrow_exception(failure);
+    });
 }
 
 void StateSaving::saved(const std::exception_ptr &failure)
@@ -170,6 +196,25 @@ void StateSaving::saved(const std::exception_ptr &failure)
     }
     if (std::exchange(m_lastSaveError, issue) != issue)
         issuesHaveChanged();
+    tellWaiting();
+}
+
+void StateSaving::tellWaiting()
+{
+    std::uint64_t number = 0;
+    std::exception_ptr failure;
+    {
+        const std::lock_guard lock(m_finished->mutex);
+        number = m_finished->number;
+        failure = m_finished->failure;
+    }
+    const auto later = std::ranges::find_if(
+        m_waiting, [&](const Waiting &waiting) { return waiting.number > number; });
+    std::vector<Waiting> told(std::make_move_iterator(m_waiting.begin()),
+                              std::make_move_iterator(later));
+    m_waiting.erase(m_waiting.begin(), later); // before anybody saves anew
+    for (const Waiting &waiting : told)
+        waiting.done(failure);
 }
 
 void StateSaving::issuesHaveChanged()

@@ -6,6 +6,10 @@
 
 #include <QThreadPool>
 
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
 namespace velmo {
 
 /// The part of a `StateFile` that doesn't depend on its record: when it is read and saved, and what
@@ -27,9 +31,17 @@ public:
     /// False while it loads, and for a file that stays closed.
     bool isOpen() const { return m_phase == Phase::open; }
 
+    /// Hears on the main thread what a save came to: nothing, or what it threw.
+    using Done = std::function<void(const std::exception_ptr &failure)>;
+
     /// On this thread, before it returns. While it loads nothing is saved, and that is an issue
     /// until it has been.
     void saveNow();
+    /// On another thread, at once, or after the loading. `done` hears of this save or of a later
+    /// one that had all of it.
+    void save(Done done = {});
+    /// Waits for what is being written, and tells.
+    void finishSaving() { m_saver.flush(); }
     /// On another thread, `delay` after the last of a burst of changes, and after the loading.
     void saveAfter(Seconds delay);
     /// Saves at once, and returns when all of it is on disk, or will not be as the key is missing.
@@ -67,13 +79,23 @@ protected:
 private:
     enum class Phase { open, waiting, reading, locked };
     struct Result;
+    /// The last save that has come to its end on the other thread.
+    struct Finished {
+        std::mutex mutex; ///< guards the others
+        std::uint64_t number = 0;
+        std::exception_ptr failure;
+    };
+    struct Waiting {
+        std::uint64_t number;
+        Done done;
+    };
 
     bool isReading() const { return m_phase == Phase::reading; }
     void startReading();
     void finishReading();
     void settle(const Reading &reading);
-    void save();
     void saved(const std::exception_ptr &failure);
+    void tellWaiting();
     void issuesHaveChanged();
 
     const TakeState m_takeState;
@@ -86,6 +108,9 @@ private:
     std::shared_ptr<Result> m_result;
     QThreadPool m_reader; ///< it waits for its thread as it goes
     ScheduledTask m_saveTask;
+    std::uint64_t m_saveCount = 0;
+    std::vector<Waiting> m_waiting; ///< in the order of their numbers
+    const std::shared_ptr<Finished> m_finished = std::make_shared<Finished>();
     BackgroundSaver m_saver;
 };
 

@@ -3,6 +3,7 @@
 #include "VelmoSystem/FileProcessing/LocalFiles.h"
 
 #include <QMimeData>
+#include <QSet>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -32,12 +33,19 @@ bool isWebAddress(const QUrl &url)
     return (url.scheme() == u"http" || url.scheme() == u"https") && !url.host().isEmpty();
 }
 
-std::optional<DroppedItem> textItem(const QMimeData &data)
+QList<QUrl> listedURLs(const QByteArray &list)
 {
-    // Without a text of its own, `text()` would make one of the URLs that were turned down.
-    const bool hasOwnText = std::ranges::any_of(
-        data.formats(), [](const QString &format) { return format.startsWith(u"text/plain"); });
-    const QString text = hasOwnText ? data.text() : QString();
+    QList<QUrl> urls;
+    for (const QByteArray &line : list.split('\n')) {
+        const QByteArray address = line.trimmed();
+        if (!address.isEmpty())
+            urls.append(QUrl::fromEncoded(address));
+    }
+    return urls;
+}
+
+std::optional<DroppedItem> textItem(const QString &text)
+{
     if (text.isEmpty())
         return std::nullopt;
     const QUrl url(text.trimmed(), QUrl::StrictMode);
@@ -48,27 +56,46 @@ std::optional<DroppedItem> textItem(const QMimeData &data)
 
 } // namespace
 
-std::vector<DroppedItem> DropReader::items(const QMimeData &data)
+DropReader::Contents DropReader::read(const QMimeData &data)
 {
-    QList<QUrl> urls = data.urls();
+    Contents contents{.urls = data.data(QStringLiteral("text/uri-list"))};
+    while (contents.urls.endsWith('\0'))
+        contents.urls.chop(1);
+    if (contents.urls.trimmed().isEmpty())
+        contents.mozillaURLs = data.data(QStringLiteral("text/x-moz-url"));
+    // Without a text of its own, `text()` would make one of the URLs that were turned down.
+    const bool hasOwnText = std::ranges::any_of(
+        data.formats(), [](const QString &format) { return format.startsWith(u"text/plain"); });
+    if (hasOwnText && !contents.isLong())
+        contents.text = data.text();
+    return contents;
+}
+
+std::vector<DroppedItem> DropReader::items(const Contents &contents)
+{
+    QList<QUrl> urls = listedURLs(contents.urls);
     if (urls.isEmpty())
-        urls = mozillaURLs(data.data(QStringLiteral("text/x-moz-url")));
+        urls = mozillaURLs(contents.mozillaURLs);
 
     std::vector<DroppedItem> files;
     std::vector<DroppedItem> links;
-    const auto append = [](std::vector<DroppedItem> &items, DroppedItem item) {
-        if (std::ranges::find(items, item) == items.end())
-            items.push_back(std::move(item));
+    QSet<QUrl> known;
+    const auto append = [&known](std::vector<DroppedItem> &items, const QUrl &url,
+                                 DroppedItem item) {
+        if (known.contains(url))
+            return;
+        known.insert(url);
+        items.push_back(std::move(item));
     };
     for (const QUrl &url : urls) {
         if (const auto file = LocalFiles::fromURL(url))
-            append(files, {DroppedItem::File{*file}});
+            append(files, *file, {DroppedItem::File{*file}});
         else if (url.isValid() && !url.isRelative() && !url.isLocalFile())
-            append(links, {DroppedItem::Link{url}});
+            append(links, url, {DroppedItem::Link{url}});
     }
     files.insert(files.end(), links.begin(), links.end());
     if (files.empty()) {
-        if (auto text = textItem(data))
+        if (auto text = textItem(contents.text))
             files.push_back(std::move(*text));
     }
     return files;

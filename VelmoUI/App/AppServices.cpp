@@ -38,7 +38,7 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
       clipboardMonitor(clipboard, desktop.pasteboard, desktop.frontApplication, desktop.scheduler,
                        [this]() -> const AppSettings & { return settings.settings(); }),
       connectivity(desktop.network, desktop.bluetooth), jobs(activity, desktop.scheduler),
-      shelf(shelfPlaces(appPaths), files, desktop.scheduler),
+      shelf(shelfPlaces(appPaths), files, desktop.scheduler), dropUndo(desktop.scheduler),
       toolsWork(tools, jobs, activity, desktop.scheduler)
 {
     settings.observe([this](const AppSettings &before, const AppSettings &after) {

@@ -6,6 +6,7 @@
 #include "VelmoCore/Jobs/JobCenter.h"
 #include "VelmoCore/Notes/NotesStore.h"
 #include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Shelf/DropUndo.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoCore/Storage/AppPaths.h"
 #include "VelmoCore/Timers/TimerCenter.h"
@@ -82,6 +83,7 @@ public:
     ConnectivityService connectivity;
     JobCenter jobs;
     ShelfStore shelf;
+    DropUndo dropUndo;
     ToolsSelection tools;
     ToolsWork toolsWork;
 

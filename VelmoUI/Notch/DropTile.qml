@@ -74,6 +74,7 @@ Card {
         anchors.margins: Theme.iconInset
         name: tile.removal
         symbol: "xmark.circle.fill"
+        visible: name.length > 0
         opacity: tile.hovered || activeFocus ? 1 : 0
         onTriggered: tile.removed()
 

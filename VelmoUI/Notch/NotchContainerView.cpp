@@ -1,7 +1,5 @@
 #include "VelmoUI/Notch/NotchContainerView.h"
 
-#include "VelmoSystem/FileProcessing/DropReader.h"
-
 #include <QMimeData>
 
 namespace velmo {
@@ -67,8 +65,8 @@ void NotchContainerView::dragLeaveEvent(QDragLeaveEvent *event)
 
 void NotchContainerView::dropEvent(QDropEvent *event)
 {
-    const auto items = DropReader::items(*event->mimeData());
-    if (m_handlers.performDrop && m_handlers.performDrop(pointFrom(event->position()), items))
+    const DropReader::Contents contents = DropReader::read(*event->mimeData());
+    if (m_handlers.performDrop && m_handlers.performDrop(pointFrom(event->position()), contents))
         acceptAsCopy(event);
     else
         event->ignore();

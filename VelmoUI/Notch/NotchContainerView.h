@@ -1,13 +1,12 @@
 #pragma once
 
 #include "VelmoCore/Foundation/Geometry.h"
-#include "VelmoCore/Shelf/DroppedItem.h"
+#include "VelmoSystem/FileProcessing/DropReader.h"
 
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
-#include <vector>
 
 namespace velmo {
 
@@ -24,7 +23,7 @@ public:
         std::function<void(Point)> draggingUpdated;
         std::function<void()> draggingExited;
         /// False if nothing of it can be taken.
-        std::function<bool(Point, const std::vector<DroppedItem> &)> performDrop;
+        std::function<bool(Point, const DropReader::Contents &)> performDrop;
     };
 
     explicit NotchContainerView(QQuickItem *parent = nullptr);

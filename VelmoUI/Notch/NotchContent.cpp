@@ -11,10 +11,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 namespace velmo {
 
 namespace {
+
+/// More would only be scrolled past, and take long to make.
+constexpr std::size_t mostTiles = 50;
 
 DroppedRow fileRow(const QUrl &url, const ShelfStore &shelf)
 {
@@ -44,6 +48,18 @@ QString toolsID()
 QString shareID()
 {
     return QStringLiteral("drop.share");
+}
+
+/// Of those that have no tile.
+DroppedRow restRow(std::size_t count)
+{
+    return {QStringLiteral("rest"),
+            QStringLiteral("doc.on.doc"),
+            count == 1 ? QStringLiteral("Mais 1 item")
+                       : QStringLiteral("Mais %1 itens").arg(QLocale().toString(qulonglong(count))),
+            {},
+            {},
+            {}};
 }
 
 DroppedRow droppedRow(const DroppedItem &item, const ShelfStore &shelf)
@@ -178,8 +194,9 @@ QString NotchContent::feedbackStyle() const
 
 QString NotchContent::droppedTitle() const
 {
-    const auto count = m_droppedItems.records().size();
-    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%L1 itens").arg(count);
+    const auto count = m_model.droppedItems().size();
+    return count == 1 ? QStringLiteral("1 item")
+                      : QStringLiteral("%1 itens").arg(QLocale().toString(qulonglong(count)));
 }
 
 QPointF NotchContent::dropletStart() const
@@ -293,9 +310,12 @@ void NotchContent::updateDropZones()
 
 void NotchContent::updateDroppedItems()
 {
+    const std::vector<DroppedItem> &items = m_model.droppedItems();
     std::vector<DroppedRow> rows;
-    for (const DroppedItem &item : m_model.droppedItems())
+    for (const DroppedItem &item : items | std::views::take(mostTiles))
         rows.push_back(droppedRow(item, m_model.services().shelf));
+    if (items.size() > mostTiles)
+        rows.push_back(restRow(items.size() - mostTiles));
     m_droppedItems.setRecords(rows);
     m_dropActions.setRecords(offeredActions());
     updateDropJob();

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace velmo {
 
@@ -204,12 +205,14 @@ void NotchViewModel::receiveDrop(const std::vector<DroppedItem> &items)
 {
     const AppSettings &settings = m_services.settings.settings();
     m_droppedItems = items;
+    ++m_dropNumber;
+    ++m_keepNumber;
     m_isDropKept = false;
     m_dropJob.reset();
     Q_EMIT droppedItemsChanged();
     setDropTargeted(false);
     if (settings.dropStraightToShelf) {
-        ShelfDrop::keep(m_services, items, settings.shelfDropStorage, followDropped());
+        ShelfDrop::keep(m_services, items, followDropped(), offerTheRest());
         send(NotchEvent::dismiss);
     } else if (m_dropZone == DropZone::airdrop) {
         share(items);
@@ -222,14 +225,14 @@ void NotchViewModel::receiveDrop(const std::vector<DroppedItem> &items)
 
 void NotchViewModel::moveIntoNotch(const std::vector<DroppedItem> &items)
 {
-    m_dropJob = ShelfDrop::moveIn(m_services, items, followDropped());
-    setDropKept();
+    m_dropJob = ShelfDrop::moveIn(m_services, items, followDropped(), offerTheRest());
+    setDropKept(true);
 }
 
 void NotchViewModel::keepDropped()
 {
-    m_dropJob = ShelfDrop::keep(m_services, m_droppedItems, ShelfStorage::moved, followDropped());
-    setDropKept();
+    m_dropJob = ShelfDrop::keep(m_services, m_droppedItems, followDropped(), offerTheRest());
+    setDropKept(true);
 }
 
 void NotchViewModel::cancelDropJob()
@@ -238,13 +241,12 @@ void NotchViewModel::cancelDropJob()
     if (!job)
         return;
     m_services.activity.cancel(*job);
-    m_isDropKept = false;
-    Q_EMIT droppedItemsChanged();
+    setDropKept(false);
 }
 
-void NotchViewModel::setDropKept()
+void NotchViewModel::setDropKept(bool isKept)
 {
-    m_isDropKept = true;
+    m_isDropKept = isKept;
     Q_EMIT droppedItemsChanged();
 }
 
@@ -273,6 +275,7 @@ void NotchViewModel::performAction(const QString &id)
         m_services.activity.post(ActivityEvent::make(m_services.platform.scheduler.now(),
                                                      outcome.symbol, outcome.message, outcome.style,
                                                      source));
+        m_services.shelf.lookForMissingFiles();
         if (outcome.dismissesPanel)
             send(NotchEvent::dismiss);
     } catch (const LocalizedError &error) {
@@ -314,15 +317,34 @@ std::vector<QUrl> NotchViewModel::files(const std::vector<DroppedItem> &items)
 
 ShelfDrop::Moved NotchViewModel::followDropped()
 {
-    return [self = QPointer(this)](const QUrl &from, const QUrl &to) {
-        if (!self)
+    // They come in the order of the list, so that each is found next to the one before.
+    const auto place = std::make_shared<std::size_t>(0);
+    return [self = QPointer(this), place,
+            number = m_dropNumber](const std::vector<ShelfTransfer::Move> &moves) {
+        if (!self || self->m_dropNumber != number)
             return;
-        const auto item =
-            std::ranges::find(self->m_droppedItems, DroppedItem{DroppedItem::File{from}});
-        if (item == self->m_droppedItems.end())
-            return;
-        *item = {DroppedItem::File{to}};
-        Q_EMIT self->droppedItemsChanged();
+        std::vector<DroppedItem> &items = self->m_droppedItems;
+        for (const auto &[from, to] : moves) {
+            const DroppedItem wanted{DroppedItem::File{from}};
+            auto begin = items.begin() + std::ptrdiff_t(std::min(*place, items.size()));
+            auto item = std::find(begin, items.end(), wanted);
+            if (item == items.end())
+                item = std::find(items.begin(), begin, wanted);
+            if (item == items.end())
+                continue;
+            *item = {DroppedItem::File{to}};
+            *place = std::size_t(item - items.begin()) + 1;
+        }
+        if (!moves.empty())
+            Q_EMIT self->droppedItemsChanged();
+    };
+}
+
+ShelfDrop::Finished NotchViewModel::offerTheRest()
+{
+    return [self = QPointer(this), number = ++m_keepNumber](bool isComplete) {
+        if (self && !isComplete && self->m_keepNumber == number)
+            self->setDropKept(false);
     };
 }
 

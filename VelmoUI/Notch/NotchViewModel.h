@@ -142,10 +142,12 @@ Q_SIGNALS:
 
 private:
     std::vector<DropZone> offeredDropZones() const;
-    void setDropKept();
+    void setDropKept(bool isKept);
     static std::vector<QUrl> files(const std::vector<DroppedItem> &items);
     /// Follows the dropped files to where they are moved.
     ShelfDrop::Moved followDropped();
+    /// What hasn't come may be kept anew.
+    ShelfDrop::Finished offerTheRest();
     void activateShownModule();
     void showSelectedModule();
     NotchMotion motion(bool opening) const;
@@ -169,6 +171,8 @@ private:
     DropZone m_dropZone = DropZone::actions;
     bool m_isDropKept = false;
     std::optional<QString> m_dropJob;
+    int m_dropNumber = 0; ///< which drop it is that shows
+    int m_keepNumber = 0; ///< and which time it is put on the shelf or taken back
     std::vector<DropZone> m_dropZones{DropZone::actions, DropZone::notch};
     std::optional<Droplet> m_droplet;
     int m_gulpSerial = 0;

@@ -6,6 +6,8 @@
 #include "VelmoUI/Design/MenuPresence.h"
 #include "VelmoUI/Notch/NotchContainerView.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -41,14 +43,12 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
                 leaveDropSurface(dragExitDelay);
             },
         .performDrop =
-            [this](Point point, const std::vector<DroppedItem> &items) {
-                if (items.empty()) {
-                    m_model.setDropTargeted(false);
-                    leaveDropSurface(dragEndDelay);
-                    return false;
+            [this](Point point, const DropReader::Contents &contents) {
+                if (contents.isLong()) {
+                    readDrop(point, contents);
+                    return true;
                 }
-                performDrop(point, items);
-                return true;
+                return takeDrop(point, DropReader::items(contents));
             },
     });
     connect(&m_model.shape(), &ShapeAnimator::frameChanged, this,
@@ -315,6 +315,30 @@ bool NotchWindowController::handleKey(const KeyCombo &key)
         m_model.selectModule(*index);
         return true;
     }
+    return false;
+}
+
+void NotchWindowController::readDrop(Point point, const DropReader::Contents &contents)
+{
+    m_dropPerformed = true;
+    m_dragExitTask.cancel();
+    m_reading = std::jthread(
+        [self = QPointer(this), point, contents, &scheduler = m_services.platform.scheduler] {
+            scheduler.post([self, point, items = DropReader::items(contents)] {
+                if (self)
+                    self->takeDrop(point, items);
+            });
+        });
+}
+
+bool NotchWindowController::takeDrop(Point point, const std::vector<DroppedItem> &items)
+{
+    if (!items.empty()) {
+        performDrop(point, items);
+        return true;
+    }
+    m_model.setDropTargeted(false);
+    leaveDropSurface(dragEndDelay);
     return false;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "VelmoCore/HotKeys/KeyCombo.h"
+#include "VelmoSystem/FileProcessing/DropReader.h"
 #include "VelmoUI/Notch/NotchContent.h"
 #include "VelmoUI/Notch/NotchPanel.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
+
+#include <thread>
 
 namespace velmo {
 
@@ -75,6 +78,10 @@ private:
     void leaveDropSurface(Seconds delay);
     void updateMousePassthrough();
     void updateOutline();
+    /// Reads a long drop away from the main thread.
+    void readDrop(Point point, const DropReader::Contents &contents);
+    /// False if nothing of it can be taken.
+    bool takeDrop(Point point, const std::vector<DroppedItem> &items);
     DropZone dropZoneAt(Point point) const;
 
     AppServices &m_services;
@@ -93,6 +100,7 @@ private:
     bool m_dropPerformed = false;
     ScheduledTask m_hoverTask;
     ScheduledTask m_dragExitTask;
+    std::jthread m_reading;
 };
 
 } // namespace velmo

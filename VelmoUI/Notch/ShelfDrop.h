@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VelmoCore/Shelf/DroppedItem.h"
-#include "VelmoCore/Shelf/ShelfStorage.h"
 #include "VelmoUI/Notch/ShelfTransfer.h"
 
 #include <optional>
@@ -11,21 +10,20 @@ namespace velmo {
 
 class AppServices;
 
-/// Puts dropped things on the shelf. What only needs another name is there when these return; what
-/// lies on another file system, and every copy, comes by a job, whose id they give then. Failures
-/// become events.
+/// Puts dropped things on the shelf: links and texts at once, files by a job that moves them into
+/// the notch's folder, whose id these give. Application bundles and what is there already stay
+/// where they are.
 namespace ShelfDrop {
 
 using Moved = ShelfTransfer::Moved;
+using Finished = ShelfTransfer::Finished;
 
-/// Moves files into the notch's folder. Application bundles and what is there already stay where
-/// they are.
 std::optional<QString> moveIn(AppServices &services, const std::vector<DroppedItem> &items,
-                              const Moved &moved);
+                              const Moved &moved, const Finished &finished);
 
-/// Keeps files as `storage` says, and tells that it did.
+/// Also tells that it did where nothing has to move.
 std::optional<QString> keep(AppServices &services, const std::vector<DroppedItem> &items,
-                            ShelfStorage storage, const Moved &moved);
+                            const Moved &moved, const Finished &finished);
 
 } // namespace ShelfDrop
 } // namespace velmo

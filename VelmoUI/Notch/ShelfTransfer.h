@@ -11,30 +11,43 @@ namespace velmo {
 
 class AppServices;
 
-/// Files that a job carries between the shelf's folder and another file system.
+/// Files that a job carries into the shelf's folder or out of it.
 struct ShelfTransfer {
-    struct File {
-        Uuid item; ///< expected by the shelf, or removed from it; settled at the end
+    struct Leaving {
+        Uuid item; ///< removed from the shelf; settled at the end
         QUrl from;
         QUrl to; ///< unless something of that name stands there
     };
+    struct Move {
+        QUrl from;
+        QUrl to;
+    };
     enum class Kind { moveIn, copyIn, moveHome };
-    /// A file stands elsewhere now. Main thread.
-    using Moved = std::function<void(const QUrl &from, const QUrl &to)>;
+    /// Files stand elsewhere now, in the order in which they were given. Main thread.
+    using Moved = std::function<void(const std::vector<Move> &)>;
+    /// Nothing moves any more; whether all have. Main thread.
+    using Finished = std::function<void(bool isComplete)>;
 
     Kind kind;
-    std::vector<File> files;
-    Moved moved = [](const auto &, const auto &) {};
+    std::vector<QUrl> arriving = {};   ///< of `moveIn` and `copyIn`
+    std::vector<Leaving> leaving = {}; ///< of `moveHome`
+    Moved moved = [](const auto &) {};
+    Finished finished = [](bool) {};
 
-    /// Gives the job's id. A file that fails doesn't keep the others from moving; none is anywhere
-    /// else than the shelf says, also after a cancel and at the end of the run.
+    /// Gives the job's id. No file comes in before the shelf has its record on disk. A file that
+    /// fails doesn't keep the others from moving; none is anywhere else than the shelf says, also
+    /// after a cancel and at the end of the run. What has been moved in can be taken back.
     QString start(AppServices &services) const;
 };
 
 /// Tells of so many items that have come onto the shelf.
 QString keptTitle(std::size_t count);
 
-/// Takes items off the shelf: at once, or by a job where their files have to be copied home.
+/// Takes items off the shelf: at once, or by a job where that may take its time.
 void takeOffShelf(AppServices &services, const std::vector<Uuid> &items);
+
+/// Takes back what the last drop moved in, as long as that is offered.
+void undoDrop(AppServices &services, const ShelfTransfer::Moved &moved,
+              const ShelfTransfer::Finished &finished);
 
 } // namespace velmo

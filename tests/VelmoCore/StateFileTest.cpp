@@ -98,4 +98,27 @@ TEST(StateFile, IsSealedByAKeyThatComesAfterTheFirstSave)
     EXPECT_TRUE(DataCipher::isSealedFile(folder.path("words.json")));
 }
 
+TEST(StateFile, TellsEveryoneWhoWaitsWhatTheirSaveCameTo)
+{
+    const TemporaryFolder folder;
+    ManualScheduler scheduler;
+    StateFile<Words> file(folder.path("a/words.json"), {}, scheduler, {"Palavras", "palavras"},
+                          [] { return Words{"um"}; });
+    std::vector<bool> failed;
+    const auto save = [&] {
+        file.save([&](const std::exception_ptr &failure) { failed.push_back(bool(failure)); });
+    };
+    folder.write("a", "no folder");
+    for (int thrice = 0; thrice < 3; ++thrice)
+        save();
+    EXPECT_TRUE(failed.empty()) << "not before it is known";
+    file.finishSaving();
+    EXPECT_EQ(failed, std::vector<bool>(3, true));
+    QFile::remove(folder.path("a"));
+    save();
+    file.finishSaving();
+    EXPECT_FALSE(failed.back());
+    EXPECT_EQ(failed.size(), 4U);
+}
+
 } // namespace velmo

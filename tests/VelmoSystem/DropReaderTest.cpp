@@ -25,7 +25,7 @@ QStringList read(std::initializer_list<std::pair<const char *, QByteArray>> form
     for (const auto &[format, bytes] : formats)
         data.setData(QString::fromLatin1(format), bytes);
     QStringList keys;
-    for (const DroppedItem &item : DropReader::items(data)) {
+    for (const DroppedItem &item : DropReader::items(DropReader::read(data))) {
         keys.append(
             std::visit(overloaded{[](const DroppedItem::File &file) {
                                       return QStringLiteral("file:") + file.value.toLocalFile();

@@ -4,6 +4,9 @@
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
+#include <QDir>
+#include <QLocale>
+
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -11,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <new>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 
@@ -63,12 +67,32 @@ protected:
         model.setDropZone(zone);
         model.receiveDrop(items);
     }
-    void finishJobs()
+    void waitFor(const std::function<bool()> &isDone)
     {
-        while (services.jobs.runningCount() > 0) {
+        while (!isDone()) {
+            const double before = processorTime();
             desktop.scheduler.runPosted();
+            longestStep = std::max(longestStep, processorTime() - before);
             std::this_thread::yield();
         }
+    }
+    void finishJobs()
+    {
+        waitFor([this] { return services.jobs.runningCount() == 0; });
+    }
+    /// Of this thread, in milliseconds, whatever else the machine does.
+    static double processorTime()
+    {
+        rusage used{};
+        ::getrusage(RUSAGE_THREAD, &used);
+        const auto of = [](const timeval &time) {
+            return double(time.tv_sec) * 1e3 + double(time.tv_usec) / 1e3;
+        };
+        return of(used.ru_utime) + of(used.ru_stime);
+    }
+    QString movedFromHere() const
+    {
+        return u"Movido de "_qs + QDir(desktop.folder.path()).dirName();
     }
     QString lastEvent() const
     {
@@ -80,6 +104,7 @@ protected:
 
     NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
     const DroppedItem link{DroppedItem::Link{QUrl(u"https://orvane.app"_qs)}};
+    double longestStep = 0; ///< of the main thread, in milliseconds
 };
 
 } // namespace
@@ -92,6 +117,7 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
     const DroppedItem goneToo{DroppedItem::File{QUrl(u"file:///nada/c.txt"_qs)}};
     drop(DropZone::notch, {file(u"a.txt"_qs), gone, bundle, link, text, goneToo});
     EXPECT_EQ(model.presentation(), dropResult);
+    finishJobs();
     EXPECT_THAT(model.droppedItems(),
                 ElementsAre(inNotch(u"a.txt"_qs), gone, bundle, link, text, goneToo));
     EXPECT_EQ(services.shelf.items().size(), 3U);
@@ -102,8 +128,59 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
     drop(DropZone::actions, {file(u"d.txt"_qs)});
     EXPECT_EQ(services.shelf.items().size(), 3U) << "until the user says so";
     model.keepDropped();
+    finishJobs();
     EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(u"d.txt"_qs)));
+    EXPECT_EQ(lastEvent(), movedFromHere() + u'|');
+
+    // Whatever a setting of another use says, and where nothing is asked.
+    change([](AppSettings &next) {
+        next.dropStraightToShelf = true;
+        next.shelfDropStorage = ShelfStorage::copy;
+    });
+    const DroppedItem last = file(u"e.txt"_qs);
+    model.receiveDrop({last});
+    finishJobs();
+    EXPECT_FALSE(QFile::exists(last.fileURL()->toLocalFile()));
+    model.receiveDrop({link});
     EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
+}
+
+TEST_F(ShelfDropTest, LeavesAFileWhereItIsThatTheShelfCannotRecord)
+{
+    QDir().mkpath(desktop.folder.path(u"data/Shelf/shelf.json"_qs)); // no file can take its place
+    const DroppedItem a = file(u"a.txt"_qs);
+    drop(DropZone::notch, {a});
+    finishJobs();
+    EXPECT_THAT(model.droppedItems(), ElementsAre(a));
+    EXPECT_TRUE(QFile::exists(a.fileURL()->toLocalFile()));
+    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_TRUE(lastEvent().startsWith(
+        u"Não foi possível mover|A prateleira não pôde ser salva: Falha em “shelf.json”"))
+        << qPrintable(lastEvent());
+    EXPECT_TRUE(model.canKeepDropped());
+    QDir().rmdir(desktop.folder.path(u"data/Shelf/shelf.json"_qs));
+    model.keepDropped();
+    finishJobs();
+    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(u"a.txt"_qs)));
+}
+
+TEST_F(ShelfDropTest, TakesThousandsOfFilesWithoutHoldingUpThePanel)
+{
+    constexpr int count = 3000;
+    NotchContent content(model);
+    std::vector<DroppedItem> files;
+    for (int i = 0; i < count; ++i)
+        files.push_back(file(QString::number(i)));
+    const double before = processorTime();
+    drop(DropZone::notch, files);
+    longestStep = processorTime() - before;
+    EXPECT_TRUE(content.hasDropJob());
+    finishJobs();
+    EXPECT_LT(longestStep, 80) << "which took seconds at once";
+    EXPECT_EQ(services.shelf.items().size(), std::size_t(count));
+    EXPECT_EQ(model.droppedItems().back(), inNotch(QString::number(count - 1)));
+    EXPECT_LT(content.droppedItems()->rowCount(), 100);
+    EXPECT_EQ(content.droppedTitle(), QLocale().toString(count) + u" itens"_qs);
 }
 
 TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
@@ -118,7 +195,7 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(name)));
     ASSERT_EQ(services.shelf.items().size(), 1U);
     EXPECT_EQ(services.shelf.items()[0].originalFolder, u"/dev/shm"_qs);
-    EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
+    EXPECT_EQ(lastEvent(), u"Movido de shm|");
     EXPECT_FALSE(std::filesystem::exists(other));
 
     const std::vector<ShelfItem> kept = services.shelf.items();

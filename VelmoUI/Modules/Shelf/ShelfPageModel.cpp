@@ -130,8 +130,11 @@ QString ShelfPageModel::selectedGroup() const
 
 void ShelfPageModel::setWatched(bool watched)
 {
+    const bool wasWatched = std::exchange(m_isWatched, watched);
     if (watched) {
-        shelf().forgetMissingFiles();
+        if (!wasWatched)
+            update();
+        shelf().lookForMissingFiles();
         return;
     }
     removeForGood();
@@ -281,7 +284,7 @@ void ShelfPageModel::drag(QQuickItem *tile)
 
 void ShelfPageModel::dragged()
 {
-    shelf().forgetMissingFiles();
+    shelf().lookForMissingFiles();
     lookAgain(1s);
 }
 
@@ -290,7 +293,7 @@ void ShelfPageModel::lookAgain(Seconds delay)
 {
     static constexpr Seconds longest = 64s;
     m_lookAgain = m_context.services.platform.scheduler.after(delay, [this, delay] {
-        shelf().forgetMissingFiles();
+        shelf().lookForMissingFiles();
         if (delay < longest)
             lookAgain(delay * 2);
     });
@@ -298,6 +301,8 @@ void ShelfPageModel::lookAgain(Seconds delay)
 
 void ShelfPageModel::update()
 {
+    if (!m_isWatched) // nobody sees it, and a drop of thousands changes it often
+        return;
     if (m_group && groupIndex() == 0)
         m_group.reset(); // its last item has gone
     m_shown = shelf().items(m_query, m_group);
@@ -347,7 +352,7 @@ void ShelfPageModel::perform(NotchAction &action)
     AppServices &services = m_context.services;
     try {
         const ActionOutcome outcome = action.perform(dropped());
-        shelf().forgetMissingFiles();
+        shelf().lookForMissingFiles();
         say(outcome.message);
         if (outcome.dismissesPanel)
             m_context.close();

@@ -117,6 +117,7 @@ private:
     std::optional<Uuid> m_renaming;
     bool m_isGrouping = false;
     QString m_notice;
+    bool m_isWatched = true; ///< until the page says otherwise
     ShelfStore::IDs m_removed;
     ScheduledTask m_removal;
     ScheduledTask m_lookAgain;
