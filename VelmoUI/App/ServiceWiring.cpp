@@ -29,6 +29,9 @@ void startShelf(AppServices &services)
     services.jobs.onOutputs = [&services](const std::vector<QUrl> &urls) {
         services.shelf.adoptOutputs(urls);
     };
+    // Whatever a job came to, it may have taken files away.
+    QObject::connect(&services.jobs, &JobCenter::runningCountChanged, &services.shelf,
+                     &ShelfStore::lookForMissingFiles);
     tidyShelf(services);
     QObject::connect(&services.shelf, &ShelfStore::loaded, &services.shelf,
                      [&services] { tidyShelf(services); });

@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace velmo {
 namespace {
 
@@ -173,6 +175,21 @@ TEST_F(ServiceWiringTest, BringsAllThatIsSealedWhenItsKeyComesAndLosesNothing)
     EXPECT_EQ(services->shelf.items().at(0).name, u"agora");
     EXPECT_EQ(services->shelf.items().at(1).name, u"antes");
     EXPECT_THAT(services->files.issues(), IsEmpty());
+}
+
+TEST_F(ServiceWiringTest, ForgetsAShelfFileThatAJobHasTakenAway)
+{
+    desktop.folder.write(u"a.txt"_qs, "?");
+    const QUrl file = services->shelf.moveIn(QUrl::fromLocalFile(desktop.folder.path(u"a.txt"_qs)));
+    services->jobs.run({}, {}, {}, [&](JobProgress &, const std::stop_token &) -> JobOutcome {
+        QFile::remove(file.toLocalFile());
+        throw LocalizedError(u"E então falhou."_qs);
+    });
+    while (!services->shelf.items().empty()) {
+        desktop.scheduler.runPosted();
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(services->activity.history().front().detail, u"E então falhou."_qs);
 }
 
 } // namespace
