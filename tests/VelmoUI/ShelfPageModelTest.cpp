@@ -8,6 +8,7 @@
 
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
+#include "tests/support/Warnings.h"
 
 #include <QDirIterator>
 
@@ -214,6 +215,52 @@ TEST(ShelfRows, WriteNumbersAsTheUserDoes)
     EXPECT_EQ(ShelfRows::count(1000, u"1 item", u"%1 itens"), u"1.000 itens");
     EXPECT_EQ(keptTitle(1000), u"1.000 itens na Mesa");
     QLocale::setDefault(QLocale::C);
+}
+
+TEST_F(ShelfPageModelTest, ShowsEveryStateWithoutAWarning)
+{
+    Warnings warnings;
+    start();
+    showView();
+    view().requestActivate();
+    services.shelf.addText(u"nota"_qs);
+    addFile(u"a.txt"_qs);
+    coordinator.open(u"shelf"_qs);
+    QCoreApplication::processEvents();
+    QObject *root = view().rootObject();
+    auto *const shelf =
+        qobject_cast<ShelfPageModel *>(root->property("content").value<NotchContent *>()->page());
+    ASSERT_TRUE(shelf);
+    const auto check = [&](const char *state) {
+        QCoreApplication::processEvents();
+        view().grabWindow();
+        EXPECT_EQ(warnings.take(), QStringList()) << state;
+    };
+    for (const char16_t *command :
+         {u"shelf.rename", u"shelf.group", u"shelf.rename", u"shelf.pin", u"shelf.group"}) {
+        shelf->press(0, noModifier);
+        shelf->run(QString::fromUtf16(command));
+        check("asking");
+    }
+    shelf->group(u"Viagem"_qs);
+    check("grouped");
+    shelf->setGroupIndex(1);
+    shelf->search(u"nada"_qs);
+    check("nothing found");
+    shelf->search({});
+    for (int i = 0; i < 2; ++i) {
+        shelf->press(0, noModifier);
+        shelf->run(u"shelf.remove"_qs);
+        check("removed");
+    }
+    shelf->undoRemove();
+    check("back");
+    shelf->press(0, noModifier);
+    shelf->run(u"shelf.remove"_qs);
+    wait(ShelfPageModel::undoTime);
+    check("empty");
+    coordinator.toggleFromHotKey();
+    check("closed");
 }
 
 } // namespace velmo

@@ -218,14 +218,22 @@ void ShelfPageModel::run(const QString &command)
     if (command == QStringView(pinCommand.id))
         togglePin();
     else if (command == QStringView(groupCommand.id))
-        m_isGrouping = true;
+        ask(true);
     else if (command == QStringView(renameCommand.id))
-        m_renaming = selected().front().id;
+        ask(false);
     else if (command == QStringView(removeCommand.id))
         remove();
     else if (NotchAction *action = m_context.services.actions.find(command))
         perform(*action);
     Q_EMIT changed();
+}
+
+/// For a group's name or an item's. Only one field at a time: where the second took the keyboard of
+/// the first, that would end while the page is still at showing the second.
+void ShelfPageModel::ask(bool forGroup)
+{
+    m_isGrouping = forGroup;
+    m_renaming = forGroup ? std::nullopt : std::optional(selected().front().id);
 }
 
 void ShelfPageModel::rename(const QString &name)

@@ -99,6 +99,7 @@ private:
     void updateCommands();
     /// The selection isn't what it was.
     void reselect();
+    void ask(bool forGroup);
     void perform(NotchAction &action);
     void remove();
     void removeForGood();
