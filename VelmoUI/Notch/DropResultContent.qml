@@ -7,6 +7,8 @@ FocusScope {
 
     required property NotchContent content
     readonly property bool shown: content.presentation === "dropResult"
+    /// What the drop moved is told as long as it can be taken back, unless something else is.
+    readonly property bool tellsMove: content.canUndoDrop && (!content.hasFeedback || content.feedbackTitle === content.undoTitle)
 
     // Another drop shows here before this has faded: the keyboard begins anew, as the list does.
     onShownChanged: if (shown) {
@@ -16,6 +18,12 @@ FocusScope {
     }
 
     focus: true
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Z && event.modifiers === Qt.ControlModifier && content.canUndoDrop) {
+            content.undoDrop();
+            event.accepted = true;
+        }
+    }
 
     SectionTitle {
         id: title
@@ -74,10 +82,10 @@ FocusScope {
         y: title.y
         height: title.height
         spacing: 2 * Theme.grid
-        opacity: result.content.hasFeedback ? 1 : 0
+        opacity: result.tellsMove || result.content.hasFeedback ? 1 : 0
         visible: opacity > 0
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: result.content.feedbackSpoken
+        Accessible.name: result.tellsMove ? result.content.undoTitle : result.content.feedbackSpoken
 
         Behavior on opacity {
             NumberAnimation {
@@ -87,26 +95,38 @@ FocusScope {
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
-            name: result.content.feedbackSymbol
+            name: result.tellsMove ? "tray.and.arrow.down" : result.content.feedbackSymbol
             size: Theme.smallSymbolSize
-            color: Theme.styles[result.content.feedbackStyle]
+            color: result.tellsMove ? Theme.secondaryText : Theme.styles[result.content.feedbackStyle]
         }
         Label {
             anchors.verticalCenter: parent.verticalCenter
-            text: result.content.feedbackTitle
+            width: Math.min(implicitWidth, result.width / 4)
+            text: result.tellsMove ? result.content.undoTitle : result.content.feedbackTitle
             font.pixelSize: Theme.smallSize
             font.weight: Font.Medium
+            elide: Text.ElideMiddle
             Accessible.ignored: true
         }
         Label {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, result.width / 4)
             visible: text.length > 0
-            text: result.content.feedbackDetail
+            text: result.tellsMove ? result.content.undoDetail : result.content.feedbackDetail
             color: Theme.secondaryText
             font.pixelSize: Theme.smallSize
             elide: Text.ElideMiddle
             Accessible.ignored: true
+        }
+        ActionButton {
+            id: undo
+            anchors.verticalCenter: parent.verticalCenter
+            visible: result.tellsMove
+            name: "Desfazer"
+            textColor: Theme.accent
+            onTriggered: result.content.undoDrop()
+            onVisibleChanged: if (!visible && focus)
+                actions.focus = true
         }
     }
 

@@ -19,6 +19,12 @@ FocusScope {
     Keys.onDownPressed: enter()
     Keys.onTabPressed: page.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: page.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Z && event.modifiers === Qt.ControlModifier && content.canUndoDrop) {
+            content.undoDrop();
+            event.accepted = true;
+        }
+    }
 
     ModuleBar {
         id: bar
@@ -82,6 +88,19 @@ FocusScope {
                 bar.showsIssues = false;
                 expanded.content.dismissIssues();
             }
+        }
+    }
+
+    // A drop that closed the panel has moved files: what it did can be taken back here.
+    Loader {
+        anchors.horizontalCenter: page.horizontalCenter
+        anchors.bottom: page.bottom
+        active: expanded.content.canUndoDrop
+        onActiveChanged: if (!active && activeFocus)
+            page.forceActiveFocus()
+        sourceComponent: UndoNotice {
+            title: expanded.content.undoTitle
+            onUndone: expanded.content.undoDrop()
         }
     }
 

@@ -11,10 +11,21 @@ Point pointFrom(const QPointF &position)
     return {position.x(), position.y()};
 }
 
-/// Orvane never takes a file away from the application it is dragged from.
-void acceptAsCopy(QDropEvent *event)
+/// The pointer shows the action, as far as the source allows it.
+void accept(QDropEvent *event, bool moves)
 {
-    event->setDropAction(Qt::CopyAction);
+    const bool isMove =
+        moves && event->mimeData()->hasUrls() && event->possibleActions().testFlag(Qt::MoveAction);
+    event->setDropAction(isMove ? Qt::MoveAction : Qt::CopyAction);
+    event->accept();
+}
+
+/// What moves is moved by Orvane: a source that heard of a move might remove the file itself, even
+/// before it has come. It hears that the drop was taken, and of no action.
+void acceptForGood(QDropEvent *event)
+{
+    const bool canBeCopy = event->possibleActions().testFlag(Qt::CopyAction);
+    event->setDropAction(canBeCopy ? Qt::CopyAction : Qt::IgnoreAction);
     event->accept();
 }
 
@@ -46,14 +57,13 @@ void NotchContainerView::dragEnterEvent(QDragEnterEvent *event)
     }
     if (m_handlers.draggingEntered)
         m_handlers.draggingEntered();
-    acceptAsCopy(event);
+    accept(event, false); // a move of the pointer follows
 }
 
 void NotchContainerView::dragMoveEvent(QDragMoveEvent *event)
 {
-    if (m_handlers.draggingUpdated)
-        m_handlers.draggingUpdated(pointFrom(event->position()));
-    acceptAsCopy(event);
+    accept(event,
+           m_handlers.draggingUpdated && m_handlers.draggingUpdated(pointFrom(event->position())));
 }
 
 void NotchContainerView::dragLeaveEvent(QDragLeaveEvent *event)
@@ -67,7 +77,7 @@ void NotchContainerView::dropEvent(QDropEvent *event)
 {
     const DropReader::Contents contents = DropReader::read(*event->mimeData());
     if (m_handlers.performDrop && m_handlers.performDrop(pointFrom(event->position()), contents))
-        acceptAsCopy(event);
+        acceptForGood(event);
     else
         event->ignore();
 }

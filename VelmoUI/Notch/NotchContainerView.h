@@ -20,7 +20,8 @@ public:
     struct Handlers {
         std::function<void()> tapped;
         std::function<void()> draggingEntered;
-        std::function<void(Point)> draggingUpdated;
+        /// Whether files would be moved from where they stand, if they fell there.
+        std::function<bool(Point)> draggingUpdated;
         std::function<void()> draggingExited;
         /// False if nothing of it can be taken.
         std::function<bool(Point, const DropReader::Contents &)> performDrop;

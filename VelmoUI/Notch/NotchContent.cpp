@@ -122,6 +122,7 @@ NotchContent::NotchContent(NotchViewModel &model)
         updateDropJob();
         Q_EMIT liveChanged();
     });
+    connect(&services.dropUndo, &DropUndo::changed, this, &NotchContent::undoChanged);
     connect(&services.modules, &ModuleRegistry::failuresChanged, this, &NotchContent::updatePage);
     connect(&services.activity, &ActivityCenter::feedbackChanged, this, [this] {
         if (const auto &event = m_model.services().activity.feedback())

@@ -127,6 +127,10 @@ class NotchContent : public QObject {
     Q_PROPERTY(QAbstractItemModel *droppedItems READ droppedItems CONSTANT)
     Q_PROPERTY(QAbstractItemModel *dropActions READ dropActions CONSTANT)
     Q_PROPERTY(QString droppedTitle READ droppedTitle NOTIFY droppedItemsChanged)
+    /// What the last drop moved, as long as that can be taken back.
+    Q_PROPERTY(bool canUndoDrop READ canUndoDrop NOTIFY undoChanged)
+    Q_PROPERTY(QString undoTitle READ undoTitle NOTIFY undoChanged)
+    Q_PROPERTY(QString undoDetail READ undoDetail NOTIFY undoChanged)
     /// The job that brings what was dropped, while it runs.
     Q_PROPERTY(bool hasDropJob READ hasDropJob NOTIFY dropJobChanged)
     Q_PROPERTY(QString dropJobTitle READ dropJobTitle NOTIFY dropJobChanged)
@@ -203,6 +207,9 @@ public:
     QAbstractItemModel *droppedItems() { return &m_droppedItems; }
     QAbstractItemModel *dropActions() { return &m_dropActions; }
     QString droppedTitle() const;
+    bool canUndoDrop() const { return dropUndo().isOffered(); }
+    QString undoTitle() const { return dropUndo().title(); }
+    QString undoDetail() const { return dropUndo().detail(); }
     bool hasDropJob() const { return !m_dropJob.id.isEmpty(); }
     QString dropJobTitle() const { return m_dropJob.title; }
     qreal dropJobProgress() const { return m_dropJob.progress; }
@@ -217,6 +224,7 @@ public:
     Q_INVOKABLE void selectModule(const QString &id) { m_model.selectModule(id); }
     Q_INVOKABLE void removeDropped(const QString &id) { m_model.removeDroppedItem(id); }
     Q_INVOKABLE void performDropAction(const QString &id);
+    Q_INVOKABLE void undoDrop() { m_model.undoDrop(); }
     Q_INVOKABLE void cancelDropJob() { m_model.cancelDropJob(); }
     Q_INVOKABLE void retryPage() { m_model.services().modules.retry(m_pageModuleID); }
     Q_INVOKABLE void dismissIssues() { m_issues.dismiss(); }
@@ -234,6 +242,7 @@ Q_SIGNALS:
     void pageChanged();
     void issuesChanged();
     void droppedItemsChanged();
+    void undoChanged();
     void dropJobChanged();
     void dropletChanged();
     /// The notch swallows.
@@ -243,6 +252,7 @@ Q_SIGNALS:
 
 private:
     const AppSettings &settings() const { return m_model.services().settings.settings(); }
+    const DropUndo &dropUndo() const { return m_model.services().dropUndo; }
     const std::vector<LiveRow> &liveRows() const { return m_live.model().records(); }
     QSizeF size(NotchPresentation presentation, bool hasFeedback = false) const;
     LiveRow firstLive() const { return hasLive() ? liveRows().front() : LiveRow(); }

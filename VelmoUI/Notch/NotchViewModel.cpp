@@ -235,6 +235,12 @@ void NotchViewModel::keepDropped()
     setDropKept(true);
 }
 
+void NotchViewModel::undoDrop()
+{
+    velmo::undoDrop(m_services, followDropped(),
+                    [offer = offerTheRest()](bool) { offer(false); });
+}
+
 void NotchViewModel::cancelDropJob()
 {
     const std::optional<QString> job = std::exchange(m_dropJob, std::nullopt);

@@ -93,6 +93,8 @@ public:
     DropZone dropZone() const { return m_dropZone; }
     void setDropTargeted(bool targeted);
     void setDropZone(DropZone zone);
+    /// Whether files that fall there now leave the place where they stand.
+    bool dropTakesFiles() const { return m_dropZone == DropZone::notch; }
     /// Does what the zone under the drop is for. The items show on the result surface unless they
     /// have been handed over or kept without asking; then the panel closes.
     void receiveDrop(const std::vector<DroppedItem> &items);
@@ -110,6 +112,8 @@ public:
     const std::optional<QString> &dropJob() const { return m_dropJob; }
     /// What it hasn't brought may be kept anew.
     void cancelDropJob();
+    /// Takes back what the last drop moved in, as long as that is offered.
+    void undoDrop();
     /// Whether the tools work on what was dropped, which then takes nothing but files.
     bool canOpenTools() const;
     void openTools();

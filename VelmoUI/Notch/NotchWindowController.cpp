@@ -36,6 +36,7 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
             [this](Point point) {
                 m_dragExitTask.cancel();
                 m_model.setDropZone(dropZoneAt(point));
+                return m_model.dropTakesFiles();
             },
         .draggingExited =
             [this] {

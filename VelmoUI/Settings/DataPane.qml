@@ -8,7 +8,6 @@ Column {
     required property SettingsWindowModel window
     readonly property DataPaneModel model: window.data
     readonly property var settings: window.settings
-    readonly property var storages: ["reference", "copy", "moved"]
     readonly property var cleanDays: [0, 1, 7, 30]
 
     spacing: 2 * Theme.gap
@@ -65,19 +64,8 @@ Column {
             }
         }
         SettingRow {
-            title: "Como guardar"
-            detail: "Como guardar o que você soltar na prateleira: referência ao original ou cópia"
-
-            Picker {
-                name: "Como guardar"
-                options: ["Referência", "Cópia", "Mover"]
-                current: pane.storages.indexOf(pane.settings.shelfDropStorage)
-                onPicked: index => pane.settings.shelfDropStorage = pane.storages[index]
-            }
-        }
-        SettingRow {
             title: "Guardar sem perguntar"
-            detail: "O que for solto no notch vai direto para a prateleira."
+            detail: "O que for solto no notch vai direto para a prateleira; arquivos são movidos e podem ser devolvidos."
 
             Toggle {
                 name: "Guardar sem perguntar"

@@ -300,20 +300,24 @@ TEST_F(NotchCoordinatorTest, ShowsWhatWasDroppedOnItsView)
                           Qt::LeftButton, {});
     QCoreApplication::sendEvent(&view(), &enter);
     EXPECT_EQ(shown(), u"dropTarget");
-    EXPECT_EQ(enter.dropAction(), Qt::CopyAction) << "never takes a file away";
     EXPECT_EQ(targeted(), StringList{u"actions"_qs});
     for (const auto &[x, zone] :
          {std::pair(middle - 500, "airdrop"), {middle + 10, "actions"}, {middle + 500, "notch"}}) {
-        QDragMoveEvent move({int(x), 60}, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QDragMoveEvent move({int(x), 60}, Qt::CopyAction | Qt::MoveAction, &files, Qt::LeftButton,
+                            {});
         QCoreApplication::sendEvent(&view(), &move);
         EXPECT_EQ(targeted(), StringList{QString::fromLatin1(zone)});
+        EXPECT_EQ(move.dropAction(),
+                  std::string_view(zone) == "notch" ? Qt::MoveAction : Qt::CopyAction)
+            << zone;
     }
     desktop.pointer.moveTo(notchOf(1));
     desktop.pointer.release(notchOf(1));
     wait(0.2s);
-    QDropEvent drop({middle, 60}, Qt::CopyAction, &files, {}, {});
+    QDropEvent drop({middle, 60}, Qt::MoveAction, &files, {}, {}); // as the pointer showed
     QCoreApplication::sendEvent(&view(), &drop);
     EXPECT_TRUE(drop.isAccepted());
+    EXPECT_EQ(drop.dropAction(), Qt::IgnoreAction) << "or the source might remove the file";
     wait(2s);
     EXPECT_EQ(shown(), u"dropResult") << "the drop finished after the button went up";
     EXPECT_EQ(content->droppedTitle(), u"1 item");

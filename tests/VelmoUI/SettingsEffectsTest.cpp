@@ -247,7 +247,6 @@ const std::vector<Effect> effects = {
     {"clipboardRetentionDays", "1", &Orvane::copiesAfterTwoDays},
     {"shelfAutoCleanDays", "1", &Orvane::shelfAfterTwoDays},
     {"dropStraightToShelf", "true", &Orvane::afterDrop},
-    {"shelfDropStorage", R"("moved")", &Orvane::afterDrop, R"("dropStraightToShelf":true)"},
     // The welcome makes the row of cards wider than its bar.
     {"hasCompletedOnboarding", "true", [](auto &o) { return o.open(2); },
      R"("hiddenHomeCards":["shelf"])"},
@@ -260,7 +259,8 @@ const QStringList pending =
         "radialStartRing radialLabelsOutside radialRings radialFavorites radialFavoritesName "
         "radialHoldDelay showMediaWhenCollapsed volumeHUDEnabled replaceSystemVolumeHUD "
         "volumeHUDShowsAutomaticChanges volumeHUDStyle eventAlertMinutes "
-        "capturesFolderPath screenshotFormat copyScreenshotToClipboard recordSystemAudio "
+        "shelfDropStorage capturesFolderPath screenshotFormat copyScreenshotToClipboard "
+        "recordSystemAudio "
         "recordMicrophone studioMode studioRecordKeys studioOpenEditor mailNotifications "
         "mailShowsPreview mailSound smartNotchEnabled contextTools appContextOverrides "
         "smartNotchIgnoredApps smartNotchSides")

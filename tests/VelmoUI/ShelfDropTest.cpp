@@ -145,6 +145,36 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
     EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
 }
 
+TEST_F(ShelfDropTest, TakesBackWhatItMovedForAWhile)
+{
+    NotchContent content(model);
+    const DroppedItem a = file(u"a.txt"_qs);
+    const DroppedItem b = file(u"b.txt"_qs);
+    desktop.folder.write(u"data/Shelf/Copies/Mesa/a.txt"_qs, "outro");
+    drop(DropZone::notch, {a, b});
+    EXPECT_FALSE(content.canUndoDrop());
+    finishJobs();
+    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(u"a 2.txt"_qs), inNotch(u"b.txt"_qs)));
+    EXPECT_EQ(lastEvent(), movedFromHere() + u"|2 itens"_qs);
+    ASSERT_TRUE(content.canUndoDrop());
+    EXPECT_EQ(content.undoTitle(), movedFromHere());
+    content.undoDrop();
+    finishJobs();
+    EXPECT_THAT(model.droppedItems(), ElementsAre(a, b)) << "with their first names";
+    EXPECT_EQ(desktop.folder.read(u"a.txt"_qs), "conteúdo");
+    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_TRUE(model.canKeepDropped());
+    EXPECT_FALSE(content.canUndoDrop());
+
+    model.keepDropped();
+    finishJobs();
+    desktop.scheduler.advance(DropUndo::time - 0.1s);
+    EXPECT_TRUE(content.canUndoDrop());
+    EXPECT_EQ(services.activity.feedback()->title, movedFromHere());
+    desktop.scheduler.advance(0.1s);
+    EXPECT_FALSE(content.canUndoDrop());
+}
+
 TEST_F(ShelfDropTest, LeavesAFileWhereItIsThatTheShelfCannotRecord)
 {
     QDir().mkpath(desktop.folder.path(u"data/Shelf/shelf.json"_qs)); // no file can take its place
@@ -181,6 +211,18 @@ TEST_F(ShelfDropTest, TakesThousandsOfFilesWithoutHoldingUpThePanel)
     EXPECT_EQ(model.droppedItems().back(), inNotch(QString::number(count - 1)));
     EXPECT_LT(content.droppedItems()->rowCount(), 100);
     EXPECT_EQ(content.droppedTitle(), QLocale().toString(count) + u" itens"_qs);
+    services.shelf.flush();
+    longestStep = 0;
+
+    model.undoDrop();
+    waitFor([this] { return services.shelf.items().empty(); });
+    services.activity.cancel(services.activity.live().front().id);
+    finishJobs();
+    EXPECT_LT(longestStep, 80);
+    int here = 0;
+    for (const DroppedItem &item : files)
+        here += QFile::exists(item.fileURL()->toLocalFile());
+    EXPECT_EQ(services.shelf.items().size() + std::size_t(here), std::size_t(count));
 }
 
 TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)

@@ -152,7 +152,8 @@ TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
     page.press(0, noModifier);
     EXPECT_EQ(commands(),
               (QStringList{u"Mostrar no Finder"_qs, u"Abrir"_qs, u"Copiar caminho"_qs, u"Fixar"_qs,
-                           u"Agrupar…"_qs, u"Renomear"_qs, u"Remover"_qs}));
+                           u"Agrupar…"_qs, u"Renomear"_qs, u"Devolver à pasta"_qs}));
+    EXPECT_NE(column(page.commands(), "symbol").back(), u"trash");
     EXPECT_TRUE(page.handleKey(Qt::Key_C, ctrl));
     EXPECT_EQ(desktop.pasteboard.text, file.toLocalFile());
     EXPECT_EQ(page.summary(), u"Caminho copiado");

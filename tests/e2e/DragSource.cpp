@@ -6,8 +6,9 @@
 #include <QRasterWindow>
 #include <QUrl>
 
-/// Lets the user drag a file out of it. Blue, and yellow while what is under the pointer would take
-/// the file. Without a file it promises one and then has nothing to give.
+/// Lets the user drag a file out of it. Blue; yellow while what is under the pointer would copy the
+/// file, and red while it would move it. Without a file it promises one and then has nothing to
+/// give.
 class DragSource : public QRasterWindow {
 public:
     explicit DragSource(const QString &file) : m_file(file) {}
@@ -15,7 +16,9 @@ public:
 protected:
     void paintEvent(QPaintEvent *) override
     {
-        QPainter(this).fillRect(QRect(QPoint(), size()), m_isWelcome ? Qt::yellow : Qt::blue);
+        QPainter(this).fillRect(QRect(QPoint(), size()), m_action == Qt::CopyAction   ? Qt::yellow
+                                                         : m_action == Qt::MoveAction ? Qt::red
+                                                                                      : Qt::blue);
     }
 
     void mouseMoveEvent(QMouseEvent *event) override
@@ -28,15 +31,15 @@ protected:
         auto *const drag = new QDrag(this);
         drag->setMimeData(data);
         connect(drag, &QDrag::actionChanged, this, [this](Qt::DropAction action) {
-            m_isWelcome = action == Qt::CopyAction;
+            m_action = action;
             update();
         });
-        drag->exec(Qt::CopyAction);
+        drag->exec(Qt::CopyAction | Qt::MoveAction);
     }
 
 private:
     QString m_file;
-    bool m_isWelcome = false;
+    Qt::DropAction m_action = Qt::IgnoreAction;
 };
 
 int main(int argc, char **argv)

@@ -1,14 +1,21 @@
 #include "tests/e2e/OrvaneTest.h"
 
+#include <QFile>
+
+#include <X11/keysym.h>
+
 namespace velmo {
 
 namespace {
 
 constexpr QPoint source{610, 600}; ///< in the window of the drag source, beside its picture
 constexpr QPoint surface{756, 60}; ///< in the drop surface
+constexpr QPoint notchZone{1100, 90};
 constexpr QPoint outside{700, 700};
+constexpr QPoint outsideItsButtons{500, 38}; ///< in the panel that shows what was dropped
 constexpr std::uint32_t blue = 0x0000ff;
 constexpr std::uint32_t yellow = 0xffff00;
+constexpr std::uint32_t red = 0xff0000;
 
 } // namespace
 
@@ -39,12 +46,17 @@ protected:
         });
     }
 
+    bool dragUntilTheSourceIs(std::uint32_t color, const QPoint &point)
+    {
+        return eventually([&] {
+            drag(point);
+            return pixel(source) == color;
+        });
+    }
+
     void dropOnTheSurface()
     {
-        EXPECT_TRUE(eventually([&] {
-            drag(surface);
-            return pixel(source) == yellow;
-        }));
+        EXPECT_TRUE(dragUntilTheSourceIs(yellow, surface));
         screen.setButton(1, false);
     }
 };
@@ -65,6 +77,31 @@ TEST_P(DropTest, TakesAFileThatIsDraggedOntoTheNotch)
     ASSERT_TRUE(dragUntilItShows(notch, "dropTarget"));
     dropOnTheSurface();
     EXPECT_TRUE(shows("dropResult"));
+}
+
+TEST_P(DropTest, ShowsAMoveWhereItMovesAFileAndTakesItBack)
+{
+    home.write("Pasta/Relatório.txt", "x");
+    const QString original = home.path("Pasta/Relatório.txt");
+    const QString moved = home.path("data/Orvane/Shelf/Copies/Mesa/Relatório.txt");
+    launch();
+    beginDrag(original);
+    ASSERT_TRUE(dragUntilItShows(notch, "dropTarget"));
+    EXPECT_TRUE(dragUntilTheSourceIs(red, notchZone));
+    EXPECT_TRUE(dragUntilTheSourceIs(yellow, surface));
+    EXPECT_TRUE(dragUntilTheSourceIs(red, notchZone));
+    screen.setButton(1, false);
+    EXPECT_TRUE(eventually([&] { return QFile::exists(moved); }));
+    EXPECT_FALSE(QFile::exists(original));
+    EXPECT_TRUE(shows("dropResult"));
+    EXPECT_TRUE(eventually([&] { return status()["feedback"] == "Movido de Pasta"; }));
+    screen.click(outsideItsButtons.x(),
+                 outsideItsButtons.y()); // which gives the panel the keyboard
+    EXPECT_TRUE(eventually([&] {
+        screen.typeKey(XK_z, {XK_Control_L});
+        return QFile::exists(original);
+    }));
+    EXPECT_FALSE(QFile::exists(moved));
 }
 
 TEST_P(DropTest, ClosesAfterADropWithNothingInIt)

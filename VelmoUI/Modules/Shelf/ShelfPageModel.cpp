@@ -24,6 +24,8 @@ constexpr OwnCommand unpinCommand{u"shelf.pin", u"Desafixar", u"pin.fill"};
 constexpr OwnCommand groupCommand{u"shelf.group", u"Agrupar…", u"tag"};
 constexpr OwnCommand renameCommand{u"shelf.rename", u"Renomear", u"pencil"};
 constexpr OwnCommand removeCommand{u"shelf.remove", u"Remover", u"trash"};
+/// The same, of what goes home.
+constexpr OwnCommand returnCommand{u"shelf.remove", u"Devolver à pasta", u"tray.and.arrow.up"};
 
 struct Shortcut {
     int key;
@@ -57,6 +59,14 @@ PageCommand commandOf(const OwnCommand &command)
 {
     return commandOf(QString::fromUtf16(command.id), QString::fromUtf16(command.title),
                      QString::fromUtf16(command.symbol));
+}
+
+bool goHome(const std::vector<ShelfItem> &items)
+{
+    return std::ranges::all_of(items, [](const ShelfItem &item) {
+        const auto *file = std::get_if<ShelfItem::File>(&item.content.value);
+        return file && file->storage == ShelfStorage::moved && item.originalFolder;
+    });
 }
 
 } // namespace
@@ -109,7 +119,9 @@ void ShelfPageModel::setGroupIndex(int index)
 QString ShelfPageModel::summary() const
 {
     if (canUndo())
-        return ShelfRows::count(m_removed.size(), u"1 item removido", u"%1 itens removidos");
+        return m_areGoingHome
+                   ? ShelfRows::count(m_removed.size(), u"1 item devolvido", u"%1 itens devolvidos")
+                   : ShelfRows::count(m_removed.size(), u"1 item removido", u"%1 itens removidos");
     if (!m_notice.isEmpty())
         return m_notice;
     const auto items = selected();
@@ -344,7 +356,7 @@ void ShelfPageModel::updateCommands()
         commands.push_back(commandOf(groupCommand));
         if (items.size() == 1)
             commands.push_back(commandOf(renameCommand));
-        commands.push_back(commandOf(removeCommand));
+        commands.push_back(commandOf(goHome(items) ? returnCommand : removeCommand));
     }
     m_commands.setRecords(commands);
 }
@@ -374,6 +386,7 @@ void ShelfPageModel::perform(NotchAction &action)
 void ShelfPageModel::remove()
 {
     removeForGood();
+    m_areGoingHome = goHome(selected());
     m_removed = m_selection.ids();
     const int place = m_removed.empty() ? -1 : m_selection.placeOf(m_removed.front());
     reselect();

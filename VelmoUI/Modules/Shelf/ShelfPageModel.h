@@ -120,6 +120,7 @@ private:
     QString m_notice;
     bool m_isWatched = true; ///< until the page says otherwise
     ShelfStore::IDs m_removed;
+    bool m_areGoingHome = false; ///< those removed
     ScheduledTask m_removal;
     ScheduledTask m_lookAgain;
 };
