@@ -13,8 +13,8 @@ class QDBusMessage;
 
 namespace velmo {
 
-/// `NotificationServer` with `org.freedesktop.Notifications` (Desktop Notifications Specification
-/// 1.2), asked without waiting. The service is started with the first notification.
+/// `NotificationServer` with `org.freedesktop.Notifications` (freedesktop's desktop
+/// notifications 1.2), asked without waiting. The service is started with the first notification.
 class DBusNotifications : public NotificationServer {
     Q_OBJECT
 

@@ -10,7 +10,7 @@ namespace velmo {
 
 namespace {
 
-/// Names of the freedesktop Sound Naming Specification.
+/// Names as freedesktop's sound naming gives them.
 const char *eventOf(SystemSound sound)
 {
     switch (sound) {

@@ -6,7 +6,7 @@
 
 namespace velmo {
 
-/// `LoginItem` by the XDG autostart specification: a desktop entry in the user's "autostart".
+/// `LoginItem` as XDG autostart has it: a desktop entry in the user's "autostart".
 class XdgAutostart : public LoginItem {
 public:
     /// `configFolder` is `$XDG_CONFIG_HOME`.
