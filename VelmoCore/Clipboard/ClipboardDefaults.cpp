@@ -9,17 +9,17 @@ namespace {
 
 struct Entry {
     QStringView bundleID;
-    QStringView title;
+    QStringView title; ///< of the application here; empty where this platform has none
 };
 
 constexpr std::array passwordManagers{
-    Entry{u"com.apple.keychainaccess", u"Chaveiro do sistema"},
-    Entry{u"com.apple.Passwords", u"Senhas do sistema"},
+    Entry{u"com.apple.keychainaccess", u"Seahorse e KWalletManager"},
+    Entry{u"com.apple.Passwords", u"GNOME Secrets"},
     Entry{u"com.1password.1password", u"1Password"},
-    Entry{u"com.agilebits.onepassword7", u"1Password 7"},
+    Entry{u"com.agilebits.onepassword7", u""},
     Entry{u"com.bitwarden.desktop", u"Bitwarden"},
-    Entry{u"com.lastpass.LastPass", u"LastPass"},
-    Entry{u"com.dashlane.dashlanephonefinal", u"Dashlane"},
+    Entry{u"com.lastpass.LastPass", u""},
+    Entry{u"com.dashlane.dashlanephonefinal", u""},
     Entry{u"com.keepassxc.keepassxc", u"KeePassXC"},
     Entry{u"com.proton.pass.electron", u"Proton Pass"},
 };
@@ -34,11 +34,11 @@ std::vector<QString> ClipboardDefaults::ignoredBundleIDs()
     return ids;
 }
 
-QString ClipboardDefaults::title(const QString &ignoredBundleID)
+std::optional<QString> ClipboardDefaults::title(const QString &ignoredBundleID)
 {
     const auto entry =
         std::ranges::find(passwordManagers, QStringView(ignoredBundleID), &Entry::bundleID);
-    return entry == passwordManagers.end() ? QString() : entry->title.toString();
+    return entry == passwordManagers.end() ? std::nullopt : std::optional(entry->title.toString());
 }
 
 const std::vector<QString> &ClipboardDefaults::ignoredPasteboardTypes()

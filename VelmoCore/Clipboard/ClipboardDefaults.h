@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace velmo::ClipboardDefaults {
@@ -9,8 +10,9 @@ namespace velmo::ClipboardDefaults {
 /// Keepers of passwords, from which nothing is taken.
 std::vector<QString> ignoredBundleIDs();
 
-/// What the user reads of one of them; nothing for any other identifier.
-QString title(const QString &ignoredBundleID);
+/// What the user reads of one of them, empty if this platform has no such application; nothing for
+/// any other identifier.
+std::optional<QString> title(const QString &ignoredBundleID);
 
 /// Types by which an application says that its content isn't for histories.
 const std::vector<QString> &ignoredPasteboardTypes();

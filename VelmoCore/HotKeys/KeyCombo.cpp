@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace velmo {
 namespace {
@@ -11,24 +10,7 @@ namespace {
 constexpr std::array<std::uint32_t, 12> functionKeyCodes{122, 120, 99,  118, 96,  97,
                                                          98,  100, 101, 109, 103, 111};
 
-constexpr std::array symbols{
-    std::pair{KeyCombo::control, u'⌃'},
-    std::pair{KeyCombo::option, u'⌥'},
-    std::pair{KeyCombo::shift, u'⇧'},
-    std::pair{KeyCombo::command, u'⌘'},
-};
-
 } // namespace
-
-QString KeyCombo::modifierSymbols() const
-{
-    QString text;
-    for (const auto &[modifier, symbol] : symbols) {
-        if (modifiers.contains(modifier))
-            text += QChar(symbol);
-    }
-    return text;
-}
 
 bool KeyCombo::isAcceptableGlobalShortcut() const
 {

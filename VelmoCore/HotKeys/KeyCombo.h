@@ -2,8 +2,6 @@
 
 #include "VelmoCore/Foundation/Json.h"
 
-#include <QString>
-
 #include <boost/describe.hpp>
 
 #include <compare>
@@ -34,10 +32,7 @@ struct KeyCombo {
     std::uint32_t keyCode = 0;
     Modifiers modifiers;
 
-    /// The modifiers' symbols in the order ⌃, ⌥, ⇧, ⌘.
-    QString modifierSymbols() const;
-
-    /// ⌃, ⌥ or ⌘ is held, or the key is one of F1 to F12.
+    /// `control`, `option` or `command` is held, or the key is one of F1 to F12.
     bool isAcceptableGlobalShortcut() const;
 
     auto operator<=>(const KeyCombo &) const = default;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace velmo::KeyNames {
 namespace {
@@ -64,21 +65,21 @@ constexpr std::array keys{
     Key{44, u"/", '/'},
     // Editing and movement
     Key{49, u"Espaço", ' '},
-    Key{36, u"↩", 0xff0d},
-    Key{keyTab, u"⇥", 0xff09},
-    Key{51, u"⌫", 0xff08},
-    Key{117, u"⌦", 0xffff},
-    Key{keyEscape, u"esc", 0xff1b},
+    Key{36, u"Enter", 0xff0d},
+    Key{keyTab, u"Tab", 0xff09},
+    Key{51, u"Backspace", 0xff08},
+    Key{117, u"Delete", 0xffff},
+    Key{keyEscape, u"Esc", 0xff1b},
     Key{114, u"Insert", 0xff63},
     Key{110, u"Menu", 0xff67},
     Key{keyLeft, u"←", 0xff51},
     Key{keyRight, u"→", 0xff53},
     Key{126, u"↑", 0xff52},
     Key{125, u"↓", 0xff54},
-    Key{115, u"↖", 0xff50},
-    Key{119, u"↘", 0xff57},
-    Key{116, u"⇞", 0xff55},
-    Key{121, u"⇟", 0xff56},
+    Key{115, u"Home", 0xff50},
+    Key{119, u"End", 0xff57},
+    Key{116, u"Page Up", 0xff55},
+    Key{121, u"Page Down", 0xff56},
     // Function keys
     Key{122, u"F1", 0xffbe},
     Key{120, u"F2", 0xffbf},
@@ -117,8 +118,8 @@ constexpr std::array keys{
     Key{75, u"Num /", 0xffaf},
     Key{78, u"Num -", 0xffad},
     Key{81, u"Num =", 0xffbd},
-    Key{71, u"⌧", 0xff0b},
-    Key{76, u"⌤", 0xff8d},
+    Key{71, u"Clear", 0xff0b},
+    Key{76, u"Num Enter", 0xff8d},
 };
 
 struct Alias {
@@ -160,7 +161,14 @@ QString name(std::uint32_t keyCode)
 
 QString display(const KeyCombo &combo)
 {
-    return combo.modifierSymbols() + name(combo.keyCode);
+    QString text;
+    for (const auto &[modifier, title] :
+         {std::pair{KeyCombo::control, control}, std::pair{KeyCombo::option, option},
+          std::pair{KeyCombo::shift, shift}, std::pair{KeyCombo::command, command}}) {
+        if (combo.modifiers.contains(modifier))
+            text += QString::fromUtf16(title) + u'+';
+    }
+    return text + name(combo.keyCode);
 }
 
 std::optional<std::uint32_t> keysym(std::uint32_t keyCode)

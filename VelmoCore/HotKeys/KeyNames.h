@@ -16,10 +16,16 @@ inline constexpr std::uint32_t keyEscape = 53;
 inline constexpr std::uint32_t keyLeft = 123;
 inline constexpr std::uint32_t keyRight = 124;
 
-/// The key's name, as "N", "F5", "Espaço" or "↩"; "Tecla {code}" for an unknown code.
+/// What the user calls the modifiers.
+inline constexpr char16_t control[] = u"Ctrl";
+inline constexpr char16_t option[] = u"Alt";
+inline constexpr char16_t shift[] = u"Shift";
+inline constexpr char16_t command[] = u"Super";
+
+/// The key's name, as "N", "F5", "Espaço" or "←"; "Tecla {code}" for an unknown code.
 QString name(std::uint32_t keyCode);
 
-/// Modifier symbols and key name, as "⌃⌥N".
+/// The modifiers in one order and the key, as "Ctrl+Alt+Shift+Super+N": every text shows keys so.
 QString display(const KeyCombo &combo);
 
 /// The X11 keysym of a key code, nothing for an unknown code.

@@ -1,5 +1,7 @@
 #include "VelmoCore/Permissions/PermissionKind.h"
 
+#include "VelmoCore/Foundation/PlatformNames.h"
+
 namespace velmo {
 
 PermissionTexts Permissions::texts(PermissionKind kind)
@@ -17,7 +19,7 @@ PermissionTexts Permissions::texts(PermissionKind kind)
                 QStringLiteral("Agenda")};
     case PermissionKind::reminders:
         return {QStringLiteral("Lembretes"), QStringLiteral("checklist"),
-                QStringLiteral("Sincronizar tarefas com o app Lembretes da Apple, se você quiser."),
+                QStringLiteral("Sincronizar tarefas com o app Lembretes, se você quiser."),
                 QStringLiteral("Tarefas (integração com o app Lembretes)")};
     case PermissionKind::camera:
         return {QStringLiteral("Câmera"), QStringLiteral("camera"),
@@ -37,8 +39,8 @@ PermissionTexts Permissions::texts(PermissionKind kind)
     case PermissionKind::accessibility:
         return {QStringLiteral("Acessibilidade"), QStringLiteral("accessibility"),
                 QStringLiteral("Receber as teclas de volume para mostrar o volume no notch no "
-                               "lugar do indicador do macOS. Só é pedida se você ativar essa "
-                               "opção."),
+                               "lugar do indicador do %1. Só é pedida se você ativar essa opção.")
+                    .arg(QStringView(PlatformNames::system)),
                 QStringLiteral("Indicador de volume (opcional)")};
     case PermissionKind::automation:
         return {QStringLiteral("Automação"), QStringLiteral("gearshape.2"),

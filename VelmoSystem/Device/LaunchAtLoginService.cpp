@@ -1,6 +1,7 @@
 #include "VelmoSystem/Device/LaunchAtLoginService.h"
 
 #include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoCore/Foundation/PlatformNames.h"
 
 namespace velmo {
 
@@ -13,7 +14,8 @@ QString LaunchAtLoginService::message() const
     if (m_lastError)
         return *m_lastError;
     return m_status == LoginItem::Status::requiresApproval
-               ? QStringLiteral("Aguardando aprovação em Itens de Início.")
+               ? QStringLiteral("Aguardando aprovação em %1.")
+                     .arg(QStringView(PlatformNames::systemSettings))
                : QString();
 }
 

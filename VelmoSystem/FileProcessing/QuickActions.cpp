@@ -51,8 +51,9 @@ bool RevealInFinderAction::isAvailable(const std::vector<DroppedItem> &items) co
 ActionOutcome RevealInFinderAction::perform(const std::vector<DroppedItem> &items)
 {
     m_viewer.reveal(files(items));
-    return {
-        .message = QStringLiteral("Aberto no Finder"), .symbol = symbol(), .dismissesPanel = true};
+    return {.message = QStringLiteral("Aberto no %1").arg(QStringView(PlatformNames::fileManager)),
+            .symbol = symbol(),
+            .dismissesPanel = true};
 }
 
 bool OpenItemAction::isAvailable(const std::vector<DroppedItem> &items) const

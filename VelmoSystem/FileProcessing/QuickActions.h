@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VelmoCore/Actions/ActionCatalog.h"
+#include "VelmoCore/Foundation/PlatformNames.h"
 
 namespace velmo {
 
@@ -28,7 +29,7 @@ public:
     explicit RevealInFinderAction(FileViewer &viewer) : m_viewer(viewer) {}
 
     QString id() const override { return QStringLiteral("files.reveal"); }
-    QString title() const override { return QStringLiteral("Mostrar no Finder"); }
+    QString title() const override { return QString::fromUtf16(PlatformNames::showInFolder); }
     QString symbol() const override { return QStringLiteral("folder"); }
     bool isAvailable(const std::vector<DroppedItem> &items) const override;
     ActionOutcome perform(const std::vector<DroppedItem> &items) override;

@@ -1,5 +1,7 @@
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
 
+#include "VelmoCore/HotKeys/KeyNames.h"
+
 #include <utility>
 
 namespace velmo {
@@ -18,7 +20,9 @@ GlobalHotKeyCenter::RegistrationError GlobalHotKeyCenter::RegistrationError::alr
 
 GlobalHotKeyCenter::RegistrationError GlobalHotKeyCenter::RegistrationError::notAcceptable()
 {
-    return RegistrationError(QStringLiteral("Use ao menos uma das teclas ⌃, ⌥ ou ⌘."));
+    return RegistrationError(QStringLiteral("Use ao menos uma das teclas %1, %2 ou %3.")
+                                 .arg(QStringView(KeyNames::control), QStringView(KeyNames::option),
+                                      QStringView(KeyNames::command)));
 }
 
 GlobalHotKeyCenter::RegistrationError

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoCore/Foundation/PlatformNames.h"
 
 #include <QByteArray>
 #include <QString>
@@ -19,6 +20,15 @@ public:
         QString description;
     };
 
+    /// What holds the items.
+    enum class Place { keyring, privateFile };
+    /// What the user calls it.
+    static QString name(Place place)
+    {
+        return QString::fromUtf16(place == Place::keyring ? PlatformNames::keyring
+                                                          : PlatformNames::privateFile);
+    }
+
     /// Statuses of the Keychain family, for stores that have none of their own.
     static constexpr int duplicateItem = -25299;
     static constexpr int notAvailable = -25291;
@@ -28,9 +38,10 @@ public:
     class Refusal : public LocalizedError {
     public:
         /// `message` is the store's own text; an empty one gives way to one that names the status.
-        Refusal(int status, const QString &message)
-            : LocalizedError(message.isEmpty() ? QStringLiteral("Erro do Keychain %1.").arg(status)
-                                               : message),
+        Refusal(int status, const QString &message, Place place = Place::keyring)
+            : LocalizedError(message.isEmpty()
+                                 ? QStringLiteral("Erro do %1 %2.").arg(name(place)).arg(status)
+                                 : message),
               m_status(status)
         {
         }
@@ -41,6 +52,9 @@ public:
     };
 
     virtual ~KeyItemStore() = default;
+
+    /// Where the items are kept now.
+    virtual Place place() const = 0;
 
     /// The item's secret, nothing if there is no such item. Throws `Refusal`, also when locked.
     virtual std::optional<QByteArray> find(const Item &item) const = 0;

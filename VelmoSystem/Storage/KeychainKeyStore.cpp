@@ -18,8 +18,9 @@ const KeyItemStore::Item &keyItem()
 
 } // namespace
 
-KeychainKeyStore::InvalidItem::InvalidItem()
-    : LocalizedError(QStringLiteral("O item da chave no Keychain está inválido."))
+KeychainKeyStore::InvalidItem::InvalidItem(KeyItemStore::Place place)
+    : LocalizedError(
+          QStringLiteral("O item da chave no %1 está inválido.").arg(KeyItemStore::name(place)))
 {
 }
 
@@ -31,7 +32,7 @@ std::optional<QByteArray> KeychainKeyStore::load() const
 {
     std::optional<QByteArray> key = m_items.find(keyItem());
     if (key && key->size() != DataCipher::keyLength)
-        throw InvalidItem();
+        throw InvalidItem(m_items.place());
     return key;
 }
 
@@ -47,7 +48,7 @@ KeychainKeyStore::Key KeychainKeyStore::loadOrCreate()
     // Another process was faster: its key is the one.
     if (const std::optional<QByteArray> key = load())
         return {*key, false};
-    throw KeyItemStore::Refusal(KeyItemStore::duplicateItem, {});
+    throw KeyItemStore::Refusal(KeyItemStore::duplicateItem, {}, m_items.place());
 }
 
 } // namespace velmo

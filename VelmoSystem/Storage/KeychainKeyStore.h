@@ -11,7 +11,7 @@ public:
     /// The item holds something else than 32 bytes.
     class InvalidItem : public LocalizedError {
     public:
-        InvalidItem();
+        explicit InvalidItem(KeyItemStore::Place place);
     };
 
     struct Key {

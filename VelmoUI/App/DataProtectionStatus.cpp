@@ -6,15 +6,41 @@
 
 namespace velmo {
 
+namespace {
+
+QString protectedText(KeyItemStore::Place place)
+{
+    const QString item = place == KeyItemStore::Place::keyring
+                             ? QStringLiteral(" (item “Orvane — chave dos dados”)")
+                             : QString();
+    return QStringLiteral("Notas, tarefas, histórico do clipboard (textos e imagens), prateleira e "
+                          "histórico de atividade são gravados com AES‑256‑GCM. A chave é única "
+                          "deste %1 e fica no %2%3.")
+        .arg(QStringView(PlatformNames::computer), KeyItemStore::name(place), item);
+}
+
+QString plainText(KeyItemStore::Place place)
+{
+    const QString item = (place == KeyItemStore::Place::keyring ? QStringLiteral("item do %1")
+                                                                : QStringLiteral("%1"))
+                             .arg(KeyItemStore::name(place));
+    return QStringLiteral("Arquivos guardados como cópia na prateleira continuam como arquivos "
+                          "normais, para poderem ser abertos em outros apps. Apagar o %1 torna os "
+                          "dados criptografados ilegíveis.")
+        .arg(item);
+}
+
+} // namespace
+
 DataProtectionStatus DataProtectionStatus::fromKeychain(KeyItemStore &items)
 {
     try {
         const auto key = KeychainKeyStore(items).loadOrCreate();
-        return {Enabled{DataCipher(key.data), key.created}};
+        return {Enabled{DataCipher(key.data), key.created, items.place()}};
     } catch (const LocalizedError &error) {
         qCCritical(Log::storage).noquote()
             << "Chave de criptografia indisponível:" << error.description();
-        return {Unavailable{error.description()}};
+        return {Unavailable{error.description(), items.place()}};
     }
 }
 
@@ -29,24 +55,21 @@ DataProtectionStatus::Presentation DataProtectionStatus::presentation() const
 {
     return std::visit(
         overloaded{
-            [](const Enabled &) {
-                return Presentation{
-                    QStringLiteral("lock.fill"), QStringLiteral("Criptografia ativa"),
-                    QStringLiteral(
-                        "Notas, tarefas, histórico do clipboard (textos e imagens), prateleira, "
-                        "textos reconhecidos nas capturas e histórico de atividade são gravados "
-                        "com AES‑256‑GCM. A chave é única deste Mac e fica no Keychain (item "
-                        "“Orvane — chave dos dados”).")};
+            [](const Enabled &enabled) {
+                return Presentation{QStringLiteral("lock.fill"),
+                                    QStringLiteral("Criptografia ativa"),
+                                    protectedText(enabled.place), plainText(enabled.place)};
             },
             [](const Unavailable &unavailable) {
                 return Presentation{
                     QStringLiteral("exclamationmark.lock.fill"),
                     QStringLiteral("Chave de criptografia indisponível"),
                     QStringLiteral(
-                        "O Keychain não liberou a chave (%1). Os dados já criptografados foram "
+                        "O %1 não liberou a chave (%2). Os dados já criptografados foram "
                         "mantidos intactos e não serão sobrescritos; reinicie o Orvane depois de "
-                        "desbloquear o Keychain.")
-                        .arg(unavailable.message)};
+                        "desbloquear o %1.")
+                        .arg(KeyItemStore::name(unavailable.place), unavailable.message),
+                    plainText(unavailable.place)};
             },
             [](const Awaited &) {
                 return Presentation{
@@ -56,7 +79,8 @@ DataProtectionStatus::Presentation DataProtectionStatus::presentation() const
             },
             [](const Disabled &) {
                 return Presentation{QStringLiteral("lock.open"),
-                                    QStringLiteral("Criptografia desativada"), std::nullopt};
+                                    QStringLiteral("Criptografia desativada"), std::nullopt,
+                                    std::nullopt};
             },
         },
         value);

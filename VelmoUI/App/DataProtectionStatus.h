@@ -13,10 +13,12 @@ struct DataProtectionStatus {
     struct Enabled {
         DataCipher cipher;
         bool keyCreated = false; ///< true on the run that made the key
+        KeyItemStore::Place place = KeyItemStore::Place::keyring; ///< what holds the key
     };
     /// The key store refused; files that are sealed already stay closed and untouched.
     struct Unavailable {
         QString message;
+        KeyItemStore::Place place = KeyItemStore::Place::keyring;
     };
     /// The key store hasn't answered yet.
     struct Awaited {};
@@ -28,6 +30,7 @@ struct DataProtectionStatus {
         QString symbol;
         QString title;
         std::optional<QString> text;
+        std::optional<QString> note; ///< what protection doesn't do
     };
 
     std::variant<Enabled, Unavailable, Awaited, Disabled> value;

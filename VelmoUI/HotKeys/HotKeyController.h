@@ -53,7 +53,7 @@ public:
     /// No shortcut is registered while suspended, so that a recorder field can capture its keys.
     void setSuspended(bool isSuspended);
 
-    /// The action's shortcut as "⌃⌥N", whether it is enabled or not.
+    /// The action's shortcut as "Ctrl+Alt+N", whether it is enabled or not.
     QString displayString(HotKeyAction action) const;
     /// Why enabled shortcuts aren't registered, for the user.
     const std::map<HotKeyAction, QString> &errors() const { return m_errors; }

@@ -29,7 +29,7 @@ DroppedRow fileRow(const QUrl &url, const ShelfStore &shelf)
     return {{},
             isFolder ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill"),
             file.fileName(),
-            shelf.isInNotch(url) ? QStringLiteral("No notch · %1").arg(detail) : detail,
+            shelf.isInNotch(url) ? QStringLiteral("Na prateleira · %1").arg(detail) : detail,
             isFolder ? QUrl() : QUrl(ThumbnailProvider::urlFor(file.filePath())),
             {}};
 }
@@ -337,8 +337,8 @@ std::vector<DropActionRow> NotchContent::offeredActions() const
     const std::vector<DroppedItem> &items = m_model.droppedItems();
     std::vector<DropActionRow> rows;
     if (m_model.canKeepDropped())
-        rows.push_back(
-            {keepID(), QStringLiteral("tray.and.arrow.down"), QStringLiteral("Guardar no notch")});
+        rows.push_back({keepID(), QStringLiteral("tray.and.arrow.down"),
+                        QStringLiteral("Guardar na prateleira")});
     for (const auto *action : m_model.services().actions.actions(items))
         rows.push_back({action->id(), action->symbol(), action->title()});
     if (m_model.canOpenTools())

@@ -32,7 +32,7 @@ QJsonArray jsonFrom(const std::array<int, 4> &frame)
     return {frame[0], frame[1], frame[2], frame[3]};
 }
 
-/// In a panel the Ctrl key is ⌘.
+/// In a panel the Ctrl key is `command`.
 KeyCombo panelKey(std::uint32_t keyCode, Qt::KeyboardModifiers modifiers)
 {
     KeyCombo key{keyCode, {}};

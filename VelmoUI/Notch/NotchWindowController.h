@@ -52,7 +52,7 @@ public:
     void handleMouseDown(WindowID window);
     void handleDrag(Point point);
     void handleDragEnded();
-    /// Whether the key was used. In a panel Ctrl stands for both ⌘ and ⌃.
+    /// Whether the key was used. In a panel Ctrl stands for both `command` and `control`.
     bool handleKey(const KeyCombo &key);
 
     /// A menu of the panel's opened or closed.

@@ -35,7 +35,7 @@ Column {
     SettingsSection {
         SettingRow {
             title: "Ferramentas do dia a dia no notch."
-            detail: "Seus dados ficam neste computador."
+            detail: "Seus dados ficam neste " + PlatformWords.computer + "."
         }
         SettingRow {
             title: "Dados"

@@ -78,7 +78,8 @@ QString ClipboardSectionModel::kept() const
 bool ClipboardSectionModel::canRestore() const
 {
     return !std::ranges::all_of(ClipboardDefaults::ignoredBundleIDs(), [this](const QString &id) {
-        return contains(settings().clipboardIgnoredBundleIDs, id);
+        return ClipboardDefaults::title(id)->isEmpty() ||
+               contains(settings().clipboardIgnoredBundleIDs, id);
     });
 }
 
@@ -166,13 +167,15 @@ void ClipboardSectionModel::updateIgnored()
         const auto application =
             std::ranges::find(installed, id, &Applications::Application::bundleID);
         const bool isInstalled = application != installed.end();
-        const QString builtIn = ClipboardDefaults::title(id);
-        IgnoredAppRow row{.id = id, .title = builtIn.isEmpty() ? id : builtIn};
+        const auto builtIn = ClipboardDefaults::title(id);
+        if (builtIn == QString() && !isInstalled)
+            continue; // it doesn't exist here
+        IgnoredAppRow row{.id = id, .title = builtIn.value_or(id)};
         if (isInstalled) {
             row.title = application->name;
             row.icon = ApplicationSearch::iconSource(*application);
         }
-        if (!builtIn.isEmpty())
+        if (builtIn)
             row.detail = QStringLiteral("Padrão do Orvane");
         else if (!isInstalled)
             row.detail = QStringLiteral("Não está instalado");

@@ -32,7 +32,7 @@ Column {
                     color: Theme.secondaryText
                 }
                 ActionButton {
-                    name: "Mostrar no Finder"
+                    name: PlatformWords.showInFolder
                     onTriggered: pane.model.reveal(folder.id)
                 }
             }
@@ -54,7 +54,7 @@ Column {
 
         SettingRow {
             title: "Remover itens antigos"
-            detail: "Fixados e arquivos movidos para o notch ficam."
+            detail: "Fixados e arquivos movidos para a prateleira ficam."
 
             Picker {
                 name: "Remover itens antigos"

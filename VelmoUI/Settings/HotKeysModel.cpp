@@ -8,7 +8,7 @@ namespace velmo {
 
 namespace {
 
-/// In a global shortcut ⌘ is the Super key.
+/// In a global shortcut `command` is the Super key.
 KeyModifiers globalModifiers(Qt::KeyboardModifiers held)
 {
     KeyModifiers modifiers;

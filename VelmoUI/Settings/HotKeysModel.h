@@ -13,7 +13,7 @@ namespace velmo {
 struct HotKeyRow {
     QString id;
     QString title;
-    QString keys; ///< "⌃⌥N"
+    QString keys; ///< "Ctrl+Alt+N"
     QString issue;
     bool isEnabled = false;
     bool isRecording = false;

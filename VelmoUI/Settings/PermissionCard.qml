@@ -101,7 +101,7 @@ Item {
             onTriggered: card.requested()
         }
         ActionButton {
-            name: "Abrir ajustes"
+            name: PlatformWords.systemSettings
             onTriggered: card.opened()
         }
     }

@@ -77,7 +77,8 @@ Column {
                 }
                 Label {
                     width: parent.width
-                    text: "Arquivos guardados como cópia na prateleira e as capturas salvas na sua pasta continuam como arquivos normais, para poderem ser abertos em outros apps. Apagar o item do Keychain torna os dados criptografados ilegíveis."
+                    visible: text.length > 0
+                    text: pane.model.protectionNote
                     color: Theme.secondaryText
                     font.pixelSize: Theme.smallSize
                     wrapMode: Text.Wrap

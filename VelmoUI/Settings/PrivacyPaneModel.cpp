@@ -88,6 +88,11 @@ QString PrivacyPaneModel::protectionText() const
     return m_services.dataProtection.presentation().text.value_or(QString());
 }
 
+QString PrivacyPaneModel::protectionNote() const
+{
+    return m_services.dataProtection.presentation().note.value_or(QString());
+}
+
 QStringList PrivacyPaneModel::retentionChoices() const
 {
     return retention.days(m_services.settings.settings().activityRetentionDays);

@@ -43,6 +43,7 @@ class PrivacyPaneModel : public QObject {
     Q_PROPERTY(QString protectionTitle READ protectionTitle NOTIFY protectionChanged)
     /// Empty where there is nothing to say.
     Q_PROPERTY(QString protectionText READ protectionText NOTIFY protectionChanged)
+    Q_PROPERTY(QString protectionNote READ protectionNote NOTIFY protectionChanged)
     Q_PROPERTY(QStringList retentionChoices READ retentionChoices NOTIFY retentionChanged)
     Q_PROPERTY(int retentionIndex READ retentionIndex NOTIFY retentionChanged)
     Q_PROPERTY(bool hasHistory READ hasHistory NOTIFY historyChanged)
@@ -55,6 +56,7 @@ public:
     QString protectionSymbol() const;
     QString protectionTitle() const;
     QString protectionText() const;
+    QString protectionNote() const;
     /// "1 dia" and so on; also the number that is set, where it is none of those offered.
     QStringList retentionChoices() const;
     int retentionIndex() const;

@@ -32,8 +32,9 @@ TEST(KeyCombo, ShowsModifiersInOneOrderAndThenTheKey)
 {
     const KeyModifiers all =
         KeyCombo::command | KeyCombo::shift | KeyCombo::option | KeyCombo::control;
-    EXPECT_EQ(KeyNames::display({49, all}), "⌃⌥⇧⌘Espaço");
-    EXPECT_EQ(KeyNames::display({0xffff'ffff, KeyCombo::option}), "⌥Tecla 4294967295");
+    EXPECT_EQ(KeyNames::display({49, all}), "Ctrl+Alt+Shift+Super+Espaço");
+    EXPECT_EQ(KeyNames::display({36, KeyCombo::control}), "Ctrl+Enter");
+    EXPECT_EQ(KeyNames::display({0xffff'ffff, KeyCombo::option}), "Alt+Tecla 4294967295");
 }
 
 TEST(KeyCombo, StandsInJsonAsTwoNumbers)

@@ -121,7 +121,7 @@ TEST(KeychainKeyStore, MakesNoKeyOverWhatItCannotRead)
         store.loadOrCreate();
         ADD_FAILURE();
     } catch (const KeyItemStore::Refusal &refusal) {
-        EXPECT_EQ(refusal.description(), "Erro do Keychain -25308.");
+        EXPECT_EQ(refusal.description(), "Erro do chaveiro -25308.");
     }
     items.refusal.reset();
     for (const qsizetype length : {0, 31, 33}) {
@@ -169,6 +169,7 @@ TEST(KeyItemStores, StayWithPrivateFilesWhenAKeyringAppears)
         KeyItemStores items(folder.path("Orvane"));
         EXPECT_EQ(KeychainKeyStore(items).loadOrCreate().data, key);
         EXPECT_EQ(folder.read("Orvane/key-store"), "private-files\n");
+        EXPECT_EQ(items.place(), KeyItemStore::Place::privateFile);
     }
 }
 
@@ -192,6 +193,7 @@ TEST(KeyItemStores, GiveNoKeyWhenTheKeyringIsLockedOrGone)
     KeyItemStores items(folder.path("Orvane"));
     KeychainKeyStore store(items);
     const QByteArray key = store.loadOrCreate().data;
+    EXPECT_EQ(items.place(), KeyItemStore::Place::keyring);
     using Strings = std::vector<QString>;
     JSONFileStore<Strings>(folder.path("notes.json"), DataCipher(key)).save({"segredo"});
     const QByteArray sealed = folder.read("notes.json");

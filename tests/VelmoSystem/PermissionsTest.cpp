@@ -60,7 +60,7 @@ TEST(DesktopPermissions, GrantsWhatTheSessionHas)
     EXPECT_TRUE(server.registerService("org.freedesktop.Notifications"));
     EXPECT_EQ(read(permissions, notifications), "Permitida");
     DesktopPermissions alone(noBus, adapter);
-    EXPECT_EQ(read(alone, notifications), "Disponível apenas no app empacotado (.app).");
+    EXPECT_EQ(read(alone, notifications), "Disponível apenas em uma sessão com D-Bus.");
     EXPECT_EQ(read(alone, accessibility), "Não permitida");
 
     qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
@@ -116,7 +116,7 @@ TEST(DesktopPermissions, StartsTheDesktopsOwnSettings)
     }
     ::close(pipe);
     EXPECT_EQ(PermissionsCenter(permissions).openSettings(camera),
-              "Este ambiente não tem uma página de ajustes para Câmera.");
+              "Este ambiente não tem uma página para Câmera em Configurações do sistema.");
 }
 
 } // namespace velmo

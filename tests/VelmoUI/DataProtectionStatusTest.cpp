@@ -31,6 +31,28 @@ TEST(DataProtectionStatus, DoesWithoutACipherWhereTheKeyIsOutOfReach)
     EXPECT_EQ(broken.entries.begin()->second.secret, brokenBefore) << "never replaced";
 }
 
+TEST(DataProtectionStatus, NamesWhatHoldsTheKeyNow)
+{
+    FakeKeyItems items;
+    for (const auto &[holder, text, note] :
+         {std::tuple{KeyItemStore::Place::keyring,
+                     u"fica no chaveiro (item “Orvane — chave dos dados”).",
+                     u"Apagar o item do chaveiro torna"},
+          {KeyItemStore::Place::privateFile, u"fica no arquivo privado.",
+           u"Apagar o arquivo privado torna"}}) {
+        items.holder = holder;
+        items.refusal.reset();
+        const auto shown = DataProtectionStatus::fromKeychain(items).presentation();
+        EXPECT_TRUE(shown.text->endsWith(text)) << shown.text->toStdString();
+        EXPECT_TRUE(shown.note->contains(note)) << shown.note->toStdString();
+        items.refusal = KeyItemStore::Refusal(-1, {}, holder);
+        const auto refused = DataProtectionStatus::fromKeychain(items).presentation();
+        const QString name = KeyItemStore::name(holder);
+        EXPECT_TRUE(
+            refused.text->startsWith(u"O %1 não liberou a chave (Erro do %1 -1.)."_qs.arg(name)));
+    }
+}
+
 /// What the test decides on, found only once it may be.
 class SlowKeyItems : public KeyItemStore {
 public:
@@ -47,6 +69,7 @@ public:
     }
     bool add(const Item &item, const QByteArray &key) override { return m_items.add(item, key); }
     void rename(const Item &item) override { m_items.rename(item); }
+    Place place() const override { return m_items.place(); }
 
 private:
     FakeKeyItems &m_items;

@@ -70,7 +70,7 @@ TEST_F(HotKeyControllerTest, TellsOfARefusedShortcutWhileItIsEnabled)
             Pair(HotKeyAction::newNote, u"Não foi possível registrar o atalho (código 8)."_qs),
             Pair(HotKeyAction::clipboard,
                  u"Este atalho já está em uso por outro aplicativo ou pelo sistema."_qs),
-            Pair(HotKeyAction::search, u"Use ao menos uma das teclas ⌃, ⌥ ou ⌘."_qs)));
+            Pair(HotKeyAction::search, u"Use ao menos uma das teclas Ctrl, Alt ou Super."_qs)));
     EXPECT_EQ(grabber.grabbed.size(), 1U);
 
     change([](AppSettings &next) {

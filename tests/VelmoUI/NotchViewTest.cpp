@@ -323,7 +323,7 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
         names.append(nameAfter(names.isEmpty() ? Qt::Key_Down : Qt::Key_Tab));
     names.replaceInStrings(QRegularExpression(u"Pronto, .*"_qs), u"Pronto"_qs);
     EXPECT_EQ(names, QStringList({u"Job, 50%"_qs, u"Cancelar"_qs, u"Limpar"_qs, u"Pronto"_qs,
-                                  u"Mostrar no Finder"_qs, u"UM"_qs, u"DOIS"_qs, u"TRÊS"_qs,
+                                  u"Mostrar na pasta"_qs, u"UM"_qs, u"DOIS"_qs, u"TRÊS"_qs,
                                   u"Atividade"_qs, u"Ajustes"_qs, u"Fechar"_qs}));
     EXPECT_EQ(nameAfter(Qt::Key_Right), u"Fechar") << "the bar's end";
     EXPECT_EQ(nameAfter(Qt::Key_Left), u"Ajustes");

@@ -149,7 +149,7 @@ TEST_F(SettingsWindowTest, RecordsAShortcut)
 {
     const KeyCombo before = settings().toggleHotKey;
     const KeyCombo other{40, KeyCombo::control | KeyCombo::command};
-    const QString hint = u"Use ao menos uma das teclas ⌃, ⌥ ou ⌘."_qs;
+    const QString hint = u"Use ao menos uma das teclas Ctrl, Alt ou Super."_qs;
     const auto record = [this] {
         show(SettingsPane::general);
         tabTo(u"Abrir e fechar o painel, "_qs);
@@ -172,7 +172,7 @@ TEST_F(SettingsWindowTest, RecordsAShortcut)
     record();
     desktop.hotKeyGrabber.keyCodes = {{10, 18}};
     press(Qt::Key_Exclam, Qt::ControlModifier | Qt::ShiftModifier, '!', 10);
-    EXPECT_EQ(services.hotKeys.displayString(HotKeyAction::toggle), u"⌃⇧1");
+    EXPECT_EQ(services.hotKeys.displayString(HotKeyAction::toggle), u"Ctrl+Shift+1");
     change([&](AppSettings &next) { next.toggleHotKey = before; });
 
     const struct {

@@ -151,7 +151,7 @@ TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
     const QUrl file = addFile(u"a.txt"_qs);
     page.press(0, noModifier);
     EXPECT_EQ(commands(),
-              (QStringList{u"Mostrar no Finder"_qs, u"Abrir"_qs, u"Copiar caminho"_qs, u"Fixar"_qs,
+              (QStringList{u"Mostrar na pasta"_qs, u"Abrir"_qs, u"Copiar caminho"_qs, u"Fixar"_qs,
                            u"Agrupar…"_qs, u"Renomear"_qs, u"Devolver à pasta"_qs}));
     EXPECT_NE(column(page.commands(), "symbol").back(), u"trash");
     EXPECT_TRUE(page.handleKey(Qt::Key_C, ctrl));

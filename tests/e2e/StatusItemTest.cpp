@@ -124,7 +124,7 @@ TEST_F(StatusItemTest, OffersWhatCanBeDoneOnceThereIsAStatusArea)
 {
     launch();
     startStatusArea();
-    ASSERT_TRUE(eventually([this] { return menu().contains("Abrir painel    ⌃⌥N"); }));
+    ASSERT_TRUE(eventually([this] { return menu().contains("Abrir painel    Ctrl+Alt+N"); }));
     EXPECT_TRUE(menu().contains("Ajustes…"));
     const QImage symbol = picture(18);
     ASSERT_FALSE(symbol.isNull());
@@ -135,7 +135,7 @@ TEST_F(StatusItemTest, OffersWhatCanBeDoneOnceThereIsAStatusArea)
     click("Ocultar notch");
     EXPECT_TRUE(becomesVisible(false));
     ASSERT_TRUE(eventually([this] { return menu().contains("Mostrar notch"); }));
-    click("Abrir painel    ⌃⌥N");
+    click("Abrir painel    Ctrl+Alt+N");
     EXPECT_TRUE(shows("expanded"));
     click("Sair do Orvane");
     EXPECT_EQ(exitCode(), 0);

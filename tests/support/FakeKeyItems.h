@@ -14,6 +14,7 @@ public:
         QString label;
     };
 
+    Place place() const override { return holder; }
     std::optional<QByteArray> find(const Item &item) const override
     {
         if (refusal)
@@ -39,6 +40,7 @@ public:
     }
 
     std::map<QString, Entry> entries;
+    Place holder = Place::keyring;
     std::optional<Refusal> refusal;
     std::optional<Entry> rival; ///< what another process adds just before us
     bool isTaken = false;       ///< the item exists, but is never found

@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/LocalizedError.h"
 #include "VelmoCore/Foundation/Log.h"
+#include "VelmoCore/Foundation/PlatformNames.h"
 #include "VelmoSystem/Ports/BluetoothAdapter.h"
 
 #include <QDBusError>
@@ -123,7 +124,7 @@ void DesktopPermissions::read(PermissionKind kind, Answer answer)
             findService(QStringLiteral("org.freedesktop.Notifications"), answer);
         else
             answer({PermissionStatus::Partial{
-                QStringLiteral("Disponível apenas no app empacotado (.app).")}});
+                QStringLiteral("Disponível apenas em uma sessão com D-Bus.")}});
         return;
     case PermissionKind::calendar:
         return answer({PermissionStatus::Granted()}); // feeds are read by Orvane itself
@@ -167,8 +168,9 @@ void DesktopPermissions::openSettings(PermissionKind kind)
         if (page.kind == kind && isHere && show(page))
             return;
     }
-    throw LocalizedError(QStringLiteral("Este ambiente não tem uma página de ajustes para %1.")
-                             .arg(Permissions::texts(kind).title));
+    throw LocalizedError(
+        QStringLiteral("Este ambiente não tem uma página para %1 em %2.")
+            .arg(Permissions::texts(kind).title, QStringView(PlatformNames::systemSettings)));
 }
 
 void DesktopPermissions::findService(const QString &name, const Answer &answer)

@@ -10,6 +10,7 @@ class FileKeyItems : public KeyItemStore {
 public:
     explicit FileKeyItems(const QString &folder);
 
+    Place place() const override { return Place::privateFile; }
     std::optional<QByteArray> find(const Item &item) const override;
     bool add(const Item &item, const QByteArray &secret) override;
     void rename(const Item &item) override;

@@ -59,6 +59,13 @@ KeyItemStores::KeyItemStores(const QString &folder, const std::stop_token &stop)
 {
 }
 
+KeyItemStore::Place KeyItemStores::place() const
+try {
+    return store(remembered().value_or(Kind::secretService)).place();
+} catch (const Refusal &) {
+    return Place::keyring; // whoever looks for the key is told
+}
+
 std::optional<QByteArray> KeyItemStores::find(const Item &item) const
 {
     const std::optional<Kind> before = remembered();
@@ -128,7 +135,7 @@ KeyItemStores::Kind KeyItemStores::choose(const Item &item, std::optional<Kind> 
     if (!isReachable)
         throw Refusal(
             notAvailable,
-            QStringLiteral("O chaveiro do sistema, que guarda a chave, não está em execução."));
+            QStringLiteral("O %1, que guarda a chave, não está em execução.").arg(name(place())));
     return Kind::secretService;
 }
 

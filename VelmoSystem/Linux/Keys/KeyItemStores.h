@@ -21,6 +21,8 @@ public:
     /// waits for the Secret Service, which is a refusal then.
     explicit KeyItemStores(const QString &folder, const std::stop_token &stop = {});
 
+    /// As it is written down; the Secret Service where that can't be read.
+    Place place() const override;
     std::optional<QByteArray> find(const Item &item) const override;
     bool add(const Item &item, const QByteArray &secret) override;
     void rename(const Item &item) override;

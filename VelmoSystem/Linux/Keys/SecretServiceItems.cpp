@@ -55,10 +55,15 @@ private:
     std::jthread m_watch;
 };
 
+QStringView keyring()
+{
+    return PlatformNames::keyring;
+}
+
 KeyItemStore::Refusal lockedRefusal()
 {
     return {KeyItemStore::interactionNotAllowed,
-            QStringLiteral("O chaveiro do sistema está bloqueado. Desbloqueie-o.")};
+            QStringLiteral("O %1 está bloqueado. Desbloqueie-o.").arg(keyring())};
 }
 
 KeyItemStore::Refusal refusal(const GError &error)
@@ -67,10 +72,9 @@ KeyItemStore::Refusal refusal(const GError &error)
         return lockedRefusal();
     if (g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_CANCELLED))
         return {KeyItemStore::notAvailable,
-                QStringLiteral("O chaveiro do sistema não respondeu a tempo.")};
-    return {
-        error.code,
-        QStringLiteral("O chaveiro do sistema falhou (%1).").arg(QString::fromUtf8(error.message))};
+                QStringLiteral("O %1 não respondeu a tempo.").arg(keyring())};
+    return {error.code,
+            QStringLiteral("O %1 falhou (%2).").arg(keyring(), QString::fromUtf8(error.message))};
 }
 
 /// Takes the place of a `GError **` argument and throws what was put there.
@@ -276,7 +280,7 @@ bool SecretServiceItems::add(const Item &item, const QByteArray &secret)
     const auto collection = openDefaultCollection(service.get(), deadline);
     if (!collection)
         throw Refusal(notAvailable,
-                      QStringLiteral("Não há um chaveiro padrão no sistema. Crie um."));
+                      QStringLiteral("Não há um %1 padrão no sistema. Crie um.").arg(keyring()));
     createItem(service.get(), collection.get(), item, secret, deadline);
     return true;
 }

@@ -21,6 +21,7 @@ public:
 
     explicit SecretServiceItems(const std::stop_token &stop = {}) : m_stop(stop) {}
 
+    Place place() const override { return Place::keyring; }
     std::optional<QByteArray> find(const Item &item) const override;
     /// Two processes that add at the same time are to be kept apart by the caller: the service
     /// itself lets items have the same attributes.

@@ -7,8 +7,8 @@
 
 namespace velmo {
 
-/// Passive grabs on the root window, renewed when the keyboard's layout changes. ⌃ is Control, ⌥
-/// Alt, ⇧ Shift and ⌘ Super; Caps Lock, Num Lock and Scroll Lock don't matter.
+/// Passive grabs on the root window, renewed when the keyboard's layout changes. The modifiers are
+/// Control, Alt, Shift and Super; Caps Lock, Num Lock and Scroll Lock don't matter.
 class X11HotKeyGrabber : public HotKeyGrabber {
 public:
     explicit X11HotKeyGrabber(X11Connection &connection);

@@ -56,7 +56,7 @@ Card {
         anchors.rightMargin: Theme.iconInset
         anchors.verticalCenter: parent.verticalCenter
         visible: card.hasFiles
-        name: "Mostrar no Finder"
+        name: PlatformWords.showInFolder
         symbol: "folder"
         onTriggered: card.revealed()
 

@@ -1,5 +1,6 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardPageModel.h"
 
+#include "VelmoCore/Foundation/PlatformNames.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoUI/Design/TileDrag.h"
 #include "VelmoUI/Modules/Clipboard/ClipDrag.h"
@@ -33,7 +34,7 @@ constexpr int ctrl = Qt::ControlModifier;
 constexpr Command copyCommand{u"copy", u"Copiar", u"doc.on.doc", Qt::Key_Return, 0, u"Enter"};
 constexpr Command openCommand{u"open",   u"Abrir", u"arrow.up.forward.app",
                               Qt::Key_O, ctrl,     u"Ctrl+O"};
-constexpr Command revealCommand{u"reveal", u"Mostrar na pasta", u"folder", Qt::Key_R, ctrl,
+constexpr Command revealCommand{u"reveal", PlatformNames::showInFolder, u"folder", Qt::Key_R, ctrl,
                                 u"Ctrl+R"};
 constexpr Command pinCommand{u"pin", u"Fixar", u"pin.fill", Qt::Key_P, ctrl, u"Ctrl+P"};
 constexpr Command unpinCommand{u"pin", u"Desafixar", u"pin.fill", Qt::Key_P, ctrl, u"Ctrl+P"};
