@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
+#include <span>
 
 namespace velmo {
 
@@ -30,6 +33,91 @@ constexpr std::array facts = {
 const Facts &of(HomeCard card)
 {
     return *std::ranges::find(facts, card, &Facts::card);
+}
+
+/// What stands on a page: how wide it is best, and how wide at least.
+struct Item {
+    double wanted;
+    double least;
+};
+using Items = std::span<const Item>;
+
+double total(Items items, double Item::*width, double gap)
+{
+    double sum = -gap;
+    for (const Item &item : items)
+        sum += item.*width + gap;
+    return sum;
+}
+
+bool fits(Items items, double width, double gap)
+{
+    return items.size() == 1 || total(items, &Item::least, gap) <= width;
+}
+
+/// How good a page is, less being better: even fillings cost least, and one alone much.
+double cost(Items items, double gap, bool isOnly)
+{
+    constexpr double alone = 1e9;
+    const double filled = total(items, &Item::wanted, gap);
+    return filled * filled + (items.size() == 1 && !isOnly ? alone : 0);
+}
+
+/// Where each page ends: the cheapest way to cut the row into as few pages as hold it.
+std::vector<std::size_t> pageEnds(Items items, double width, double gap)
+{
+    struct Way {
+        double cost = std::numeric_limits<double>::infinity();
+        std::vector<std::size_t> ends;
+    };
+    const std::size_t count = items.size();
+    // The best way to have so many items on the pages so far.
+    std::vector<Way> ways(count + 1);
+    ways[0] = {.cost = 0};
+    while (ways[count].ends.empty() && count > 0) {
+        std::vector<Way> longer(count + 1);
+        for (std::size_t end = 1; end <= count; ++end) {
+            for (std::size_t first = 0; first < end; ++first) {
+                const Items page = items.subspan(first, end - first);
+                const double sum = ways[first].cost + cost(page, gap, count == 1);
+                if (sum >= longer[end].cost || !fits(page, width, gap))
+                    continue;
+                longer[end] = {sum, ways[first].ends};
+                longer[end].ends.push_back(end);
+            }
+        }
+        ways = std::move(longer);
+    }
+    return ways[count].ends;
+}
+
+/// The widths that fill the page: in proportion, but none below its least.
+std::vector<double> shared(Items items, double width, double gap)
+{
+    const double room = width - gap * double(items.size() - 1);
+    std::vector<double> widths(items.size(), 0); // of those that can't shrink further
+    double rest = room;
+    double wanted = total(items, &Item::wanted, 0);
+    for (bool isNews = true; isNews && items.size() > 1;) {
+        isNews = false;
+        const double factor = wanted > 0 ? rest / wanted : 0;
+        for (std::size_t index = 0; index < items.size(); ++index) {
+            const Item &item = items[index];
+            if (widths[index] == 0 && item.wanted * factor < item.least) {
+                widths[index] = item.least;
+                rest -= item.least;
+                wanted -= item.wanted;
+                isNews = true;
+            }
+        }
+    }
+    double edge = 0;
+    for (std::size_t index = 0; index < items.size(); ++index) {
+        const double start = std::round(edge);
+        edge += widths[index] > 0 ? widths[index] : rest * items[index].wanted / wanted;
+        widths[index] = std::round(edge) - start;
+    }
+    return widths;
 }
 
 } // namespace
@@ -90,23 +178,49 @@ double HomeLayout::idealWidth(const std::vector<HomeCard> &cards, bool hasWelcom
     return width;
 }
 
-std::vector<std::vector<HomeCard>> HomeLayout::pages(const std::vector<HomeCard> &cards,
-                                                     bool hasWelcome, double width)
+std::vector<HomeLayout::Page> HomeLayout::pages(const std::vector<HomeCard> &cards, bool hasWelcome,
+                                                double width, double gap)
 {
-    std::vector<std::vector<HomeCard>> pages(1);
-    double left = width - (hasWelcome ? welcomeWidth : 0);
-    bool isPageFree = hasWelcome; // the welcome card may stand alone
+    std::vector<Item> items;
+    if (hasWelcome)
+        items.push_back({welcomeWidth - cardGap, welcomeWidth - cardGap});
     for (const HomeCard card : cards) {
-        const double needed = HomeCards::width(card) + cardGap;
-        if (needed > left + cardGap && (isPageFree || !pages.back().empty())) {
-            pages.emplace_back();
-            left = width;
-            isPageFree = false;
-        }
-        pages.back().push_back(card);
-        left -= needed;
+        const double wanted = HomeCards::width(card);
+        items.push_back({wanted, std::min(wanted, leastCardWidth)});
     }
+    std::vector<Page> pages;
+    auto next = cards.begin();
+    std::size_t first = 0;
+    for (const std::size_t end : pageEnds(items, width, gap)) {
+        const auto widths = shared(std::span(items).subspan(first, end - first), width, gap);
+        Page &page = pages.emplace_back();
+        for (std::size_t index = first; index < end; ++index) {
+            const double own = widths[index - first];
+            if (hasWelcome && index == 0)
+                page.welcomeWidth = own;
+            else
+                page.cards.push_back({*next++, own});
+        }
+        first = end;
+    }
+    if (pages.empty())
+        pages.emplace_back();
     return pages;
+}
+
+int HomeLayout::iconColumns(int count, double width, double height, double largest)
+{
+    int best = std::max(count, 1);
+    double bestSide = 0;
+    for (int columns = best; columns >= 1; --columns) {
+        const int rows = (count + columns - 1) / columns;
+        const double side = std::min({width / columns, height / std::max(rows, 1), largest});
+        if (side > bestSide) {
+            bestSide = side;
+            best = columns;
+        }
+    }
+    return best;
 }
 
 } // namespace velmo

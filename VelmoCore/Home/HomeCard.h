@@ -52,14 +52,37 @@ namespace HomeLayout {
 inline constexpr double cardGap = 10;
 inline constexpr double margins = 72;
 inline constexpr double welcomeWidth = 290;
+/// How far a card shrinks before another page is made, unless it is narrower anyway.
+inline constexpr double leastCardWidth = 150;
+
+struct Place {
+    HomeCard card = HomeCard::favorites;
+    double width = 0; ///< points, whole ones
+
+    bool operator==(const Place &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(Place, (), (card, width))
+
+/// Cards side by side.
+struct Page {
+    double welcomeWidth = 0; ///< of the welcome card before the others; 0 where it isn't
+    std::vector<Place> cards;
+
+    bool operator==(const Page &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(Page, (), (welcomeWidth, cards))
 
 /// The width that Home asks for, in points.
 double idealWidth(const std::vector<HomeCard> &cards, bool hasWelcome);
 
-/// Which of the cards stand on which page of that width: as many as fit, at least one a page. The
-/// first page loses `welcomeWidth` to the welcome card. Never empty.
-std::vector<std::vector<HomeCard>> pages(const std::vector<HomeCard> &cards, bool hasWelcome,
-                                         double width);
+/// Which of the cards stand on which page of that width, `gap` apart, and how wide: on as few pages
+/// as hold them shrunk, about as much on each, none alone where it can be helped. A page's cards
+/// fill it from side to side. The welcome card doesn't shrink. Never empty.
+std::vector<Page> pages(const std::vector<HomeCard> &cards, bool hasWelcome, double width,
+                        double gap = cardGap);
+
+/// In how many columns so many icons become largest within `largest`, fewest rows first.
+int iconColumns(int count, double width, double height, double largest);
 
 } // namespace HomeLayout
 } // namespace velmo

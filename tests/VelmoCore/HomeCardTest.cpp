@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace velmo {
 namespace {
 
@@ -41,16 +43,66 @@ TEST(HomeLayout, AsksForTheWidthOfItsCards)
     EXPECT_EQ(HomeLayout::idealWidth({favorites, system}, true), 156 + 224 + 72 + 290);
 }
 
-TEST(HomeLayout, GoesOnOnAnotherPageWhereTheCardsDoNotFit)
+TEST(HomeLayout, FillsAsFewPagesAsHoldItsCards)
 {
-    using Pages = std::vector<Cards>;
-    const Cards cards{favorites, system, music};
-    EXPECT_EQ(HomeLayout::pages(cards, false, 146 + 10 + 214 + 10 + 348), (Pages{cards}));
-    EXPECT_EQ(HomeLayout::pages(cards, false, 727), (Pages{{favorites, system}, {music}}));
-    EXPECT_EQ(HomeLayout::pages(cards, true, 500), (Pages{{favorites}, {system}, {music}}));
-    EXPECT_EQ(HomeLayout::pages(cards, true, 300), (Pages{{}, {favorites}, {system}, {music}}));
-    EXPECT_EQ(HomeLayout::pages({music}, false, 10), (Pages{{music}}));
-    EXPECT_EQ(HomeLayout::pages({}, false, 500), (Pages{{}}));
+    const Cards all{favorites, music, agenda, focus, shelf, notes, clipboard, system, captures};
+    const Cards built{favorites, focus, shelf, notes, clipboard, system};
+    const auto first = [&](std::size_t count) { return Cards(all.begin(), all.begin() + count); };
+    struct Case {
+        Cards cards;
+        bool hasWelcome;
+        double width;
+        std::vector<std::size_t> perPage;
+    };
+    const std::vector<Case> cases = {
+        {{}, false, 650, {0}},
+        {{}, true, 650, {0}},
+        {{focus}, false, 650, {1}},
+        {{music}, false, 10, {1}},
+        {built, false, 1020, {6}},      // compact
+        {built, false, 146 + 800, {6}}, // all at their least
+        {built, false, 945, {3, 3}},    // no longer
+        {built, true, 1020, {3, 3}},
+        {first(7), false, 1020, {3, 4}}, // not 6 and an orphan
+        {first(7), false, 1140, {7}},
+        {first(9), false, 1020, {5, 4}},
+        {first(9), false, 650, {3, 3, 3}},
+        {{music, shelf}, true, 400, {0, 2}},
+    };
+    for (const auto &[cards, hasWelcome, width, perPage] : cases) {
+        SCOPED_TRACE(testing::Message() << cards.size() << " cards in " << width);
+        std::vector<std::size_t> counts;
+        Cards order;
+        for (const auto &page : HomeLayout::pages(cards, hasWelcome, width, 10)) {
+            EXPECT_EQ(page.welcomeWidth > 0, hasWelcome && counts.empty());
+            double edge = page.welcomeWidth > 0 ? page.welcomeWidth : -10;
+            for (const auto &[card, own] : page.cards) {
+                EXPECT_GE(own, std::min({HomeCards::width(card), 150.0, width}));
+                EXPECT_EQ(own, std::floor(own));
+                edge += own + 10;
+                order.push_back(card);
+            }
+            counts.push_back(page.cards.size());
+            if (edge > 0) {
+                EXPECT_EQ(edge, width) << "from side to side";
+            }
+        }
+        EXPECT_EQ(counts, perPage);
+        EXPECT_EQ(order, cards);
+    }
+    const auto shared = HomeLayout::pages({favorites, shelf}, false, 802, 10).front().cards;
+    EXPECT_EQ(shared, (std::vector<HomeLayout::Place>{{favorites, 292}, {shelf, 500}}));
+}
+
+TEST(HomeLayout, MakesIconsAsLargeAsTheyFit)
+{
+    const std::tuple<int, double, double, int> cases[] = {
+        {0, 120, 90, 1}, {1, 120, 90, 1},  {2, 120, 90, 2},  {6, 120, 90, 3},
+        {7, 120, 90, 4}, {12, 120, 90, 4}, {12, 280, 90, 6}, {12, 700, 90, 12},
+    };
+    for (const auto &[count, width, height, columns] : cases)
+        EXPECT_EQ(HomeLayout::iconColumns(count, width, height, 56), columns)
+            << count << " in " << width;
 }
 
 } // namespace velmo

@@ -97,11 +97,30 @@ TEST_F(HomePageModelTest, MakesThePanelAsWideAsItsCards)
     EXPECT_EQ(withWelcome - width(), wanted - leastForTheBar);
 }
 
+TEST_F(HomePageModelTest, TeachesWhatWorksWhereNoCardIsShown)
+{
+    change([](AppSettings &settings) {
+        settings.hiddenHomeCards = {u"favorites"_qs, u"focus"_qs,     u"shelf"_qs,
+                                    u"notes"_qs,     u"clipboard"_qs, u"system"_qs};
+        settings.newNoteHotKeyEnabled = false;
+        settings.hoverBehavior = HoverBehavior::preview;
+    });
+    for (const auto action : {HotKeyAction::toggle, HotKeyAction::newNote})
+        services.hotKeys.handlers[action] = [] {};
+    open();
+    EXPECT_TRUE(page().isEmpty());
+    EXPECT_EQ(column(page().tips(), "title"),
+              (QStringList{u"Arraste até aqui"_qs, u"Passe o cursor"_qs, u"Ctrl+Alt+N"_qs}));
+    EXPECT_EQ(column(page().tips(), "detail").at(1), u"Ver uma prévia");
+    change([](AppSettings &settings) { settings.hoverBehavior = HoverBehavior::none; });
+    EXPECT_EQ(page().tips()->rowCount(), 2);
+}
+
 TEST_F(HomePageModelTest, TurnsItsPagesByKeyAndWheel)
 {
     open();
     EXPECT_EQ(page().pageCount(), 1);
-    page().setWidth(620);
+    page().setWidth(620, 10);
     ASSERT_EQ(page().pageCount(), 2);
     press(XK_Right, Qt::ControlModifier, Qt::Key_Right);
     press(XK_Right, Qt::ControlModifier, Qt::Key_Right);

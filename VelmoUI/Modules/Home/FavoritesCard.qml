@@ -52,12 +52,17 @@ CardSurface {
 
     GridView {
         id: grid
-        x: 2 * Theme.grid
+
+        readonly property int largest: Theme.tileSymbolSize + 4 * Theme.grid
+        readonly property real room: parent.width - 4 * Theme.grid
+        readonly property int columns: favorites.card.columns(count, room, height, largest)
+
+        anchors.horizontalCenter: parent.horizontalCenter
         y: heading.height + Theme.grid
-        width: parent.width - 2 * x
+        width: columns * cellWidth
         height: parent.height - y - 2 * Theme.grid
-        cellWidth: Math.floor(width / favorites.card.columns)
-        cellHeight: Math.floor(height / (favorites.card.columns - 1))
+        cellWidth: Math.floor(Math.min(room / columns, largest + 4 * Theme.grid))
+        cellHeight: Math.floor(height / Math.max(1, Math.ceil(count / columns)))
         interactive: false
         keyNavigationEnabled: true
         activeFocusOnTab: count > 0
@@ -76,7 +81,7 @@ CardSurface {
             name: model.name
             width: grid.cellWidth
             height: grid.cellHeight
-            surfaceHeight: Math.min(width, height)
+            surfaceHeight: Math.min(width, height, grid.largest)
             activeFocusOnTab: false
             onActiveFocusChanged: if (activeFocus)
                 grid.currentIndex = index

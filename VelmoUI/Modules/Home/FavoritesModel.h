@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoCore/Home/HomeCard.h"
 #include "VelmoUI/Design/RecordListModel.h"
 #include "VelmoUI/Modules/NotchModule.h"
 
@@ -31,8 +32,6 @@ class FavoritesModel : public QObject {
     /// What the search finds, favourites among it.
     Q_PROPERTY(QAbstractItemModel *found READ found CONSTANT)
     Q_PROPERTY(bool hasFound READ hasFound NOTIFY foundChanged)
-    /// How many of them stand in a row, so that all are seen.
-    Q_PROPERTY(int columns READ columns NOTIFY changed)
     /// "3 de 12", "Favoritos cheios"
     Q_PROPERTY(QString count READ count NOTIFY changed)
     /// The favourite that was removed last, while it can come back; empty if none can.
@@ -46,10 +45,14 @@ public:
     bool isPicking() const { return m_isPicking; }
     QAbstractItemModel *found() { return &m_found; }
     bool hasFound() const { return m_found.rowCount() > 0; }
-    int columns() const { return m_favorites.rowCount() > 6 ? 4 : 3; }
     QString count() const;
     QString removedName() const { return m_removed.name; }
 
+    /// How many of so many favourites stand in a row, so that all are seen as large as can be.
+    Q_INVOKABLE int columns(int count, qreal width, qreal height, qreal largest) const
+    {
+        return HomeLayout::iconColumns(count, width, height, largest);
+    }
     /// Starts the application and closes the panel.
     Q_INVOKABLE void launch(const QString &id);
     Q_INVOKABLE void remove(const QString &id);

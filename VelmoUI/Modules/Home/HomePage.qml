@@ -12,9 +12,9 @@ FocusScope {
 
     focus: true
     onWidthChanged: if (page)
-        page.setWidth(width)
+        page.setWidth(width, Theme.gap)
     onPageChanged: if (page)
-        page.setWidth(width)
+        page.setWidth(width, Theme.gap)
 
     Item {
         id: pages
@@ -147,21 +147,54 @@ FocusScope {
         }
     }
 
+    // An empty Home says how to begin.
     Column {
-        anchors.centerIn: parent
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width
         visible: home.page ? home.page.isEmpty : false
-        spacing: Theme.grid
+        spacing: 2 * Theme.grid
 
-        Label {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: "Nenhum cartão à mostra"
-            font.pixelSize: Theme.titleSize
-            font.weight: Font.Medium
-        }
-        Label {
-            anchors.horizontalCenter: parent.horizontalCenter
-            text: "Favoritos, sistema e o que importa agora podem ficar aqui."
-            color: Theme.secondaryText
+        Row {
+            id: tips
+            width: parent.width
+            spacing: Theme.gap
+
+            Repeater {
+                id: lessons
+                model: home.page ? home.page.tips : null
+
+                delegate: Column {
+                    id: lesson
+
+                    required property string symbol
+                    required property string title
+                    required property string detail
+
+                    width: (tips.width - (lessons.count - 1) * tips.spacing) / lessons.count
+                    spacing: Theme.grid / 2
+
+                    Symbol {
+                        width: parent.width
+                        name: lesson.symbol
+                        color: Theme.secondaryText
+                    }
+                    Label {
+                        width: parent.width
+                        horizontalAlignment: Text.AlignHCenter
+                        text: lesson.title
+                        font.weight: Font.Medium
+                    }
+                    Label {
+                        width: parent.width
+                        horizontalAlignment: Text.AlignHCenter
+                        text: lesson.detail
+                        color: Theme.secondaryText
+                        font.pixelSize: Theme.captionSize
+                        wrapMode: Text.Wrap
+                        maximumLineCount: 2
+                    }
+                }
+            }
         }
         ActionButton {
             anchors.horizontalCenter: parent.horizontalCenter

@@ -34,6 +34,8 @@ HomePageModel::HomePageModel(const ModuleContext &context) : m_context(context)
     connect(&context.services.platform.power, &PowerInfo::changed, this, &HomePageModel::update);
     connect(&context.services.notes, &NotesStore::changed, this, &HomePageModel::update);
     connect(&context.services.timers, &TimerCenter::changed, this, &HomePageModel::update);
+    connect(&context.services.hotKeys, &HotKeyController::errorsChanged, this,
+            &HomePageModel::updateTips);
     connect(&context.panel, &NotchViewModel::homePageRequested, this,
             [this](int direction) { setPageIndex(m_pageIndex + direction); });
     update();
@@ -66,11 +68,12 @@ void HomePageModel::setHoverBehavior(int place)
         [&](AppSettings &settings) { settings.hoverBehavior = HoverBehavior(place); });
 }
 
-void HomePageModel::setWidth(qreal width)
+void HomePageModel::setWidth(qreal width, qreal gap)
 {
-    if (width == m_width)
+    if (width == m_width && gap == m_gap)
         return;
     m_width = width;
+    m_gap = gap;
     update();
 }
 
@@ -133,23 +136,48 @@ void HomePageModel::update()
     const std::vector<HomeCard> cards = HomeView::cards(m_context.services);
     // Before QML has said how wide it is, everything stands on one page.
     const double width = m_width > 0 ? m_width : HomeLayout::idealWidth(cards, hasWelcome());
-    const auto pages = HomeLayout::pages(cards, hasWelcome(), width);
+    const auto pages = HomeLayout::pages(cards, hasWelcome(), width, m_gap);
     std::vector<HomeCardRow> rows;
     for (int page = 0; page < int(pages.size()); ++page) {
-        for (const HomeCard card : pages[std::size_t(page)]) {
+        for (const auto &[card, cardWidth] : pages[std::size_t(page)].cards) {
             const QString id = HomeCards::name(card);
             if (!m_views.contains(id))
                 m_views.emplace(id, makeCard(card));
             const NotchModule::View &view = m_views.at(id);
-            rows.push_back({id, HomeCards::title(card), HomeCards::width(card), page, view.source,
-                            view.page.get()});
+            rows.push_back(
+                {id, HomeCards::title(card), cardWidth, page, view.source, view.page.get()});
         }
     }
     m_cards.setRecords(rows);
+    m_welcomeWidth = pages.front().welcomeWidth;
     m_pageCount = int(pages.size());
     m_pageIndex = std::min(m_pageIndex, m_pageCount - 1);
+    updateTips();
     Q_EMIT changed();
     m_context.panel.contentWidthChanged();
+}
+
+void HomePageModel::updateTips()
+{
+    const AppServices &services = m_context.services;
+    const AppSettings &settings = services.settings.settings();
+    std::vector<HomeTip> tips{{QStringLiteral("drag"), QStringLiteral("tray.and.arrow.down"),
+                               QStringLiteral("Arraste até aqui"),
+                               QStringLiteral("Arquivos, links e textos")}};
+    if (settings.hoverBehavior != HoverBehavior::none)
+        tips.push_back({QStringLiteral("hover"), QStringLiteral("computermouse"),
+                        QStringLiteral("Passe o cursor"),
+                        settings.hoverBehavior == HoverBehavior::expand
+                            ? QStringLiteral("Abrir o painel")
+                            : QStringLiteral("Ver uma prévia")});
+    for (const auto &[action, handler] : services.hotKeys.handlers) {
+        if (settings.*HotKeyController::setting(action).isEnabled &&
+            !services.hotKeys.errors().contains(action))
+            tips.push_back({services.hotKeys.displayString(action), QStringLiteral("keyboard"),
+                            services.hotKeys.displayString(action),
+                            HotKeyController::title(action)});
+    }
+    m_tips.setRecords(tips);
 }
 
 } // namespace velmo

@@ -23,6 +23,17 @@ struct HomeCardRow {
 };
 BOOST_DESCRIBE_STRUCT(HomeCardRow, (), (id, title, width, page, source, content))
 
+/// How something is begun, for whoever sees an empty Home.
+struct HomeTip {
+    QString id;
+    QString symbol;
+    QString title;
+    QString detail;
+
+    bool operator==(const HomeTip &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(HomeTip, (), (id, symbol, title, detail))
+
 /// Home as one panel shows it.
 class HomePageModel : public QObject {
     Q_OBJECT
@@ -33,7 +44,9 @@ class HomePageModel : public QObject {
     Q_PROPERTY(int pageCount READ pageCount NOTIFY changed)
     Q_PROPERTY(int pageIndex READ pageIndex WRITE setPageIndex NOTIFY changed)
     Q_PROPERTY(bool hasWelcome READ hasWelcome NOTIFY changed)
-    Q_PROPERTY(qreal welcomeWidth READ welcomeWidth CONSTANT)
+    Q_PROPERTY(qreal welcomeWidth READ welcomeWidth NOTIFY changed)
+    /// What an empty Home teaches, as it is set now.
+    Q_PROPERTY(QAbstractItemModel *tips READ tips CONSTANT)
     /// The place of the setting among "Nada", "Prévia" and "Abrir".
     Q_PROPERTY(int hoverBehavior READ hoverBehavior WRITE setHoverBehavior NOTIFY changed)
 
@@ -48,12 +61,13 @@ public:
     /// The nearest page there is.
     void setPageIndex(int index);
     bool hasWelcome() const;
-    qreal welcomeWidth() const { return HomeLayout::welcomeWidth - HomeLayout::cardGap; }
+    qreal welcomeWidth() const { return m_welcomeWidth; }
+    QAbstractItemModel *tips() { return &m_tips; }
     int hoverBehavior() const;
     void setHoverBehavior(int place);
 
-    /// How wide a page is, in points.
-    Q_INVOKABLE void setWidth(qreal width);
+    /// How wide a page is and how far apart its cards stand, in points.
+    Q_INVOKABLE void setWidth(qreal width, qreal gap);
     /// Goes to the next or previous page once the wheel has turned a notch: 120 eighths of a
     /// degree, positive to the previous one.
     Q_INVOKABLE void turnWheel(int angle);
@@ -68,11 +82,15 @@ Q_SIGNALS:
 private:
     NotchModule::View makeCard(HomeCard card);
     void update();
+    void updateTips();
 
     const ModuleContext m_context;
     std::map<QString, NotchModule::View> m_views;
     RecordListModel<HomeCardRow> m_cards;
+    RecordListModel<HomeTip> m_tips;
     double m_width = 0;
+    double m_gap = HomeLayout::cardGap;
+    double m_welcomeWidth = 0;
     int m_wheelAngle = 0;
     int m_pageCount = 1;
     int m_pageIndex = 0;

@@ -39,7 +39,8 @@ ControlSurface {
         x: Theme.cardPadding
         y: heading.y + heading.height
         width: parent.width - 2 * x
-        height: parent.height - y - Theme.grid
+        // No row is cut.
+        height: Math.floor((parent.height - y - Theme.grid) / Theme.controlHeight) * Theme.controlHeight
         clip: true
 
         Repeater {

@@ -96,7 +96,7 @@ CardSurface {
         visible: shelf.card.isEmpty
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
-        text: "O que você soltar no notch aparece aqui"
+        text: "Arraste arquivos, links ou textos até aqui"
         color: Theme.secondaryText
         font.pixelSize: Theme.smallSize
     }
