@@ -25,7 +25,8 @@ public:
 
     /// Nothing on a machine without a battery, and until the desktop has answered.
     virtual std::optional<BatteryInfo> battery() const = 0;
-    /// What is missing to know more, for the user; empty if nothing is.
+    /// What is missing to know more, for the user; empty if nothing is, as on a machine without a
+    /// battery.
     virtual QString issue() const = 0;
 
 Q_SIGNALS:

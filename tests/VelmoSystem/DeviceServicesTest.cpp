@@ -4,6 +4,7 @@
 
 #include "tests/support/DBusMock.h"
 #include "tests/support/Printers.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -79,6 +80,21 @@ def power(name, value): objects['/org/bluez/' + name].Set('org.bluez.Adapter1', 
 )"};
 
 } // namespace
+
+TEST(UPowerBattery, MissesNothingOnAMachineWithoutABattery)
+{
+    const PrivateBus bus; // without UPower
+    UPowerDevices devices(bus.connect());
+    const TemporaryFolder supplies;
+    const UPowerBattery battery(devices, supplies.path());
+    supplies.write("AC/type", "Mains\n");
+    supplies.write("mouse/type", "Battery\n");
+    supplies.write("mouse/scope", "Device\n");
+    expectSoon([&] { return devices.issue(); }, "O UPower não está disponível.");
+    EXPECT_EQ(battery.issue(), "");
+    supplies.write("BAT0/type", "Battery\n");
+    EXPECT_EQ(battery.issue(), devices.issue());
+}
 
 TEST(UPowerDevices, FollowsBatteriesAndAccessories)
 {

@@ -106,16 +106,19 @@ TEST_F(SystemPageModelTest, SaysWhatIsMissing)
     desktop.power.missing = u"O UPower não respondeu."_qs;
     desktop.network.missing = u"O NetworkManager não respondeu."_qs;
     page.setWatched(true);
-    for (const char *id : {"battery", "accessories"})
-        EXPECT_EQ(tile(id).detail, desktop.power.missing);
+    EXPECT_EQ(tile("battery").detail, desktop.power.missing);
     EXPECT_EQ(tile("network").detail, desktop.network.missing);
     for (const char *id : {"storage", "memory", "processor"})
         EXPECT_EQ(tile(id).value, u"Indisponível");
 
     desktop.power.missing.clear();
     desktop.power.set(std::nullopt);
-    EXPECT_EQ(page.tiles()->records().front().id, u"network") << "a machine without a battery";
-    EXPECT_EQ(tile("accessories").value, u"Nenhum acessório conectado");
+    EXPECT_FALSE(page.hasBattery());
+    EXPECT_EQ(column(page.tiles(), "id").join(u' '), u"network bluetooth storage memory processor")
+        << "a machine without a battery and accessories";
+    desktop.accessories.devices = {{.id = u"a"_qs, .name = u"Mouse"_qs}};
+    Q_EMIT desktop.accessories.changed();
+    EXPECT_EQ(tile("accessories").title, u"Acessórios");
 }
 
 TEST_F(SystemPageModelTest, NamesTheNetwork)

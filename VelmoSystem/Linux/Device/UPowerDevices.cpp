@@ -1,5 +1,8 @@
 #include "VelmoSystem/Linux/Device/UPowerDevices.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -129,6 +132,22 @@ struct Pack {
     }
 };
 
+QByteArray attribute(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
+}
+
+/// Whether the kernel knows of a battery that is the machine's own, not a mouse's.
+bool listsBattery(const QString &supplies)
+{
+    const auto folders = QDir(supplies).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return std::ranges::any_of(folders, [](const QFileInfo &supply) {
+        return attribute(supply.filePath() + QStringLiteral("/type")) == "Battery" &&
+               attribute(supply.filePath() + QStringLiteral("/scope")) != "Device";
+    });
+}
+
 } // namespace
 
 UPowerDevices::UPowerDevices(QDBusConnection systemBus)
@@ -229,9 +248,16 @@ AccessoryInfo UPowerDevices::accessory(const QString &device, uint type) const
             .batteryPercent = level};
 }
 
-UPowerBattery::UPowerBattery(UPowerDevices &devices) : m_devices(devices)
+UPowerBattery::UPowerBattery(UPowerDevices &devices, QString supplies)
+    : m_devices(devices), m_supplies(std::move(supplies))
 {
     connect(&devices, &UPowerDevices::changed, this, &PowerInfo::changed);
+}
+
+QString UPowerBattery::issue() const
+{
+    const QString issue = m_devices.issue();
+    return !issue.isEmpty() && listsBattery(m_supplies) ? issue : QString();
 }
 
 UPowerAccessories::UPowerAccessories(UPowerDevices &devices) : m_devices(devices)

@@ -50,13 +50,16 @@ class UPowerBattery : public PowerInfo {
     Q_OBJECT
 
 public:
-    explicit UPowerBattery(UPowerDevices &devices);
+    /// `supplies` is where the kernel lists what powers the machine.
+    explicit UPowerBattery(UPowerDevices &devices,
+                           QString supplies = QStringLiteral("/sys/class/power_supply"));
 
     std::optional<BatteryInfo> battery() const override { return m_devices.battery(); }
-    QString issue() const override { return m_devices.issue(); }
+    QString issue() const override;
 
 private:
     UPowerDevices &m_devices;
+    QString m_supplies;
 };
 
 class UPowerAccessories : public Accessories {

@@ -10,6 +10,7 @@ ControlSurface {
     required property SystemPageModel card
     property bool watched: false
     readonly property var shown: ["battery", "network", "memory", "processor"]
+    readonly property int lines: shown.length - (card.hasBattery ? 0 : 1)
 
     name: title
     radius: Theme.cardRadius
@@ -46,7 +47,7 @@ ControlSurface {
 
                 visible: summary.shown.includes(id)
                 width: parent.width
-                height: Math.floor(parent.height / summary.shown.length)
+                height: Math.floor(parent.height / summary.lines)
 
                 Symbol {
                     height: parent.height

@@ -25,10 +25,11 @@ FocusScope {
         readonly property real columnShare: 1.5
         readonly property int accessoryRows: Math.max(1, Math.floor(
             (height - 2 * Theme.cardPadding - Theme.symbolSize) / Theme.controlHeight))
-        readonly property int accessoryColumns: view.page === null ? 1
-            : Math.max(1, Math.ceil(view.page.accessoryCount / accessoryRows))
+        readonly property int accessoryColumns: view.page === null ? 0
+            : Math.ceil(view.page.accessoryCount / accessoryRows)
+        readonly property int otherCount: count - (accessoryColumns > 0 ? 1 : 0)
         readonly property real tileWidth: Math.max(Theme.leastTileWidth, Math.floor(
-            (width - (count - 1) * spacing) / (count - 1 + columnShare * accessoryColumns)))
+            (width - (count - 1) * spacing) / (otherCount + columnShare * accessoryColumns)))
 
         anchors.fill: parent
         focus: true

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace velmo {
 
@@ -193,9 +194,13 @@ void SystemPageModel::update()
                                  .title = QStringLiteral("Bateria")},
                                 issue));
     }
+    const bool hasBattery = !tiles.empty();
     tiles.push_back(network());
     tiles.push_back(bluetooth());
-    tiles.push_back(accessoriesTile());
+    if (accessoryCount() > 0)
+        tiles.push_back({.id = QStringLiteral("accessories"),
+                         .symbol = QStringLiteral("headphones"),
+                         .title = QStringLiteral("Acessórios")});
     tiles.push_back(storage(platform.load.storage()));
     tiles.push_back(memory(platform.load.memory()));
     tiles.push_back(processor(platform.load.processor()));
@@ -205,6 +210,8 @@ void SystemPageModel::update()
         tile.spoken = spokenText(tile);
     }
     m_tiles.setRecords(tiles);
+    if (std::exchange(m_hasBattery, hasBattery) != hasBattery)
+        Q_EMIT hasBatteryChanged();
 }
 
 void SystemPageModel::updateAccessories()
@@ -277,21 +284,6 @@ SystemTileRow SystemPageModel::bluetooth() const
     if (!m_services.platform.bluetooth.issue().isEmpty())
         return unknown(tile, *state);
     tile.value = *state;
-    return tile;
-}
-
-SystemTileRow SystemPageModel::accessoriesTile() const
-{
-    SystemTileRow tile{.id = QStringLiteral("accessories"),
-                       .symbol = QStringLiteral("headphones"),
-                       .title = QStringLiteral("Acessórios")};
-    // The batteries of accessories are told by the same service as the machine's own.
-    const QString issue = m_services.platform.power.issue();
-    if (accessoryCount() > 0)
-        return tile;
-    if (!issue.isEmpty())
-        return unknown(tile, issue);
-    tile.value = QStringLiteral("Nenhum acessório conectado");
     return tile;
 }
 

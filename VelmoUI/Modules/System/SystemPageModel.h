@@ -47,6 +47,7 @@ class SystemPageModel : public QObject {
     QML_UNCREATABLE("Made by its module")
     Q_PROPERTY(QAbstractItemModel *tiles READ tiles CONSTANT)
     Q_PROPERTY(QAbstractItemModel *accessories READ accessories CONSTANT)
+    Q_PROPERTY(bool hasBattery READ hasBattery NOTIFY hasBatteryChanged)
     Q_PROPERTY(int accessoryCount READ accessoryCount NOTIFY accessoryCountChanged)
 
 public:
@@ -54,6 +55,8 @@ public:
 
     RecordListModel<SystemTileRow> *tiles() { return &m_tiles; }
     RecordListModel<AccessoryRow> *accessories() { return &m_accessories; }
+    /// Whether there is a tile of it: a machine without one has none.
+    bool hasBattery() const { return m_hasBattery; }
     int accessoryCount() const { return m_accessories.rowCount(); }
 
     /// Whether the page can be seen.
@@ -63,6 +66,7 @@ public:
 
 Q_SIGNALS:
     void accessoryCountChanged();
+    void hasBatteryChanged();
 
 private:
     void update();
@@ -70,12 +74,12 @@ private:
     void updateRegularly();
     SystemTileRow network() const;
     SystemTileRow bluetooth() const;
-    SystemTileRow accessoriesTile() const;
 
     AppServices &m_services;
     RecordListModel<SystemTileRow> m_tiles;
     RecordListModel<AccessoryRow> m_accessories;
     bool m_isWatched = false;
+    bool m_hasBattery = false;
     ScheduledTask m_nextUpdate;
 };
 
