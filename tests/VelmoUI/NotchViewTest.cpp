@@ -116,6 +116,23 @@ protected:
         QCoreApplication::processEvents();
     }
 
+    /// The names of the controls of which only a part is to be seen.
+    QStringList cutNames()
+    {
+        QStringList found;
+        for (const QQuickItem *item : items()) {
+            const QString name = item->property("name").toString();
+            for (const QQuickItem *box = item->parentItem(); box && !name.isEmpty();
+                 box = box->parentItem()) {
+                const QRectF place = item->mapRectToItem(box, item->boundingRect());
+                if (box->clip() && place.intersects(box->boundingRect()) &&
+                    !box->boundingRect().adjusted(-1, -1, 1, 1).contains(place))
+                    found.append(name);
+            }
+        }
+        return found;
+    }
+
     /// The name of the control that has the keyboard after that key.
     QString nameAfter(Qt::Key key)
     {
@@ -333,6 +350,37 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
     EXPECT_EQ(nameAfter(Qt::Key_Tab), u"Cancelar");
     nameAfter(Qt::Key_Space);
     EXPECT_TRUE(isCancelled);
+}
+
+TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
+{
+    addBuiltInModules(services.modules);
+    change([](AppSettings &next) {
+        next.hasCompletedOnboarding = true;
+        next.hiddenHomeCards = {};
+    });
+    for (int number = 0; number < 20; ++number) {
+        const QString text = u"Item %1"_qs.arg(number);
+        services.shelf.addText(text);
+        services.notes.addTask(text);
+        services.clipboard.add(ClipItems::fromText(text, {}, desktop.scheduler.now()).value());
+    }
+    for (int number = 0; number < 2; ++number)
+        services.timers.startTimer(10s);
+    wait(11s);
+    start();
+    showView();
+    for (const PanelSize size : {PanelSize::compact, PanelSize::regular, PanelSize::large}) {
+        change([&](AppSettings &next) { next.panelSize = size; });
+        for (const char16_t *page : {u"home", u"timers"}) {
+            coordinator.open(QString::fromUtf16(page));
+            view().grabWindow(); // lays it out
+            EXPECT_EQ(cutNames(), QStringList())
+                << int(size) << QString::fromUtf16(page).toStdString();
+        }
+        EXPECT_TRUE(names().contains(u"Limpar concluídos"_qs));
+        EXPECT_FALSE(names().contains(u"Últimas 4 semanas"_qs)) << "there is no history yet";
+    }
 }
 
 TEST_F(NotchViewTest, GivesTheKeyboardToTheActionsOfAnotherDrop)

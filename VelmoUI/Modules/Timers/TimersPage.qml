@@ -41,6 +41,7 @@ FocusScope {
                     page: view.page
                 }
                 FocusWeeks {
+                    visible: view.page.hasHistory
                     width: 200
                     height: parent.height
                     page: view.page
@@ -55,7 +56,7 @@ FocusScope {
             CardList {
                 id: list
                 x: fixed.width + Theme.gap
-                width: parent.width - x
+                width: parent.width - x - (clear.visible ? clear.width + Theme.grid : 0)
                 height: parent.height - (undo.visible ? undo.height + Theme.grid : 0)
                 visible: view.page.hasTimers
                 model: view.page.timers
@@ -67,19 +68,22 @@ FocusScope {
                     height: ListView.view.height
                     page: view.page
                 }
-                footer: Item {
-                    width: clear.visible ? clear.width + Theme.gap : 0
-                    height: list.height
+            }
+            // Beside the list, which scrolls: never cut.
+            IconButton {
+                id: clear
+                anchors.right: parent.right
+                anchors.verticalCenter: list.verticalCenter
+                visible: view.page.hasFinished
+                name: "Limpar concluídos"
+                symbol: "trash"
+                onTriggered: view.page.clearFinished()
 
-                    ActionButton {
-                        id: clear
-                        x: Theme.gap
-                        anchors.verticalCenter: parent.verticalCenter
-                        visible: view.page.hasFinished
-                        name: "Limpar concluídos"
-                        idleColor: "transparent"
-                        onTriggered: view.page.clearFinished()
-                    }
+                Tip {
+                    anchors.right: parent.right
+                    anchors.top: parent.bottom
+                    shown: clear.hovered
+                    text: clear.name
                 }
             }
 
