@@ -96,7 +96,7 @@ CardSurface {
         visible: shelf.card.isEmpty
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
-        text: "Arraste arquivos, links ou textos até aqui"
+        text: "Arraste até aqui o que quer guardar"
         color: Theme.secondaryText
         font.pixelSize: Theme.smallSize
     }
