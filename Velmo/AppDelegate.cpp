@@ -38,7 +38,8 @@ std::optional<SettingsPane> settingsPane(const QString &name)
 } // namespace
 
 AppDelegate::AppDelegate(ControlEndpoint &control)
-    : m_control(control), m_signals([] { QCoreApplication::quit(); }), m_platform(m_scheduler)
+    : m_control(control), m_signals([] { QCoreApplication::quit(); }), m_platform(m_scheduler),
+      m_fieldClipboard(m_platform.ports().pasteboard, m_platform.primarySelection(), m_scheduler)
 {
     connect(qGuiApp, &QCoreApplication::aboutToQuit, this, [this] { save(); });
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {

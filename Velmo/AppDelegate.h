@@ -7,6 +7,7 @@
 #include "VelmoSystem/Ports/ControlEndpoint.h"
 #include "VelmoUI/App/AppServices.h"
 #include "VelmoUI/App/DataProtectionReader.h"
+#include "VelmoUI/App/FieldClipboard.h"
 #include "VelmoUI/App/StatusItemController.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
@@ -49,6 +50,7 @@ private:
     LinuxPlatform m_platform;
     std::optional<DataProtectionReader> m_protection; ///< unless it is a self-test
     std::optional<PendingFiles::Folder> m_pendingFiles;
+    FieldClipboard m_fieldClipboard;
     std::optional<AppServices> m_services;
     std::optional<SettingsWindowController> m_settingsWindow;
     std::optional<NotchCoordinator> m_coordinator;

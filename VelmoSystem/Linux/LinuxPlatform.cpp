@@ -14,7 +14,9 @@ LinuxPlatform::LinuxPlatform(Scheduler &scheduler)
       m_permissions(QDBusConnection::sessionBus(), m_bluetooth),
       m_notifications(QDBusConnection::sessionBus()), m_loginItem(XdgAutostart::standardFolder()),
       m_statusArea(QDBusConnection::sessionBus(), m_connection),
-      m_pasteboard(m_connection, scheduler), m_frontApplication(m_connection, m_applications)
+      m_pasteboard(m_connection, scheduler),
+      m_primarySelection(m_connection, scheduler, "PRIMARY", X11Pasteboard::Owners::ignored),
+      m_frontApplication(m_connection, m_applications)
 {
     QObject::connect(&m_sleep, &SleepMonitor::didWake, &m_workspace, &X11Workspace::wake);
 }

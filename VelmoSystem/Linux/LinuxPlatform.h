@@ -35,6 +35,8 @@ public:
     explicit LinuxPlatform(Scheduler &scheduler);
 
     Platform ports();
+    /// The text that is selected somewhere; its changes aren't told.
+    Pasteboard &primarySelection() { return m_primarySelection; }
 
 private:
     Scheduler &m_scheduler;
@@ -61,6 +63,7 @@ private:
     XdgAutostart m_loginItem;
     DesktopStatusArea m_statusArea;
     X11Pasteboard m_pasteboard;
+    X11Pasteboard m_primarySelection;
     X11FrontApplication m_frontApplication;
     DesktopShare m_share;
     DesktopThumbnailer m_thumbnailer{DesktopThumbnailer::standardCacheFolder()};

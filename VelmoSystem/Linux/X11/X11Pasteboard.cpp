@@ -66,11 +66,13 @@ private:
 
 } // namespace
 
-X11Pasteboard::X11Pasteboard(X11Connection &connection, Scheduler &scheduler)
-    : m_connection(connection), m_scheduler(scheduler), m_selection(connection.atom("CLIPBOARD")),
+X11Pasteboard::X11Pasteboard(X11Connection &connection, Scheduler &scheduler,
+                             const QByteArray &selection, Owners owners)
+    : m_connection(connection), m_scheduler(scheduler), m_selection(connection.atom(selection)),
       m_source(connection, scheduler, m_selection)
 {
-    followOwners();
+    if (owners == Owners::followed)
+        followOwners();
 }
 
 void X11Pasteboard::followOwners()

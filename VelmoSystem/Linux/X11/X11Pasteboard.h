@@ -6,13 +6,17 @@
 
 namespace velmo {
 
-/// The selection CLIPBOARD. XFixes tells each new owner, so that nothing is polled; a server
-/// without it shows no changes.
+/// The selection CLIPBOARD, or PRIMARY. XFixes tells each new owner, so that nothing is polled; a
+/// server without it shows no changes.
 class X11Pasteboard : public Pasteboard {
     Q_OBJECT
 
 public:
-    X11Pasteboard(X11Connection &connection, Scheduler &scheduler);
+    /// PRIMARY's owners change with every word that is selected: nobody is to wake for them.
+    enum class Owners { followed, ignored };
+
+    X11Pasteboard(X11Connection &connection, Scheduler &scheduler,
+                  const QByteArray &selection = "CLIPBOARD", Owners owners = Owners::followed);
 
     std::uint64_t changeCount() const override { return m_changeCount; }
     void readTypes(Answer<std::vector<QString>> answer) override;
