@@ -10,6 +10,9 @@
 #include "VelmoSystem/Linux/DesktopTrust.h"
 #include "VelmoSystem/Linux/X11/X11Session.h"
 #include "VelmoUI/App/Renderer.h"
+#ifdef ORVANE_WATCH_LOOP
+#include "Velmo/WatchedApplication.h"
+#endif
 
 #include <QApplication>
 #include <QIcon>
@@ -22,6 +25,12 @@
 using namespace velmo;
 
 namespace {
+
+#ifdef ORVANE_WATCH_LOOP
+using Application = WatchedApplication;
+#else
+using Application = QApplication;
+#endif
 
 int say(std::FILE *stream, const QString &text, int exitCode)
 {
@@ -41,7 +50,7 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 {
     const X11Session session;
     Renderer::choose();
-    auto application = std::make_unique<QApplication>(argc, argv);
+    auto application = std::make_unique<Application>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("app.orvane.Orvane"));
     QApplication::setWindowIcon(

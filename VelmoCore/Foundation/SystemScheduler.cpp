@@ -38,6 +38,7 @@ SystemScheduler::Clock::Clock(clockid_t id)
     : m_id(id), m_timer(makeTimer(id)), m_notifier(m_timer, QSocketNotifier::Read),
       m_queue(std::make_shared<TimerQueue>([this] { arm(); }))
 {
+    m_notifier.setObjectName(QStringLiteral("scheduler"));
     QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { runDue(); });
 }
 

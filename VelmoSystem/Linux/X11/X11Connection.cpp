@@ -33,6 +33,7 @@ X11Connection::X11Connection(const QByteArray &display)
 
     m_notifier =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(handle()), QSocketNotifier::Read);
+    m_notifier->setObjectName(QStringLiteral("X11Connection"));
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &X11Connection::readEvents);
     // Reading a reply also reads the events before it, and then the socket stays silent about them.
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
