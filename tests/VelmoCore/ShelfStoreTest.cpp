@@ -114,11 +114,13 @@ TEST_F(ShelfStoreTest, KnowsAtTheNextStartWhatWasOnItsWay)
     EXPECT_TRUE(shelf.items().empty());
     EXPECT_EQ(shelf.arrivingCount(), 2);
     QFile::rename(url("docs/a.txt").toLocalFile(), place.toLocalFile());
-    ShelfStore next(places, std::nullopt, scheduler);
-    EXPECT_EQ(next.items(), (std::vector{lost, arrived}));
-    next.forgetMissingFiles();
-    EXPECT_EQ(next.items(), std::vector{arrived});
-    EXPECT_EQ(next.resolve(arrived), place);
+    {
+        ShelfStore next(places, std::nullopt, scheduler);
+        EXPECT_EQ(next.items(), (std::vector{lost, arrived}));
+        next.forgetMissingFiles();
+        EXPECT_EQ(next.items(), std::vector{arrived});
+        EXPECT_EQ(next.resolve(arrived), place);
+    } // which has saved what it forgot
 
     shelf.settle({{lost.id, std::nullopt}, {arrived.id, url("No Notch/a 4.txt")}});
     EXPECT_EQ(shelf.arrivingCount(), 0);
