@@ -237,8 +237,7 @@ void NotchViewModel::keepDropped()
 
 void NotchViewModel::undoDrop()
 {
-    velmo::undoDrop(m_services, followDropped(),
-                    [offer = offerTheRest()](bool) { offer(false); });
+    velmo::undoDrop(m_services, followDropped(), [offer = offerTheRest()](bool) { offer(false); });
 }
 
 void NotchViewModel::cancelDropJob()
