@@ -181,6 +181,8 @@ QByteArray ArchiveListing::unescaped(const QByteArray &text)
     constexpr int digits = 3;
     constexpr int octal = 8;
     constexpr int firstForeign = 0x80;
+    if (!text.contains('\\'))
+        return text;
     QByteArray result;
     result.reserve(text.size());
     for (qsizetype i = 0; i < text.size(); ++i) {

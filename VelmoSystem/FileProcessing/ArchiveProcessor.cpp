@@ -128,14 +128,15 @@ ExtractedTree::Contents Unpacking::run(JobProgress *progress, const std::stop_to
 
 /// The archive itself, or the tar in it, unpacked beneath `folder`.
 ArchiveSource unwrapped(ArchiveSource source, const PrivateFolder &folder, qint64 sizeLimit,
-                        JobProgress *progress, const std::stop_token &stop)
+                        const std::stop_token &stop)
 {
     constexpr qint64 headers = 256 << 20; // and padding, which the contents are without
     if (!source.holdsTar(sizeLimit, stop))
         return source;
     const QString wrapped = folder.makeFolder(QStringLiteral("tar"));
     const bool isNearMaximum = sizeLimit > std::numeric_limits<qint64>::max() - headers;
-    Unpacking(source, wrapped, isNearMaximum ? sizeLimit : sizeLimit + headers).run(progress, stop);
+    source.known.emplace(); // its size is a guess, wild where the file is cut; the tar's is checked
+    Unpacking(source, wrapped, isNearMaximum ? sizeLimit : sizeLimit + headers).run(nullptr, stop);
     const QFileInfoList files = QDir(wrapped).entryInfoList(QDir::Files | QDir::NoSymLinks);
     if (files.size() != 1)
         throw ArchiveError(ArchiveError::Failed{});
@@ -197,7 +198,7 @@ QUrl extractBy(const ArchiveEngine &engine, const ArchiveProcessor::Request &req
     const PrivateFolder folder(PrivateFolder::Purpose::extraction);
     const QString content = folder.makeFolder(QStringLiteral("content"));
     ArchiveSource source = unwrapped({engine, {archive.absoluteFilePath(), request.password}},
-                                     folder, sizeLimit, &progress, stop);
+                                     folder, sizeLimit, stop);
     const bool hasLinks = Unpacking(source, content, sizeLimit).run(&progress, stop).hasLinks;
     const QString result =
         cleaned(folder, content, ArchiveListing::baseName(archive.fileName()), hasLinks);
@@ -333,8 +334,7 @@ std::vector<ArchiveEntry> ArchiveProcessor::list(const Request &request, std::st
     const QString path = QFileInfo(request.archive.toLocalFile()).absoluteFilePath();
     return byFirstThatCan(request.engines, path, [&](const ArchiveEngine &engine) {
         const PrivateFolder folder(PrivateFolder::Purpose::extraction);
-        return unwrapped({engine, {path, request.password}}, folder, defaultSizeLimit, nullptr,
-                         stop)
+        return unwrapped({engine, {path, request.password}}, folder, defaultSizeLimit, stop)
             .listing(stop)
             .entries;
     });
