@@ -13,7 +13,7 @@ ControlSurface {
 
     name: title
     width: parent ? parent.width : 0
-    height: Math.max(Theme.rowHeight, texts.height + 2 * Theme.gap)
+    height: Math.max(Theme.rowHeight, texts.height + 2 * Theme.cardPadding)
     radius: Theme.cardRadius
     Accessible.role: Accessible.RadioButton
     Accessible.checkable: true

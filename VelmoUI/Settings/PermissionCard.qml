@@ -18,7 +18,7 @@ Item {
     signal requested
     signal opened
 
-    implicitHeight: texts.height + 2 * Theme.gap
+    implicitHeight: texts.height + 2 * Theme.cardPadding
     Accessible.role: Accessible.ListItem
     Accessible.name: spoken
     Accessible.description: explanation
@@ -26,7 +26,7 @@ Item {
     Symbol {
         id: glyph
         x: Theme.cardPadding
-        y: Theme.gap
+        y: Theme.cardPadding
         width: Theme.symbolSize
         name: card.symbol
         color: Theme.secondaryText
@@ -38,7 +38,7 @@ Item {
         anchors.leftMargin: Theme.cardPadding
         anchors.right: actions.left
         anchors.rightMargin: Theme.cardPadding
-        y: Theme.gap
+        y: Theme.cardPadding
         spacing: Theme.grid / 2
 
         Row {

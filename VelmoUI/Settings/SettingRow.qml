@@ -12,7 +12,7 @@ Item {
     default property alias content: controls.data
 
     width: parent ? parent.width : 0
-    height: Math.max(Theme.rowHeight, texts.height + 2 * Theme.gap)
+    height: Math.max(Theme.rowHeight, texts.height + 2 * Theme.cardPadding)
 
     Column {
         id: texts

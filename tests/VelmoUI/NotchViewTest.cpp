@@ -622,7 +622,7 @@ TEST_F(NotchViewTest, FitsTwelveModulesBesideTheNotchOfTheNarrowestPanel)
 {
     for (int i = 4; i <= 12; ++i)
         FakeModule::addTo(services.modules, QString::number(i)).width = 1;
-    start();
+    start({screenWithCutout()});
     showView();
     view().setColor(Qt::white);
     coordinator.open(u"12"_qs);

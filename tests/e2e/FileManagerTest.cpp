@@ -17,7 +17,7 @@ constexpr QPoint besideIt{1000, 150};
 /// Of the first item on the Shelf's page.
 constexpr QPoint shelfTile{245, 120};
 constexpr std::uint32_t white = 0xffffff;
-constexpr std::uint32_t targeted = 0x292929;
+constexpr std::uint32_t targeted = 0x3a3a3a;
 
 } // namespace
 
