@@ -55,6 +55,23 @@ protected:
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }
 
+    xcb_window_t selectionOwner() const
+    {
+        auto *server = screen.client();
+        auto *reply = xcb_get_selection_owner_reply(
+            server, xcb_get_selection_owner(server, screen.atom("CLIPBOARD")), nullptr);
+        const xcb_window_t owner = reply->owner;
+        std::free(reply);
+        return owner;
+    }
+    /// Opens the page of the history by its key; its field has the keyboard then.
+    void openHistory()
+    {
+        const xcb_window_t focused = screen.focusedWindow();
+        screen.typeKey(XK_v, {XK_Control_L, XK_Alt_L});
+        ASSERT_TRUE(shows("expanded"));
+        ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != focused; }));
+    }
     /// Has Orvane copy the newest item of its own.
     void giveBack()
     {
@@ -129,6 +146,61 @@ TEST_F(ClipboardTest, GivesAnItemBackToApplicationsOfAnyToolkit)
         EXPECT_TRUE(raw.contains(sign)) << qPrintable(raw);
         EXPECT_TRUE(keeps(content, count)) << "its own copy isn't another";
     }
+}
+
+TEST_F(ClipboardTest, FindsAnItemByTypingAndPastesItIntoFieldsAndApplications)
+{
+    launch();
+    home.write("um", "primeira copia");
+    copy("xclip", {"text", "UTF8_STRING", home.path("um"), {}});
+    ASSERT_TRUE(keeps({{}, {}, {}, "primeira copia"}, 1));
+    copy("xclip", contents("xclip").front());
+    ASSERT_TRUE(keeps(contents("xclip").front(), 2));
+    const auto pastes = [&](const QString &text) {
+        return eventually([&] { return output(CLIPBOARD_PEER, {"read", "text"}) == text; });
+    };
+    openHistory();
+    type("prim");
+    screen.typeKey(XK_Return);
+    EXPECT_TRUE(shows("collapsed"));
+    EXPECT_TRUE(pastes("primeira copia"));
+
+    openHistory();
+    screen.typeKey(XK_v, {XK_Control_L});
+    pause(300ms); // it comes when the owner has answered
+    type("xy");
+    screen.typeKey(XK_Left, {XK_Shift_L});
+    screen.typeKey(XK_x, {XK_Control_L});
+    EXPECT_TRUE(pastes("y"));
+    screen.typeKey(XK_a, {XK_Control_L});
+    screen.typeKey(XK_c, {XK_Control_L});
+    EXPECT_TRUE(pastes("primeira copiax"));
+}
+
+TEST_F(ClipboardTest, NeverWaitsForAnOwnerThatIsSilent)
+{
+    launch();
+    copy("xclip", contents("xclip").front());
+    ASSERT_TRUE(keeps(contents("xclip").front(), 1));
+    openHistory();
+    const xcb_window_t silent = screen.makeWindow({0, 900, 10, 10}, false);
+    for (const char *selection : {"CLIPBOARD", "PRIMARY"})
+        xcb_set_selection_owner(screen.client(), silent, screen.atom(selection), XCB_CURRENT_TIME);
+    xcb_flush(screen.client());
+    screen.typeKey(XK_v, {XK_Control_L});
+    type("a");
+    const QRect panel = frame("shape");
+    const QPoint field(panel.center().x(), panel.top() + 60);
+    screen.movePointer(field.x(), field.y());
+    screen.setButton(2, true);
+    screen.setButton(2, false);
+    pause(500ms);
+    EXPECT_EQ(selectionOwner(), silent);
+    screen.typeKey(XK_BackSpace);
+    screen.typeKey(XK_Return);
+    EXPECT_TRUE(shows("collapsed"));
+    EXPECT_TRUE(eventually([&] { return selectionOwner() != silent; }));
+    EXPECT_EQ(output(CLIPBOARD_PEER, {"read", "text"}), contents("xclip").front().text);
 }
 
 TEST_F(ClipboardTest, ExchangesTextsAndImagesWithABrowser)

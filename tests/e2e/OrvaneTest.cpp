@@ -30,6 +30,7 @@ OrvaneTest::OrvaneTest()
 
 void OrvaneTest::TearDown()
 {
+    endWatch();
     if (isRunning())
         orvane.terminate();
     if (m_hasStarted) {
@@ -61,6 +62,8 @@ void OrvaneTest::launch(const QStringList &arguments)
 {
     start(arguments);
     ASSERT_TRUE(eventually([this] { return !status().isEmpty(); }));
+    endWatch();
+    m_watcher.emplace(bus.address(), orvane.processId());
 }
 
 OrvaneTest::Result OrvaneTest::run(const QStringList &arguments) const
@@ -159,6 +162,15 @@ void OrvaneTest::pressHotKey()
     screen.typeKey(XK_n, {XK_Control_L, XK_Alt_L});
 }
 
+void OrvaneTest::type(const QString &text)
+{
+    for (const QChar letter : text) {
+        const bool isShifted = letter.isUpper() || letter == u'_' || letter == u':';
+        screen.typeKey(letter.unicode(), isShifted ? std::vector<xcb_keysym_t>{XK_Shift_L}
+                                                   : std::vector<xcb_keysym_t>());
+    }
+}
+
 xcb_window_t OrvaneTest::makeGreenWindow(const QRect &frame)
 {
     const xcb_window_t window = screen.makeWindow(frame);
@@ -186,6 +198,13 @@ std::uint32_t OrvaneTest::pixel(const QPoint &point) const
 void OrvaneTest::pause(std::chrono::milliseconds duration)
 {
     eventually([] { return false; }, duration);
+}
+
+void OrvaneTest::endWatch()
+{
+    for (const QString &answer : takeLate())
+        ADD_FAILURE() << "An answer took " << qPrintable(answer);
+    m_watcher.reset();
 }
 
 QProcessEnvironment OrvaneTest::makeEnvironment()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/e2e/Watcher.h"
 #include "tests/support/Printers.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/TemporaryFolder.h"
@@ -16,7 +17,8 @@ namespace velmo {
 using namespace std::chrono_literals;
 
 /// The built Orvane on a screen, on a session bus and in a home of the test's own. What it is to
-/// be started with is set up first. A test fails if Orvane doesn't end well with it.
+/// be started with is set up first. A test fails if Orvane doesn't end well with it, or if its main
+/// loop stood still.
 class OrvaneTest : public testing::Test {
 protected:
     struct Result {
@@ -35,7 +37,7 @@ protected:
 
     /// Settings that aren't the defaults. The first steps are done unless they say otherwise.
     void writeSettings(QJsonObject settings = {}) const;
-    /// Starts Orvane; `launch` also waits until it serves.
+    /// Starts Orvane; `launch` also waits until it serves, and watches it from then on.
     void start(const QStringList &arguments = {});
     void launch(const QStringList &arguments = {});
     /// Runs one more process of Orvane to its end.
@@ -46,6 +48,11 @@ protected:
     /// All that Orvane wrote.
     QString log();
     bool logs(const QString &text);
+    /// What the watcher found since the last time.
+    std::vector<QString> takeLate()
+    {
+        return m_watcher ? m_watcher->takeLate() : std::vector<QString>();
+    }
 
     /// Empty while Orvane doesn't answer.
     QJsonObject status() const;
@@ -60,6 +67,8 @@ protected:
     testing::AssertionResult becomesVisible(bool visible) const;
 
     void pressHotKey();
+    /// Of the letters, numbers and signs of a US keyboard.
+    void type(const QString &text);
     /// A green window of another application, which has the keyboard when this returns.
     xcb_window_t makeGreenWindow(const QRect &frame = wholeScreen);
     void activate(xcb_window_t window);
@@ -74,11 +83,13 @@ protected:
     QProcess orvane;
 
 private:
+    void endWatch();
     QProcessEnvironment makeEnvironment();
     void prepare(QProcess &process) const;
 
     QDBusConnection m_connection;
     QString m_log;
+    std::optional<Watcher> m_watcher;
     bool m_hasStarted = false;
 };
 

@@ -1,0 +1,182 @@
+#include "VelmoCore/Foundation/Json.h"
+#include "VelmoCore/Notes/NotesStore.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoCore/Storage/DataCipher.h"
+
+#include "tests/e2e/OrvaneTest.h"
+#include "tests/e2e/ScreenReader.h"
+
+#include <QJsonArray>
+
+#include <X11/keysym.h>
+
+namespace velmo {
+
+/// What each room is there for, done as a user does it: with the pointer on what is seen, and keys.
+class RoomTest : public OrvaneTest {
+protected:
+    void SetUp() override
+    {
+        screen.runWindowManager();
+        writeSettings({{"animationsEnabled", false}, {"closeOnMouseLeave", false}});
+    }
+
+    /// Where the control of that name is, or else one whose name holds it; empty if none comes.
+    QRect place(const QString &name)
+    {
+        QRect found;
+        const auto isThere = [&] {
+            for (const auto &node : controls(name)) {
+                if (found.isEmpty() || node.name == name)
+                    found = reader.frame(node);
+            }
+            return !found.isEmpty();
+        };
+        EXPECT_TRUE(eventually(isThere)) << qPrintable(name);
+        return found;
+    }
+    void click(const QString &name)
+    {
+        const QPoint point = place(name).center();
+        screen.movePointer(point.x(), point.y());
+        screen.click(point.x(), point.y());
+    }
+    bool isGone(const QString &name)
+    {
+        return eventually([&] { return controls(name).empty(); });
+    }
+    /// Goes to a module by its symbol in the bar.
+    void enter(const QString &module)
+    {
+        launch();
+        ASSERT_TRUE(reader.findsApplication());
+        const xcb_window_t focused = screen.focusedWindow();
+        pressHotKey();
+        ASSERT_TRUE(shows("expanded"));
+        ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != focused; }));
+        click(module);
+    }
+    bool isLive(const QString &part)
+    {
+        return eventually([&] {
+            const QJsonArray live = status()["live"].toArray();
+            return std::ranges::any_of(
+                live, [&](const auto &id) { return QJsonValue(id).toString().contains(part); });
+        });
+    }
+
+    ScreenReader reader{screen, bus, environment};
+
+private:
+    std::vector<ScreenReader::Node> controls(const QString &name) const
+    {
+        return reader.nodes([&](const ScreenReader::Node &node) {
+            return node.name.contains(name) && node.is(ScreenReader::visible) &&
+                   node.role != "page tab list" && node.role != "panel";
+        });
+    }
+};
+
+TEST_F(RoomTest, HomeStartsTheFocus)
+{
+    enter("Início");
+    click("Iniciar foco");
+    EXPECT_TRUE(isLive("pomodoro"));
+}
+
+TEST_F(RoomTest, ToolsCompressAChosenFileAndTheActivityTellsOfIt)
+{
+    home.write("home/carta.txt", "x");
+    enter("Ferramentas");
+    const xcb_window_t panel = screen.focusedWindow();
+    click("Escolher arquivos");
+    ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != panel; }));
+    type(home.path("home/carta.txt"));
+    screen.typeKey(XK_Return);
+    click("Compactar");
+    place("Nome do arquivo compactado");
+    screen.typeKey(XK_Return);
+    EXPECT_TRUE(eventually([&] { return QFile::exists(home.path("home/carta.zip")); }));
+
+    click("Atividade");
+    place("carta.zip");
+    click("Limpar");
+    pause(500ms); // longer than a double click
+    click("Apagar");
+    EXPECT_TRUE(isGone("carta.zip"));
+}
+
+TEST_F(RoomTest, TheShelfFindsATextAndCopiesIt)
+{
+    const auto text = [](const char *words) {
+        const QString value = QString::fromUtf8(words);
+        return ShelfItem{.id = makeUuid(), .content = {ShelfItem::Text{value}}, .name = value};
+    };
+    const ShelfStore::Snapshot kept{{text("outra coisa"), text("receita de bolo")}};
+    home.write("data/Orvane/Shelf/shelf.json", Json::encode(kept));
+    enter("Prateleira");
+    click("Buscar na prateleira");
+    type("bolo");
+    EXPECT_TRUE(isGone("outra coisa"));
+    screen.typeKey(XK_Return);
+    click("receita de bolo");
+    screen.typeKey(XK_c, {XK_Control_L});
+    EXPECT_TRUE(eventually([&] {
+        QProcess peer;
+        peer.setProcessEnvironment(environment);
+        peer.start(CLIPBOARD_PEER, {"read", "text"});
+        peer.waitForFinished();
+        return peer.readAll() == "receita de bolo\n";
+    }));
+}
+
+TEST_F(RoomTest, NotesTakeATask)
+{
+    enter("Notas");
+    click("Nova tarefa");
+    type("comprar pao");
+    screen.typeKey(XK_Return);
+    place("comprar pao");
+    const auto isKept = [&] {
+        if (!QFile::exists(home.path("data/Orvane/notes.json")))
+            return false;
+        const DataCipher cipher(home.read("state/Orvane/app.velmo.Velmo.storage:data-key-v1"));
+        const auto kept =
+            Json::decode<NotesStore::Snapshot>(cipher.open(home.read("data/Orvane/notes.json")));
+        return kept.tasks.size() == 1 && kept.tasks.front().title == "comprar pao";
+    };
+    EXPECT_TRUE(eventually(isKept));
+}
+
+TEST_F(RoomTest, TimersCountWhatIsTyped)
+{
+    enter("Timers");
+    click("Duração");
+    type("90");
+    click("Nome do timer");
+    type("massa");
+    screen.typeKey(XK_Return);
+    place("massa");
+    EXPECT_TRUE(isLive("timers."));
+}
+
+TEST_F(RoomTest, TheSystemTellsOfTheMachine)
+{
+    enter("Sistema");
+    for (const char *tile : {"Processador", "Memória"})
+        EXPECT_TRUE(frame("shape").contains(place(tile).center())) << tile;
+}
+
+TEST_F(RoomTest, TheSettingsKeepWhatIsClicked)
+{
+    launch();
+    ASSERT_TRUE(reader.findsApplication());
+    EXPECT_EQ(run({"settings"}).exitCode, 0);
+    click("Aparência");
+    click("Grande");
+    EXPECT_TRUE(eventually([&] {
+        return home.read("data/Orvane/settings.json").contains("\"panelSize\": \"large\"");
+    }));
+}
+
+} // namespace velmo
