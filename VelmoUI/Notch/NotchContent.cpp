@@ -169,7 +169,9 @@ QString NotchContent::accent() const
 QString NotchContent::clock() const
 {
     const QDateTime now = localDateTime(m_model.services().platform.scheduler.now());
-    return QLocale().toString(now.time(), QLocale::ShortFormat);
+    const QLocale locale;
+    return locale.toString(now.time(),
+                           locale.timeFormat(QLocale::ShortFormat).remove(QStringLiteral(":ss")));
 }
 
 QString NotchContent::day() const

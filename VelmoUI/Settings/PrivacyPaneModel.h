@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Permissions/PermissionKind.h"
 #include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Storage/DataFiles.h"
 #include "VelmoUI/Design/RecordListModel.h"
 
 #include <QObject>

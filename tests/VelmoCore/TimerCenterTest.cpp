@@ -161,7 +161,7 @@ TEST_F(TimerCenterTest, KeepsPresetsInOrderAndBoundsItsHistory)
     center->removePreset(60s);
     EXPECT_THAT(center->presets(), ElementsAre(120s, 300s, 600s, 1500s));
     config.focusMinutes = config.shortBreakMinutes = config.longBreakMinutes = 1;
-    center.emplace(std::nullopt, scheduler, activity, [this] { return config; });
+    center.emplace(std::nullopt, DataFiles(), scheduler, activity, [this] { return config; });
     center->startPomodoro();
     scheduler.advance(Seconds(60 * 2 * 501));
     EXPECT_EQ(center->history().size(), TimerCenter::historyLimit);
