@@ -27,7 +27,7 @@ Row {
             required property string symbol
             required property bool isSelected
             required property string shortcut
-            property bool showsTitle: false
+            property bool showsTitle
 
             name: title
             idleColor: isSelected ? Theme.surfaceSelected : "transparent"
