@@ -154,9 +154,15 @@ void eachLine(const QByteArray &text, const Visit &visit)
     }
 }
 
+/// Each line is whole: a lead byte at its end is a fault.
+QStringDecoder decoderOf(const char *page)
+{
+    return QStringDecoder(page, QStringDecoder::Flag::Stateless);
+}
+
 bool fits(const QByteArray &line, const char *page)
 {
-    QStringDecoder decoder(page);
+    QStringDecoder decoder = decoderOf(page);
     const QString decoded = decoder(line);
     return !decoder.hasError() && !decoded.contains(QChar::ReplacementCharacter);
 }
@@ -196,7 +202,7 @@ QString NameEncoding::decoded(const QByteArray &text, const QByteArray &codePage
     QString result;
     eachLine(text, [&](const QByteArray &line) {
         result += line.isValidUtf8() ? QString::fromUtf8(line)
-                                     : QString(QStringDecoder(codePage.constData())(line));
+                                     : QString(decoderOf(codePage.constData())(line));
     });
     return result;
 }
