@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <fcntl.h>
+#include <mutex>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -12,6 +13,7 @@ namespace velmo {
 
 namespace {
 
+std::mutex mutex; ///< guards the others
 int wanted = 0;
 int count = 0;
 bool lasts = false;
@@ -20,13 +22,16 @@ std::function<int()> action;
 /// Whether this call is to fail; errno says with what.
 bool fails()
 {
+    std::unique_lock lock(mutex);
     if (!action)
         return false;
     ++count;
     if (count < wanted || (count > wanted && !lasts))
         return false;
     const auto body = std::exchange(action, nullptr); // its own calls don't count
+    lock.unlock();
     const int code = body();
+    lock.lock();
     action = body;
     errno = code;
     return code != 0;
@@ -36,6 +41,7 @@ bool fails()
 
 void SystemCalls::interrupt(int at, bool isLasting, const std::function<int()> &before)
 {
+    const std::lock_guard lock(mutex);
     wanted = at;
     count = 0;
     lasts = isLasting;
@@ -44,6 +50,7 @@ void SystemCalls::interrupt(int at, bool isLasting, const std::function<int()> &
 
 bool SystemCalls::stop()
 {
+    const std::lock_guard lock(mutex);
     action = nullptr;
     return count >= wanted;
 }
