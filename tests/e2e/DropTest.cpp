@@ -9,7 +9,7 @@ namespace velmo {
 namespace {
 
 constexpr QPoint source{610, 600}; ///< in the window of the drag source, beside its picture
-constexpr QPoint surface{756, 60}; ///< in the drop surface
+constexpr QPoint surface{700, 60}; ///< in the zone for actions, beside one or two others
 constexpr QPoint notchZone{1100, 90};
 constexpr QPoint outside{700, 700};
 constexpr QPoint outsideItsButtons{500, 38}; ///< in the panel that shows what was dropped
