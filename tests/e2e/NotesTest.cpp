@@ -54,6 +54,7 @@ TEST_F(NotesTest, KeepANoteThatTheHotKeyBegan)
 
 TEST_F(NotesTest, KeepWhatWasTypedIntoALongOneJustBeforeTheEnd)
 {
+    writeSettings({{"animationsEnabled", false}});
     const QString text = QString("linha\n").repeated(20'000);
     const Date now{Seconds(double(QDateTime::currentSecsSinceEpoch()))};
     const Note note{.id = makeUuid(), .text = text, .created = now, .updated = now};
@@ -64,6 +65,9 @@ TEST_F(NotesTest, KeepWhatWasTypedIntoALongOneJustBeforeTheEnd)
         const xcb_window_t focused = screen.focusedWindow();
         ASSERT_EQ(run({"open", "notes"}).exitCode, 0);
         ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != focused; }));
+        const QPoint editor = frame("shape").center(); // which doesn't take the keyboard by itself
+        screen.click(editor.x(), editor.y());
+        screen.typeKey(XK_End, {XK_Control_L});
         screen.typeKey(key);
         typed += QLatin1Char(letter);
         pause(200ms); // the key comes before the end, but the note's rest after it

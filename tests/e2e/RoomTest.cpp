@@ -6,6 +6,7 @@
 #include "tests/e2e/OrvaneTest.h"
 #include "tests/e2e/ScreenReader.h"
 
+#include <QDateTime>
 #include <QJsonArray>
 
 #include <X11/keysym.h>
@@ -108,9 +109,10 @@ TEST_F(RoomTest, ToolsCompressAChosenFileAndTheActivityTellsOfIt)
 
 TEST_F(RoomTest, TheShelfFindsATextAndCopiesIt)
 {
-    const auto text = [](const char *words) {
-        const QString value = QString::fromUtf8(words);
-        return ShelfItem{.id = makeUuid(), .content = {ShelfItem::Text{value}}, .name = value};
+    const Date now{Seconds(double(QDateTime::currentSecsSinceEpoch()))};
+    const auto text = [&](const QString &words) {
+        return ShelfItem{
+            .id = makeUuid(), .content = {ShelfItem::Text{words}}, .name = words, .added = now};
     };
     const ShelfStore::Snapshot kept{{text("outra coisa"), text("receita de bolo")}};
     home.write("data/Orvane/Shelf/shelf.json", Json::encode(kept));
