@@ -167,7 +167,7 @@ TEST_F(RoomTest, TheSystemTellsOfTheMachine)
 {
     enter("Sistema");
     for (const char *tile : {"Processador", "Memória"})
-        EXPECT_TRUE(frame("shape").contains(place(tile).center())) << tile;
+        EXPECT_TRUE(eventually([&] { return frame("shape").contains(place(tile)); })) << tile;
 }
 
 TEST_F(RoomTest, TheSettingsKeepWhatIsClicked)
