@@ -46,6 +46,8 @@ NotchContainerView {
         }
     }
 
+    FocusReveal {}
+
     Shadow {
         anchors.fill: parent
         body: shape.body
