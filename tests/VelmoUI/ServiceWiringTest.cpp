@@ -154,7 +154,7 @@ TEST_F(ServiceWiringTest, BringsAllThatIsSealedWhenItsKeyComesAndLosesNothing)
     launch({DataProtectionStatus::Awaited{}});
     EXPECT_TRUE(services->files.isLoading());
     EXPECT_THAT(services->notes.notes(), IsEmpty());
-    copy(u"ambos"_qs);
+    services->clipboard.toggleFavorite(copy(u"ambos"_qs));
     copy(u"agora"_qs);
     post(u"agora"_qs);
     services->notes.createNote(u"agora"_qs);
@@ -167,7 +167,8 @@ TEST_F(ServiceWiringTest, BringsAllThatIsSealedWhenItsKeyComesAndLosesNothing)
     launch(protection);
     std::vector<QString> texts;
     for (const ClipItem &item : services->clipboard.items())
-        texts.push_back(item.text.value() + (item.isPinned ? u"*"_qs : QString()));
+        texts.push_back(item.text.value() +
+                        (item.isPinned && item.isFavorite ? u"*"_qs : QString()));
     EXPECT_THAT(texts, ElementsAre(u"agora"_qs, u"ambos*"_qs, u"antes"_qs));
     EXPECT_THAT(services->notes.notes(), SizeIs(2));
     EXPECT_EQ(services->activity.history().at(0).title, u"agora");
@@ -175,6 +176,28 @@ TEST_F(ServiceWiringTest, BringsAllThatIsSealedWhenItsKeyComesAndLosesNothing)
     EXPECT_EQ(services->shelf.items().at(0).name, u"agora");
     EXPECT_EQ(services->shelf.items().at(1).name, u"antes");
     EXPECT_THAT(services->files.issues(), IsEmpty());
+}
+
+TEST_F(ServiceWiringTest, KeepsCopiesFromWhenTheUserWantsThem)
+{
+    const auto want = [this](bool isWanted) {
+        services->settings.update([&](AppSettings &next) { next.clipboardEnabled = isWanted; });
+    };
+    const auto copy = [this](const char *text) {
+        desktop.pasteboard.offer({{Pasteboard::textType.toString(), text}});
+        desktop.scheduler.advance(1s);
+    };
+    want(false);
+    services->flush();
+    services.reset();
+    launch();
+    copy("antes");
+    want(true);
+    copy("depois");
+    want(false);
+    copy("tarde");
+    ASSERT_THAT(services->clipboard.items(), SizeIs(1));
+    EXPECT_EQ(services->clipboard.items()[0].text, u"depois"_qs);
 }
 
 TEST_F(ServiceWiringTest, ForgetsAShelfFileThatAJobHasTakenAway)
