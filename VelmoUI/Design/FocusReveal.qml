@@ -20,7 +20,7 @@ Item {
 
     // A list that makes it its current item has to know that first.
     onFocusedChanged: if (FocusCue.byKeys)
-        Qt.callLater(show)
+        Qt.callLater(show) // qmllint disable
 
     function show() {
         for (let inner = focused; inner; inner = inner.parent) {
