@@ -358,6 +358,8 @@ void undoDrop(AppServices &services, const ShelfTransfer::Moved &moved,
     ShelfTransfer transfer{.kind = Kind::moveHome, .moved = moved, .finished = finished};
     for (const auto &[item, from, home] : services.shelf.depart(items))
         transfer.leaving.push_back({item, from, homes.at(item)});
+    // The shelf has the newest first: they go as they came, which is how `moved` looks for them.
+    std::ranges::reverse(transfer.leaving);
     if (!transfer.leaving.empty())
         transfer.start(services);
 }
