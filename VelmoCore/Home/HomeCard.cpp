@@ -172,9 +172,9 @@ std::vector<HomeCard> HomeCards::shown(const std::set<HomeCard> &available,
 
 double HomeLayout::idealWidth(const std::vector<HomeCard> &cards, bool hasWelcome)
 {
-    double width = margins + (hasWelcome ? welcomeWidth : 0);
+    double width = margins + (hasWelcome ? welcomeWidth + roomByCard : 0);
     for (const HomeCard card : cards)
-        width += HomeCards::width(card) + cardGap;
+        width += HomeCards::width(card) + roomByCard;
     return width;
 }
 
@@ -183,7 +183,7 @@ std::vector<HomeLayout::Page> HomeLayout::pages(const std::vector<HomeCard> &car
 {
     std::vector<Item> items;
     if (hasWelcome)
-        items.push_back({welcomeWidth - cardGap, welcomeWidth - cardGap});
+        items.push_back({welcomeWidth, welcomeWidth});
     for (const HomeCard card : cards) {
         const double wanted = HomeCards::width(card);
         items.push_back({wanted, std::min(wanted, leastCardWidth)});

@@ -49,9 +49,10 @@ std::vector<HomeCard> shown(const std::set<HomeCard> &available, const std::set<
 
 namespace HomeLayout {
 
-inline constexpr double cardGap = 10;
+/// What Home asks for beside its cards, and with each of them.
 inline constexpr double margins = 72;
-inline constexpr double welcomeWidth = 290;
+inline constexpr double roomByCard = 10;
+inline constexpr double welcomeWidth = 280;
 /// How far a card shrinks before another page is made, unless it is narrower anyway.
 inline constexpr double leastCardWidth = 150;
 
@@ -79,7 +80,7 @@ double idealWidth(const std::vector<HomeCard> &cards, bool hasWelcome);
 /// as hold them shrunk, about as much on each, none alone where it can be helped. A page's cards
 /// fill it from side to side. The welcome card doesn't shrink. Never empty.
 std::vector<Page> pages(const std::vector<HomeCard> &cards, bool hasWelcome, double width,
-                        double gap = cardGap);
+                        double gap);
 
 /// In how many columns so many icons become largest within `largest`, fewest rows first.
 int iconColumns(int count, double width, double height, double largest);

@@ -54,32 +54,35 @@ TEST(HomeLayout, FillsAsFewPagesAsHoldItsCards)
         double width;
         std::vector<std::size_t> perPage;
     };
-    const std::vector<Case> cases = {
+    std::vector<Case> cases = {
         {{}, false, 650, {0}},
         {{}, true, 650, {0}},
         {{focus}, false, 650, {1}},
         {{music}, false, 10, {1}},
-        {built, false, 1020, {6}},      // compact
-        {built, false, 146 + 800, {6}}, // all at their least
-        {built, false, 945, {3, 3}},    // no longer
-        {built, true, 1020, {3, 3}},
-        {first(7), false, 1020, {3, 4}}, // not 6 and an orphan
-        {first(7), false, 1140, {7}},
-        {first(9), false, 1020, {5, 4}},
+        {built, false, 146 + 790, {6}}, // all at their least
+        {built, false, 935, {3, 3}},    // no longer
+        {built, true, 1024, {3, 3}},
+        {first(7), false, 1024, {3, 4}}, // not 6 and an orphan
+        {first(7), false, 1144, {7}},
+        {first(9), false, 1024, {5, 4}},
         {first(9), false, 650, {3, 3, 3}},
         {{music, shelf}, true, 400, {0, 2}},
     };
+    for (const double width : {1024, 1144, 1264}) { // compact, regular, large
+        for (std::size_t count = 1; count <= built.size(); ++count)
+            cases.push_back({Cards(built.begin(), built.begin() + count), false, width, {count}});
+    }
     for (const auto &[cards, hasWelcome, width, perPage] : cases) {
         SCOPED_TRACE(testing::Message() << cards.size() << " cards in " << width);
         std::vector<std::size_t> counts;
         Cards order;
-        for (const auto &page : HomeLayout::pages(cards, hasWelcome, width, 10)) {
+        for (const auto &page : HomeLayout::pages(cards, hasWelcome, width, 8)) {
             EXPECT_EQ(page.welcomeWidth > 0, hasWelcome && counts.empty());
-            double edge = page.welcomeWidth > 0 ? page.welcomeWidth : -10;
+            double edge = page.welcomeWidth > 0 ? page.welcomeWidth : -8;
             for (const auto &[card, own] : page.cards) {
                 EXPECT_GE(own, std::min({HomeCards::width(card), 150.0, width}));
                 EXPECT_EQ(own, std::floor(own));
-                edge += own + 10;
+                edge += own + 8;
                 order.push_back(card);
             }
             counts.push_back(page.cards.size());
@@ -90,7 +93,7 @@ TEST(HomeLayout, FillsAsFewPagesAsHoldItsCards)
         EXPECT_EQ(counts, perPage);
         EXPECT_EQ(order, cards);
     }
-    const auto shared = HomeLayout::pages({favorites, shelf}, false, 802, 10).front().cards;
+    const auto shared = HomeLayout::pages({favorites, shelf}, false, 800, 8).front().cards;
     EXPECT_EQ(shared, (std::vector<HomeLayout::Place>{{favorites, 292}, {shelf, 500}}));
 }
 

@@ -89,7 +89,7 @@ private:
     RecordListModel<HomeCardRow> m_cards;
     RecordListModel<HomeTip> m_tips;
     double m_width = 0;
-    double m_gap = HomeLayout::cardGap;
+    double m_gap = 0;
     double m_welcomeWidth = 0;
     int m_wheelAngle = 0;
     int m_pageCount = 1;
