@@ -23,30 +23,38 @@ Row {
 
     T.Slider {
         id: control
+
+        readonly property real knobX: visualPosition * (width - Theme.smallSymbolSize)
+
         width: Theme.sliderWidth
         height: Theme.controlHeight
-        layer.enabled: !enabled // fades as one, or the track shows through the knob
         snapMode: T.Slider.SnapAlways
         focusPolicy: Qt.StrongFocus
         Accessible.name: slider.name
         onMoved: slider.moved(value)
 
-        background: Rectangle {
+        // Left and right of the knob: what is disabled is seen through, and nothing lies under it.
+        background: Item {
             y: (control.height - height) / 2
             width: control.width
             height: Theme.barHeight
-            radius: height / 2
-            color: Theme.off
 
             Rectangle {
-                width: control.visualPosition * parent.width
+                width: control.knobX + 1
                 height: parent.height
-                radius: parent.radius
+                radius: height / 2
                 color: Theme.accent
+            }
+            Rectangle {
+                x: control.knobX + Theme.smallSymbolSize - 1
+                width: parent.width - x
+                height: parent.height
+                radius: height / 2
+                color: Theme.off
             }
         }
         handle: Rectangle {
-            x: control.visualPosition * (control.width - width)
+            x: control.knobX
             y: (control.height - height) / 2
             width: Theme.smallSymbolSize
             height: width
