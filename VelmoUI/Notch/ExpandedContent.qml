@@ -93,8 +93,9 @@ FocusScope {
 
     // A drop that closed the panel has moved files: what it did can be taken back here.
     Loader {
-        anchors.horizontalCenter: page.horizontalCenter
+        anchors.right: page.right
         anchors.bottom: page.bottom
+        anchors.margins: Theme.grid
         active: expanded.content.canUndoDrop
         onActiveChanged: if (!active && activeFocus)
             page.forceActiveFocus()
