@@ -6,6 +6,7 @@ import Velmo
 GridView {
     id: grid
 
+    property int spacing: Theme.gap
     property int rows: Theme.isLarge && height >= 3 * Theme.leastRow ? 3 : 2
 
     flow: GridView.FlowTopToBottom
@@ -21,5 +22,6 @@ GridView {
     EdgeFades {
         parent: grid
         flickable: grid
+        overhang: grid.spacing
     }
 }

@@ -5,6 +5,12 @@ import Velmo
 ListView {
     id: list
 
+    /// Equal parts of the list, as many as stand in it at that width.
+    function share(index: int, least: int): int {
+        const part = (width + spacing) / count;
+        return part < least + spacing ? least : Math.round((index + 1) * part) - Math.round(index * part) - spacing;
+    }
+
     orientation: ListView.Horizontal
     spacing: Theme.gap
     clip: true

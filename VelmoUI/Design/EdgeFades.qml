@@ -6,6 +6,8 @@ Item {
     id: fades
 
     required property Flickable flickable
+    /// How far the list goes on beyond the end of the page.
+    property int overhang: 0
 
     anchors.fill: parent
 
@@ -28,7 +30,7 @@ Item {
 
     Rectangle {
         anchors.right: parent.right
-        width: Theme.fadeWidth
+        width: Theme.fadeWidth + fades.overhang
         height: parent.height
         visible: !fades.flickable.atXEnd
         gradient: Gradient {
@@ -38,7 +40,7 @@ Item {
                 color: Theme.shapeEdge
             }
             GradientStop {
-                position: 1
+                position: Theme.fadeWidth / (Theme.fadeWidth + fades.overhang)
                 color: Theme.shape
             }
         }

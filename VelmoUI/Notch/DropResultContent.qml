@@ -142,9 +142,12 @@ FocusScope {
 
     CardList {
         id: tiles
+
+        readonly property real room: result.width - 2 * Theme.margin - Theme.gap
+
         x: Theme.margin
         y: title.y + title.height + Theme.grid
-        width: Math.min(contentWidth, (parent.width - 2 * x - Theme.gap) / 2)
+        width: Math.min(contentWidth, Math.max(Math.floor(room / 2), room - actions.columns * actions.leastWidth))
         height: parent.height - y - Theme.margin
         model: result.content.droppedItems
         Accessible.role: Accessible.List
@@ -158,12 +161,16 @@ FocusScope {
 
     CardGrid {
         id: actions
+
+        readonly property int columns: Math.max(1, Math.ceil(count / rows))
+        readonly property int leastWidth: Theme.fieldWidth
+
         x: tiles.x + tiles.width + Theme.gap
         y: tiles.y
         width: parent.width - x - Theme.margin + Theme.gap
         height: tiles.height + Theme.gap
         rows: 3
-        cellWidth: Theme.fieldWidth
+        cellWidth: Math.max(leastWidth, Math.floor(width / columns))
         focus: true
         model: result.content.dropActions
         Accessible.role: Accessible.List

@@ -385,6 +385,37 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
     }
 }
 
+TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)
+{
+    addBuiltInModules(services.modules);
+    for (int number = 0; number < 20; ++number)
+        services.clipboard.add(
+            ClipItems::fromText(QString(200, u'█') + QChar(u'a' + number), {}, {}).value());
+    services.timers.startTimer(10s);
+    start();
+    showView();
+    for (const PanelSize size : {PanelSize::compact, PanelSize::regular, PanelSize::large}) {
+        change([&](AppSettings &next) { next.panelSize = size; });
+        int edge = 0;
+        for (const auto &[page, card] :
+             {std::pair(u"system", "SystemTile"), {u"timers", "TimerCard"}}) {
+            coordinator.open(QString::fromUtf16(page));
+            view().grabWindow();                                 // lays it out
+            edge = shape()[0].toInt() + shape()[2].toInt() - 20; // its foot is 12 wide
+            double right = 0;
+            for (const QQuickItem *item : items()) {
+                if (QByteArray(item->metaObject()->className()).startsWith(card))
+                    right = std::max(right, item->mapToScene({item->width(), 0}).x());
+            }
+            EXPECT_EQ(right, edge) << card << int(size);
+        }
+        coordinator.open(u"clipboard"_qs);
+        const QImage picture = view().grabWindow();
+        for (int y = 40; y < shape()[3].toInt(); ++y)
+            EXPECT_LT(picture.pixelColor(edge - 1, y).lightness(), 16) << "it fades at " << y;
+    }
+}
+
 TEST_F(NotchViewTest, GivesTheKeyboardToTheActionsOfAnotherDrop)
 {
     start();

@@ -71,6 +71,7 @@ Item {
 
     CardGrid {
         id: grid
+        spacing: Theme.grid
         y: tags.y + (tags.visible ? tags.height + Theme.grid : 0)
         width: parent.width + Theme.grid
         height: parent.height - y + Theme.grid

@@ -30,6 +30,10 @@ FocusScope {
         readonly property int otherCount: count - (accessoryColumns > 0 ? 1 : 0)
         readonly property real tileWidth: Math.max(Theme.leastTileWidth, Math.floor(
             (width - (count - 1) * spacing) / (otherCount + columnShare * accessoryColumns)))
+        readonly property real listWidth: accessoryColumns * Math.floor(tileWidth * columnShare)
+        /// The last tile takes what whole points leave, up to the page's margin.
+        readonly property real lastWidth: Math.max(tileWidth,
+            width - (count - 1) * spacing - (otherCount - 1) * tileWidth - listWidth)
 
         anchors.fill: parent
         focus: true
@@ -43,7 +47,7 @@ FocusScope {
 
         delegate: SystemTile {
             columnWidth: isAccessories ? Math.floor(tiles.tileWidth * tiles.columnShare)
-                                            : tiles.tileWidth
+                : index === tiles.count - 1 ? tiles.lastWidth : tiles.tileWidth
             height: ListView.view.height
             accessoryRows: tiles.accessoryRows
             accessories: isAccessories ? view.page.accessories : null

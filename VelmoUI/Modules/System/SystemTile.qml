@@ -66,7 +66,7 @@ Card {
     Label {
         x: Theme.cardPadding
         anchors.bottom: button.visible ? button.top : explanation.top
-        anchors.bottomMargin: button.visible ? 2 * Theme.grid : 0
+        anchors.bottomMargin: button.visible ? 4 * Theme.grid : 0
         width: parent.width - 2 * x
         visible: !tile.isMeasured
         text: tile.value
