@@ -64,7 +64,7 @@ FocusScope {
                 Accessible.name: "Timers"
 
                 delegate: TimerCard {
-                    width: ListView.view.share(index, 176)
+                    width: list.share(index, 176)
                     height: ListView.view.height
                     page: view.page
                 }
