@@ -41,7 +41,9 @@ Row {
             onTriggered: tabs.content.selectModule(tab.id)
 
             // Titles move the symbols, so they wait for the pointer to leave.
-            Binding on showsTitle {
+            Binding {
+                target: tab
+                property: "showsTitle"
                 value: tab.isSelected && label.implicitWidth <= tabs.titleRoom
                 when: !tabs.content.isBarHeld
                 restoreMode: Binding.RestoreNone
