@@ -105,7 +105,7 @@ PermissionStatus statusOf(const BluetoothAdapter &bluetooth)
     if (bluetooth.isPoweredOn())
         return {PermissionStatus::Granted()};
     if (!bluetooth.issue().isEmpty())
-        return {PermissionStatus::NotGranted()};
+        return {PermissionStatus::Partial{bluetooth.issue()}};
     return {PermissionStatus::NotDetermined()};
 }
 
