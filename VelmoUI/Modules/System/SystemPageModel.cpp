@@ -109,9 +109,9 @@ SystemTileRow processor(std::optional<double> load)
                        .title = QStringLiteral("Processador")};
     if (!load)
         return unknown(tile, QStringLiteral("A carga não pôde ser lida."));
-    tile.value = percentText(int(std::lround(*load * 100)));
+    tile.progress = std::min(*load, 1.0); // what waits for a busy processor makes it no busier
+    tile.value = percentText(int(std::lround(tile.progress * 100)));
     tile.detail = QStringLiteral("no último minuto");
-    tile.progress = std::min(*load, 1.0);
     return tile;
 }
 
