@@ -62,7 +62,7 @@ Row {
                 height: parent.height
                 visible: tab.showsTitle
                 text: tab.title
-                color: tab.isSelected ? Theme.text : Theme.secondaryText
+                opacity: tab.isSelected ? 1 : 0 // its room may have to stay
                 font.pixelSize: Theme.smallSize
                 font.weight: Font.Medium
                 Accessible.ignored: true
