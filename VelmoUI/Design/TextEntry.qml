@@ -20,6 +20,10 @@ FocusScope {
         field.selectAll();
     }
 
+    function selectFirst(count: int) {
+        field.select(0, count);
+    }
+
     implicitWidth: Theme.fieldWidth
     implicitHeight: Theme.controlHeight
 

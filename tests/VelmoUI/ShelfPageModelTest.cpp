@@ -164,6 +164,7 @@ TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
 
     EXPECT_TRUE(page.handleKey(Qt::Key_F2, noModifier));
     EXPECT_EQ(page.renaming(), field(0, "id").toString());
+    EXPECT_EQ(page.renamingLength(), 1) << "not the extension";
     page.rename(u"b.txt"_qs);
     EXPECT_EQ(shown(), u"b.txtexample.orgnota");
     EXPECT_TRUE(QFileInfo::exists(desktop.folder.path(u"data/Shelf/Copies/Mesa/b.txt"_qs)));

@@ -6,6 +6,8 @@
 #include "VelmoUI/Modules/Shelf/ShelfOpening.h"
 #include "VelmoUI/Notch/ShelfTransfer.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <array>
 
@@ -246,6 +248,18 @@ void ShelfPageModel::ask(bool forGroup)
 {
     m_isGrouping = forGroup;
     m_renaming = forGroup ? std::nullopt : std::optional(selected().front().id);
+}
+
+int ShelfPageModel::renamingLength() const
+{
+    const int place = m_renaming ? m_selection.placeOf(*m_renaming) : -1;
+    if (place < 0)
+        return 0;
+    const ShelfItem &item = m_shown[std::size_t(place)];
+    const QFileInfo file(item.name);
+    const bool hasExtension = std::holds_alternative<ShelfItem::File>(item.content.value) &&
+                              !file.suffix().isEmpty() && !file.completeBaseName().isEmpty();
+    return int(hasExtension ? file.completeBaseName().size() : item.name.size());
 }
 
 void ShelfPageModel::rename(const QString &name)

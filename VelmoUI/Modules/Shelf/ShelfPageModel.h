@@ -36,6 +36,8 @@ class ShelfPageModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *commands READ commands CONSTANT)
     /// The id of the item whose name is being changed; empty for none.
     Q_PROPERTY(QString renaming READ renaming NOTIFY changed)
+    /// How much of that item's name a new one replaces: all but a file's extension.
+    Q_PROPERTY(int renamingLength READ renamingLength NOTIFY changed)
     /// Whether the selection's group is being chosen, and its name so far.
     Q_PROPERTY(bool isGrouping READ isGrouping NOTIFY changed)
     Q_PROPERTY(QString selectedGroup READ selectedGroup NOTIFY changed)
@@ -59,6 +61,7 @@ public:
     bool canUndo() const { return !m_removed.empty(); }
     QAbstractItemModel *commands() { return &m_commands; }
     QString renaming() const { return m_renaming ? uuidText(*m_renaming) : QString(); }
+    int renamingLength() const;
     bool isGrouping() const { return m_isGrouping; }
     QString selectedGroup() const;
 

@@ -180,7 +180,7 @@ Item {
             Keys.onEscapePressed: tile.GridView.view.forceActiveFocus()
             Component.onCompleted: {
                 forceActiveFocus();
-                selectAll();
+                selectFirst(tile.page.renamingLength);
             }
         }
     }
