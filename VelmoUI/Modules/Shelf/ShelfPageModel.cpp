@@ -122,7 +122,8 @@ QString ShelfPageModel::summary() const
 {
     if (canUndo())
         return m_areGoingHome
-                   ? ShelfRows::count(m_removed.size(), u"1 item devolvido", u"%1 itens devolvidos")
+                   ? ShelfRows::count(m_removed.size(), u"1 item volta à pasta",
+                                      u"%1 itens voltam à pasta")
                    : ShelfRows::count(m_removed.size(), u"1 item removido", u"%1 itens removidos");
     if (!m_notice.isEmpty())
         return m_notice;
