@@ -1,11 +1,11 @@
 #include "VelmoUI/Notch/NotchContent.h"
 
+#include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoSystem/Storage/StorageInspector.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
 
-#include <QFileInfo>
 #include <QLocale>
 #include <QRegularExpression>
 
@@ -20,17 +20,20 @@ namespace {
 /// More would only be scrolled past, and take long to make.
 constexpr std::size_t mostTiles = 50;
 
-DroppedRow fileRow(const QUrl &url, const ShelfStore &shelf)
+/// `details` may not have come yet.
+DroppedRow fileRow(const QUrl &url, const DroppedFiles::Details *details, const ShelfStore &shelf)
 {
-    const QFileInfo file(url.toLocalFile());
-    const bool isFolder = file.isDir();
-    const QString detail =
-        isFolder ? QStringLiteral("Pasta") : StorageInspector::format(file.size());
+    const bool isFolder = details && details->isFolder;
+    QStringList texts;
+    if (shelf.isInNotch(url))
+        texts.append(QStringLiteral("Na prateleira"));
+    if (details)
+        texts.append(isFolder ? QStringLiteral("Pasta") : StorageInspector::format(details->size));
     return {{},
             isFolder ? QStringLiteral("folder.fill") : QStringLiteral("doc.fill"),
-            file.fileName(),
-            shelf.isInNotch(url) ? QStringLiteral("Na prateleira · %1").arg(detail) : detail,
-            isFolder ? QUrl() : QUrl(ThumbnailProvider::urlFor(file.filePath())),
+            FileNaming::nameOf(url),
+            texts.join(QStringLiteral(" · ")),
+            details && !isFolder ? QUrl(ThumbnailProvider::urlFor(url.toLocalFile())) : QUrl(),
             {}};
 }
 
@@ -62,30 +65,32 @@ DroppedRow restRow(std::size_t count)
             {}};
 }
 
-DroppedRow droppedRow(const DroppedItem &item, const ShelfStore &shelf)
+DroppedRow droppedRow(const DroppedItem &item, const DroppedFiles &files, const ShelfStore &shelf)
 {
-    DroppedRow row = std::visit(
-        overloaded{
-            [&](const DroppedItem::File &file) { return fileRow(file.value, shelf); },
-            [](const DroppedItem::Link &link) {
-                return DroppedRow{{},
-                                  QStringLiteral("link"),
-                                  link.value.host().isEmpty() ? link.value.toDisplayString()
+    DroppedRow row = std::visit(overloaded{
+                                    [&](const DroppedItem::File &file) {
+                                        return fileRow(file.value, files.find(file.value), shelf);
+                                    },
+                                    [](const DroppedItem::Link &link) {
+                                        return DroppedRow{{},
+                                                          QStringLiteral("link"),
+                                                          link.value.host().isEmpty()
+                                                              ? link.value.toDisplayString()
                                                               : link.value.host(),
-                                  link.value.toDisplayString(),
-                                  {},
-                                  {}};
-            },
-            [](const DroppedItem::Text &text) {
-                return DroppedRow{{},
-                                  QStringLiteral("text.alignleft"),
-                                  text.value.simplified(),
-                                  QStringLiteral("Texto"),
-                                  {},
-                                  {}};
-            },
-        },
-        item.content);
+                                                          link.value.toDisplayString(),
+                                                          {},
+                                                          {}};
+                                    },
+                                    [](const DroppedItem::Text &text) {
+                                        return DroppedRow{{},
+                                                          QStringLiteral("text.alignleft"),
+                                                          text.value.simplified(),
+                                                          QStringLiteral("Texto"),
+                                                          {},
+                                                          {}};
+                                    },
+                                },
+                                item.content);
     row.id = item.id();
     row.removal = QStringLiteral("Remover %1").arg(row.title);
     return row;
@@ -95,7 +100,7 @@ DroppedRow droppedRow(const DroppedItem &item, const ShelfStore &shelf)
 
 NotchContent::NotchContent(NotchViewModel &model)
     : m_model(model), m_live(model.services().activity, model.services().platform.scheduler),
-      m_issues(model.services())
+      m_issues(model.services()), m_files(model.services().platform.scheduler)
 {
     AppServices &services = model.services();
     connect(&model, &NotchViewModel::presentationChanged, this, [this] {
@@ -115,6 +120,9 @@ NotchContent::NotchContent(NotchViewModel &model)
     connect(&model, &NotchViewModel::modulesChanged, this, &NotchContent::updateModules);
     connect(&model, &NotchViewModel::dropTargetChanged, this, &NotchContent::updateDropZones);
     connect(&model, &NotchViewModel::droppedItemsChanged, this, &NotchContent::updateDroppedItems);
+    connect(&model, &NotchViewModel::droppedFileMoved, &m_files, &DroppedFiles::move);
+    connect(&m_files, &DroppedFiles::changed, this, &NotchContent::updateDroppedRows);
+    connect(&m_files, &DroppedFiles::changed, this, &NotchContent::dropletChanged);
     connect(&model, &NotchViewModel::dropletChanged, this, &NotchContent::dropletChanged);
     connect(&model, &NotchViewModel::gulped, this, &NotchContent::gulped);
     connect(&m_issues, &PanelIssues::changed, this, &NotchContent::issuesChanged);
@@ -211,13 +219,14 @@ QPointF NotchContent::dropletStart() const
 QString NotchContent::dropletSymbol() const
 {
     const auto &droplet = m_model.droplet();
-    return droplet ? droppedRow(droplet->item, m_model.services().shelf).symbol : QString();
+    return droplet ? droppedRow(droplet->item, m_files, m_model.services().shelf).symbol
+                   : QString();
 }
 
 QUrl NotchContent::dropletImage() const
 {
     const auto &droplet = m_model.droplet();
-    return droplet ? droppedRow(droplet->item, m_model.services().shelf).image : QUrl();
+    return droplet ? droppedRow(droplet->item, m_files, m_model.services().shelf).image : QUrl();
 }
 
 int NotchContent::dropletFlight() const
@@ -311,15 +320,26 @@ void NotchContent::updateDropZones()
     m_dropZones.setRecords(rows);
 }
 
-void NotchContent::updateDroppedItems()
+void NotchContent::updateDroppedRows()
 {
     const std::vector<DroppedItem> &items = m_model.droppedItems();
     std::vector<DroppedRow> rows;
     for (const DroppedItem &item : items | std::views::take(mostTiles))
-        rows.push_back(droppedRow(item, m_model.services().shelf));
+        rows.push_back(droppedRow(item, m_files, m_model.services().shelf));
     if (items.size() > mostTiles)
         rows.push_back(restRow(items.size() - mostTiles));
     m_droppedItems.setRecords(rows);
+}
+
+void NotchContent::updateDroppedItems()
+{
+    QSet<QUrl> files;
+    for (const DroppedItem &item : m_model.droppedItems() | std::views::take(mostTiles)) {
+        if (const auto file = item.fileURL())
+            files.insert(*file);
+    }
+    m_files.follow(files);
+    updateDroppedRows();
     m_dropActions.setRecords(offeredActions());
     updateDropJob();
     Q_EMIT droppedItemsChanged();

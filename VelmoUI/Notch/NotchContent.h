@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VelmoUI/Modules/Activity/LiveRows.h"
+#include "VelmoUI/Notch/DroppedFiles.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
 #include "VelmoUI/Notch/PanelIssues.h"
 
@@ -261,12 +262,14 @@ private:
     void updateModules();
     void updateDropZones();
     void updateDroppedItems();
+    void updateDroppedRows();
     void updateDropJob();
     std::vector<DropActionRow> offeredActions() const;
 
     NotchViewModel &m_model;
     LiveRows m_live;
     PanelIssues m_issues;
+    DroppedFiles m_files;     ///< those that have tiles
     ActivityEvent m_feedback; ///< the last one, also while it fades out
     RecordListModel<ModuleTab> m_leftModules;
     RecordListModel<ModuleTab> m_rightModules;

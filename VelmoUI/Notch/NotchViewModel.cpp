@@ -339,6 +339,7 @@ ShelfDrop::Moved NotchViewModel::followDropped()
                 continue;
             *item = {DroppedItem::File{to}};
             *place = std::size_t(item - items.begin()) + 1;
+            Q_EMIT self->droppedFileMoved(from, to);
         }
         if (!moves.empty())
             Q_EMIT self->droppedItemsChanged();

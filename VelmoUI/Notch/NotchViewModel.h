@@ -139,6 +139,8 @@ Q_SIGNALS:
     /// Of the bar or of the page, which may leave the shape as it is.
     void contentSizeChanged();
     void homePageRequested(int direction);
+    /// One of the dropped items stands elsewhere; all that moved at once are told next.
+    void droppedFileMoved(const QUrl &from, const QUrl &to);
     void droppedItemsChanged();
     void dropTargetChanged();
     void dropletChanged();

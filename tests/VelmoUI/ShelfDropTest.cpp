@@ -1,3 +1,4 @@
+#include "VelmoSystem/Storage/StorageInspector.h"
 #include "VelmoUI/Notch/NotchContent.h"
 
 #include "tests/VelmoUI/FakeModule.h"
@@ -143,6 +144,22 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
     EXPECT_FALSE(QFile::exists(last.fileURL()->toLocalFile()));
     model.receiveDrop({link});
     EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
+}
+
+TEST_F(ShelfDropTest, LooksAtFilesAwayFromTheMainThreadAndOnce)
+{
+    NotchContent content(model);
+    const auto details = [&] { return column(content.droppedItems(), "detail"); };
+    const QString folder = desktop.folder.path(u"pasta"_qs);
+    QDir().mkpath(folder);
+    drop(DropZone::actions, {file(u"a.txt"_qs), {DroppedItem::File{QUrl::fromLocalFile(folder)}}});
+    EXPECT_EQ(details(), QStringList({QString(), QString()})) << "none has been looked at";
+    waitFor([&] { return !details().contains(QString()); });
+    EXPECT_EQ(details(), QStringList({StorageInspector::format(9), u"Pasta"_qs}));
+    model.keepDropped();
+    finishJobs();
+    EXPECT_EQ(details(), QStringList({u"Na prateleira · "_qs + StorageInspector::format(9),
+                                      u"Na prateleira · Pasta"_qs}));
 }
 
 TEST_F(ShelfDropTest, TakesBackWhatItMovedForAWhile)
