@@ -2,11 +2,8 @@
 
 #include "VelmoSystem/FileProcessing/LocalFiles.h"
 
-#include <QMimeData>
 #include <QSet>
 #include <QStringDecoder>
-
-#include <algorithm>
 
 namespace velmo {
 
@@ -55,21 +52,6 @@ std::optional<DroppedItem> textItem(const QString &text)
 }
 
 } // namespace
-
-DropReader::Contents DropReader::read(const QMimeData &data)
-{
-    Contents contents{.urls = data.data(QStringLiteral("text/uri-list"))};
-    while (contents.urls.endsWith('\0'))
-        contents.urls.chop(1);
-    if (contents.urls.trimmed().isEmpty())
-        contents.mozillaURLs = data.data(QStringLiteral("text/x-moz-url"));
-    // Without a text of its own, `text()` would make one of the URLs that were turned down.
-    const bool hasOwnText = std::ranges::any_of(
-        data.formats(), [](const QString &format) { return format.startsWith(u"text/plain"); });
-    if (hasOwnText && !contents.isLong())
-        contents.text = data.text();
-    return contents;
-}
 
 std::vector<DroppedItem> DropReader::items(const Contents &contents)
 {

@@ -6,7 +6,7 @@ LinuxPlatform::LinuxPlatform(Scheduler &scheduler)
     : m_scheduler(scheduler), m_displays(m_connection, ScreenCutouts::ofThisMachine()),
       m_pointer(m_connection, m_displays, scheduler), m_dragPasteboard(m_connection),
       m_hotKeyGrabber(m_connection), m_workspace(m_connection, m_displays),
-      m_panelWindows(m_connection), m_fileViewer(QDBusConnection::sessionBus()),
+      m_panelWindows(m_connection, scheduler), m_fileViewer(QDBusConnection::sessionBus()),
       m_appearance(QDBusConnection::sessionBus()), m_sleep(QDBusConnection::systemBus()),
       m_powerDevices(QDBusConnection::systemBus()), m_power(m_powerDevices),
       m_accessories(m_powerDevices), m_network(QDBusConnection::systemBus()),

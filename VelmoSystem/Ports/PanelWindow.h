@@ -1,8 +1,10 @@
 #pragma once
 
 #include "VelmoCore/Foundation/Geometry.h"
+#include "VelmoSystem/FileProcessing/DropReader.h"
 #include "VelmoSystem/Ports/Pointer.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -15,6 +17,14 @@ namespace velmo {
 /// and that never takes the focus unless told to.
 class PanelWindow {
 public:
+    /// What to do with a drop that the window has accepted. Its source is asked without waiting.
+    struct DropHandler {
+        /// It fell, and what it holds is on its way. For the window the drag has left.
+        std::function<void()> began;
+        /// That has come, or nothing has. False if nothing of it can be taken.
+        std::function<bool(const DropReader::Contents &)> ended;
+    };
+
     virtual ~PanelWindow() = default;
 
     virtual WindowID id() const = 0;
@@ -38,6 +48,8 @@ public:
     /// Gives the keyboard back to the window that had it. Does nothing without the keyboard.
     virtual void resignKey() = 0;
     virtual bool isKey() const = 0;
+
+    virtual void setDropHandler(DropHandler handler) = 0;
 };
 
 /// Makes panel windows of plain ones.

@@ -20,15 +20,6 @@ void accept(QDropEvent *event, bool moves)
     event->accept();
 }
 
-/// What moves is moved by Orvane: a source that heard of a move might remove the file itself, even
-/// before it has come. It hears that the drop was taken, and of no action.
-void acceptForGood(QDropEvent *event)
-{
-    const bool canBeCopy = event->possibleActions().testFlag(Qt::CopyAction);
-    event->setDropAction(canBeCopy ? Qt::CopyAction : Qt::IgnoreAction);
-    event->accept();
-}
-
 } // namespace
 
 NotchContainerView::NotchContainerView(QQuickItem *parent) : QQuickItem(parent)
@@ -71,15 +62,6 @@ void NotchContainerView::dragLeaveEvent(QDragLeaveEvent *event)
     if (m_handlers.draggingExited)
         m_handlers.draggingExited();
     event->accept();
-}
-
-void NotchContainerView::dropEvent(QDropEvent *event)
-{
-    const DropReader::Contents contents = DropReader::read(*event->mimeData());
-    if (m_handlers.performDrop && m_handlers.performDrop(pointFrom(event->position()), contents))
-        acceptForGood(event);
-    else
-        event->ignore();
 }
 
 } // namespace velmo

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VelmoCore/Foundation/Geometry.h"
-#include "VelmoSystem/FileProcessing/DropReader.h"
 
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
@@ -10,7 +9,8 @@
 
 namespace velmo {
 
-/// The root item of a panel's window: takes taps beside the content's own controls, and drops.
+/// The root item of a panel's window: takes taps beside the content's own controls, and what is
+/// dragged over it. Drops come to the window.
 class NotchContainerView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -23,8 +23,6 @@ public:
         /// Whether files would be moved from where they stand, if they fell there.
         std::function<bool(Point)> draggingUpdated;
         std::function<void()> draggingExited;
-        /// False if nothing of it can be taken.
-        std::function<bool(Point, const DropReader::Contents &)> performDrop;
     };
 
     explicit NotchContainerView(QQuickItem *parent = nullptr);
@@ -37,7 +35,6 @@ protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dragLeaveEvent(QDragLeaveEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
 
 private:
     Handlers m_handlers;

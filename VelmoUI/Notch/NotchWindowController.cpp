@@ -35,22 +35,25 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
         .draggingUpdated =
             [this](Point point) {
                 m_dragExitTask.cancel();
+                m_dragPoint = point;
                 m_model.setDropZone(dropZoneAt(point));
                 return m_model.dropTakesFiles();
             },
         .draggingExited =
             [this] {
+                if (m_dropPerformed)
+                    return; // what it holds is on its way
                 m_model.setDropTargeted(false);
                 leaveDropSurface(dragExitDelay);
             },
-        .performDrop =
-            [this](Point point, const DropReader::Contents &contents) {
-                if (contents.isLong()) {
-                    readDrop(point, contents);
-                    return true;
-                }
-                return takeDrop(point, DropReader::items(contents));
+    });
+    m_panel.window().setDropHandler({
+        .began =
+            [this] {
+                m_dropPerformed = true;
+                m_dragExitTask.cancel();
             },
+        .ended = [this](const DropReader::Contents &contents) { return readDrop(contents); },
     });
     connect(&m_model.shape(), &ShapeAnimator::frameChanged, this,
             &NotchWindowController::updateOutline);
@@ -319,17 +322,18 @@ bool NotchWindowController::handleKey(const KeyCombo &key)
     return false;
 }
 
-void NotchWindowController::readDrop(Point point, const DropReader::Contents &contents)
+bool NotchWindowController::readDrop(const DropReader::Contents &contents)
 {
-    m_dropPerformed = true;
-    m_dragExitTask.cancel();
-    m_reading = std::jthread(
-        [self = QPointer(this), point, contents, &scheduler = m_services.platform.scheduler] {
-            scheduler.post([self, point, items = DropReader::items(contents)] {
-                if (self)
-                    self->takeDrop(point, items);
-            });
+    if (!contents.isLong())
+        return takeDrop(m_dragPoint, DropReader::items(contents));
+    m_reading = std::jthread([self = QPointer(this), point = m_dragPoint, contents,
+                              &scheduler = m_services.platform.scheduler] {
+        scheduler.post([self, point, items = DropReader::items(contents)] {
+            if (self)
+                self->takeDrop(point, items);
         });
+    });
+    return true;
 }
 
 bool NotchWindowController::takeDrop(Point point, const std::vector<DroppedItem> &items)

@@ -78,9 +78,9 @@ private:
     void leaveDropSurface(Seconds delay);
     void updateMousePassthrough();
     void updateOutline();
-    /// Reads a long drop away from the main thread.
-    void readDrop(Point point, const DropReader::Contents &contents);
-    /// False if nothing of it can be taken.
+    /// Reads a long drop away from the main thread. False if nothing of it can be taken.
+    bool readDrop(const DropReader::Contents &contents);
+    /// The same.
     bool takeDrop(Point point, const std::vector<DroppedItem> &items);
     DropZone dropZoneAt(Point point) const;
 
@@ -97,6 +97,7 @@ private:
     std::vector<MenuPresence *> m_menus; ///< that are open
     ScheduledTask m_menuGrace;
     ScheduledTask m_typing;
+    Point m_dragPoint; ///< where in the window a drag was last
     bool m_dropPerformed = false;
     ScheduledTask m_hoverTask;
     ScheduledTask m_dragExitTask;

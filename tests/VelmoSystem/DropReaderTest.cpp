@@ -4,7 +4,6 @@
 
 #include "tests/support/Printers.h"
 
-#include <QMimeData>
 #include <QSysInfo>
 
 #include <gtest/gtest.h>
@@ -19,13 +18,10 @@ QByteArray utf16(const QString &text)
 }
 
 /// Each item as its case and its value.
-QStringList read(std::initializer_list<std::pair<const char *, QByteArray>> formats)
+QStringList read(const DropReader::Contents &contents)
 {
-    QMimeData data;
-    for (const auto &[format, bytes] : formats)
-        data.setData(QString::fromLatin1(format), bytes);
     QStringList keys;
-    for (const DroppedItem &item : DropReader::items(DropReader::read(data))) {
+    for (const DroppedItem &item : DropReader::items(contents)) {
         keys.append(
             std::visit(overloaded{[](const DroppedItem::File &file) {
                                       return QStringLiteral("file:") + file.value.toLocalFile();
@@ -47,40 +43,39 @@ TEST(DropReader, TakesFilesInTheirOrderAndOnce)
 {
     const QByteArray host = QSysInfo::machineHostName().toUtf8();
     EXPECT_EQ(
-        read({{"text/uri-list",
-               "# comment\r\nfile:///b%20c.txt\r\nfile:///a\r\nfile:///x/../a\r\nfile:///a/\r\n"
-               "file://localhost/%C3%A7\r\nfile://" +
-                   host + "/h\r\n"},
-              {"text/plain", "/b c.txt"}}),
+        read({"# comment\r\nfile:///b%20c.txt\r\nfile:///a\r\nfile:///x/../a\r\nfile:///a/\r\n"
+              "file://localhost/%C3%A7\r\nfile://" +
+                  host + "/h\r\n",
+              {},
+              "/b c.txt"}),
         QStringList({"file:/b c.txt", "file:/a", "file:/ç", "file:/h"}));
 }
 
 TEST(DropReader, TurnsDownWhatIsNoLocalPath)
 {
     for (const char *uri : {"file://servidor/a", "file:a/b", "/a", "a%", "#", "file:///a%00b"})
-        EXPECT_EQ(read({{"text/uri-list", uri}}), QStringList()) << uri;
-    EXPECT_EQ(read({{"text/uri-list", "file:///a%zz%"}}), QStringList("file:/a%zz%"));
+        EXPECT_EQ(read({uri, {}, {}}), QStringList()) << uri;
+    EXPECT_EQ(read({"file:///a%zz%", {}, {}}), QStringList("file:/a%zz%"));
 }
 
 TEST(DropReader, PutsLinksBehindFiles)
 {
-    EXPECT_EQ(read({{"text/uri-list", "https://a.b/c?d=e%20f\r\nfile:///a\r\nmailto:eu@a.b"}}),
+    EXPECT_EQ(read({"https://a.b/c?d=e%20f\r\nfile:///a\r\nmailto:eu@a.b", {}, {}}),
               QStringList({"file:/a", "link:https://a.b/c?d=e%20f", "link:mailto:eu@a.b"}));
     for (const QByteArray &bytes :
          {utf16("https://a.b/ç\nTítulo: x"), utf16(QChar(0xFEFF) + QString("https://a.b/ç\nT\n")),
           QByteArray("https://a.b/ç\nTítulo")}) {
-        EXPECT_EQ(read({{"text/x-moz-url", bytes}, {"text/plain", "Título"}}),
-                  QStringList("link:https://a.b/%C3%A7"));
+        EXPECT_EQ(read({{}, bytes, "Título"}), QStringList("link:https://a.b/%C3%A7"));
     }
 }
 
 TEST(DropReader, ReadsTextOnlyWithoutFilesAndLinks)
 {
-    EXPECT_EQ(read({{"text/plain", " https://a.b/c\n"}}), QStringList("link:https://a.b/c"));
+    EXPECT_EQ(read({{}, {}, " https://a.b/c\n"}), QStringList("link:https://a.b/c"));
     for (const char *text : {"veja https://a.b", "https://a.b c", "https://", "ftp://a.b/c",
                              "https://a.b/%zz", "javascript:alert(1)", "ação 100%"})
-        EXPECT_EQ(read({{"text/plain", text}}), QStringList(QStringLiteral("text:") + text));
-    EXPECT_EQ(read({{"text/plain", ""}, {"text/html", "<b>x</b>"}}), QStringList());
+        EXPECT_EQ(read({{}, {}, text}), QStringList(QStringLiteral("text:") + text));
+    EXPECT_EQ(read({}), QStringList());
 }
 
 } // namespace velmo

@@ -1,6 +1,7 @@
 #include "VelmoSystem/Linux/X11/X11PanelWindow.h"
 
 #include "tests/VelmoSystem/X11Test.h"
+#include "tests/support/ManualScheduler.h"
 
 #include <QRasterWindow>
 
@@ -30,7 +31,8 @@ protected:
         return panel;
     }
 
-    X11PanelWindowFactory factory{connection};
+    ManualScheduler scheduler;
+    X11PanelWindowFactory factory{connection, scheduler};
 };
 
 TEST_F(X11PanelTest, StandsAboveAFullScreenWindowAndInNoList)

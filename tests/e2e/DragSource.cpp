@@ -6,9 +6,20 @@
 #include <QRasterWindow>
 #include <QUrl>
 
+#include <chrono>
+#include <thread>
+
+struct SilentData : QMimeData {
+    QVariant retrieveData(const QString &type, QMetaType preferred) const override
+    {
+        std::this_thread::sleep_for(std::chrono::seconds(4));
+        return QMimeData::retrieveData(type, preferred);
+    }
+};
+
 /// Lets the user drag a file out of it. Blue; yellow while what is under the pointer would copy the
 /// file, and red while it would move it. Without a file it promises one and then has nothing to
-/// give.
+/// give; with "silent" it hangs when it is asked.
 class DragSource : public QRasterWindow {
 public:
     explicit DragSource(const QString &file) : m_file(file) {}
@@ -25,7 +36,7 @@ protected:
     {
         if (!event->buttons().testFlag(Qt::LeftButton))
             return;
-        auto *const data = new QMimeData;
+        auto *const data = m_file == QLatin1String("silent") ? new SilentData : new QMimeData;
         data->setData(QStringLiteral("text/uri-list"),
                       m_file.isEmpty() ? QByteArray() : QUrl::fromLocalFile(m_file).toEncoded());
         auto *const drag = new QDrag(this);

@@ -113,6 +113,16 @@ TEST_P(DropTest, ClosesAfterADropWithNothingInIt)
     EXPECT_TRUE(shows("collapsed"));
 }
 
+TEST_P(DropTest, NeverWaitsForASourceThatIsSilent)
+{
+    launch();
+    beginDrag("silent");
+    ASSERT_TRUE(dragUntilItShows(notch, "dropTarget"));
+    dropOnTheSurface();
+    EXPECT_TRUE(keeps("dropTarget", 1s)) << "it may come yet";
+    EXPECT_TRUE(shows("collapsed"));
+}
+
 TEST_P(DropTest, TakesNoNoticeOfAPressThatDragsNothing)
 {
     makeGreenWindow();

@@ -34,6 +34,7 @@ public:
     void makeKey() override { m_isKey = true; }
     void resignKey() override { m_isKey = false; }
     bool isKey() const override { return m_isKey; }
+    void setDropHandler(DropHandler handler) override { drops = std::move(handler); }
 
     bool isOrderedIn = false;
     bool isLost = false; ///< as after a change of desktops that left it behind
@@ -41,6 +42,7 @@ public:
     int zoneCount = 0;
     std::optional<Rect> interactiveZone;
     std::vector<Rect> outline;
+    DropHandler drops;
 
 private:
     WindowID m_id;

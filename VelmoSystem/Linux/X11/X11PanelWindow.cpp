@@ -14,8 +14,9 @@
 
 namespace velmo {
 
-X11PanelWindowFactory::X11PanelWindowFactory(X11Connection &connection)
-    : m_connection(connection), m_server(nullptr)
+X11PanelWindowFactory::X11PanelWindowFactory(X11Connection &connection, Scheduler &scheduler)
+    : m_connection(connection), m_server(nullptr),
+      m_drops(connection, scheduler, [this](xcb_window_t window) { return dropHandler(window); })
 {
     if (auto *native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
         m_server = native->connection();
@@ -57,6 +58,14 @@ bool X11PanelWindowFactory::readCompositor()
         server, xcb_get_selection_owner(server, m_connection.atom(name)), nullptr));
     const bool hasCompositor = owner && owner->owner != XCB_NONE;
     return std::exchange(m_hasCompositor, hasCompositor) != hasCompositor;
+}
+
+/// Null for a window that isn't a panel's.
+const PanelWindow::DropHandler *X11PanelWindowFactory::dropHandler(xcb_window_t window) const
+{
+    const auto panel = std::ranges::find(m_panels, window, &X11PanelWindow::id);
+    const bool isThere = panel != m_panels.end() && (*panel)->m_dropHandler.ended;
+    return isThere ? &(*panel)->m_dropHandler : nullptr;
 }
 
 X11PanelWindow::X11PanelWindow(X11PanelWindowFactory &factory, QWindow &window)

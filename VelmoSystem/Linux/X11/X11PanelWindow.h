@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VelmoSystem/Linux/X11/X11Connection.h"
+#include "VelmoSystem/Linux/X11/X11Drops.h"
 #include "VelmoSystem/Ports/PanelWindow.h"
 
 #include <QWindow>
@@ -18,7 +18,7 @@ public:
     static constexpr Qt::WindowFlags panelFlags =
         Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint;
 
-    explicit X11PanelWindowFactory(X11Connection &connection);
+    X11PanelWindowFactory(X11Connection &connection, Scheduler &scheduler);
 
     /// The factory outlives the panel windows.
     std::unique_ptr<PanelWindow> adopt(QWindow &window) override;
@@ -27,6 +27,7 @@ private:
     friend class X11PanelWindow;
 
     bool readCompositor();
+    const PanelWindow::DropHandler *dropHandler(xcb_window_t window) const;
 
     X11Connection &m_connection;
     xcb_connection_t *m_server; ///< Qt's, so that requests about its windows keep their order
@@ -34,6 +35,7 @@ private:
     bool m_hasCompositor = false;
     xcb_window_t m_keyboardOwner = 0; ///< who had the keyboard before the first panel took it
     X11Connection::Subscription m_compositorChanges;
+    X11Drops m_drops;
 };
 
 class X11PanelWindow : public QObject, public PanelWindow {
@@ -57,6 +59,8 @@ public:
     void resignKey() override;
     bool isKey() const override;
 
+    void setDropHandler(DropHandler handler) override { m_dropHandler = std::move(handler); }
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -76,6 +80,7 @@ private:
     QWindow &m_window;
     std::optional<Rect> m_interactiveZone;
     std::vector<Rect> m_outline;
+    DropHandler m_dropHandler;
 };
 
 } // namespace velmo

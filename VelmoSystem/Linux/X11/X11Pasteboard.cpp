@@ -117,7 +117,14 @@ void X11Pasteboard::readTypes(Answer<std::vector<QString>> answer)
 {
     start(m_connection.atom("TARGETS"), mostTypes * qsizetype(sizeof(xcb_atom_t)),
           [this, answer = std::move(answer)](const auto &result) {
-              answer(result ? std::optional(typeNames(result->bytes)) : std::nullopt);
+              if (!result) {
+                  answer(std::nullopt);
+                  return;
+              }
+              std::vector<xcb_atom_t> atoms(std::size_t(result->bytes.size()) / sizeof(xcb_atom_t));
+              std::memcpy(atoms.data(), result->bytes.constData(),
+                          atoms.size() * sizeof(xcb_atom_t));
+              answer(typeNames(atoms));
           });
 }
 
@@ -144,6 +151,13 @@ void X11Pasteboard::write(const Contents &contents)
     ++m_changeCount;
 }
 
+std::vector<QString> X11Pasteboard::expect(xcb_timestamp_t time, std::span<const xcb_atom_t> types)
+{
+    endAll();
+    m_time = time;
+    return typeNames(types.first(std::min(types.size(), std::size_t(mostTypes))));
+}
+
 void X11Pasteboard::start(xcb_atom_t target, qsizetype limit, X11SelectionRead::Finished finished)
 {
     const std::uint64_t id = m_nextReading++;
@@ -168,16 +182,13 @@ void X11Pasteboard::endAll()
         reading.finished(std::nullopt);
 }
 
-std::vector<QString> X11Pasteboard::typeNames(const QByteArray &atoms)
+std::vector<QString> X11Pasteboard::typeNames(std::span<const xcb_atom_t> atoms)
 {
     auto *server = m_connection.handle();
     std::vector<xcb_get_atom_name_cookie_t> requests;
-    for (qsizetype place = 0; place + qsizetype(sizeof(xcb_atom_t)) <= atoms.size();
-         place += sizeof(xcb_atom_t)) {
-        xcb_atom_t atom = 0;
-        std::memcpy(&atom, atoms.constData() + place, sizeof atom);
+    requests.reserve(atoms.size());
+    for (const xcb_atom_t atom : atoms)
         requests.push_back(xcb_get_atom_name(server, atom));
-    }
     m_targets.clear();
     for (const auto request : requests) {
         const X11Reply<xcb_get_atom_name_reply_t> name(

@@ -4,6 +4,8 @@
 #include "VelmoSystem/Linux/X11/X11SelectionSource.h"
 #include "VelmoSystem/Ports/Pasteboard.h"
 
+#include <span>
+
 namespace velmo {
 
 /// The selection CLIPBOARD, or PRIMARY. XFixes tells each new owner, so that nothing is polled; a
@@ -23,6 +25,10 @@ public:
     void read(const QString &type, qsizetype limit, Answer<Data> answer) override;
     void write(const Contents &contents) override;
 
+    /// For a selection whose owners are ignored: what is read from now on was offered at `time`, in
+    /// these types, whose names this gives.
+    std::vector<QString> expect(xcb_timestamp_t time, std::span<const xcb_atom_t> types);
+
 private:
     struct Reading {
         std::unique_ptr<X11SelectionRead> read;
@@ -34,7 +40,7 @@ private:
     void start(xcb_atom_t target, qsizetype limit, X11SelectionRead::Finished finished);
     void end(std::uint64_t id, const std::optional<X11SelectionRead::Result> &result);
     void endAll();
-    std::vector<QString> typeNames(const QByteArray &atoms);
+    std::vector<QString> typeNames(std::span<const xcb_atom_t> atoms);
     xcb_atom_t target(const QString &type) const;
     QByteArray utf8(const X11SelectionRead::Result &result) const;
 
