@@ -39,7 +39,10 @@ std::optional<SettingsPane> settingsPane(const QString &name)
 
 AppDelegate::AppDelegate(ControlEndpoint &control)
     : m_control(control), m_signals([] { QCoreApplication::quit(); }), m_platform(m_scheduler),
-      m_fieldClipboard(m_platform.ports().pasteboard, m_platform.primarySelection(), m_scheduler)
+      m_fieldClipboard(m_platform.ports().pasteboard, m_platform.primarySelection(), m_scheduler),
+      m_accessiblePaste(m_scheduler, [this](QObject &field, int position) {
+          m_fieldClipboard.pasteAt(field, position);
+      })
 {
     connect(qGuiApp, &QCoreApplication::aboutToQuit, this, [this] { save(); });
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {

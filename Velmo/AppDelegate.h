@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Files/PendingFiles.h"
 #include "VelmoCore/Foundation/SystemScheduler.h"
+#include "VelmoSystem/Linux/DBus/AccessiblePaste.h"
 #include "VelmoSystem/Linux/LinuxPlatform.h"
 #include "VelmoSystem/Linux/ProcessSignals.h"
 #include "VelmoSystem/Ports/ControlEndpoint.h"
@@ -51,6 +52,7 @@ private:
     std::optional<DataProtectionReader> m_protection; ///< unless it is a self-test
     std::optional<PendingFiles::Folder> m_pendingFiles;
     FieldClipboard m_fieldClipboard;
+    AccessiblePaste m_accessiblePaste;
     std::optional<AppServices> m_services;
     std::optional<SettingsWindowController> m_settingsWindow;
     std::optional<NotchCoordinator> m_coordinator;

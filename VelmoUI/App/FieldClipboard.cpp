@@ -33,6 +33,14 @@ bool isReadOnly(QObject &field)
     return ask(field, Qt::ImReadOnly).toBool();
 }
 
+/// As an input method does.
+void write(QObject &field, const QString &text)
+{
+    QInputMethodEvent typed;
+    typed.setCommitString(text);
+    QCoreApplication::sendEvent(&field, &typed);
+}
+
 /// As a text has it, not as a document does.
 QString selectedText(QObject &field)
 {
@@ -102,26 +110,36 @@ bool FieldClipboard::copy(QObject &field)
 
 void FieldClipboard::paste(QObject &field, Pasteboard &source)
 {
-    const auto take = [self = QPointer(this), target = QPointer(&field),
-                       asked = m_scheduler.now()](const auto &data) {
-        if (self && target && data && data->isWhole)
-            self->insert(*target, QString::fromUtf8(data->bytes), asked);
-        else if (data && !data->isWhole)
-            qCInfo(Log::app, "O texto copiado é longo demais para um campo.");
-    };
-    source.readTypes([&source, take](const auto &types) {
-        if (types && std::ranges::count(*types, Pasteboard::textType) > 0)
-            source.read(Pasteboard::textType.toString(), mostBytes, take);
+    read(field, source, [this, &field, asked = m_scheduler.now()](const QString &text) {
+        if (QGuiApplication::focusObject() == &field && m_scheduler.now() - asked <= patience)
+            write(field, text);
     });
 }
 
-void FieldClipboard::insert(QObject &field, const QString &text, Date asked)
+void FieldClipboard::pasteAt(QObject &field, int position)
 {
-    if (QGuiApplication::focusObject() != &field || m_scheduler.now() - asked > patience)
+    if (isReadOnly(field))
         return;
-    QInputMethodEvent typed;
-    typed.setCommitString(text);
-    QCoreApplication::sendEvent(&field, &typed);
+    read(field, m_clipboard, [&field, position](const QString &text) {
+        field.setProperty("cursorPosition", position);
+        write(field, text);
+    });
+}
+
+void FieldClipboard::read(QObject &field, Pasteboard &source,
+                          std::function<void(const QString &)> take)
+{
+    const auto answered = [self = QPointer(this), target = QPointer(&field),
+                           take = std::move(take)](const auto &data) {
+        if (self && target && data && data->isWhole)
+            take(QString::fromUtf8(data->bytes));
+        else if (data && !data->isWhole)
+            qCInfo(Log::app, "O texto copiado é longo demais para um campo.");
+    };
+    source.readTypes([&source, answered](const auto &types) {
+        if (types && std::ranges::count(*types, Pasteboard::textType) > 0)
+            source.read(Pasteboard::textType.toString(), mostBytes, answered);
+    });
 }
 
 } // namespace velmo

@@ -25,6 +25,10 @@ public:
     /// `selection` is what a click of the middle button pastes.
     FieldClipboard(Pasteboard &clipboard, Pasteboard &selection, Scheduler &scheduler);
 
+    /// Pastes the clipboard at a place in a field's text, whether it has the keyboard or not: for
+    /// screen readers.
+    void pasteAt(QObject &field, int position);
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -33,7 +37,8 @@ private:
     /// False without a selection, or in a field that hides what is in it.
     bool copy(QObject &field);
     void paste(QObject &field, Pasteboard &source);
-    void insert(QObject &field, const QString &text, Date asked);
+    /// `take` gets a text that has come, as long as the field is there.
+    void read(QObject &field, Pasteboard &source, std::function<void(const QString &)> take);
 
     Pasteboard &m_clipboard;
     Pasteboard &m_selection;

@@ -110,6 +110,25 @@ TEST_F(AccessibilityTest, TellsEveryControlOfThePanel)
     expectEachPageIsTold("Módulos");
 }
 
+TEST_F(AccessibilityTest, PastesWithoutWaitingForTheOwner)
+{
+    home.write("copied", "colado");
+    screen.run("xclip", {"-quiet", "-selection", "clipboard", home.path("copied")});
+    EXPECT_EQ(run({"open", "notes"}).exitCode, 0);
+    std::vector<Node> fields;
+    const auto isField = [](const Node &node) {
+        return node.role == "text" && node.is(ScreenReader::visible);
+    };
+    ASSERT_TRUE(eventually([&] { return !(fields = reader.nodes(isField)).empty(); }));
+    EXPECT_TRUE(reader.paste(fields[0]));
+    EXPECT_TRUE(eventually([&] { return reader.text(fields[0]) == "colado"; }));
+    const xcb_window_t silent = screen.makeWindow({0, 900, 10, 10}, false);
+    xcb_set_selection_owner(screen.client(), silent, screen.atom("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_flush(screen.client());
+    EXPECT_TRUE(reader.paste(fields[0]));
+    EXPECT_EQ(reader.text(fields[0]), "colado");
+}
+
 TEST_F(AccessibilityTest, TellsEveryControlOfTheSettings)
 {
     EXPECT_EQ(run({"settings"}).exitCode, 0);

@@ -84,6 +84,16 @@ bool ScreenReader::press(const Node &node) const
     return false;
 }
 
+bool ScreenReader::paste(const Node &node) const
+{
+    return ask(node.path, "org.a11y.atspi.EditableText", "PasteText", {0}).toBool();
+}
+
+QString ScreenReader::text(const Node &node) const
+{
+    return ask(node.path, "org.a11y.atspi.Text", "GetText", {0, -1}).toString();
+}
+
 QDBusMessage ScreenReader::call(const QString &service, const QString &path,
                                 const QString &interface, const QString &method,
                                 const QVariantList &arguments) const

@@ -41,6 +41,9 @@ public:
     QRect frame(const Node &node) const;
     /// Presses it as a screen reader does; false where it can't be pressed.
     bool press(const Node &node) const;
+    /// Whether it says that the clipboard is pasted at the start of that text.
+    bool paste(const Node &node) const;
+    QString text(const Node &node) const;
 
 private:
     QDBusMessage call(const QString &service, const QString &path, const QString &interface,
