@@ -5,8 +5,11 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickView>
+
+#include <algorithm>
 
 // Of the generated registrations. Naming it here keeps a static library's linker from leaving them
 // out.
@@ -19,9 +22,15 @@ namespace {
 constexpr QSize smallest{760, 480};
 constexpr QSize first{860, 640};
 
+QUrl windowSource()
+{
+    return QUrl(QStringLiteral("qrc:/qt/qml/Velmo/Settings/SettingsWindow.qml"));
+}
+
 } // namespace
 
-/// An engine of its own, so that colours can differ from the panels'.
+/// An engine of its own, so that colours can differ from the panels'. Its QML is loaded on the
+/// engine's thread, which takes longer than the main thread should; then the window shows.
 struct SettingsWindowController::Window {
     Window(AppServices &services, SettingsPane pane) : model(services, pane), view(&engine, nullptr)
     {
@@ -33,12 +42,39 @@ struct SettingsWindowController::Window {
         view.setMinimumSize(smallest);
         view.resize(first);
         view.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model)}});
-        view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Velmo/Settings/SettingsWindow.qml")));
+        load(windowSource());
+        load(model.paneSource());
+    }
+
+    void show()
+    {
+        isWanted = true;
+        const bool isLoading =
+            std::ranges::any_of(loaded, [](const auto &file) { return file->isLoading(); });
+        if (isLoading)
+            return;
+        if (view.source().isEmpty())
+            view.setSource(windowSource());
+        view.show();
+        view.raise();
+        view.requestActivate();
+    }
+
+    void load(const QUrl &file)
+    {
+        const auto &component = loaded.emplace_back(
+            std::make_unique<QQmlComponent>(&engine, file, QQmlComponent::Asynchronous));
+        QObject::connect(component.get(), &QQmlComponent::statusChanged, &view, [this] {
+            if (isWanted)
+                show();
+        });
     }
 
     SettingsWindowModel model;
     QQmlEngine engine;
+    std::vector<std::unique_ptr<QQmlComponent>> loaded; ///< or on its way
     QQuickView view;
+    bool isWanted = false;
 };
 
 SettingsWindowController::SettingsWindowController(AppServices &services) : m_services(services)
@@ -58,9 +94,7 @@ void SettingsWindowController::show(std::optional<SettingsPane> pane)
         m_window = std::make_unique<Window>(m_services, m_pane);
         m_window->view.installEventFilter(this);
     }
-    m_window->view.show();
-    m_window->view.raise();
-    m_window->view.requestActivate();
+    m_window->show();
 }
 
 bool SettingsWindowController::eventFilter(QObject *, QEvent *event)

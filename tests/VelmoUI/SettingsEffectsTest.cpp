@@ -131,8 +131,11 @@ public:
         controller.show(SettingsPane::general);
         for (QWindow *window : QGuiApplication::topLevelWindows()) {
             auto *settings = qobject_cast<QQuickView *>(window);
-            if (settings && settings->title() == u"Ajustes do Orvane")
-                return settings->rootObject()->property("color").toString();
+            if (!settings || settings->title() != u"Ajustes do Orvane")
+                continue;
+            while (!settings->rootObject())
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            return settings->rootObject()->property("color").toString();
         }
         return {};
     }

@@ -30,9 +30,11 @@ protected:
         }
         return found;
     }
-    QQuickView &show(SettingsPane pane)
+    QQuickView &show(std::optional<SettingsPane> pane)
     {
         controller.show(pane);
+        while (!windows().at(0)->isVisible())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QCoreApplication::processEvents();
         return *windows().at(0);
     }
@@ -202,11 +204,11 @@ TEST_F(SettingsWindowTest, GoesWhenItIsClosedAndComesBackWhereItWas)
     press(Qt::Key_W, Qt::ControlModifier);
     desktop.scheduler.advance(0s);
     EXPECT_TRUE(windows().empty());
-    controller.show(std::nullopt);
+    show(std::nullopt);
     EXPECT_TRUE(reads(u"Mostrar o painel em"_qs));
     press(Qt::Key_M, Qt::ControlModifier);
     EXPECT_TRUE(windows().at(0)->windowStates().testFlag(Qt::WindowMinimized));
-    controller.show(std::nullopt);
+    show(std::nullopt);
     EXPECT_FALSE(windows().at(0)->windowStates().testFlag(Qt::WindowMinimized));
 }
 
