@@ -1,17 +1,16 @@
 #include "VelmoUI/Notch/ShelfDrop.h"
 
-#include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoUI/App/AppServices.h"
 
-#include <QFileInfo>
+#include <QDir>
+
+#include <algorithm>
 
 namespace velmo {
 
 namespace {
-
-using FileNaming::nameOf;
 
 QString source()
 {
@@ -33,10 +32,26 @@ std::vector<QUrl> keepTheRest(AppServices &services, const std::vector<DroppedIt
     return files;
 }
 
-bool isBundle(const QUrl &file)
-{
-    return QFileInfo(nameOf(file)).suffix().toLower() == u"app";
-}
+/// As `ShelfStore::isInNotch`, for thousands of files at once.
+class NotchFolders {
+public:
+    explicit NotchFolders(const ShelfStore &shelf)
+    {
+        for (const auto &folder : {shelf.mesaDirectory(), shelf.copiesDirectory()}) {
+            if (folder)
+                m_folders.append(QDir::cleanPath(*folder) + u'/');
+        }
+    }
+
+    bool contain(const QString &path) const
+    {
+        return std::ranges::any_of(m_folders,
+                                   [&](const QString &folder) { return path.startsWith(folder); });
+    }
+
+private:
+    QStringList m_folders;
+};
 
 /// Gives the job that brings them.
 std::optional<QString> bringIn(AppServices &services, const std::vector<QUrl> &files,
@@ -44,11 +59,14 @@ std::optional<QString> bringIn(AppServices &services, const std::vector<QUrl> &f
 {
     ShelfTransfer transfer{
         .kind = ShelfTransfer::Kind::moveIn, .moved = moved, .finished = finished};
+    const NotchFolders notch(services.shelf);
     std::vector<QUrl> present;
     for (const QUrl &file : files) {
-        if (services.shelf.isInNotch(file))
+        const QString path = QDir::cleanPath(file.toLocalFile());
+        const bool isBundle = path.endsWith(u".app", Qt::CaseInsensitive);
+        if (notch.contain(path))
             present.push_back(file);
-        else if (!isBundle(file))
+        else if (!isBundle)
             transfer.arriving.push_back(file);
     }
     services.shelf.adoptOutputs(present);

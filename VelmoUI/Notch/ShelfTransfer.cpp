@@ -15,6 +15,7 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <ranges>
 
 namespace velmo {
 
@@ -319,6 +320,38 @@ JobOutcome orTold(Kind kind, const std::function<JobOutcome()> &run)
     }
 }
 
+struct Undoing {
+    std::vector<DropUndo::File> files; ///< as they came
+    std::size_t place = 0;             ///< of the first that is on the shelf still
+    ShelfTransfer transfer;
+};
+
+/// Takes some more off the shelf and sends them home after the last; the user goes on meanwhile.
+void departNext(AppServices &services, const QPointer<ShelfStore> &shelf,
+                const std::shared_ptr<Undoing> &undoing)
+{
+    const auto &[files, place, transfer] = *undoing;
+    const std::size_t end = std::min(files.size(), place + mostAtOnce);
+    std::map<Uuid, QUrl> homes;
+    std::vector<Uuid> items;
+    for (std::size_t i = place; i < end; ++i) {
+        homes.emplace(files[i].item, files[i].original);
+        items.push_back(files[i].item);
+    }
+    const auto departures = services.shelf.depart(items);
+    // The shelf has the newest first: they go as they came, which is how `moved` looks for them.
+    for (const auto &[item, from, home] : departures | std::views::reverse)
+        undoing->transfer.leaving.push_back({item, from, homes.at(item)});
+    undoing->place = end;
+    if (end < files.size())
+        services.platform.scheduler.post([&services, shelf, undoing] {
+            if (shelf)
+                departNext(services, shelf, undoing);
+        });
+    else if (!transfer.leaving.empty())
+        transfer.start(services);
+}
+
 } // namespace
 
 QString keptTitle(std::size_t count)
@@ -349,19 +382,10 @@ void takeOffShelf(AppServices &services, const std::vector<Uuid> &items)
 void undoDrop(AppServices &services, const ShelfTransfer::Moved &moved,
               const ShelfTransfer::Finished &finished)
 {
-    std::map<Uuid, QUrl> homes;
-    std::vector<Uuid> items;
-    for (const auto &[item, original] : services.dropUndo.take()) {
-        homes.emplace(item, original);
-        items.push_back(item);
-    }
-    ShelfTransfer transfer{.kind = Kind::moveHome, .moved = moved, .finished = finished};
-    for (const auto &[item, from, home] : services.shelf.depart(items))
-        transfer.leaving.push_back({item, from, homes.at(item)});
-    // The shelf has the newest first: they go as they came, which is how `moved` looks for them.
-    std::ranges::reverse(transfer.leaving);
-    if (!transfer.leaving.empty())
-        transfer.start(services);
+    const auto undoing = std::make_shared<Undoing>(
+        Undoing{.files = services.dropUndo.take(),
+                .transfer = {.kind = Kind::moveHome, .moved = moved, .finished = finished}});
+    departNext(services, &services.shelf, undoing);
 }
 
 } // namespace velmo
