@@ -198,7 +198,8 @@ TEST_F(SettingsWindowTest, RecordsAShortcut)
 
 TEST_F(SettingsWindowTest, GoesWhenItIsClosedAndComesBackWhereItWas)
 {
-    show(SettingsPane::displays);
+    controller.show(SettingsPane::displays);
+    EXPECT_FALSE(windows().at(0)->rootObject()) << "its QML is loaded on another thread";
     show(SettingsPane::displays);
     EXPECT_EQ(windows().size(), 1);
     press(Qt::Key_W, Qt::ControlModifier);
