@@ -67,6 +67,7 @@ TEST(HomeLayout, FillsAsFewPagesAsHoldItsCards)
         {first(9), false, 1024, {5, 4}},
         {first(9), false, 650, {3, 3, 3}},
         {{music, shelf}, true, 400, {0, 2}},
+        {{music, shelf, favorites, focus}, false, 500, {2, 2}}, // not 1 and 3
     };
     for (const double width : {1024, 1144, 1264}) { // compact, regular, large
         for (std::size_t count = 1; count <= built.size(); ++count)

@@ -382,6 +382,14 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
         }
         EXPECT_TRUE(names().contains(u"Limpar concluídos"_qs));
         EXPECT_FALSE(names().contains(u"Últimas 4 semanas"_qs)) << "there is no history yet";
+        coordinator.open(u"home"_qs);
+        view().grabWindow();
+        const auto *last =
+            found([](auto &item) { return item.property("text") == u"Processador"_qs; });
+        ASSERT_TRUE(last);
+        const auto *line = last->parentItem();
+        EXPECT_GT(line->y() + line->height(), line->parentItem()->height() - 4)
+            << "as if there were a battery";
     }
 }
 

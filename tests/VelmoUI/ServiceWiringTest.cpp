@@ -105,7 +105,7 @@ TEST_F(ServiceWiringTest, RemindsOfOpenTasksAlsoAfterARestart)
 TEST_F(ServiceWiringTest, RemindsOnceOfWhatCameDueWhileItWasClosed)
 {
     const auto restart = [&](Seconds closed) {
-        services->flush();
+        desktop.scheduler.advance(1s); // it saves before the end, too
         services.reset();
         desktop.notifications.shown.clear();
         desktop.scheduler.advance(closed);

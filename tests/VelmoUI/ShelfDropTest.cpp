@@ -223,7 +223,7 @@ TEST_F(ShelfDropTest, TakesThousandsOfFilesWithoutHoldingUpThePanel)
     longestStep = processorTime() - before;
     EXPECT_TRUE(content.hasDropJob());
     finishJobs();
-    EXPECT_LT(longestStep, 80) << "which took seconds at once";
+    EXPECT_LT(longestStep, 40) << "which took seconds at once";
     EXPECT_EQ(services.shelf.items().size(), std::size_t(count));
     EXPECT_EQ(model.droppedItems().back(), inNotch(QString::number(count - 1)));
     EXPECT_LT(content.droppedItems()->rowCount(), 100);
@@ -236,10 +236,11 @@ TEST_F(ShelfDropTest, TakesThousandsOfFilesWithoutHoldingUpThePanel)
     waitFor([this] { return services.shelf.items().empty(); });
     services.activity.cancel(services.activity.live().front().id);
     finishJobs();
-    EXPECT_LT(longestStep, 80);
+    EXPECT_LT(longestStep, 40);
     int here = 0;
     for (const DroppedItem &item : files)
         here += QFile::exists(item.fileURL()->toLocalFile());
+    EXPECT_LT(here, count) << "it was cancelled";
     EXPECT_EQ(services.shelf.items().size() + std::size_t(here), std::size_t(count));
 }
 

@@ -274,6 +274,7 @@ TEST_F(ToolsPageModelTest, TakesBackForAWhileWithoutThePage)
     page.rename();
     owned.reset();
     finish();
+    std::make_unique<ToolsPageModel>(context()).reset(); // it has seen the end
     ToolsPageModel again(context());
     EXPECT_EQ(again.note(), u"1 item renomeado");
     desktop.scheduler.advance(ToolsWork::undoTime - 0.1s);
