@@ -385,6 +385,39 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
     }
 }
 
+TEST_F(NotchViewTest, GivesTheKeyboardToThePageThatIsCalled)
+{
+    addBuiltInModules(services.modules);
+    services.shelf.addText(u"Texto"_qs);
+    services.notes.createNote(u"Nota"_qs);
+    services.clipboard.add(ClipItems::fromText(u"Cópia"_qs, {}, desktop.scheduler.now()).value());
+    start();
+    showView();
+    view().requestActivate();
+    coordinator.open();
+    const struct {
+        const char16_t *page;
+        const char16_t *written; ///< in what has the keyboard after an "x"
+    } pages[] = {{u"home", u""},       {u"tools", u""},  {u"shelf", u"x"}, {u"clipboard", u"x"},
+                 {u"notes", u"Notax"}, {u"timers", u""}, {u"system", u""}, {u"activity", u""}};
+    for (const auto &[page, written] : pages) {
+        QCoreApplication::processEvents();
+        found([](const auto &item) {
+            return item.property("name") == u"Fechar"_qs;
+        })->forceActiveFocus();
+        coordinator.open(QString::fromUtf16(page));
+        QCoreApplication::processEvents();
+        QKeyEvent letter(QEvent::KeyPress, Qt::Key_X, {}, u"x"_qs);
+        QCoreApplication::sendEvent(&view(), &letter);
+        const QQuickItem *item = view().activeFocusItem();
+        EXPECT_EQ(item->property("text").toString(), written)
+            << QString::fromUtf16(page).toStdString();
+        while (item && !item->property("watched").isValid())
+            item = item->parentItem();
+        EXPECT_TRUE(item) << QString::fromUtf16(page).toStdString() << " hasn't the keyboard";
+    }
+}
+
 TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)
 {
     addBuiltInModules(services.modules);

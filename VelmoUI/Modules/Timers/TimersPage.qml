@@ -24,6 +24,7 @@ FocusScope {
         focus: true
 
         sourceComponent: FocusScope {
+            focus: true
             Keys.onPressed: event => {
                 event.accepted = event.matches(StandardKey.Undo) && view.page.undoTitle.length > 0;
                 if (event.accepted)
