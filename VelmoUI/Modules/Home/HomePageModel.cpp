@@ -74,7 +74,7 @@ void HomePageModel::setWidth(qreal width, qreal gap)
         return;
     m_width = width;
     m_gap = gap;
-    update();
+    layOut(); // Home asks for no other width because of that
 }
 
 void HomePageModel::turnWheel(int angle)
@@ -133,6 +133,12 @@ NotchModule::View HomePageModel::makeCard(HomeCard card)
 
 void HomePageModel::update()
 {
+    layOut();
+    m_context.panel.contentWidthChanged();
+}
+
+void HomePageModel::layOut()
+{
     const std::vector<HomeCard> cards = HomeView::cards(m_context.services);
     // Before QML has said how wide it is, everything stands on one page.
     const double width = m_width > 0 ? m_width : HomeLayout::idealWidth(cards, hasWelcome());
@@ -154,7 +160,6 @@ void HomePageModel::update()
     m_pageIndex = std::min(m_pageIndex, m_pageCount - 1);
     updateTips();
     Q_EMIT changed();
-    m_context.panel.contentWidthChanged();
 }
 
 void HomePageModel::updateTips()

@@ -82,6 +82,7 @@ Q_SIGNALS:
 private:
     NotchModule::View makeCard(HomeCard card);
     void update();
+    void layOut();
     void updateTips();
 
     const ModuleContext m_context;
