@@ -418,6 +418,41 @@ TEST_F(NotchViewTest, GivesTheKeyboardToThePageThatIsCalled)
     }
 }
 
+TEST_F(NotchViewTest, SaysThatAPageIsEmptyOnlyOnceItIsLoaded)
+{
+    struct : DataFiles::Keeper {
+        QStringList issues() const override { return {}; }
+        void dismissIssues() override {}
+        bool isLoading() const override { return loads; }
+        bool holdsUnsaved() override { return false; }
+        void keyCame() override {}
+        void flush() override {}
+
+        bool loads = true;
+    } keeper;
+    services.files.add(keeper);
+    addBuiltInModules(services.modules);
+    change([](AppSettings &next) { next.hiddenHomeCards.clear(); });
+    start();
+    showView();
+    for (const char16_t *page :
+         {u"home", u"shelf", u"clipboard", u"notes", u"timers", u"activity"}) {
+        const auto told = [&](bool loads) {
+            keeper.loads = loads;
+            services.files.notify();
+            coordinator.open(QString::fromUtf16(page));
+            const QRegularExpression words(
+                u"aparece|guardar|copiar|Nenhuma a|Sem tarefas|Carre"_qs);
+            return names().filter(words);
+        };
+        EXPECT_EQ(told(true), QStringList(u"Carregando…"_qs))
+            << QString::fromUtf16(page).toStdString();
+        const QStringList after = told(false);
+        EXPECT_FALSE(after.isEmpty() || after.contains(u"Carregando…"_qs));
+    }
+    services.files.remove(keeper);
+}
+
 TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)
 {
     addBuiltInModules(services.modules);

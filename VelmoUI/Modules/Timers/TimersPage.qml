@@ -90,7 +90,7 @@ FocusScope {
 
             Label {
                 anchors.fill: list
-                visible: !view.page.hasTimers
+                visible: !view.page.hasTimers && !DataState.isLoading
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 elide: Text.ElideNone
