@@ -1,3 +1,4 @@
+#include "VelmoUI/Design/TileDrag.h"
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
 #include "VelmoUI/Modules/BuiltInModules.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
@@ -451,6 +452,27 @@ TEST_F(NotchViewTest, SaysThatAPageIsEmptyOnlyOnceItIsLoaded)
         EXPECT_FALSE(after.isEmpty() || after.contains(u"Carregando…"_qs));
     }
     services.files.remove(keeper);
+}
+
+TEST_F(NotchViewTest, DragsThePictureOfARoundTile)
+{
+    addBuiltInModules(services.modules);
+    services.shelf.addText(u"Texto"_qs);
+    services.clipboard.add(ClipItems::fromText(u"Cópia"_qs, {}, desktop.scheduler.now()).value());
+    start();
+    showView();
+    for (const auto &[page, type] :
+         {std::pair(u"shelf", "ShelfTile"), {u"clipboard", "ClipTile"}}) {
+        coordinator.open(QString::fromUtf16(page));
+        view().grabWindow(); // makes the tiles
+        const auto *tile = found([&, name = type](const auto &item) {
+            return QByteArray(item.metaObject()->className()).startsWith(name);
+        });
+        ASSERT_TRUE(tile);
+        const QImage picture = TileDrag::picture(*tile).toImage();
+        EXPECT_EQ(picture.pixelColor(1, 1).alpha(), 0) << type;
+        EXPECT_EQ(picture.pixelColor(picture.rect().center()).alpha(), 255) << type;
+    }
 }
 
 TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)
