@@ -381,6 +381,14 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
             EXPECT_EQ(cutNames(), QStringList())
                 << int(size) << QString::fromUtf16(page).toStdString();
         }
+        for (const QQuickItem *item : items())
+            EXPECT_FALSE(item->property("truncated").toBool())
+                << int(size) << item->property("text").toString().toStdString();
+        const auto *preset =
+            found([](const auto &item) { return item.property("name") == "25:00"; });
+        ASSERT_TRUE(preset);
+        const auto *presets = preset->parentItem()->parentItem();
+        EXPECT_LE(preset->mapRectToItem(presets, preset->boundingRect()).right(), presets->width());
         EXPECT_TRUE(names().contains(u"Limpar concluídos"_qs));
         EXPECT_FALSE(names().contains(u"Últimas 4 semanas"_qs)) << "there is no history yet";
     }

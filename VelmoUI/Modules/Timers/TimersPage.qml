@@ -37,7 +37,7 @@ FocusScope {
                 spacing: Theme.gap
 
                 PomodoroCard {
-                    width: 252
+                    width: Theme.isLarge ? 284 : 252
                     height: parent.height
                     page: view.page
                 }
@@ -48,7 +48,7 @@ FocusScope {
                     page: view.page
                 }
                 NewTimer {
-                    width: 264
+                    width: Theme.isLarge ? 304 : 264
                     height: parent.height
                     page: view.page
                 }
