@@ -483,6 +483,31 @@ TEST_F(NotchViewTest, DragsThePictureOfARoundTile)
     }
 }
 
+TEST_F(NotchViewTest, KeepsWhatIsBesideAnUndoThatGoes)
+{
+    addBuiltInModules(services.modules);
+    desktop.folder.write(u"a.txt"_qs, "?");
+    start();
+    showView();
+    services.tools.open({QUrl::fromLocalFile(desktop.folder.path(u"a.txt"_qs))}, std::nullopt);
+    coordinator.open(u"tools"_qs);
+    services.toolsWork.rename(u"b"_qs, 1);
+    while (services.toolsWork.isRunning() || !services.toolsWork.canUndo())
+        desktop.scheduler.runPosted();
+    const auto place = [this] {
+        view().grabWindow(); // lays it out
+        const auto *button =
+            found([](const auto &item) { return item.property("name") == u"Mostrar"_qs; });
+        return button ? button->mapToScene({}) : QPointF();
+    };
+    const QPointF before = place();
+    EXPECT_TRUE(names().contains(u"Desfazer"_qs));
+    wait(8s);
+    EXPECT_FALSE(names().contains(u"Desfazer"_qs));
+    EXPECT_NE(before, QPointF());
+    EXPECT_EQ(place(), before);
+}
+
 TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)
 {
     addBuiltInModules(services.modules);
