@@ -223,9 +223,9 @@ TEST_F(HomePageModelTest, OffersMenusOfItsFavoritesAndCards)
         view().grabWindow(); // lays it out
         const QQuickItem *item = part(card, view().rootObject());
         ASSERT_TRUE(item) << card;
-        const QPointF middle = item->mapToScene({item->width() / 2, item->height() / 2});
-        QMouseEvent press(QEvent::MouseButtonPress, middle, middle, Qt::RightButton,
-                          Qt::RightButton, {});
+        const QPointF title = item->mapToScene({20, 20});
+        QMouseEvent press(QEvent::MouseButtonPress, title, title, Qt::RightButton, Qt::RightButton,
+                          {});
         QCoreApplication::sendEvent(&view(), &press);
     };
     openMenuOf("FocusCard");
