@@ -12,6 +12,11 @@ FocusScope {
 
     signal chosen(string id)
 
+    /// Whether that key asks for a menu.
+    function isCalledBy(event: KeyEvent): bool {
+        return event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier);
+    }
+
     function open(at: point) {
         origin = at;
         body.active = true;

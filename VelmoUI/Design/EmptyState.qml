@@ -9,18 +9,23 @@ Column {
     required property string title
     required property string detail
     default property alias content: controls.data
+    /// Nothing is said of kept data before it has come.
+    property bool isOfKept: true
+    readonly property bool isKnown: !isOfKept || !DataState.isLoading
 
     width: Math.min(parent.width, Theme.paneWidth)
     spacing: Theme.grid
 
     Symbol {
         anchors.horizontalCenter: parent.horizontalCenter
+        visible: state.isKnown
         name: state.symbol
         size: Theme.bigNumberSize
         color: Theme.tertiaryText
     }
     Label {
         width: parent.width
+        visible: state.isKnown
         horizontalAlignment: Text.AlignHCenter
         text: state.title
         font.pixelSize: Theme.titleSize
@@ -28,6 +33,7 @@ Column {
     }
     Label {
         width: parent.width
+        visible: state.isKnown
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         elide: Text.ElideNone
@@ -37,7 +43,7 @@ Column {
     Row {
         id: controls
         anchors.horizontalCenter: parent.horizontalCenter
-        visible: children.length > 0
+        visible: state.isKnown && children.length > 0
         topPadding: Theme.grid
         spacing: 2 * Theme.grid
     }

@@ -15,7 +15,9 @@ namespace {
 /// The picture hangs below the pointer, so that what it is dropped on can be seen.
 constexpr QPoint beside(-12, -12);
 
-QPixmap pictureOf(const QQuickItem &tile)
+} // namespace
+
+QPixmap TileDrag::picture(const QQuickItem &tile)
 {
     QQuickWindow &window = *tile.window();
     const qreal ratio = window.effectiveDevicePixelRatio();
@@ -35,8 +37,6 @@ QPixmap pictureOf(const QQuickItem &tile)
     return picture;
 }
 
-} // namespace
-
 void TileDrag::start(QQuickItem &tile, std::unique_ptr<QMimeData> data, Qt::DropActions actions,
                      QObject *context, std::function<void()> done)
 {
@@ -44,7 +44,7 @@ void TileDrag::start(QQuickItem &tile, std::unique_ptr<QMimeData> data, Qt::Drop
         return;
     auto *const drag = new QDrag(qApp); // Qt's, from `exec` on
     drag->setMimeData(data.release());
-    drag->setPixmap(pictureOf(tile));
+    drag->setPixmap(picture(tile));
     drag->setHotSpot(beside);
     QMetaObject::invokeMethod(
         drag,

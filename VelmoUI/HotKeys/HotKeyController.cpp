@@ -4,9 +4,17 @@
 #include "VelmoCore/HotKeys/KeyNames.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace velmo {
+
+namespace {
+
+constexpr std::array actions = {HotKeyAction::toggle, HotKeyAction::newNote,
+                                HotKeyAction::clipboard, HotKeyAction::search};
+
+} // namespace
 
 HotKeySetting HotKeyController::setting(HotKeyAction action)
 {
@@ -36,6 +44,11 @@ QString HotKeyController::title(HotKeyAction action)
         return QStringLiteral("Busca unificada");
     }
     Q_UNREACHABLE();
+}
+
+QString HotKeyController::sameAs(HotKeyAction action)
+{
+    return QStringLiteral("Mesmo atalho de “%1”.").arg(title(action));
 }
 
 HotKeyController::HotKeyController(SettingsStore &settings, GlobalHotKeyCenter &center,
@@ -91,20 +104,32 @@ QString HotKeyController::displayString(HotKeyAction action) const
     return KeyNames::display(settings.*setting(action).combo);
 }
 
+std::optional<HotKeyAction> HotKeyController::otherWith(const KeyCombo &combo,
+                                                        HotKeyAction action) const
+{
+    const auto *const other = std::ranges::find_if(actions, [&](HotKeyAction one) {
+        return one != action && isWanted(one) && m_settings.settings().*setting(one).combo == combo;
+    });
+    return other == actions.end() ? std::nullopt : std::optional(*other);
+}
+
+bool HotKeyController::isWanted(HotKeyAction action) const
+{
+    // A shortcut that would do nothing stays with the other applications.
+    return m_settings.settings().*setting(action).isEnabled && handlers.contains(action);
+}
+
 void HotKeyController::registerEnabled()
 {
     const auto before = std::exchange(m_errors, {});
     m_isRefused = false;
-    const HotKeySettings &settings = m_settings.settings();
     std::map<KeyCombo, HotKeyAction> taken;
-    for (const HotKeyAction action : {HotKeyAction::toggle, HotKeyAction::newNote,
-                                      HotKeyAction::clipboard, HotKeyAction::search}) {
-        const KeyCombo combo = settings.*setting(action).combo;
-        // A shortcut that would do nothing stays with the other applications.
-        if (!(settings.*setting(action).isEnabled) || !handlers.contains(action))
+    for (const HotKeyAction action : actions) {
+        const KeyCombo combo = m_settings.settings().*setting(action).combo;
+        if (!isWanted(action))
             continue;
         if (const auto [earlier, isFirst] = taken.emplace(combo, action); !isFirst) {
-            m_errors[action] = QStringLiteral("Mesmo atalho de “%1”.").arg(title(earlier->second));
+            m_errors[action] = sameAs(earlier->second);
             continue;
         }
         if (m_registered.contains(action))

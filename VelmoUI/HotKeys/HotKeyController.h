@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 
 namespace velmo {
 
@@ -42,6 +43,8 @@ public:
     static HotKeySetting setting(HotKeyAction action);
     /// What the user calls the action.
     static QString title(HotKeyAction action);
+    /// Tells the user that the action has a shortcut already.
+    static QString sameAs(HotKeyAction action);
 
     /// What each action runs. An action without a handler isn't registered.
     std::map<HotKeyAction, std::function<void()>> handlers;
@@ -55,6 +58,8 @@ public:
 
     /// The action's shortcut as "Ctrl+Alt+N", whether it is enabled or not.
     QString displayString(HotKeyAction action) const;
+    /// The enabled action beside this one that has the shortcut.
+    std::optional<HotKeyAction> otherWith(const KeyCombo &combo, HotKeyAction action) const;
     /// Why enabled shortcuts aren't registered, for the user.
     const std::map<HotKeyAction, QString> &errors() const { return m_errors; }
 
@@ -62,6 +67,7 @@ Q_SIGNALS:
     void errorsChanged();
 
 private:
+    bool isWanted(HotKeyAction action) const;
     void registerEnabled();
     void retryLater();
     void lost(GlobalHotKeyCenter::ID id, const LocalizedError &reason);

@@ -10,8 +10,12 @@ FocusScope {
 
     // A page on which no control has the keyboard yet is entered by Tab or an arrow.
     function enter() {
-        if (Window.activeFocusItem === page)
-            page.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
+        const first = page.nextItemInFocusChain(true);
+        let outer = first.parent;
+        while (outer && outer !== Window.activeFocusItem)
+            outer = outer.parent;
+        if (outer)
+            first.forceActiveFocus(Qt.TabFocusReason);
     }
 
     focus: true
@@ -23,6 +27,15 @@ FocusScope {
         if (event.key === Qt.Key_Z && event.modifiers === Qt.ControlModifier && content.canUndoDrop) {
             content.undoDrop();
             event.accepted = true;
+        }
+    }
+
+    // Who calls a page means to use it, wherever in the panel the keyboard was.
+    Connections {
+        target: expanded.content
+        function onCalled() {
+            if (page.item && !page.activeFocus && !issueList.active)
+                page.forceActiveFocus();
         }
     }
 
@@ -50,6 +63,7 @@ FocusScope {
         height: parent.height - y - Theme.margin
         focus: true
         source: expanded.content.pageSource
+        onLoaded: (item as Item).focus = true
     }
 
     Loader {
@@ -75,6 +89,7 @@ FocusScope {
     }
 
     Loader {
+        id: issueList
         anchors.fill: page
         active: bar.showsIssues && expanded.content.issues.length > 0
         onActiveChanged: if (!active)

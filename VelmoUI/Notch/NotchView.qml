@@ -39,6 +39,12 @@ NotchContainerView {
         value: view.content.isLarge
     }
 
+    Binding {
+        target: DataState
+        property: "isLoading"
+        value: view.content.isLoading
+    }
+
     Connections {
         target: view.content
         function onCalled() {

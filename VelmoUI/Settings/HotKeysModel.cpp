@@ -91,8 +91,11 @@ void HotKeysModel::record(const QKeyEvent &press)
     if (!keyCode)
         return; // a modifier on its way, or a key that no shortcut can have
     const KeyCombo combo{*keyCode, globalModifiers(press.modifiers())};
-    if (!combo.isAcceptableGlobalShortcut()) {
-        m_recordingIssue = GlobalHotKeyCenter::RegistrationError::notAcceptable().description();
+    const auto owner = m_hotKeys.otherWith(combo, *m_recording);
+    if (owner || !combo.isAcceptableGlobalShortcut()) {
+        m_recordingIssue =
+            owner ? HotKeyController::sameAs(*owner)
+                  : GlobalHotKeyCenter::RegistrationError::notAcceptable().description();
         update();
         return;
     }

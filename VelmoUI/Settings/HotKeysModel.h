@@ -43,7 +43,7 @@ public:
 
     bool isRecording() const { return m_recording.has_value(); }
     /// A key pressed while recording: Esc and Backspace end it, a combination that can be a global
-    /// shortcut becomes the new one, any other says why it can't.
+    /// shortcut and is no other action's becomes the new one, any other says why it can't.
     void record(const QKeyEvent &press);
 
 private:

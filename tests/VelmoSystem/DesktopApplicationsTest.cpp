@@ -141,6 +141,7 @@ TEST_F(DesktopApplicationsTest, StartsAProgramOfItsOwnSession)
     folder->write("program", R"(#!/bin/sh
         exec >"$0.out"
         printf '<%s>' "$@"; echo
+        pwd
         ps -o sid= -o ppid= -p $$
         [ -e /proc/$$/fd/)" + QByteArray::number(kept) +
                                  R"( ] && echo kept
@@ -153,10 +154,11 @@ TEST_F(DesktopApplicationsTest, StartsAProgramOfItsOwnSession)
     ASSERT_TRUE(wait([] { return QFile::exists(folder->path("program.done")); }));
     const auto lines = folder->read("program.done").split('\n');
     EXPECT_EQ(lines[0], "<--open><two words><100%><Programa><--icon><picture>");
-    const auto process = lines[1].simplified().split(' ');
+    EXPECT_EQ(lines[1], QDir::homePath().toUtf8());
+    const auto process = lines[2].simplified().split(' ');
     EXPECT_NE(process[0].toInt(), ::getsid(0));
     EXPECT_NE(process[1].toInt(), ::getpid());
-    EXPECT_EQ(lines[2], "");
+    EXPECT_EQ(lines[3], "");
     ::close(kept);
 
     EXPECT_EQ(failure("none.desktop"), "O aplicativo não está mais instalado.");

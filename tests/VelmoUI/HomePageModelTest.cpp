@@ -6,6 +6,7 @@
 
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
+#include "tests/support/Warnings.h"
 
 #include <QPointer>
 #include <QQmlEngine>
@@ -62,6 +63,17 @@ protected:
         return dynamic_cast<FavoritesModel &>(*model.value<QObject *>());
     }
     static QStringList names(const QAbstractItemModel *model) { return column(model, "name"); }
+    /// What is drawn by that QML.
+    static const QQuickItem *part(const QByteArray &type, const QQuickItem *from)
+    {
+        if (QByteArray(from->metaObject()->className()).startsWith(type))
+            return from;
+        for (const QQuickItem *child : from->childItems()) {
+            if (const QQuickItem *found = part(type, child))
+                return found;
+        }
+        return nullptr;
+    }
 };
 
 } // namespace
@@ -87,11 +99,12 @@ TEST_F(HomePageModelTest, BringsWhatMattersNowToTheFront)
 
 TEST_F(HomePageModelTest, MakesThePanelAsWideAsItsCards)
 {
-    start();
     change([](AppSettings &settings) { settings.hasCompletedOnboarding = false; });
-    coordinator.open();
+    open();
+    Warnings warnings;
     const int withWelcome = width();
-    change([](AppSettings &settings) { settings.hasCompletedOnboarding = true; });
+    page().finishOnboarding();
+    EXPECT_EQ(warnings.take(), QStringList());
     constexpr int wanted = 72 + (146 + 10) + (158 + 10) + (214 + 10) + 290 + 20;
     constexpr int leastForTheBar = 240 + 190 + 240;
     EXPECT_EQ(withWelcome - width(), wanted - leastForTheBar);
@@ -184,6 +197,47 @@ TEST_F(HomePageModelTest, MovesAndRemovesTheFavoriteThatHasTheKeyboard)
     press(XK_Escape, {}, Qt::Key_Escape);
     EXPECT_EQ(favorites().removedName(), QString());
     EXPECT_EQ(names(favorites().favorites()), (QStringList{u"a"_qs, u"c"_qs}));
+}
+
+TEST_F(HomePageModelTest, OffersMenusOfItsFavoritesAndCards)
+{
+    install({u"a", u"b"});
+    change([](AppSettings &settings) {
+        settings.favoriteApps = {u"a.desktop"_qs, u"b.desktop"_qs};
+    });
+    open();
+    const auto choose = [this](int place) {
+        QCoreApplication::processEvents();
+        for (int i = 0; i < place; ++i)
+            press(XK_Down, {}, Qt::Key_Down);
+        press(XK_Return, {}, Qt::Key_Return);
+    };
+    press(XK_Tab, {}, Qt::Key_Tab);
+    press(XK_Tab, {}, Qt::Key_Tab);
+    press(XK_Menu, {}, Qt::Key_Menu);
+    choose(1);
+    EXPECT_EQ(names(favorites().favorites()), QStringList{u"b"_qs});
+
+    const auto openMenuOf = [this](const char *card) {
+        coordinator.open(u"home"_qs);
+        view().grabWindow(); // lays it out
+        const QQuickItem *item = part(card, view().rootObject());
+        ASSERT_TRUE(item) << card;
+        const QPointF title = item->mapToScene({20, 20});
+        QMouseEvent press(QEvent::MouseButtonPress, title, title, Qt::RightButton, Qt::RightButton,
+                          {});
+        QCoreApplication::sendEvent(&view(), &press);
+    };
+    openMenuOf("FocusCard");
+    EXPECT_EQ(column(page().commands(), "title").first(), u"Abrir Timers");
+    choose(0);
+    EXPECT_EQ(module(), u"timers");
+    openMenuOf("FocusCard");
+    choose(1);
+    EXPECT_EQ(settings().hiddenHomeCards.back(), u"focus");
+    openMenuOf("FavoritesCard");
+    choose(0);
+    EXPECT_EQ(settings().hiddenHomeCards.back(), u"favorites") << "no module is behind it";
 }
 
 TEST_F(HomePageModelTest, StartsKeepsAndBringsBackFavorites)

@@ -1,3 +1,4 @@
+#include "VelmoUI/Design/TileDrag.h"
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
 #include "VelmoUI/Modules/BuiltInModules.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
@@ -380,6 +381,14 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
             EXPECT_EQ(cutNames(), QStringList())
                 << int(size) << QString::fromUtf16(page).toStdString();
         }
+        for (const QQuickItem *item : items())
+            EXPECT_FALSE(item->property("truncated").toBool())
+                << int(size) << item->property("text").toString().toStdString();
+        const auto *preset =
+            found([](const auto &item) { return item.property("name") == "25:00"; });
+        ASSERT_TRUE(preset);
+        const auto *presets = preset->parentItem()->parentItem();
+        EXPECT_LE(preset->mapRectToItem(presets, preset->boundingRect()).right(), presets->width());
         EXPECT_TRUE(names().contains(u"Limpar concluídos"_qs));
         EXPECT_FALSE(names().contains(u"Últimas 4 semanas"_qs)) << "there is no history yet";
         coordinator.open(u"home"_qs);
@@ -391,6 +400,120 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
         EXPECT_GT(line->y() + line->height(), line->parentItem()->height() - 4)
             << "as if there were a battery";
     }
+}
+
+TEST_F(NotchViewTest, GivesTheKeyboardToThePageThatIsCalled)
+{
+    addBuiltInModules(services.modules);
+    services.shelf.addText(u"Texto"_qs);
+    services.notes.createNote(u"Nota"_qs);
+    services.clipboard.add(ClipItems::fromText(u"Cópia"_qs, {}, desktop.scheduler.now()).value());
+    start();
+    showView();
+    view().requestActivate();
+    coordinator.open();
+    const struct {
+        const char16_t *page;
+        const char16_t *written; ///< in what has the keyboard after an "x"
+    } pages[] = {{u"home", u""},       {u"tools", u""},  {u"shelf", u"x"}, {u"clipboard", u"x"},
+                 {u"notes", u"Notax"}, {u"timers", u""}, {u"system", u""}, {u"activity", u""}};
+    for (const auto &[page, written] : pages) {
+        QCoreApplication::processEvents();
+        found([](const auto &item) {
+            return item.property("name") == u"Fechar"_qs;
+        })->forceActiveFocus();
+        coordinator.open(QString::fromUtf16(page));
+        QCoreApplication::processEvents();
+        QKeyEvent letter(QEvent::KeyPress, Qt::Key_X, {}, u"x"_qs);
+        QCoreApplication::sendEvent(&view(), &letter);
+        const QQuickItem *item = view().activeFocusItem();
+        EXPECT_EQ(item->property("text").toString(), written)
+            << QString::fromUtf16(page).toStdString();
+        while (item && !item->property("watched").isValid())
+            item = item->parentItem();
+        EXPECT_TRUE(item) << QString::fromUtf16(page).toStdString() << " hasn't the keyboard";
+    }
+}
+
+TEST_F(NotchViewTest, SaysThatAPageIsEmptyOnlyOnceItIsLoaded)
+{
+    struct : DataFiles::Keeper {
+        QStringList issues() const override { return {}; }
+        void dismissIssues() override {}
+        bool isLoading() const override { return loads; }
+        bool holdsUnsaved() override { return false; }
+        void keyCame() override {}
+        void flush() override {}
+
+        bool loads = true;
+    } keeper;
+    services.files.add(keeper);
+    addBuiltInModules(services.modules);
+    change([](AppSettings &next) { next.hiddenHomeCards.clear(); });
+    start();
+    showView();
+    for (const char16_t *page :
+         {u"home", u"shelf", u"clipboard", u"notes", u"timers", u"activity"}) {
+        const auto told = [&](bool loads) {
+            keeper.loads = loads;
+            services.files.notify();
+            coordinator.open(QString::fromUtf16(page));
+            const QRegularExpression words(
+                u"aparece|guardar|copiar|vazia|Nenhuma a|Sem tarefas|Carre"_qs);
+            return names().filter(words);
+        };
+        EXPECT_EQ(told(true), QStringList(u"Carregando…"_qs))
+            << QString::fromUtf16(page).toStdString();
+        const QStringList after = told(false);
+        EXPECT_FALSE(after.isEmpty() || after.contains(u"Carregando…"_qs));
+    }
+    services.files.remove(keeper);
+}
+
+TEST_F(NotchViewTest, DragsThePictureOfARoundTile)
+{
+    addBuiltInModules(services.modules);
+    services.shelf.addText(u"Texto"_qs);
+    services.clipboard.add(ClipItems::fromText(u"Cópia"_qs, {}, desktop.scheduler.now()).value());
+    start();
+    showView();
+    for (const auto &[page, type] :
+         {std::pair(u"shelf", "ShelfTile"), {u"clipboard", "ClipTile"}}) {
+        coordinator.open(QString::fromUtf16(page));
+        view().grabWindow(); // makes the tiles
+        const auto *tile = found([&, name = type](const auto &item) {
+            return QByteArray(item.metaObject()->className()).startsWith(name);
+        });
+        ASSERT_TRUE(tile);
+        const QImage picture = TileDrag::picture(*tile).toImage();
+        EXPECT_EQ(picture.pixelColor(1, 1).alpha(), 0) << type;
+        EXPECT_EQ(picture.pixelColor(picture.rect().center()).alpha(), 255) << type;
+    }
+}
+
+TEST_F(NotchViewTest, KeepsWhatIsBesideAnUndoThatGoes)
+{
+    addBuiltInModules(services.modules);
+    desktop.folder.write(u"a.txt"_qs, "?");
+    start();
+    showView();
+    services.tools.open({QUrl::fromLocalFile(desktop.folder.path(u"a.txt"_qs))}, std::nullopt);
+    coordinator.open(u"tools"_qs);
+    services.toolsWork.rename(u"b"_qs, 1);
+    while (services.toolsWork.isRunning() || !services.toolsWork.canUndo())
+        desktop.scheduler.runPosted();
+    const auto place = [this] {
+        view().grabWindow(); // lays it out
+        const auto *button =
+            found([](const auto &item) { return item.property("name") == u"Mostrar"_qs; });
+        return button ? button->mapToScene({}) : QPointF();
+    };
+    const QPointF before = place();
+    EXPECT_TRUE(names().contains(u"Desfazer"_qs));
+    wait(8s);
+    EXPECT_FALSE(names().contains(u"Desfazer"_qs));
+    EXPECT_NE(before, QPointF());
+    EXPECT_EQ(place(), before);
 }
 
 TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)

@@ -171,6 +171,14 @@ TEST_F(SettingsWindowTest, RecordsAShortcut)
     EXPECT_TRUE(reads(u"Este atalho já está em uso por outro aplicativo ou pelo sistema."_qs));
     change([&](AppSettings &next) { next.toggleHotKey = before; });
 
+    services.hotKeys.handlers[HotKeyAction::newNote] = [] {};
+    record();
+    press(Qt::Key_M, Qt::ControlModifier | Qt::AltModifier, 'm');
+    EXPECT_TRUE(reads(u"Mesmo atalho de “Nova nota”."_qs));
+    EXPECT_EQ(settings().toggleHotKey, before);
+    services.hotKeys.handlers.erase(HotKeyAction::newNote);
+    press(Qt::Key_Escape, {}, 0xff1b);
+
     record();
     desktop.hotKeyGrabber.keyCodes = {{10, 18}};
     press(Qt::Key_Exclam, Qt::ControlModifier | Qt::ShiftModifier, '!', 10);

@@ -65,8 +65,6 @@ TEST_F(NotesTest, KeepWhatWasTypedIntoALongOneJustBeforeTheEnd)
         const xcb_window_t focused = screen.focusedWindow();
         ASSERT_EQ(run({"open", "notes"}).exitCode, 0);
         ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != focused; }));
-        const QPoint editor = frame("shape").center(); // which doesn't take the keyboard by itself
-        screen.click(editor.x(), editor.y());
         screen.typeKey(XK_End, {XK_Control_L});
         screen.typeKey(key);
         typed += QLatin1Char(letter);

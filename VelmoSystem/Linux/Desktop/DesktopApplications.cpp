@@ -4,6 +4,7 @@
 #include "VelmoSystem/Linux/Desktop/ApplicationIdentifiers.h"
 
 #include <QAbstractEventDispatcher>
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -98,9 +99,12 @@ bool hearsOfChanges()
     return dispatcher && dispatcher->inherits("QEventDispatcherGlib");
 }
 
-extern "C" void leaveSession(gpointer)
+/// In the new process. `folder` is a path, or nothing for an entry that names its own.
+extern "C" void leaveOrvane(gpointer folder)
 {
     ::setsid();
+    // A home that is missing is no reason not to start.
+    [[maybe_unused]] const bool isThere = folder && ::chdir(static_cast<const char *>(folder)) == 0;
 }
 
 } // namespace
@@ -183,10 +187,14 @@ void DesktopApplications::launch(const QString &id)
         throw LocalizedError(QStringLiteral("“%1” não pôde ser aberto: a sessão não responde.")
                                  .arg(application(entry.get()).name));
     const Owned<GAppLaunchContext> context(g_app_launch_context_new());
+    const Owned<gchar> ownFolder(
+        g_desktop_app_info_get_string(entry.get(), G_KEY_FILE_DESKTOP_KEY_PATH));
+    const bool hasOwnFolder = ownFolder && *ownFolder;
+    QByteArray home = QFile::encodeName(QDir::homePath());
     GError *failure = nullptr;
-    g_desktop_app_info_launch_uris_as_manager(entry.get(), nullptr, context.get(),
-                                              G_SPAWN_SEARCH_PATH, &leaveSession, nullptr, nullptr,
-                                              nullptr, &failure);
+    g_desktop_app_info_launch_uris_as_manager(
+        entry.get(), nullptr, context.get(), G_SPAWN_SEARCH_PATH, &leaveOrvane,
+        hasOwnFolder ? nullptr : home.data(), nullptr, nullptr, &failure);
     const Owned<GError> error(failure);
     if (error)
         throw LocalizedError(

@@ -18,6 +18,8 @@ Item {
     required property bool isCollected
     required property string spoken
     required property ClipboardPageModel page
+    /// Of the picture that is dragged.
+    readonly property real radius: Theme.cardRadius
     readonly property bool isCurrent: GridView.isCurrentItem
     readonly property bool isFocused: isCurrent && GridView.view.activeFocus
     readonly property bool isRinged: (isFocused && FocusCue.byKeys) || (isCurrent && page.collections.isCollecting)

@@ -105,7 +105,7 @@ CardSurface {
         anchors.centerIn: parent
         // Narrow enough that the last word doesn't stand alone.
         width: parent.width - 4 * Theme.cardPadding - 2 * Theme.gap
-        visible: clipboard.card.isEmpty
+        visible: clipboard.card.isEmpty && !DataState.isLoading
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         text: "O que você copiar aparece aqui"

@@ -78,6 +78,13 @@ CardSurface {
             required property string spoken
             required property var model
 
+            function openMenu(at: point) {
+                favorites.home.openMenu(icon, at, favorites.card.commands);
+            }
+            function run(command: string) {
+                favorites.card.run(command, id);
+            }
+
             name: model.name
             width: grid.cellWidth
             height: grid.cellHeight
@@ -92,13 +99,21 @@ CardSurface {
             onTriggered: favorites.card.launch(icon.id)
             Keys.onDeletePressed: favorites.card.remove(icon.id)
             Keys.onPressed: event => {
+                const asks = favorites.home.isMenuKey(event);
                 const moves = event.modifiers === (Qt.ControlModifier | Qt.ShiftModifier);
                 const by = event.key === Qt.Key_Left ? -1 : event.key === Qt.Key_Right ? 1 : 0;
-                event.accepted = moves && by !== 0;
-                if (event.accepted)
+                event.accepted = asks || (moves && by !== 0);
+                if (asks)
+                    openMenu(Qt.point(width / 2, height / 2));
+                else if (event.accepted)
                     favorites.card.move(icon.id, by);
             }
 
+            MouseArea {
+                anchors.fill: parent
+                acceptedButtons: Qt.RightButton
+                onPressed: mouse => icon.openMenu(Qt.point(mouse.x, mouse.y))
+            }
             Image {
                 anchors.centerIn: parent
                 width: icon.surfaceHeight - 2 * Theme.grid

@@ -17,6 +17,16 @@ ApplicationRow row(const Applications::Application &application, bool isFavorite
             isFavorite ? QStringLiteral("%1, favorito").arg(application.name) : application.name};
 }
 
+QString openCommand()
+{
+    return QStringLiteral("open");
+}
+
+QString removeCommand()
+{
+    return QStringLiteral("remove");
+}
+
 } // namespace
 
 FavoritesModel::FavoritesModel(const ModuleContext &context) : m_context(context)
@@ -25,6 +35,10 @@ FavoritesModel::FavoritesModel(const ModuleContext &context) : m_context(context
             &FavoritesModel::update);
     connect(&context.services.platform.applications, &Applications::changed, this,
             &FavoritesModel::update);
+    m_commands.setRecords({{openCommand(), QStringLiteral("Abrir"),
+                            QStringLiteral("arrow.up.forward.app"), QStringLiteral("Enter")},
+                           {removeCommand(), QStringLiteral("Tirar dos favoritos"),
+                            QStringLiteral("star.fill"), QStringLiteral("Delete")}});
     update();
 }
 
@@ -55,6 +69,14 @@ void FavoritesModel::remove(const QString &id)
         return;
     m_removed = {id, m_favorites.records()[std::size_t(place)].name, place};
     FavoriteApps::remove(id, m_context.services);
+}
+
+void FavoritesModel::run(const QString &command, const QString &id)
+{
+    if (command == openCommand())
+        launch(id);
+    else if (command == removeCommand())
+        remove(id);
 }
 
 void FavoritesModel::undoRemove()

@@ -3,6 +3,7 @@
 #include "VelmoCore/Home/HomeCard.h"
 #include "VelmoUI/Design/RecordListModel.h"
 #include "VelmoUI/Modules/NotchModule.h"
+#include "VelmoUI/Modules/PageCommand.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -27,6 +28,8 @@ class FavoritesModel : public QObject {
     QML_UNCREATABLE("Made by Home")
     Q_PROPERTY(QAbstractItemModel *favorites READ favorites CONSTANT)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
+    /// What can be done with each of them.
+    Q_PROPERTY(QAbstractItemModel *commands READ commands CONSTANT)
     /// Whether applications are being chosen.
     Q_PROPERTY(bool isPicking READ isPicking NOTIFY pickingChanged)
     /// What the search finds, favourites among it.
@@ -42,6 +45,7 @@ public:
 
     QAbstractItemModel *favorites() { return &m_favorites; }
     bool isEmpty() const { return m_favorites.rowCount() == 0; }
+    QAbstractItemModel *commands() { return &m_commands; }
     bool isPicking() const { return m_isPicking; }
     QAbstractItemModel *found() { return &m_found; }
     bool hasFound() const { return m_found.rowCount() > 0; }
@@ -56,6 +60,7 @@ public:
     /// Starts the application and closes the panel.
     Q_INVOKABLE void launch(const QString &id);
     Q_INVOKABLE void remove(const QString &id);
+    Q_INVOKABLE void run(const QString &command, const QString &id);
     Q_INVOKABLE void undoRemove();
     /// The favourite that was removed last can't come back any more.
     Q_INVOKABLE void forgetRemoved();
@@ -90,6 +95,7 @@ private:
     const ModuleContext m_context;
     RecordListModel<ApplicationRow> m_favorites;
     RecordListModel<ApplicationRow> m_found;
+    RecordListModel<PageCommand> m_commands;
     bool m_isPicking = false;
     QString m_query;
     Removed m_removed;

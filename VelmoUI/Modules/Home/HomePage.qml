@@ -16,6 +16,17 @@ FocusScope {
     onPageChanged: if (page)
         page.setWidth(width, Theme.gap)
 
+    /// Opens the menu of something on a card, which runs what is chosen.
+    function openMenu(item: Item, at: point, commands: var) {
+        menu.model = commands;
+        menu.item = item;
+        menu.user = Window.activeFocusItem;
+        menu.open(item.mapToItem(home, at));
+    }
+    function isMenuKey(event: KeyEvent): bool {
+        return menu.isCalledBy(event);
+    }
+
     Item {
         id: pages
         width: parent.width
@@ -86,6 +97,27 @@ FocusScope {
                                         "title": title,
                                         "card": model.content
                                     });
+                                }
+                                function openMenu(at: point) {
+                                    home.page.askAbout(id);
+                                    home.openMenu(card, at, home.page.commands);
+                                }
+                                function run(command: string) {
+                                    home.page.run(command, id);
+                                }
+
+                                Keys.onPressed: event => {
+                                    event.accepted = home.isMenuKey(event);
+                                    if (event.accepted)
+                                        openMenu(Qt.point(width / 2, height / 4));
+                                }
+
+                                // Below what the card shows, which may have menus of its own.
+                                MouseArea {
+                                    anchors.fill: parent
+                                    z: -1
+                                    acceptedButtons: Qt.RightButton
+                                    onPressed: mouse => card.openMenu(Qt.point(mouse.x, mouse.y))
                                 }
 
                                 Binding {
@@ -211,6 +243,18 @@ FocusScope {
             favorites: home.picking
             onDone: home.picking.stopPicking()
         }
+    }
+
+    ContextMenu {
+        id: menu
+
+        property var item: null
+        /// What had the keyboard before, while it is there.
+        property Item user: null
+
+        onChosen: id => item?.run(id)
+        onVisibleChanged: if (!visible)
+            (user ?? home).forceActiveFocus()
     }
 
     Connections {

@@ -25,6 +25,21 @@ QUrl cardSource(const char16_t *name)
         QStringLiteral("qrc:/qt/qml/Velmo/Modules/Home/%1.qml").arg(QString::fromUtf16(name)));
 }
 
+QString openCommand()
+{
+    return QStringLiteral("open");
+}
+
+QString hideCommand()
+{
+    return QStringLiteral("hide");
+}
+
+QString chooseCommand()
+{
+    return QStringLiteral("choose");
+}
+
 } // namespace
 
 HomePageModel::HomePageModel(const ModuleContext &context) : m_context(context)
@@ -74,7 +89,7 @@ void HomePageModel::setWidth(qreal width, qreal gap)
         return;
     m_width = width;
     m_gap = gap;
-    update();
+    layOut(); // Home asks for no other width because of that
 }
 
 void HomePageModel::turnWheel(int angle)
@@ -90,6 +105,48 @@ void HomePageModel::turnWheel(int angle)
 void HomePageModel::openModule(const QString &id)
 {
     m_context.select(id);
+}
+
+const NotchModule *HomePageModel::moduleOf(const QString &card) const
+{
+    HomeCard known{};
+    if (!boost::describe::enum_from_string(card.toUtf8().constData(), known))
+        return nullptr;
+    const auto &services = m_context.services;
+    const auto modules = services.modules.visible(services.settings.settings());
+    const auto found = std::ranges::find(modules, HomeCards::moduleID(known), &NotchModule::id);
+    return found == modules.end() ? nullptr : *found;
+}
+
+void HomePageModel::askAbout(const QString &card)
+{
+    std::vector<PageCommand> commands;
+    if (const auto *module = moduleOf(card))
+        commands.push_back({openCommand(), QStringLiteral("Abrir %1").arg(module->title()),
+                            module->symbol(), QString()});
+    commands.push_back(
+        {hideCommand(), QStringLiteral("Ocultar cartão"), QStringLiteral("eye.slash"), QString()});
+    commands.push_back({chooseCommand(), QStringLiteral("Escolher cartões"),
+                        QStringLiteral("square.grid.2x2"), QString()});
+    m_commands.setRecords(commands);
+}
+
+void HomePageModel::run(const QString &command, const QString &card)
+{
+    if (const auto *module = moduleOf(card); module && command == openCommand())
+        openModule(module->id());
+    else if (command == hideCommand())
+        hide(card);
+    else if (command == chooseCommand())
+        chooseCards();
+}
+
+void HomePageModel::hide(const QString &card)
+{
+    m_context.services.settings.update([&](AppSettings &settings) {
+        if (std::ranges::count(settings.hiddenHomeCards, card) == 0)
+            settings.hiddenHomeCards.push_back(card);
+    });
 }
 
 void HomePageModel::openSettings()
@@ -133,6 +190,12 @@ NotchModule::View HomePageModel::makeCard(HomeCard card)
 
 void HomePageModel::update()
 {
+    layOut();
+    m_context.panel.contentWidthChanged();
+}
+
+void HomePageModel::layOut()
+{
     const std::vector<HomeCard> cards = HomeView::cards(m_context.services);
     // Before QML has said how wide it is, everything stands on one page.
     const double width = m_width > 0 ? m_width : HomeLayout::idealWidth(cards, hasWelcome());
@@ -154,7 +217,6 @@ void HomePageModel::update()
     m_pageIndex = std::min(m_pageIndex, m_pageCount - 1);
     updateTips();
     Q_EMIT changed();
-    m_context.panel.contentWidthChanged();
 }
 
 void HomePageModel::updateTips()

@@ -3,6 +3,7 @@
 #include "VelmoCore/Home/HomeCard.h"
 #include "VelmoUI/Design/RecordListModel.h"
 #include "VelmoUI/Modules/NotchModule.h"
+#include "VelmoUI/Modules/PageCommand.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -45,6 +46,8 @@ class HomePageModel : public QObject {
     Q_PROPERTY(int pageIndex READ pageIndex WRITE setPageIndex NOTIFY changed)
     Q_PROPERTY(bool hasWelcome READ hasWelcome NOTIFY changed)
     Q_PROPERTY(qreal welcomeWidth READ welcomeWidth NOTIFY changed)
+    /// What can be done with the card that was asked about last.
+    Q_PROPERTY(QAbstractItemModel *commands READ commands CONSTANT)
     /// What an empty Home teaches, as it is set now.
     Q_PROPERTY(QAbstractItemModel *tips READ tips CONSTANT)
     /// The place of the setting among "Nada", "Prévia" and "Abrir".
@@ -62,6 +65,7 @@ public:
     void setPageIndex(int index);
     bool hasWelcome() const;
     qreal welcomeWidth() const { return m_welcomeWidth; }
+    QAbstractItemModel *commands() { return &m_commands; }
     QAbstractItemModel *tips() { return &m_tips; }
     int hoverBehavior() const;
     void setHoverBehavior(int place);
@@ -72,6 +76,8 @@ public:
     /// degree, positive to the previous one.
     Q_INVOKABLE void turnWheel(int angle);
     Q_INVOKABLE void openModule(const QString &id);
+    Q_INVOKABLE void askAbout(const QString &card);
+    Q_INVOKABLE void run(const QString &command, const QString &card);
     Q_INVOKABLE void openSettings();
     Q_INVOKABLE void chooseCards();
     Q_INVOKABLE void finishOnboarding();
@@ -81,12 +87,17 @@ Q_SIGNALS:
 
 private:
     NotchModule::View makeCard(HomeCard card);
+    /// What stands behind the card and can be gone to; null for none.
+    const NotchModule *moduleOf(const QString &card) const;
+    void hide(const QString &card);
     void update();
+    void layOut();
     void updateTips();
 
     const ModuleContext m_context;
     std::map<QString, NotchModule::View> m_views;
     RecordListModel<HomeCardRow> m_cards;
+    RecordListModel<PageCommand> m_commands;
     RecordListModel<HomeTip> m_tips;
     double m_width = 0;
     double m_gap = 0;

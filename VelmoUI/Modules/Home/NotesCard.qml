@@ -107,7 +107,7 @@ ControlSurface {
         x: Theme.cardPadding
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width - 2 * x
-        visible: !notes.card.hasNotes && !notes.card.hasOpenTasks
+        visible: !notes.card.hasNotes && !notes.card.hasOpenTasks && !DataState.isLoading
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         elide: Text.ElideNone

@@ -93,7 +93,7 @@ CardSurface {
         anchors.centerIn: parent
         // Narrow enough that the last word doesn't stand alone.
         width: parent.width - 4 * Theme.cardPadding - 2 * Theme.gap
-        visible: shelf.card.isEmpty
+        visible: shelf.card.isEmpty && !DataState.isLoading
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         text: "Arraste até aqui o que quer guardar"

@@ -154,7 +154,7 @@ Item {
 
     Label {
         anchors.fill: grid
-        visible: !list.page.hasFound
+        visible: !list.page.hasFound && !DataState.isLoading
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         elide: Text.ElideNone

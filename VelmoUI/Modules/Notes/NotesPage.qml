@@ -27,6 +27,7 @@ FocusScope {
         sourceComponent: FocusScope {
             id: sheet
 
+            focus: true
             Keys.onPressed: event => {
                 event.accepted = event.matches(StandardKey.Undo) && view.page.undoTitle.length > 0;
                 if (event.accepted)

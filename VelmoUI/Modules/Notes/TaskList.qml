@@ -120,7 +120,7 @@ Item {
     }
     Label {
         anchors.fill: tasks
-        visible: tasks.count === 0
+        visible: tasks.count === 0 && !DataState.isLoading
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         elide: Text.ElideNone

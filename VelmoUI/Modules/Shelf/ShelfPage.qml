@@ -177,7 +177,7 @@ FocusScope {
         cellWidth: Theme.leastTileWidth
         interactive: false
         keyNavigationEnabled: false
-        focus: true
+        focus: view.hasItems
         cacheBuffer: 0
         model: view.page ? view.page.items : null
         currentIndex: view.page?.currentIndex ?? -1

@@ -15,6 +15,8 @@ Item {
     required property bool isSelected
     required property string spoken
     required property ShelfPageModel page
+    /// Of the picture that is dragged.
+    readonly property real radius: Theme.cardRadius
     readonly property bool isFocused: GridView.isCurrentItem && GridView.view.activeFocus
     readonly property bool isRinged: isFocused && FocusCue.byKeys
     readonly property bool isRenaming: page.renaming === id

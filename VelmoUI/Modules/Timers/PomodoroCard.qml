@@ -64,6 +64,8 @@ CardSurface {
         Label {
             width: parent.width
             text: card.page.today
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
             color: Theme.secondaryText
             font.pixelSize: Theme.captionSize
         }

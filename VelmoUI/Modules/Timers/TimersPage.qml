@@ -24,6 +24,7 @@ FocusScope {
         focus: true
 
         sourceComponent: FocusScope {
+            focus: true
             Keys.onPressed: event => {
                 event.accepted = event.matches(StandardKey.Undo) && view.page.undoTitle.length > 0;
                 if (event.accepted)
@@ -36,7 +37,7 @@ FocusScope {
                 spacing: Theme.gap
 
                 PomodoroCard {
-                    width: 252
+                    width: Theme.isLarge ? 284 : 252
                     height: parent.height
                     page: view.page
                 }
@@ -47,7 +48,7 @@ FocusScope {
                     page: view.page
                 }
                 NewTimer {
-                    width: 264
+                    width: Theme.isLarge ? 304 : 264
                     height: parent.height
                     page: view.page
                 }
@@ -89,7 +90,7 @@ FocusScope {
 
             Label {
                 anchors.fill: list
-                visible: !view.page.hasTimers
+                visible: !view.page.hasTimers && !DataState.isLoading
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 elide: Text.ElideNone

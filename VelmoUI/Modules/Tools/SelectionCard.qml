@@ -101,16 +101,17 @@ CardSurface {
             spacing: Theme.grid
 
             ActionButton {
-                id: undo
-                visible: card.page !== null && card.page.canUndo
-                name: "Desfazer"
-                onTriggered: card.page.undo()
-            }
-            ActionButton {
                 id: reveal
                 visible: card.page !== null && card.page.canReveal
                 name: "Mostrar"
                 onTriggered: card.page.reveal()
+            }
+            // Last: it goes by itself, and nothing may move under the pointer then.
+            ActionButton {
+                id: undo
+                visible: card.page !== null && card.page.canUndo
+                name: "Desfazer"
+                onTriggered: card.page.undo()
             }
         }
     }

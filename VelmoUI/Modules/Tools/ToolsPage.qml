@@ -25,6 +25,7 @@ FocusScope {
     EmptyState {
         anchors.centerIn: parent
         visible: view.page !== null && !view.hasFiles && !view.asks
+        isOfKept: false
         symbol: "wrench.and.screwdriver"
         title: "Nenhum arquivo escolhido"
         detail: "Arraste arquivos até o notch ou escolha-os aqui para renomear, mover, compactar ou extrair."
