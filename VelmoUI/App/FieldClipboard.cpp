@@ -103,7 +103,7 @@ bool FieldClipboard::copy(QObject &field)
 void FieldClipboard::paste(QObject &field, Pasteboard &source)
 {
     const auto take = [self = QPointer(this), target = QPointer(&field),
-                       asked = m_scheduler.now()](const auto &data) {
+                       asked = m_scheduler.elapsed()](const auto &data) {
         if (self && target && data && data->isWhole)
             self->insert(*target, QString::fromUtf8(data->bytes), asked);
         else if (data && !data->isWhole)
@@ -115,9 +115,9 @@ void FieldClipboard::paste(QObject &field, Pasteboard &source)
     });
 }
 
-void FieldClipboard::insert(QObject &field, const QString &text, Date asked)
+void FieldClipboard::insert(QObject &field, const QString &text, Seconds asked)
 {
-    if (QGuiApplication::focusObject() != &field || m_scheduler.now() - asked > patience)
+    if (QGuiApplication::focusObject() != &field || m_scheduler.elapsed() - asked > patience)
         return;
     QInputMethodEvent typed;
     typed.setCommitString(text);

@@ -33,7 +33,7 @@ private:
     /// False without a selection, or in a field that hides what is in it.
     bool copy(QObject &field);
     void paste(QObject &field, Pasteboard &source);
-    void insert(QObject &field, const QString &text, Date asked);
+    void insert(QObject &field, const QString &text, Seconds asked);
 
     Pasteboard &m_clipboard;
     Pasteboard &m_selection;
