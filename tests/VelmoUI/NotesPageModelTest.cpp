@@ -118,5 +118,31 @@ TEST_F(NotesPageModelTest, KeepsTasksWithTheirReminders)
     EXPECT_EQ(services.notes.tasks().size(), 2U);
 }
 
+TEST_F(NotesPageModelTest, TakesRemovalsBackOneByOneEachInItsTime)
+{
+    const QString note = uuidText(services.notes.createNote(u"Plano"_qs).id);
+    page.addTask(u"regar"_qs, {});
+    const auto remove = [&] {
+        page.removeTask(column(page.tasks(), "id").at(0));
+        desktop.scheduler.advance(NotesPageModel::undoTime - 1s);
+        page.remove(note);
+        EXPECT_EQ(page.undoTitle(), u"Desfazer: nota apagada");
+    };
+    remove();
+    page.undo();
+    EXPECT_EQ(page.text(), u"Plano");
+    EXPECT_EQ(page.undoTitle(), u"Desfazer: tarefa apagada");
+    page.undo();
+    EXPECT_EQ(page.tasks()->rowCount(), 1);
+    remove();
+    page.setWatched(false); // the page may close meanwhile
+    desktop.scheduler.advance(1s);
+    page.undo();
+    EXPECT_EQ(page.text(), u"Plano");
+    EXPECT_EQ(page.undoTitle(), QString());
+    page.undo();
+    EXPECT_EQ(page.tasks()->rowCount(), 0);
+}
+
 } // namespace
 } // namespace velmo

@@ -7,6 +7,8 @@ FocusScope {
     id: sheet
 
     required property NotesPageModel page
+    /// Who undoes where the note has nothing to undo.
+    required property Item undoKeys
 
     function write() {
         editor.forceActiveFocus();
@@ -65,6 +67,7 @@ FocusScope {
             font.preferShaping: !isLong
             font.kerning: !isLong
             Keys.priority: Keys.BeforeItem
+            Keys.forwardTo: canUndo ? [] : [sheet.undoKeys]
             Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
             Accessible.name: "Nota"
             Component.onCompleted: sheet.page.edit(textDocument, Theme.accent)

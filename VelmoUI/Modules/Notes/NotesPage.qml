@@ -72,3 +72,5 @@ FocusScope {
         }
     }
 }
+                undoKeys: sheet
+                undoKeys: sheet

@@ -173,8 +173,6 @@ void NotesPageModel::setWatched(bool watched)
     }
     m_editor.flush();
     m_services.notes.discardEmptyNotes();
-    m_undo = {};
-    m_undoTitle.clear();
 }
 
 bool NotesPageModel::takeRequest()
@@ -329,10 +327,11 @@ void NotesPageModel::clearCompleted()
 
 void NotesPageModel::undo()
 {
-    const auto undo = std::exchange(m_undo, {});
-    m_undoTitle.clear();
-    if (undo)
-        undo();
+    if (m_removals.empty())
+        return;
+    const auto undo = std::move(m_removals.back().undo);
+    m_removals.pop_back();
+    undo();
     Q_EMIT changed();
 }
 
@@ -359,8 +358,12 @@ bool NotesPageModel::readDue(const QString &text, std::optional<Date> &due)
 
 void NotesPageModel::offerUndo(const QString &title, std::function<void()> undo)
 {
-    m_undoTitle = title;
-    m_undo = std::move(undo);
+    const auto end = [this] {
+        m_removals.pop_front();
+        Q_EMIT changed();
+    };
+    m_removals.push_back(
+        {title, std::move(undo), m_services.platform.scheduler.after(undoTime, end)});
     Q_EMIT changed();
 }
 

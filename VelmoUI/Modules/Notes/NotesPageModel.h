@@ -7,6 +7,8 @@
 #include <QtQml/qqmlregistration.h>
 
 namespace velmo {
+#include <deque>
+
 
 class AppServices;
 
@@ -67,7 +69,8 @@ struct TaskRow {
 };
 BOOST_DESCRIBE_STRUCT(TaskRow, (), (id, title, due, isDone, isOverdue, removal, spoken))
 
-/// The Notes page of one panel, and Home's card of it.
+/// The Notes page of one panel, and Home's card of it. What is removed can come back for
+/// `undoTime`.
 class NotesPageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -96,6 +99,8 @@ public:
     explicit NotesPageModel(AppServices &services);
 
     QAbstractItemModel *notes() { return &m_notes; }
+    static constexpr Seconds undoTime = 8s;
+
     QAbstractItemModel *tags() { return &m_tags; }
     bool hasTags() const { return m_tags.rowCount() > 0; }
     bool hasNotes() const;
@@ -112,7 +117,7 @@ public:
     bool showsDone() const { return m_showsDone; }
     void setShowsDone(bool shows);
     QString dueIssue() const { return m_dueIssue; }
-    QString undoTitle() const { return m_undoTitle; }
+    QString undoTitle() const { return m_removals.empty() ? QString() : m_removals.back().title; }
 
     /// Whether the page can be seen. One that closes forgets empty notes.
     Q_INVOKABLE void setWatched(bool watched);
@@ -167,6 +172,12 @@ private:
     NoteEditor m_editor;
     NoteList m_notes;
     RecordListModel<TagRow> m_tags;
+    struct Removal {
+        QString title;
+        std::function<void()> undo;
+        ScheduledTask end;
+    };
+
     RecordListModel<LinkRow> m_links;
     RecordListModel<TaskRow> m_tasks;
     QString m_query;
@@ -174,8 +185,7 @@ private:
     std::optional<Uuid> m_selected;
     bool m_showsDone = false;
     QString m_dueIssue;
-    QString m_undoTitle;
-    std::function<void()> m_undo;
+    std::deque<Removal> m_removals; ///< the last one comes back first
     bool m_isTyping = false;
     ScheduledTask m_refresh;
 };

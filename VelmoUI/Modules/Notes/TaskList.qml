@@ -6,6 +6,8 @@ Item {
     id: list
 
     required property NotesPageModel page
+    /// Who undoes where the line has nothing to undo.
+    required property Item undoKeys
     /// The task whose reminder is being set; empty for the new one.
     property string remembered: ""
     property bool asksDue: false
@@ -35,6 +37,7 @@ Item {
         name: "Nova tarefa"
         placeholder: "Nova tarefa — Enter para adicionar"
         onAccepted: {
+        keysWhileEmpty: list.undoKeys
             list.remembered = "";
             list.submit();
         }
