@@ -4,6 +4,7 @@
 #include "VelmoCore/Notes/NoteParsing.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Modules/Notes/NoteCommands.h"
 
 #include <QLocale>
 #include <QScopedValueRollback>
@@ -81,6 +82,13 @@ TaskRow taskRow(const TaskItem &task, Date now)
             .isOverdue = isOverdue,
             .removal = QStringLiteral("Remover %1").arg(task.title),
             .spoken = spoken};
+}
+
+/// Nothing if it is there no more.
+const TaskItem *taskOf(const NotesStore &store, const Uuid &id)
+{
+    const auto found = std::ranges::find(store.tasks(), id, &TaskItem::id);
+    return found == store.tasks().end() ? nullptr : &*found;
 }
 
 } // namespace
@@ -306,14 +314,20 @@ void NotesPageModel::toggleTask(const QString &id)
 
 void NotesPageModel::removeTask(const QString &id)
 {
-    const auto &tasks = m_services.notes.tasks();
-    const auto found = std::ranges::find(tasks, Uuid::fromString(id), &TaskItem::id);
-    if (found == tasks.end())
+    const TaskItem *found = taskOf(m_services.notes, Uuid::fromString(id));
+    if (!found)
         return;
     const TaskItem task = *found;
     m_services.notes.deleteTask(task.id);
     offerUndo(QStringLiteral("Desfazer: tarefa apagada"),
               [this, task] { m_services.notes.restore(std::vector{task}); });
+}
+
+QString NotesPageModel::reminderTitle(const QString &id) const
+{
+    const TaskItem *task = taskOf(m_services.notes, Uuid::fromString(id));
+    return task ? QStringLiteral("Lembrete: %1").arg(task->title)
+                : QStringLiteral("Quando lembrar");
 }
 
 void NotesPageModel::clearCompleted()
@@ -323,6 +337,39 @@ void NotesPageModel::clearCompleted()
     m_services.notes.clearCompletedTasks();
     offerUndo(QStringLiteral("Desfazer: tarefas apagadas"),
               [this, done] { m_services.notes.restore(done); });
+}
+
+void NotesPageModel::offerCommands(const QString &id)
+{
+    m_commanded = Uuid::fromString(id);
+    const Note *note = m_services.notes.note(m_commanded);
+    const TaskItem *task = taskOf(m_services.notes, m_commanded);
+    m_commands.setRecords(note   ? NoteCommands::of(*note)
+                          : task ? NoteCommands::of(*task)
+                                 : std::vector<PageCommand>());
+}
+
+void NotesPageModel::run(const QString &command)
+{
+    const QString id = uuidText(m_commanded);
+    const Note *note = m_services.notes.note(m_commanded);
+    const TaskItem *task = taskOf(m_services.notes, m_commanded);
+    if (!note && !task)
+        return;
+    if (command == NoteCommands::open) {
+        select(id);
+        Q_EMIT opened();
+    } else if (command == NoteCommands::pin) {
+        togglePin(id);
+    } else if (command == NoteCommands::toggle) {
+        toggleTask(id);
+    } else if (command == NoteCommands::remind) {
+        Q_EMIT reminderWanted(id);
+    } else if (command == NoteCommands::copy) {
+        m_services.platform.pasteboard.writeText(note ? note->text : task->title);
+    } else if (command == NoteCommands::remove) {
+        note ? remove(id) : removeTask(id);
+    }
 }
 
 void NotesPageModel::undo()

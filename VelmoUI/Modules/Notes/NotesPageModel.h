@@ -3,12 +3,13 @@
 #include "VelmoCore/Notes/NotesStore.h"
 #include "VelmoUI/Design/RecordListModel.h"
 #include "VelmoUI/Modules/Notes/NoteEditor.h"
+#include "VelmoUI/Modules/PageCommand.h"
 
 #include <QtQml/qqmlregistration.h>
 
-namespace velmo {
 #include <deque>
 
+namespace velmo {
 
 class AppServices;
 
@@ -94,13 +95,15 @@ class NotesPageModel : public QObject {
     Q_PROPERTY(bool showsDone READ showsDone WRITE setShowsDone NOTIFY changed)
     Q_PROPERTY(QString dueIssue READ dueIssue NOTIFY changed)
     Q_PROPERTY(QString undoTitle READ undoTitle NOTIFY changed) ///< empty if nothing can come back
+    /// What can be done with what `offerCommands` was last called for.
+    Q_PROPERTY(QAbstractItemModel *commands READ commands CONSTANT)
 
 public:
+    static constexpr Seconds undoTime = 8s;
+
     explicit NotesPageModel(AppServices &services);
 
     QAbstractItemModel *notes() { return &m_notes; }
-    static constexpr Seconds undoTime = 8s;
-
     QAbstractItemModel *tags() { return &m_tags; }
     bool hasTags() const { return m_tags.rowCount() > 0; }
     bool hasNotes() const;
@@ -118,6 +121,7 @@ public:
     void setShowsDone(bool shows);
     QString dueIssue() const { return m_dueIssue; }
     QString undoTitle() const { return m_removals.empty() ? QString() : m_removals.back().title; }
+    QAbstractItemModel *commands() { return &m_commands; }
 
     /// Whether the page can be seen. One that closes forgets empty notes.
     Q_INVOKABLE void setWatched(bool watched);
@@ -147,16 +151,33 @@ public:
     Q_INVOKABLE void clearDueIssue();
     Q_INVOKABLE void toggleTask(const QString &id);
     Q_INVOKABLE void removeTask(const QString &id);
+    /// What names the reminder of the task, or of the new one for an empty id.
+    Q_INVOKABLE QString reminderTitle(const QString &id) const;
     Q_INVOKABLE void clearCompleted();
 
+    /// Of a note or a task.
+    Q_INVOKABLE void offerCommands(const QString &id);
+    /// Does what one of `commands` stands for.
+    Q_INVOKABLE void run(const QString &command);
+    /// Takes back the last removal that hasn't been.
     Q_INVOKABLE void undo();
 
 Q_SIGNALS:
     void changed();
     void selected();
     void requested();
+    /// The selected note is to be written in.
+    void opened();
+    /// The user wants to set when to be reminded of the task.
+    void reminderWanted(const QString &id);
 
 private:
+    struct Removal {
+        QString title;
+        std::function<void()> undo;
+        ScheduledTask end;
+    };
+
     QString selectedText() const;
     void edited(const QString &text);
     /// False for a text that is neither empty nor a date.
@@ -172,12 +193,6 @@ private:
     NoteEditor m_editor;
     NoteList m_notes;
     RecordListModel<TagRow> m_tags;
-    struct Removal {
-        QString title;
-        std::function<void()> undo;
-        ScheduledTask end;
-    };
-
     RecordListModel<LinkRow> m_links;
     RecordListModel<TaskRow> m_tasks;
     QString m_query;
@@ -186,6 +201,8 @@ private:
     bool m_showsDone = false;
     QString m_dueIssue;
     std::deque<Removal> m_removals; ///< the last one comes back first
+    RecordListModel<PageCommand> m_commands;
+    Uuid m_commanded; ///< what `m_commands` are of
     bool m_isTyping = false;
     ScheduledTask m_refresh;
 };

@@ -12,6 +12,8 @@ Item {
     property string remembered: ""
     property bool asksDue: false
 
+    signal menuRequested(item: Item, id: string, at: point)
+
     function askDue(id) {
         remembered = id;
         asksDue = true;
@@ -35,9 +37,9 @@ Item {
         id: title
         width: parent.width - bell.width - Theme.grid
         name: "Nova tarefa"
+        keysWhileEmpty: list.undoKeys
         placeholder: "Nova tarefa — Enter para adicionar"
         onAccepted: {
-        keysWhileEmpty: list.undoKeys
             list.remembered = "";
             list.submit();
         }
@@ -51,9 +53,27 @@ Item {
         onTriggered: list.asksDue ? list.asksDue = false : list.askDue("")
     }
 
+    Connections {
+        target: list.page
+        function onReminderWanted(id) {
+            list.askDue(id);
+        }
+    }
+
+    Label {
+        id: heading
+        y: Theme.controlHeight + Theme.grid
+        width: parent.width
+        height: visible ? 4 * Theme.grid : 0
+        visible: list.asksDue && list.remembered.length > 0
+        text: list.page.reminderTitle(list.remembered)
+        color: Theme.secondaryText
+        font.pixelSize: Theme.captionSize
+        Accessible.ignored: true // the field is named so
+    }
     Row {
         id: dueRow
-        y: Theme.controlHeight + Theme.grid
+        anchors.top: heading.bottom
         width: parent.width
         height: visible ? Theme.controlHeight : 0
         spacing: Theme.grid
@@ -66,7 +86,7 @@ Item {
         TextEntry {
             id: due
             width: parent.width - soon.width - tomorrow.width - 2 * parent.spacing
-            name: "Quando lembrar"
+            name: heading.text
             placeholder: "18h, amanhã 9h"
             onEdited: if (list.page.dueIssue.length > 0)
                 list.page.clearDueIssue()
@@ -119,6 +139,7 @@ Item {
             width: tasks.width
             page: list.page
             onReminded: list.askDue(id)
+            onMenuRequested: at => list.menuRequested(this, id, at)
         }
     }
     Label {
