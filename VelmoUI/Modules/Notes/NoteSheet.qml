@@ -62,10 +62,13 @@ FocusScope {
             selectByMouse: true
             wrapMode: TextEdit.Wrap
             textFormat: TextEdit.PlainText
-            font.family: Theme.face
-            font.pixelSize: Theme.bodySize
-            font.preferShaping: !isLong
-            font.kerning: !isLong
+            // Set at once: each change lays out the whole text anew.
+            font: Qt.font({
+                family: Theme.face,
+                pixelSize: Theme.bodySize,
+                preferShaping: !isLong,
+                kerning: !isLong
+            })
             Keys.priority: Keys.BeforeItem
             Keys.forwardTo: canUndo ? [] : [sheet.undoKeys]
             Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
