@@ -110,8 +110,8 @@ bool FieldClipboard::copy(QObject &field)
 
 void FieldClipboard::paste(QObject &field, Pasteboard &source)
 {
-    read(field, source, [this, &field, asked = m_scheduler.now()](const QString &text) {
-        if (QGuiApplication::focusObject() == &field && m_scheduler.now() - asked <= patience)
+    read(field, source, [this, &field, asked = m_scheduler.elapsed()](const QString &text) {
+        if (QGuiApplication::focusObject() == &field && m_scheduler.elapsed() - asked <= patience)
             write(field, text);
     });
 }

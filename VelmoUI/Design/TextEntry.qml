@@ -12,6 +12,8 @@ FocusScope {
     property alias placeholder: placeholder.text
     /// What is written isn't shown.
     property bool isSecret: false
+    /// Gets the keys first while nothing is written here, as the page does for its undo.
+    property Item keysWhileEmpty: null
 
     signal edited(string text)
     signal accepted
@@ -42,6 +44,8 @@ FocusScope {
         echoMode: entry.isSecret ? TextInput.Password : TextInput.Normal
         font.family: Theme.face
         font.pixelSize: Theme.bodySize
+        Keys.priority: Keys.BeforeItem
+        Keys.forwardTo: entry.keysWhileEmpty !== null && text.length === 0 && preeditText.length === 0 ? [entry.keysWhileEmpty] : []
         Accessible.name: entry.name
         onTextEdited: entry.edited(text)
         onAccepted: entry.accepted()

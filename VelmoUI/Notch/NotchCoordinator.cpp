@@ -258,6 +258,14 @@ bool NotchCoordinator::handleKey(NotchWindowController &controller, const QKeyEv
         return true;
     if (controller.handleKey(key))
         return true;
+    // A layout without Latin letters doesn't say which of Ctrl's keys it is: the place does.
+    const auto letter = printed ? std::nullopt : KeyNames::keysym(*keyCode);
+    if (letter && press.key() > 0xff && key.modifiers.contains(KeyCombo::command)) {
+        const QKeyEvent latin(press.type(), int(QChar(*letter).toUpper().unicode()),
+                              press.modifiers(), press.nativeScanCode(), *letter,
+                              press.nativeModifiers());
+        return isTakenByPage(controller, latin);
+    }
     // The panel's keys go by their place too. Where the layout has put another key of the page's
     // there, as undo on W's, the page has it.
     if (!place || place == keyCode || !key.modifiers.contains(KeyCombo::command))

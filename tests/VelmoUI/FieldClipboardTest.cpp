@@ -151,8 +151,13 @@ TEST_F(FieldClipboardTest, TakesNothingLateElsewhereOrTooLong)
         pasteboard.late();
         return field.property("text").toString();
     };
-    EXPECT_EQ(pasteLate([] {}), u"xa\nb"_qs);
-    EXPECT_EQ(pasteLate([&] { scheduler.advance(FieldClipboard::patience + 1s); }), u"xyz"_qs);
+    const auto setClock = [&](Seconds by) { scheduler.setClock(scheduler.now() + by); };
+    EXPECT_EQ(pasteLate([&] { setClock(1h); }), u"xa\nb"_qs);
+    const auto wait = [&] {
+        setClock(-1h);
+        scheduler.advance(FieldClipboard::patience + 1s);
+    };
+    EXPECT_EQ(pasteLate(wait), u"xyz"_qs);
     EXPECT_EQ(pasteLate([&] { focus(u"sheet"_qs); }), u"xyz"_qs);
     pasteboard.writeText(QString(FieldClipboard::mostBytes + 1, u'a'));
     EXPECT_EQ(pasteLate([] {}), u"xyz"_qs);

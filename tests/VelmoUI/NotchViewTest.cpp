@@ -845,6 +845,65 @@ TEST_F(NotchViewTest, LetsThePageHaveItsKeysFirst)
     EXPECT_EQ(shown(), u"collapsed");
 }
 
+TEST_F(NotchViewTest, WorksOnTasksByKey)
+{
+    addBuiltInModules(services.modules);
+    services.notes.createNote(u"Plano"_qs);
+    services.notes.addTask(u"regar"_qs);
+    start();
+    showView();
+    view().requestActivate();
+    coordinator.open(u"notes"_qs);
+    QQuickItem *editor = found([](const auto &item) { return item.property("isLong").isValid(); });
+    QQuickItem *line =
+        found([](const auto &item) { return item.property("name") == u"Nova tarefa"_qs; });
+    const auto focusTask = [&] {
+        view().grabWindow(); // lists make what is in them when it is drawn
+        found([](const auto &item) {
+            return item.property("removal") == u"Remover regar"_qs;
+        })->forceActiveFocus();
+    };
+    const auto count = [&] { return services.notes.tasks().size(); };
+    const auto remove = [&] {
+        focusTask();
+        press(XK_Delete, {}, Qt::Key_Delete);
+        EXPECT_EQ(count(), 0U);
+    };
+    const auto undo = [&] {
+        press(XK_z, Qt::ControlModifier, Qt::Key_Z);
+        return count();
+    };
+    remove();
+    EXPECT_EQ(undo(), 1U);
+    for (QQuickItem *field : {editor, line}) {
+        remove();
+        field->forceActiveFocus();
+        EXPECT_EQ(undo(), 1U);
+    }
+    remove();
+    constexpr quint32 placeOfZ = 52;
+    press(XK_Cyrillic_ya, Qt::ControlModifier, 0x42f, placeOfZ);
+    EXPECT_EQ(count(), 1U) << "the layout has no z";
+    remove();
+    line->forceActiveFocus();
+    QKeyEvent typing(QEvent::KeyPress, Qt::Key_A, {}, u"a"_qs);
+    QCoreApplication::sendEvent(&view(), &typing);
+    EXPECT_EQ(undo(), 0U) << "what was typed goes first";
+    EXPECT_EQ(undo(), 1U);
+
+    focusTask();
+    press(XK_Menu, {}, Qt::Key_Menu);
+    EXPECT_EQ(view().activeFocusItem()->property("name"), u"Concluir"_qs);
+    EXPECT_EQ(nameAfter(Qt::Key_Down), u"Lembrete…");
+    EXPECT_FALSE(names().contains(u"Lembrete: regar"_qs));
+    press(XK_Return, {}, Qt::Key_Return);
+    EXPECT_TRUE(names().contains(u"Lembrete: regar"_qs));
+    focusTask();
+    press(XK_Menu, {}, Qt::Key_Menu);
+    EXPECT_EQ(nameAfter(Qt::Key_Escape), u"regar") << "it goes back to the task";
+    EXPECT_EQ(warnings.take(), QStringList());
+}
+
 TEST_F(NotchViewTest, NeverConfirmsWhereTheFirstPressWas)
 {
     start();

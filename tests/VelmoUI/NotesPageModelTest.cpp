@@ -118,5 +118,56 @@ TEST_F(NotesPageModelTest, KeepsTasksWithTheirReminders)
     EXPECT_EQ(services.notes.tasks().size(), 2U);
 }
 
+TEST_F(NotesPageModelTest, TakesRemovalsBackOneByOneEachInItsTime)
+{
+    const QString note = uuidText(services.notes.createNote(u"Plano"_qs).id);
+    page.addTask(u"regar"_qs, {});
+    const auto remove = [&] {
+        page.removeTask(column(page.tasks(), "id").at(0));
+        desktop.scheduler.advance(NotesPageModel::undoTime - 1s);
+        page.remove(note);
+        EXPECT_EQ(page.undoTitle(), u"Desfazer: nota apagada");
+    };
+    remove();
+    page.undo();
+    EXPECT_EQ(page.text(), u"Plano");
+    EXPECT_EQ(page.undoTitle(), u"Desfazer: tarefa apagada");
+    page.undo();
+    EXPECT_EQ(page.tasks()->rowCount(), 1);
+    remove();
+    page.setWatched(false); // the page may close meanwhile
+    desktop.scheduler.advance(1s);
+    page.undo();
+    EXPECT_EQ(page.text(), u"Plano");
+    EXPECT_EQ(page.undoTitle(), QString());
+    page.undo();
+    EXPECT_EQ(page.tasks()->rowCount(), 0);
+}
+
+TEST_F(NotesPageModelTest, OffersWhatCanBeDone)
+{
+    const Note note = services.notes.createNote(u"Plano"_qs);
+    const TaskItem task = services.notes.addTask(u"regar"_qs).value();
+    const auto run = [&](const Uuid &id, const QString &command) {
+        page.offerCommands(uuidText(id));
+        page.run(command);
+        page.offerCommands(uuidText(id));
+        return column(page.commands(), "title");
+    };
+    page.create();
+    EXPECT_THAT(run(note.id, u"open"_qs),
+                ElementsAre(u"Abrir"_qs, u"Fixar"_qs, u"Copiar"_qs, u"Apagar"_qs));
+    EXPECT_EQ(page.text(), u"Plano");
+    EXPECT_EQ(run(note.id, u"pin"_qs).at(1), u"Desafixar");
+    run(note.id, u"copy"_qs);
+    EXPECT_EQ(desktop.pasteboard.text, u"Plano"_qs);
+    EXPECT_TRUE(run(note.id, u"remove"_qs).empty());
+    EXPECT_THAT(run(task.id, u"copy"_qs),
+                ElementsAre(u"Concluir"_qs, u"Lembrete…"_qs, u"Copiar"_qs, u"Apagar"_qs));
+    EXPECT_EQ(desktop.pasteboard.text, u"regar"_qs);
+    EXPECT_THAT(run(task.id, u"toggle"_qs), ElementsAre(u"Reabrir"_qs, u"Copiar"_qs, u"Apagar"_qs));
+    EXPECT_TRUE(run(task.id, u"remove"_qs).empty());
+}
+
 } // namespace
 } // namespace velmo

@@ -8,6 +8,7 @@ Item {
     required property NotesPageModel page
 
     signal written
+    signal menuRequested(item: Item, id: string, at: point)
 
     TextEntry {
         id: search
@@ -104,10 +105,13 @@ Item {
             Keys.onReturnPressed: open()
             Keys.onDeletePressed: list.page.remove(id)
             Keys.onPressed: event => {
-                if (event.key === Qt.Key_P && event.modifiers === Qt.ControlModifier) {
+                const isMenu = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier);
+                const isPin = event.key === Qt.Key_P && event.modifiers === Qt.ControlModifier;
+                event.accepted = isMenu || isPin;
+                if (isMenu)
+                    list.menuRequested(card, id, Qt.point(width / 2, height / 4));
+                else if (isPin)
                     list.page.togglePin(id);
-                    event.accepted = true;
-                }
             }
 
             Rectangle {
@@ -147,7 +151,15 @@ Item {
             }
             MouseArea {
                 anchors.fill: parent
-                onClicked: card.open()
+                acceptedButtons: Qt.LeftButton | Qt.RightButton
+                onPressed: mouse => {
+                    if (mouse.button === Qt.RightButton)
+                        list.menuRequested(card, card.id, Qt.point(mouse.x, mouse.y));
+                }
+                onClicked: mouse => {
+                    if (mouse.button === Qt.LeftButton)
+                        card.open();
+                }
             }
         }
     }

@@ -7,6 +7,8 @@ FocusScope {
     id: sheet
 
     required property NotesPageModel page
+    /// Who undoes where the note has nothing to undo.
+    required property Item undoKeys
 
     function write() {
         editor.forceActiveFocus();
@@ -60,11 +62,15 @@ FocusScope {
             selectByMouse: true
             wrapMode: TextEdit.Wrap
             textFormat: TextEdit.PlainText
-            font.family: Theme.face
-            font.pixelSize: Theme.bodySize
-            font.preferShaping: !isLong
-            font.kerning: !isLong
+            // Set at once: each change lays out the whole text anew.
+            font: Qt.font({
+                family: Theme.face,
+                pixelSize: Theme.bodySize,
+                preferShaping: !isLong,
+                kerning: !isLong
+            })
             Keys.priority: Keys.BeforeItem
+            Keys.forwardTo: canUndo ? [] : [sheet.undoKeys]
             Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
             Accessible.name: "Nota"
             Component.onCompleted: sheet.page.edit(textDocument, Theme.accent)

@@ -18,6 +18,13 @@ FocusScope {
             page.setWatched(watched);
     }
 
+    function openMenu(item: Item, id: string, at: point) {
+        item.forceActiveFocus();
+        page.offerCommands(id);
+        menu.opener = item;
+        menu.open(item.mapToItem(view, at));
+    }
+
     Loader {
         id: content
         anchors.fill: parent
@@ -46,6 +53,9 @@ FocusScope {
                 function onRequested() {
                     sheet.answerRequest();
                 }
+                function onOpened() {
+                    note.write();
+                }
             }
 
             NoteList {
@@ -54,6 +64,7 @@ FocusScope {
                 height: parent.height
                 page: view.page
                 onWritten: note.write()
+                onMenuRequested: (item, id, at) => view.openMenu(item, id, at)
             }
             NoteSheet {
                 id: note
@@ -62,6 +73,7 @@ FocusScope {
                 height: parent.height
                 focus: true
                 page: view.page
+                undoKeys: sheet
             }
             TaskList {
                 id: tasks
@@ -69,7 +81,20 @@ FocusScope {
                 width: Math.round((parent.width - 2 * Theme.gap) * 0.28)
                 height: parent.height
                 page: view.page
+                undoKeys: sheet
+                onMenuRequested: (item, id, at) => view.openMenu(item, id, at)
             }
         }
+    }
+
+    ContextMenu {
+        id: menu
+
+        property Item opener: null
+
+        model: view.page ? view.page.commands : null
+        onChosen: id => view.page.run(id)
+        onVisibleChanged: if (!visible)
+            opener?.forceActiveFocus()
     }
 }

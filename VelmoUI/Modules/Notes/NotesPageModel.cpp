@@ -4,6 +4,7 @@
 #include "VelmoCore/Notes/NoteParsing.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Modules/Notes/NoteCommands.h"
 
 #include <QLocale>
 #include <QScopedValueRollback>
@@ -81,6 +82,13 @@ TaskRow taskRow(const TaskItem &task, Date now)
             .isOverdue = isOverdue,
             .removal = QStringLiteral("Remover %1").arg(task.title),
             .spoken = spoken};
+}
+
+/// Nothing if it is there no more.
+const TaskItem *taskOf(const NotesStore &store, const Uuid &id)
+{
+    const auto found = std::ranges::find(store.tasks(), id, &TaskItem::id);
+    return found == store.tasks().end() ? nullptr : &*found;
 }
 
 } // namespace
@@ -173,8 +181,6 @@ void NotesPageModel::setWatched(bool watched)
     }
     m_editor.flush();
     m_services.notes.discardEmptyNotes();
-    m_undo = {};
-    m_undoTitle.clear();
 }
 
 bool NotesPageModel::takeRequest()
@@ -308,14 +314,20 @@ void NotesPageModel::toggleTask(const QString &id)
 
 void NotesPageModel::removeTask(const QString &id)
 {
-    const auto &tasks = m_services.notes.tasks();
-    const auto found = std::ranges::find(tasks, Uuid::fromString(id), &TaskItem::id);
-    if (found == tasks.end())
+    const TaskItem *found = taskOf(m_services.notes, Uuid::fromString(id));
+    if (!found)
         return;
     const TaskItem task = *found;
     m_services.notes.deleteTask(task.id);
     offerUndo(QStringLiteral("Desfazer: tarefa apagada"),
               [this, task] { m_services.notes.restore(std::vector{task}); });
+}
+
+QString NotesPageModel::reminderTitle(const QString &id) const
+{
+    const TaskItem *task = taskOf(m_services.notes, Uuid::fromString(id));
+    return task ? QStringLiteral("Lembrete: %1").arg(task->title)
+                : QStringLiteral("Quando lembrar");
 }
 
 void NotesPageModel::clearCompleted()
@@ -327,12 +339,46 @@ void NotesPageModel::clearCompleted()
               [this, done] { m_services.notes.restore(done); });
 }
 
+void NotesPageModel::offerCommands(const QString &id)
+{
+    m_commanded = Uuid::fromString(id);
+    const Note *note = m_services.notes.note(m_commanded);
+    const TaskItem *task = taskOf(m_services.notes, m_commanded);
+    m_commands.setRecords(note   ? NoteCommands::of(*note)
+                          : task ? NoteCommands::of(*task)
+                                 : std::vector<PageCommand>());
+}
+
+void NotesPageModel::run(const QString &command)
+{
+    const QString id = uuidText(m_commanded);
+    const Note *note = m_services.notes.note(m_commanded);
+    const TaskItem *task = taskOf(m_services.notes, m_commanded);
+    if (!note && !task)
+        return;
+    if (command == NoteCommands::open) {
+        select(id);
+        Q_EMIT opened();
+    } else if (command == NoteCommands::pin) {
+        togglePin(id);
+    } else if (command == NoteCommands::toggle) {
+        toggleTask(id);
+    } else if (command == NoteCommands::remind) {
+        Q_EMIT reminderWanted(id);
+    } else if (command == NoteCommands::copy) {
+        m_services.platform.pasteboard.writeText(note ? note->text : task->title);
+    } else if (command == NoteCommands::remove) {
+        note ? remove(id) : removeTask(id);
+    }
+}
+
 void NotesPageModel::undo()
 {
-    const auto undo = std::exchange(m_undo, {});
-    m_undoTitle.clear();
-    if (undo)
-        undo();
+    if (m_removals.empty())
+        return;
+    const auto undo = std::move(m_removals.back().undo);
+    m_removals.pop_back();
+    undo();
     Q_EMIT changed();
 }
 
@@ -359,8 +405,12 @@ bool NotesPageModel::readDue(const QString &text, std::optional<Date> &due)
 
 void NotesPageModel::offerUndo(const QString &title, std::function<void()> undo)
 {
-    m_undoTitle = title;
-    m_undo = std::move(undo);
+    const auto end = [this] {
+        m_removals.pop_front();
+        Q_EMIT changed();
+    };
+    m_removals.push_back(
+        {title, std::move(undo), m_services.platform.scheduler.after(undoTime, end)});
     Q_EMIT changed();
 }
 

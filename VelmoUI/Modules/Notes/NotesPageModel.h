@@ -3,8 +3,11 @@
 #include "VelmoCore/Notes/NotesStore.h"
 #include "VelmoUI/Design/RecordListModel.h"
 #include "VelmoUI/Modules/Notes/NoteEditor.h"
+#include "VelmoUI/Modules/PageCommand.h"
 
 #include <QtQml/qqmlregistration.h>
+
+#include <deque>
 
 namespace velmo {
 
@@ -67,7 +70,8 @@ struct TaskRow {
 };
 BOOST_DESCRIBE_STRUCT(TaskRow, (), (id, title, due, isDone, isOverdue, removal, spoken))
 
-/// The Notes page of one panel, and Home's card of it.
+/// The Notes page of one panel, and Home's card of it. What is removed can come back for
+/// `undoTime`.
 class NotesPageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -91,8 +95,12 @@ class NotesPageModel : public QObject {
     Q_PROPERTY(bool showsDone READ showsDone WRITE setShowsDone NOTIFY changed)
     Q_PROPERTY(QString dueIssue READ dueIssue NOTIFY changed)
     Q_PROPERTY(QString undoTitle READ undoTitle NOTIFY changed) ///< empty if nothing can come back
+    /// What can be done with what `offerCommands` was last called for.
+    Q_PROPERTY(QAbstractItemModel *commands READ commands CONSTANT)
 
 public:
+    static constexpr Seconds undoTime = 8s;
+
     explicit NotesPageModel(AppServices &services);
 
     QAbstractItemModel *notes() { return &m_notes; }
@@ -112,7 +120,8 @@ public:
     bool showsDone() const { return m_showsDone; }
     void setShowsDone(bool shows);
     QString dueIssue() const { return m_dueIssue; }
-    QString undoTitle() const { return m_undoTitle; }
+    QString undoTitle() const { return m_removals.empty() ? QString() : m_removals.back().title; }
+    QAbstractItemModel *commands() { return &m_commands; }
 
     /// Whether the page can be seen. One that closes forgets empty notes.
     Q_INVOKABLE void setWatched(bool watched);
@@ -142,16 +151,33 @@ public:
     Q_INVOKABLE void clearDueIssue();
     Q_INVOKABLE void toggleTask(const QString &id);
     Q_INVOKABLE void removeTask(const QString &id);
+    /// What names the reminder of the task, or of the new one for an empty id.
+    Q_INVOKABLE QString reminderTitle(const QString &id) const;
     Q_INVOKABLE void clearCompleted();
 
+    /// Of a note or a task.
+    Q_INVOKABLE void offerCommands(const QString &id);
+    /// Does what one of `commands` stands for.
+    Q_INVOKABLE void run(const QString &command);
+    /// Takes back the last removal that hasn't been.
     Q_INVOKABLE void undo();
 
 Q_SIGNALS:
     void changed();
     void selected();
     void requested();
+    /// The selected note is to be written in.
+    void opened();
+    /// The user wants to set when to be reminded of the task.
+    void reminderWanted(const QString &id);
 
 private:
+    struct Removal {
+        QString title;
+        std::function<void()> undo;
+        ScheduledTask end;
+    };
+
     QString selectedText() const;
     void edited(const QString &text);
     /// False for a text that is neither empty nor a date.
@@ -174,8 +200,9 @@ private:
     std::optional<Uuid> m_selected;
     bool m_showsDone = false;
     QString m_dueIssue;
-    QString m_undoTitle;
-    std::function<void()> m_undo;
+    std::deque<Removal> m_removals; ///< the last one comes back first
+    RecordListModel<PageCommand> m_commands;
+    Uuid m_commanded; ///< what `m_commands` are of
     bool m_isTyping = false;
     ScheduledTask m_refresh;
 };

@@ -16,6 +16,7 @@ ControlSurface {
     required property NotesPageModel page
 
     signal reminded
+    signal menuRequested(point at)
 
     implicitHeight: Theme.controlHeight
     activeFocusOnTab: false
@@ -27,6 +28,11 @@ ControlSurface {
         ListView.view.currentIndex = index
     onTriggered: page.toggleTask(id)
     Keys.onDeletePressed: page.removeTask(id)
+    Keys.onPressed: event => {
+        event.accepted = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier);
+        if (event.accepted)
+            menuRequested(Qt.point(width / 2, height / 2));
+    }
 
     Symbol {
         id: tick
@@ -57,6 +63,11 @@ ControlSurface {
         font.pixelSize: Theme.captionSize
         font.weight: line.isOverdue ? Font.DemiBold : Font.Normal
         Accessible.ignored: true
+    }
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.RightButton
+        onPressed: mouse => line.menuRequested(Qt.point(mouse.x, mouse.y))
     }
     Row {
         id: buttons

@@ -6,9 +6,13 @@ Item {
     id: list
 
     required property NotesPageModel page
+    /// Who undoes where the line has nothing to undo.
+    required property Item undoKeys
     /// The task whose reminder is being set; empty for the new one.
     property string remembered: ""
     property bool asksDue: false
+
+    signal menuRequested(item: Item, id: string, at: point)
 
     function askDue(id) {
         remembered = id;
@@ -33,6 +37,7 @@ Item {
         id: title
         width: parent.width - bell.width - Theme.grid
         name: "Nova tarefa"
+        keysWhileEmpty: list.undoKeys
         placeholder: "Nova tarefa — Enter para adicionar"
         onAccepted: {
             list.remembered = "";
@@ -48,9 +53,27 @@ Item {
         onTriggered: list.asksDue ? list.asksDue = false : list.askDue("")
     }
 
+    Connections {
+        target: list.page
+        function onReminderWanted(id) {
+            list.askDue(id);
+        }
+    }
+
+    Label {
+        id: heading
+        y: Theme.controlHeight + Theme.grid
+        width: parent.width
+        height: visible ? 4 * Theme.grid : 0
+        visible: list.asksDue && list.remembered.length > 0
+        text: list.page.reminderTitle(list.remembered)
+        color: Theme.secondaryText
+        font.pixelSize: Theme.captionSize
+        Accessible.ignored: true // the field is named so
+    }
     Row {
         id: dueRow
-        y: Theme.controlHeight + Theme.grid
+        anchors.top: heading.bottom
         width: parent.width
         height: visible ? Theme.controlHeight : 0
         spacing: Theme.grid
@@ -63,7 +86,7 @@ Item {
         TextEntry {
             id: due
             width: parent.width - soon.width - tomorrow.width - 2 * parent.spacing
-            name: "Quando lembrar"
+            name: heading.text
             placeholder: "18h, amanhã 9h"
             onEdited: if (list.page.dueIssue.length > 0)
                 list.page.clearDueIssue()
@@ -116,6 +139,7 @@ Item {
             width: tasks.width
             page: list.page
             onReminded: list.askDue(id)
+            onMenuRequested: at => list.menuRequested(this, id, at)
         }
     }
     Label {
