@@ -194,21 +194,5 @@ TEST_F(ActivityCenterTest, SavesABurstOnceAndReadsItBack)
     EXPECT_EQ(titles(ActivityCenter(path(), {}, m_scheduler, 7)), "");
 }
 
-TEST(LiveActivity, ReckonsProgressAndRemainingTimeFromItsCountdown)
-{
-    const Date start{1000s};
-    LiveActivity activity{.progress = 0.3};
-    EXPECT_EQ(activity.progressAt(start), 0.3);
-    EXPECT_EQ(activity.remainingAt(start), std::nullopt);
-
-    const std::tuple<Seconds, Seconds, double, Seconds> cases[] = {
-        {60s, 15s, 0.25, 45s}, {60s, -5s, 0, 65s}, {60s, 90s, 1, 0s}, {0s, -5s, 1, 5s}};
-    for (const auto &[length, at, progress, remaining] : cases) {
-        activity.countdown = DateRange{start, start + length};
-        EXPECT_EQ(activity.progressAt(start + at), progress);
-        EXPECT_EQ(activity.remainingAt(start + at), remaining);
-    }
-}
-
 } // namespace
 } // namespace velmo

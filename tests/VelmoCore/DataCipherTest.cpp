@@ -1,7 +1,5 @@
 #include "VelmoCore/Storage/DataCipher.h"
 
-#include "tests/support/TemporaryFolder.h"
-
 #include <gtest/gtest.h>
 
 namespace velmo {
@@ -57,16 +55,6 @@ TEST(DataCipher, NoticesEveryChangedByteAndEveryCut)
         EXPECT_EQ(failure(cipher, sealed.first(i)), expected) << i;
     }
     EXPECT_EQ(failure(cipher, sealed + '\0'), Reason::unreadable);
-}
-
-TEST(DataCipher, KnowsASealedFileByItsFirstBytes)
-{
-    const TemporaryFolder folder;
-    folder.write("sealed", "VLMO1");
-    folder.write("short", "VLMO");
-    EXPECT_TRUE(DataCipher::isSealedFile(folder.path("sealed")));
-    for (const QString name : {"short", "absent", ""})
-        EXPECT_FALSE(DataCipher::isSealedFile(folder.path(name))) << name.toStdString();
 }
 
 } // namespace

@@ -49,20 +49,5 @@ TEST(DisplaySelection, FollowsTheChosenMode)
             << testing::PrintToString(mode) << testing::PrintToString(screens);
 }
 
-TEST(DisplaySelection, KeepsTheModeInJson)
-{
-    const std::pair<DisplayMode, QByteArray> cases[] = {
-        {{}, R"({"automatic":{}})"},
-        {{DisplayMode::Primary{}}, R"({"primary":{}})"},
-        {{DisplayMode::All{}}, R"({"all":{}})"},
-        {{DisplayMode::Specific{4'294'967'295, "DP-1"}},
-         R"({"specific":{"displayID":4294967295,"name":"DP-1"}})"},
-    };
-    for (const auto &[mode, text] : cases) {
-        EXPECT_EQ(Json::encode(mode), text);
-        EXPECT_EQ(Json::decode<DisplayMode>(text), mode);
-    }
-}
-
 } // namespace
 } // namespace velmo

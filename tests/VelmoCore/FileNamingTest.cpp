@@ -1,6 +1,5 @@
 #include "VelmoCore/Files/FileNaming.h"
 
-#include "VelmoCore/Files/FileCategory.h"
 #include "VelmoCore/Files/PageRanges.h"
 
 #include "tests/support/Printers.h"
@@ -106,24 +105,6 @@ TEST(PageRanges, SayWhatIsWrong)
     const std::pair<const char16_t *, int> outside[] = {{u"0", 0}, {u"11", 11}, {u"9-12", 11}};
     for (const auto &[text, page] : outside)
         EXPECT_EQ(wrong(text), Error::Value(Error::OutOfBounds{page}));
-}
-
-TEST(FileCategories, TellAFileByItsName)
-{
-    const auto category = [](const char16_t *name, bool isDirectory = false) {
-        return FileCategories::of(file(QString::fromUtf16(name)), isDirectory);
-    };
-    EXPECT_EQ(category(u"a.JPG"), FileCategory::image);
-    EXPECT_EQ(category(u"a.svg"), FileCategory::image);
-    EXPECT_EQ(category(u"a.pdf"), FileCategory::pdf);
-    EXPECT_EQ(category(u"a.tar.gz"), FileCategory::archive);
-    EXPECT_EQ(category(u"a.mkv"), FileCategory::video);
-    EXPECT_EQ(category(u"a.mp3"), FileCategory::audio);
-    EXPECT_EQ(category(u"a.cpp"), FileCategory::text);
-    EXPECT_EQ(category(u"a.xyzzy"), FileCategory::other);
-    EXPECT_EQ(category(u"zip"), FileCategory::other);
-    EXPECT_EQ(category(u"a.zip", true), FileCategory::folder);
-    EXPECT_EQ(category(u"a.app", true), FileCategory::other);
 }
 
 } // namespace velmo

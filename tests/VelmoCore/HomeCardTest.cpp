@@ -36,13 +36,6 @@ TEST(HomeCards, StandInTheUsersOrderWithTheActiveOnesFirst)
               (Cards{system, focus, favorites, agenda}));
 }
 
-TEST(HomeLayout, AsksForTheWidthOfItsCards)
-{
-    EXPECT_EQ(HomeLayout::idealWidth({}, false), 72);
-    EXPECT_EQ(HomeLayout::idealWidth({}, true), 72 + 290);
-    EXPECT_EQ(HomeLayout::idealWidth({favorites, system}, true), 156 + 224 + 72 + 290);
-}
-
 TEST(HomeLayout, FillsAsFewPagesAsHoldItsCards)
 {
     const Cards all{favorites, music, agenda, focus, shelf, notes, clipboard, system, captures};

@@ -142,10 +142,5 @@ TEST(IMAPResponse, ReadsCapabilities)
     EXPECT_EQ(IMAPResponse::capabilities("* OK CAPABILITY"), std::nullopt);
 }
 
-TEST(IMAPResponse, QuotesATextForACommand)
-{
-    EXPECT_EQ(IMAPResponse::quote(QStringLiteral("a\"b\\cé")), u"\"a\\\"b\\\\cé\"");
-}
-
 } // namespace
 } // namespace velmo

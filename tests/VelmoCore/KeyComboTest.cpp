@@ -37,17 +37,6 @@ TEST(KeyCombo, ShowsModifiersInOneOrderAndThenTheKey)
     EXPECT_EQ(KeyNames::display({0xffff'ffff, KeyCombo::option}), "Alt+Tecla 4294967295");
 }
 
-TEST(KeyCombo, StandsInJsonAsTwoNumbers)
-{
-    const KeyCombo combo{45, KeyCombo::control | KeyCombo::option};
-    const QByteArray text = R"({"keyCode":45,"modifiers":6144})";
-    EXPECT_EQ(Json::encode(combo), text);
-    EXPECT_EQ(Json::decode<KeyCombo>(text), combo);
-    for (const char *wrong : {R"({"keyCode":45})", R"({"keyCode":1,"modifiers":4294967296})",
-                              R"({"keyCode":1,"modifiers":{"bits":1}})"})
-        EXPECT_THROW(Json::decode<KeyCombo>(QByteArray(wrong)), JsonError) << wrong;
-}
-
 TEST(KeyNames, GivesEveryKeyANameASymbolAndADigitOfItsOwn)
 {
     std::set<QString> names;

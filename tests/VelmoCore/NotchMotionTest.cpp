@@ -57,29 +57,5 @@ TEST(NotchMotion, EasesInAndOut)
     }
 }
 
-TEST(NotchMotion, ChoosesTheMotionFromTheSettings)
-{
-    using NotchMotions::shapeChange, NotchMotions::transition;
-    const auto spring = [](double response, double damping) {
-        return NotchMotion{NotchMotion::Spring{Seconds{response}, damping}};
-    };
-    const NotchMotion none{NotchMotion::None{}};
-    const NotchMotion ease{NotchMotion::Ease{Seconds{0.16 * 1.3}}};
-    using enum AnimationSpeed;
-
-    EXPECT_EQ(transition(true, false, true, normal), none);
-    EXPECT_EQ(transition(true, true, true, relaxed), ease);
-    EXPECT_EQ(transition(true, true, false, normal), spring(0.5, 0.7));
-    EXPECT_EQ(transition(true, true, false, fast), spring(0.5 * 0.75, 0.7));
-    EXPECT_EQ(transition(false, true, false, relaxed), spring(0.32 * 1.3, 0.95));
-
-    const auto collapsed = NotchPresentation::collapsed;
-    EXPECT_EQ(shapeChange(collapsed, 5s, false, false, fast), none);
-    EXPECT_EQ(shapeChange(collapsed, 5s, true, false, fast), spring(0.42, 1));
-    EXPECT_EQ(shapeChange(collapsed, Seconds{0.7}, true, false, normal), spring(0.5, 0.7));
-    EXPECT_EQ(shapeChange(NotchPresentation::expanded, 5s, true, false, normal), spring(0.5, 0.7));
-    EXPECT_EQ(shapeChange(NotchPresentation::preview, 5s, true, true, relaxed), ease);
-}
-
 } // namespace
 } // namespace velmo

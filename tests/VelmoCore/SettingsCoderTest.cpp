@@ -35,12 +35,6 @@ TEST(SettingsCoder, KeepsEveryKindOfValueThroughAFile)
     EXPECT_FALSE(result.wasUnreadable);
 }
 
-TEST(SettingsCoder, TakesDefaultsForKeysThatAFileLacks)
-{
-    EXPECT_EQ(SettingsCoder::decode("{}"), DecodeResult());
-    EXPECT_EQ(SettingsCoder::decode(R"({"soundPack":[1,{}]})"), DecodeResult());
-}
-
 TEST(SettingsCoder, LosesOnlyTheKeysWithAWrongValue)
 {
     const std::pair<const char *, std::vector<QString>> cases[] = {

@@ -182,16 +182,5 @@ TEST_F(SettingsStoreTest, NeverBringsTheWelcomeBackByResetOrImport)
     EXPECT_TRUE(store.settings().mailSound);
 }
 
-TEST_F(SettingsStoreTest, ChangesNothingWhenAnImportFails)
-{
-    SettingsStore store = makeStore();
-    store.update(setMinutes(6));
-    folder.write("list.json", "[]");
-    EXPECT_THROW(store.importFrom(folder.path("list.json")), SettingsStore::ImportError);
-    EXPECT_THROW(store.importFrom(folder.path("missing.json")), FileError);
-    EXPECT_EQ(store.settings().eventAlertMinutes, 6);
-    EXPECT_EQ(folder.read("list.json"), "[]");
-}
-
 } // namespace
 } // namespace velmo

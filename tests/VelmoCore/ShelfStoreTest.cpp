@@ -128,19 +128,6 @@ TEST_F(ShelfStoreTest, KnowsAtTheNextStartWhatWasOnItsWay)
     EXPECT_EQ(reopened().items(), shelf.items());
 }
 
-TEST_F(ShelfStoreTest, TakesNothingInWithoutAPlaceForIt)
-{
-    ShelfStore nowhere({}, std::nullopt, scheduler);
-    try {
-        nowhere.moveIn(file("docs/a.txt"));
-        FAIL();
-    } catch (const FileError &error) {
-        EXPECT_EQ(error.code(), ENOENT);
-    }
-    EXPECT_TRUE(exists("docs/a.txt"));
-    EXPECT_TRUE(nowhere.items().empty());
-}
-
 TEST_F(ShelfStoreTest, MovesNothingThatItCannotRecordAndTriesAgain)
 {
     QDir().mkpath(folder.path(u"Shelf/shelf.json"_qs)); // no file can take its place

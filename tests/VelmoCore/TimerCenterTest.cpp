@@ -255,12 +255,5 @@ TEST(DurationText, ReadsWhatPeopleType)
         EXPECT_EQ(durationFromText(text), std::nullopt) << QString::fromUtf16(text).toStdString();
 }
 
-TEST(TimerCenter, FormatsDurationsWithHoursOnlyFromAnHourOn)
-{
-    EXPECT_EQ(TimerCenter::format(59.9s), u"0:59");
-    EXPECT_EQ(TimerCenter::format(3599s), u"59:59");
-    EXPECT_EQ(TimerCenter::format(3600s), u"1:00:00");
-}
-
 } // namespace
 } // namespace velmo

@@ -51,20 +51,6 @@ TEST_F(DragSessionWatcherTest, WaitsForASourceThatAnswersLate)
     EXPECT_TRUE(watcher.mouseUp());
 }
 
-TEST(MouseEventMonitor, TellsMovesFromDragsByTheButton)
-{
-    FakePointer pointer;
-    MouseEventMonitor monitor(pointer);
-    std::vector<std::size_t> kinds;
-    monitor.start([&](const MouseEventMonitor::Event &event) { kinds.push_back(event.index()); });
-    pointer.moveTo({1, 1});
-    pointer.press({1, 1});
-    pointer.moveTo({2, 2});
-    pointer.release({2, 2});
-    pointer.moveTo({3, 3});
-    EXPECT_EQ(kinds, (std::vector<std::size_t>{0, 1, 2, 3, 0}));
-}
-
 TEST(MouseEventMonitor, GoesOnWithoutAPointerToWatch)
 {
     struct Unwatchable : FakePointer {

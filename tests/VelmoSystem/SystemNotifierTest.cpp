@@ -37,21 +37,6 @@ protected:
 
 } // namespace
 
-TEST_F(SystemNotifierTest, ShowsWhatIsScheduledWhenItIsDue)
-{
-    schedule(u"a", u"velho", 60s);
-    schedule(u"a", u"novo", 90s);
-    schedule(u"b", u"passado", -5s);
-    schedule(u"c", u"desfeito", 30s);
-    notifier.cancel(u"c"_qs);
-    EXPECT_EQ(shown(), QStringList(u"passado"_qs));
-    scheduler.advance(60s);
-    EXPECT_EQ(shown(), QStringList(u"passado"_qs));
-    scheduler.advance(31s);
-    EXPECT_EQ(shown(), (QStringList{u"novo"_qs, u"passado"_qs}));
-    EXPECT_EQ(scheduler.pendingCount(), 0U);
-}
-
 TEST_F(SystemNotifierTest, FollowsTheWallClockWhenItIsSet)
 {
     const Date start = scheduler.now();

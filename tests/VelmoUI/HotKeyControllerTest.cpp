@@ -166,13 +166,5 @@ TEST_F(HotKeyControllerTest, LeavesAShortcutWithoutAnActionToOthers)
     EXPECT_EQ(grabber.grabbed.size(), 3U);
 }
 
-TEST_F(HotKeyControllerTest, LeavesTheShortcutsAloneWhenOtherSettingsChange)
-{
-    controller.apply();
-    const auto before = grabber.grabbed;
-    change([](AppSettings &next) { next.openOnClick = !next.openOnClick; });
-    EXPECT_EQ(grabber.grabbed, before);
-}
-
 } // namespace
 } // namespace velmo

@@ -13,14 +13,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-StringList ids(const std::vector<NotchModule *> &modules)
-{
-    StringList ids;
-    for (const auto *module : modules)
-        ids.push_back(module->id());
-    return ids;
-}
-
 class ModuleRegistryTest : public testing::Test {
 protected:
     ModuleRegistry modules;
@@ -28,24 +20,6 @@ protected:
     FakeModule &notes = FakeModule::addTo(modules, u"notes"_qs);
     FakeModule &mail = FakeModule::addTo(modules, u"mail"_qs);
 };
-
-TEST_F(ModuleRegistryTest, PutsTheOrderOfTheUserBeforeTheOrderOfRegistration)
-{
-    ModuleSettings settings;
-    EXPECT_THAT(ids(modules.ordered(settings)), ElementsAre(u"home", u"notes", u"mail"));
-    settings.moduleOrder = {u"mail"_qs, u"gone"_qs, u"home"_qs};
-    EXPECT_THAT(ids(modules.ordered(settings)), ElementsAre(u"mail", u"home", u"notes"));
-    settings.hiddenModules = {u"home"_qs, u"gone"_qs};
-    EXPECT_THAT(ids(modules.ordered(settings)), ElementsAre(u"mail", u"home", u"notes"));
-    EXPECT_THAT(ids(modules.visible(settings)), ElementsAre(u"mail", u"notes"));
-}
-
-TEST_F(ModuleRegistryTest, KeepsTheFirstOfTwoModulesWithOneId)
-{
-    modules.add(std::make_unique<FakeModule>(u"notes"_qs));
-    EXPECT_EQ(modules.find(u"notes"_qs), &notes);
-    EXPECT_THAT(ids(modules.ordered({})), ElementsAre(u"home", u"notes", u"mail"));
-}
 
 TEST_F(ModuleRegistryTest, RemembersAFailureUntilTheModuleActivates)
 {

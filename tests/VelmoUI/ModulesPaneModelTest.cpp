@@ -77,21 +77,5 @@ TEST_F(ModulesPaneModelTest, OffersTheCardsWhoseModuleIsThere)
                 ElementsAre(u"notes", u"clipboard", u"captures", u"favorites"));
 }
 
-TEST_F(ModulesPaneModelTest, OrdersAndRemovesFavoritesThatAreInstalled)
-{
-    desktop.applications.entries = {{.id = u"a.desktop"_qs, .name = u"Alfa"_qs},
-                                    {.id = u"b.desktop"_qs, .name = u"Beta"_qs}};
-    change([](AppSettings &next) {
-        next.favoriteApps = {u"a.desktop"_qs, u"gone.desktop"_qs, u"b.desktop"_qs};
-    });
-    ModulesPaneModel pane(services);
-    pane.moveFavorite(0, 1);
-    EXPECT_THAT(column(pane.favorites(), "spoken"), ElementsAre(u"Beta, 1 de 2", u"Alfa, 2 de 2"));
-    pane.removeFavorite(0);
-    EXPECT_THAT(settings().favoriteApps, ElementsAre(u"gone.desktop", u"a.desktop"));
-    pane.removeFavorite(0);
-    EXPECT_FALSE(pane.hasFavorites());
-}
-
 } // namespace
 } // namespace velmo

@@ -116,36 +116,6 @@ TEST_F(NotchViewModelTest, ActivatesAModuleWhenItFirstShows)
     EXPECT_EQ(c.activations, 1) << "the next one takes the place of a hidden one";
 }
 
-TEST_F(NotchViewModelTest, IsAsWideAsTheModuleOnShowAsks)
-{
-    add("a").width = 700.5;
-    add("b");
-    const auto width = [this] { return model.shape().targetCoreWidth(); };
-    EXPECT_EQ(width(), 190);
-    model.send(NotchEvent::openRequested);
-    EXPECT_EQ(width(), 721);
-    model.selectModule(1);
-    EXPECT_EQ(width(), 1160);
-    model.selectModule(0);
-    change([](AppSettings &next) { next.hiddenModules = {u"a"_qs}; });
-    EXPECT_EQ(width(), 1160);
-}
-
-TEST_F(NotchViewModelTest, TakesTheShapeThatSettingsAndActivityAskFor)
-{
-    change([](AppSettings &next) { next.nonNotchStyle = NonNotchStyle::hidden; });
-    EXPECT_FALSE(model.shape().target().isVisible);
-    services.activity.upsert({.id = u"timer"_qs});
-    EXPECT_TRUE(model.shape().target().isVisible);
-    EXPECT_EQ(model.shape().targetCoreWidth(), 190 + 2 * 40);
-    showMessage();
-    EXPECT_EQ(model.shape().targetHeight(), 24 + 34);
-    model.send(NotchEvent::openRequested);
-    change([](AppSettings &next) { next.panelSize = PanelSize::large; });
-    EXPECT_EQ(model.shape().targetCoreWidth(), 1280);
-    EXPECT_EQ(model.shape().targetHeight(), 24 + 192);
-}
-
 TEST_F(NotchViewModelTest, OpensWithASpringUnlessTheUserWantsLessMotion)
 {
     const double open = 24 + 172;

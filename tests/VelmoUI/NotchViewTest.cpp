@@ -105,12 +105,17 @@ protected:
         }
         return nullptr;
     }
-    /// A module with that page, opened with the keyboard in it.
-    void openPage(const QByteArray &qml)
+    /// A module with that page.
+    void addPage(const QByteArray &qml)
     {
         desktop.folder.write(u"Page.qml"_qs, qml);
         FakeModule::addTo(services.modules, u"página"_qs).page =
             QUrl::fromLocalFile(desktop.folder.path(u"Page.qml"_qs));
+    }
+    /// The same, opened with the keyboard in it.
+    void openPage(const QByteArray &qml)
+    {
+        addPage(qml);
         start();
         showView();
         view().requestActivate();
@@ -149,10 +154,8 @@ protected:
 
 TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
 {
-    desktop.folder.write(u"Page.qml"_qs, R"(import QtQuick
+    addPage(R"(import QtQuick
         Item { property QtObject page; property color accent; property bool watched })");
-    FakeModule::addTo(services.modules, u"fake"_qs).page =
-        QUrl::fromLocalFile(desktop.folder.path(u"Page.qml"_qs));
     services.modules.add(std::make_unique<ActivityModule>());
     services.modules.add(std::make_unique<ShelfModule>());
     services.shelf.addText(u"Nota"_qs);
@@ -177,7 +180,7 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     change([](AppSettings &next) { next.hoverBehavior = HoverBehavior::preview; });
     hover();
     check("preview");
-    for (const char16_t *page : {u"activity", u"fake", u"activity", u"shelf", u"um"}) {
+    for (const char16_t *page : {u"activity", u"página", u"activity", u"shelf", u"um"}) {
         coordinator.open(QString::fromUtf16(page));
         check("page");
     }
@@ -821,7 +824,7 @@ TEST_F(NotchViewTest, FitsTwelveModulesBesideTheNotchOfTheNarrowestPanel)
 
 TEST_F(NotchViewTest, LetsThePageHaveItsKeysFirst)
 {
-    desktop.folder.write(u"Page.qml"_qs, R"(import QtQuick
+    openPage(R"(import QtQuick
         FocusScope {
             focus: true
             property QtObject page; property bool watched; property bool asks: true
@@ -830,13 +833,6 @@ TEST_F(NotchViewTest, LetsThePageHaveItsKeysFirst)
                 Keys.onEscapePressed: event => { event.accepted = parent.asks; parent.asks = false }
             }
         })");
-    FakeModule::addTo(services.modules, u"texto"_qs).page =
-        QUrl::fromLocalFile(desktop.folder.path(u"Page.qml"_qs));
-    start();
-    showView();
-    view().requestActivate();
-    coordinator.open(u"texto"_qs);
-    QCoreApplication::processEvents();
     press(XK_Left, Qt::ControlModifier, Qt::Key_Left);
     EXPECT_EQ(view().activeFocusItem()->property("cursorPosition"), 5);
     press(XK_Escape, {}, Qt::Key_Escape);

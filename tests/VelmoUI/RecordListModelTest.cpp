@@ -25,17 +25,6 @@ QVariant field(const QModelIndex &index, const char *name)
     return index.data(index.model()->roleNames().key(name));
 }
 
-TEST(RecordListModel, ShowsTheFieldsOfARecordAsItsRoles)
-{
-    RecordListModel<Row> model;
-    model.setRecords({{u"a"_qs, 7, std::nullopt}, {{}, 0, u"sim"_qs}});
-    EXPECT_EQ(field(model.index(0), "id"), u"a"_qs);
-    EXPECT_EQ(field(model.index(0), "value"), 7);
-    EXPECT_FALSE(field(model.index(0), "note").isValid());
-    EXPECT_EQ(field(model.index(1), "note"), u"sim"_qs);
-    EXPECT_FALSE(model.data(model.index(0), Qt::DisplayRole).isValid());
-}
-
 TEST(RecordListModel, AnnouncesEveryChangeSoThatAViewCanFollow)
 {
     RecordListModel<Row> model;

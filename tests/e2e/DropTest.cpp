@@ -123,18 +123,4 @@ TEST_P(DropTest, NeverWaitsForASourceThatIsSilent)
     EXPECT_TRUE(shows("collapsed"));
 }
 
-TEST_P(DropTest, TakesNoNoticeOfAPressThatDragsNothing)
-{
-    makeGreenWindow();
-    launch();
-    screen.movePointer(source.x(), source.y());
-    screen.setButton(1, true);
-    pause(50ms);
-    for (int y = source.y(); y > notch.y(); y -= 40)
-        screen.movePointer(notch.x(), y);
-    screen.movePointer(notch.x(), notch.y());
-    EXPECT_TRUE(keeps("collapsed", 400ms));
-    screen.setButton(1, false);
-}
-
 } // namespace velmo

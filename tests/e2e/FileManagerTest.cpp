@@ -1,6 +1,5 @@
 #include "tests/e2e/OrvaneTest.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <X11/keysym.h>
@@ -124,31 +123,6 @@ TEST_F(FileManagerTest, TakesAFileThatIsDraggedOutOfTheShelf)
             return eventually([&] { return stands("Docs/Relatório.txt"); }, 2s);
         },
         40s));
-}
-
-TEST_F(FileManagerTest, CopiesAFileThroughTheClipboardsHistory)
-{
-    QDir().mkpath(home.path("home/Outra"));
-    const auto hasHistory = [&] { return stands(".local/share/Orvane/Clipboard/clipboard.json"); };
-    EXPECT_TRUE(eventually([&] {
-        screen.click(icon.x(), icon.y());
-        screen.typeKey(XK_c, {XK_Control_L});
-        return eventually(hasHistory, 2s);
-    }));
-    screen.typeKey(XK_v, {XK_Control_L, XK_Alt_L});
-    ASSERT_TRUE(shows("expanded"));
-    EXPECT_TRUE(eventually([&] {
-        screen.typeKey(XK_Return); // which makes it Orvane's own
-        return presentation() == "collapsed";
-    }));
-    screen.run("pcmanfm", {home.path("home/Outra")});
-    EXPECT_TRUE(eventually([&] { return pixel(icon) == white; })); // that folder is empty
-    EXPECT_TRUE(eventually([&] {
-        screen.click(emptyPlace.x(), emptyPlace.y());
-        screen.typeKey(XK_v, {XK_Control_L});
-        return eventually([&] { return stands("Outra/Relatório.txt"); }, 2s);
-    }));
-    EXPECT_TRUE(stands("Docs/Relatório.txt"));
 }
 
 } // namespace velmo

@@ -27,7 +27,6 @@ protected:
 
 TEST_F(NotesTest, KeepANoteThatTheHotKeyBegan)
 {
-    writeSettings();
     launch();
     const xcb_window_t focused = screen.focusedWindow();
     screen.typeKey(XK_m, {XK_Control_L, XK_Alt_L});
@@ -79,7 +78,6 @@ TEST_F(NotesTest, KeepWhatWasTypedIntoALongOneJustBeforeTheEnd)
 
 TEST_F(NotesTest, TellTheDesktopOfATimerThatWasRunningBeforeTheStart)
 {
-    writeSettings();
     const Date now{Seconds(double(QDateTime::currentSecsSinceEpoch()))};
     const TimerCenter::Snapshot running{.timers = {CountdownTimer::make("chá", 60s, now - 58s)},
                                         .presets = {},

@@ -67,16 +67,6 @@ TEST_P(PanelTest, LetsClicksBesideItsShapeThrough)
     EXPECT_TRUE(goesThrough({large.center().x(), canvas.bottom() - 10}));
 }
 
-TEST_P(PanelTest, ClosesOnAClickOutside)
-{
-    makeGreenWindow();
-    launch();
-    pressHotKey();
-    ASSERT_TRUE(shows("expanded"));
-    screen.click(700, 700);
-    EXPECT_TRUE(shows("collapsed"));
-}
-
 TEST_P(PanelTest, GivesTheKeyboardBackWhenTheHotKeyClosesIt)
 {
     const xcb_window_t window = makeGreenWindow({100, 300, 400, 300});
@@ -96,25 +86,6 @@ TEST_P(PanelTest, GivesTheKeyboardBackWhenTheHotKeyClosesIt)
         EXPECT_TRUE(eventually([&] { return screen.focusedWindow() == window; }));
         EXPECT_TRUE(typesIntoTheWindow(20s));
     }
-}
-
-TEST_P(PanelTest, ClosesByItsOwnKeys)
-{
-    const xcb_window_t window = makeGreenWindow({100, 300, 400, 300});
-    launch();
-    const auto open = [&] {
-        pressHotKey();
-        ASSERT_TRUE(shows("expanded"));
-        ASSERT_TRUE(eventually([&] { return screen.focusedWindow() != window; }));
-    };
-    open();
-    screen.typeKey(XK_w, {XK_Control_L, XK_Shift_L});
-    EXPECT_TRUE(keeps("expanded", 300ms));
-    screen.typeKey(XK_w, {XK_Control_L});
-    EXPECT_TRUE(shows("collapsed"));
-    open();
-    screen.typeKey(XK_Escape);
-    EXPECT_TRUE(shows("collapsed"));
 }
 
 TEST_P(PanelTest, AnswersItsKeysUnderEachLayout)
@@ -155,18 +126,6 @@ TEST_P(PanelTest, MakesWayForAFullScreenWindow)
     EXPECT_TRUE(becomesVisible(true));
     EXPECT_EQ(presentation(), "collapsed");
     EXPECT_TRUE(eventually([&] { return pixel(notch) == 0; }));
-}
-
-TEST_P(PanelTest, StaysOverAFullScreenWindowIfTheUserWants)
-{
-    writeSettings({{"fullscreenBehavior", "keepVisible"}});
-    const xcb_window_t window = makeGreenWindow({100, 300, 400, 300});
-    launch();
-    screen.tellManager(window, "_NET_WM_STATE", {1, screen.atom("_NET_WM_STATE_FULLSCREEN"), 0, 1});
-    EXPECT_TRUE(eventually([&] { return pixel({20, 5}) == green && pixel(notch) == 0; }));
-    EXPECT_FALSE(eventually([&] { return !display()["visible"].toBool(); }, 600ms));
-    screen.movePointer(notch.x(), notch.y());
-    EXPECT_TRUE(shows("expanded"));
 }
 
 TEST_P(PanelTest, OutlivesItsWindowManager)

@@ -74,16 +74,6 @@ TEST_F(StorageTest, NeedsNoDataFolder)
     EXPECT_TRUE(shows("expanded"));
 }
 
-TEST_F(StorageTest, LeavesAHistoryAloneThatItCannotOpen)
-{
-    const QByteArray sealed = DataCipher(DataCipher::generateKeyData()).seal(historyText());
-    home.write(historyFile, sealed);
-    launch();
-    EXPECT_EQ(run({"quit"}).exitCode, 0);
-    EXPECT_EQ(exitCode(), 0);
-    EXPECT_EQ(home.read(historyFile), sealed);
-}
-
 TEST_F(StorageTest, ComesWithTheKeyOfAKeyStoreThatWasSilentAtTheStart)
 {
     QProcess keyring;
