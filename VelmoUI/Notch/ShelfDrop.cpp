@@ -5,6 +5,7 @@
 #include "VelmoUI/App/AppServices.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -63,7 +64,7 @@ std::optional<QString> bringIn(AppServices &services, const std::vector<QUrl> &f
     std::vector<QUrl> present;
     for (const QUrl &file : files) {
         const QString path = QDir::cleanPath(file.toLocalFile());
-        const bool isBundle = path.endsWith(u".app", Qt::CaseInsensitive);
+        const bool isBundle = QFileInfo(path).suffix().compare(u"app", Qt::CaseInsensitive) == 0;
         if (notch.contain(path))
             present.push_back(file);
         else if (!isBundle)
