@@ -6,8 +6,10 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QTest>
 
 namespace velmo {
 namespace {
@@ -140,8 +142,9 @@ TEST_F(SettingsWindowTest, IgnoresAnApplicationByKey)
     EXPECT_EQ(settings().clipboardIgnoredBundleIDs.back(), u"editor");
     press(Qt::Key_Tab);
     press(Qt::Key_Down);
+    const QPointer<const QObject> first = windows().at(0)->focusObject();
     press(Qt::Key_Delete);
-    QCoreApplication::processEvents();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return windows().at(0)->focusObject() != first; }));
     press(Qt::Key_Delete);
     EXPECT_EQ(settings().clipboardIgnoredBundleIDs.size(), 8U);
     EXPECT_EQ(settings().clipboardIgnoredBundleIDs[1], u"com.agilebits.onepassword7");

@@ -16,6 +16,8 @@ using Clock = std::chrono::steady_clock;
 constexpr Watcher::Time pause{20};
 /// Of what the machine takes for itself.
 constexpr Watcher::Time busy{50};
+/// Of the processors' time that is left over: with less, the display server waits too.
+constexpr double spare = 0.1;
 /// Longer than any of Orvane's waits.
 constexpr int patience = 30'000;
 
@@ -23,6 +25,27 @@ Watcher::Time since(Clock::time_point start)
 {
     return std::chrono::duration_cast<Watcher::Time>(Clock::now() - start);
 }
+
+/// What the processors have done since the machine's start.
+struct Load {
+    double idle = 0;
+    double all = 0;
+
+    static Load now()
+    {
+        Load load;
+        QFile file(QStringLiteral("/proc/stat"));
+        if (!file.open(QIODevice::ReadOnly))
+            return load;
+        const QList<QByteArray> times = file.readLine().simplified().split(' ');
+        for (qsizetype i = 1; i < times.size(); ++i) {
+            load.all += times[i].toDouble();
+            if (i == 4 || i == 5) // idle, and idle but for a disk
+                load.idle += times[i].toDouble();
+        }
+        return load;
+    }
+};
 
 QDBusMessage question(const char *service, const char *path, const char *interface,
                       const char *method)
@@ -61,6 +84,7 @@ void Watcher::watch(const std::stop_token &stop, const QString &bus)
         const Time lateness = since(rested) - pause;
         const std::lock_guard asking(m_asking);
         const Time withoutCpuBefore = withoutCpu();
+        const Load before = Load::now();
         const auto asked = Clock::now();
         const auto answer = connection.call(status, QDBus::Block, patience);
         const Time taken = since(asked);
@@ -71,7 +95,9 @@ void Watcher::watch(const std::stop_token &stop, const QString &bus)
         const auto askedBus = Clock::now();
         connection.call(control, QDBus::Block, patience);
         const Time machine = lateness + (withoutCpu() - withoutCpuBefore) + since(askedBus);
-        const Time allowed = machine > busy ? limitOfBusyMachine : limit;
+        const Load after = Load::now();
+        const bool isFull = after.idle - before.idle < spare * (after.all - before.all);
+        const Time allowed = machine > busy || isFull ? limitOfBusyMachine : limit;
         if (taken > allowed)
             m_late.push_back(QStringLiteral("%1 ms instead of %2; the machine kept it for %3 ms")
                                  .arg(taken.count())
