@@ -8,7 +8,7 @@ Item {
     required property NotesPageModel page
 
     signal written
-    signal menuRequested(item: Item, id: string, at: point)
+    signal menuRequested(item: Item, row: string, at: point)
 
     TextEntry {
         id: search

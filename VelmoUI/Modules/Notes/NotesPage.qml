@@ -18,9 +18,9 @@ FocusScope {
             page.setWatched(watched);
     }
 
-    function openMenu(item: Item, id: string, at: point) {
+    function openMenu(item, row: string, at: point) {
         item.forceActiveFocus();
-        page.offerCommands(id);
+        page.offerCommands(row);
         menu.opener = item;
         menu.open(item.mapToItem(view, at));
     }
@@ -64,7 +64,7 @@ FocusScope {
                 height: parent.height
                 page: view.page
                 onWritten: note.write()
-                onMenuRequested: (item, id, at) => view.openMenu(item, id, at)
+                onMenuRequested: (item, row, at) => view.openMenu(item, row, at)
             }
             NoteSheet {
                 id: note
@@ -82,7 +82,7 @@ FocusScope {
                 height: parent.height
                 page: view.page
                 undoKeys: sheet
-                onMenuRequested: (item, id, at) => view.openMenu(item, id, at)
+                onMenuRequested: (item, row, at) => view.openMenu(item, row, at)
             }
         }
     }

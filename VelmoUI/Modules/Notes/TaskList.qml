@@ -12,7 +12,7 @@ Item {
     property string remembered: ""
     property bool asksDue: false
 
-    signal menuRequested(item: Item, id: string, at: point)
+    signal menuRequested(item: Item, row: string, at: point)
 
     function askDue(id) {
         remembered = id;
