@@ -54,11 +54,6 @@ void SettingsStore::update(const std::function<void(AppSettings &)> &change)
     apply(settings);
 }
 
-void SettingsStore::replace(const AppSettings &settings)
-{
-    apply(settings);
-}
-
 void SettingsStore::resetToDefaults()
 {
     AppSettings settings;

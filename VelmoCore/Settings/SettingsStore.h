@@ -45,7 +45,6 @@ public:
     /// `change` alters a copy of the record, which then replaces it. An equal record changes
     /// nothing.
     void update(const std::function<void(AppSettings &)> &change);
-    void replace(const AppSettings &settings);
     /// All defaults but `hasCompletedOnboarding`.
     void resetToDefaults();
 
