@@ -112,6 +112,7 @@ void NotesStore::updateNote(const Uuid &id, const QString &text)
         return;
     note->text = text;
     note->updated = m_scheduler.now();
+    m_readings.remove(id);
     hasChanged();
 }
 
@@ -287,11 +288,10 @@ NotesStore::Reading NotesStore::readingOf(const QString &text)
 
 const NotesStore::Reading &NotesStore::read(const Note &note) const
 {
-    Reading &reading = m_readings[note.id];
-    // A reading shares its note's text, so the same characters are the same text.
-    if (reading.text.constData() != note.text.constData())
-        reading = readingOf(note.text);
-    return reading;
+    auto reading = m_readings.find(note.id);
+    if (reading == m_readings.end())
+        reading = m_readings.insert(note.id, readingOf(note.text));
+    return *reading;
 }
 
 void NotesStore::readInBackground()
@@ -303,8 +303,14 @@ void NotesStore::readInBackground()
         for (const Note &note : notes)
             readings.insert(note.id, readingOf(note.text));
         scheduler.post([readings, self] {
-            if (self && self->m_readings.isEmpty())
-                self->m_readings = readings;
+            if (!self)
+                return;
+            for (const Note &note : self->m_state.notes) {
+                const auto reading = readings.find(note.id);
+                // Not of a text that was changed meanwhile.
+                if (reading != readings.end() && reading->text == note.text)
+                    self->m_readings.insert(note.id, *reading);
+            }
         });
     });
 }
