@@ -54,7 +54,7 @@ std::optional<QString> decodeAs(const QString &charset, QByteArrayView bytes)
     if (!decoder.isValid())
         return std::nullopt;
     QString text = decoder(bytes);
-    // The decoders of UTF-16 and UTF-32 tell no errors.
+    // The decoders of UTF-16 and UTF-32 report no errors.
     if (decoder.hasError() || text.contains(QChar::ReplacementCharacter) || !text.isValidUtf16())
         return std::nullopt;
     return text;
@@ -176,11 +176,11 @@ QString decodeBytes(QByteArrayView bytes, const std::optional<QString> &charset)
         if (auto text = decodeAs(trimmedBlanks(*charset).toString(), bytes))
             return *text;
     }
-    if (bytes.isValidUtf8())
-        return QString::fromUtf8(bytes);
-    if (auto text = fromWindows1252(bytes))
-        return *text;
-    return QString::fromUtf8(bytes);
+    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    QString text = decoder(bytes);
+    if (!decoder.hasError())
+        return text;
+    return fromWindows1252(bytes).value_or(text);
 }
 
 QString decodeHeader(const QString &text)

@@ -55,9 +55,13 @@ std::optional<char32_t> numberedCharacter(QStringView token)
 qsizetype entityEnd(QStringView text, qsizetype mark)
 {
     constexpr int longestEntity = 12;
+    const auto isLatin = [&](qsizetype place) {
+        return place >= text.size() || (text[place].unicode() < 0x0300 && text[place] != u'\r');
+    };
     qsizetype at = mark;
     for (int count = 0; count < longestEntity && at < text.size(); ++count) {
-        const qsizetype length = Text::prefixLength(text.sliced(at), 1);
+        const bool isShort = isLatin(at) && isLatin(at + 1);
+        const qsizetype length = isShort ? 1 : Text::prefixLength(text.sliced(at), 1);
         if (text[at] == u';' && length == 1)
             return at + 1;
         if (count == 0 && length > 1)

@@ -89,18 +89,24 @@ std::optional<Range> tagEndAmongBreaks(QStringView html, qsizetype from)
 QString withoutTags(QStringView html)
 {
     Ahead tagEnd([html](qsizetype place) { return tagEndAmongBreaks(html, place); });
-    Rewriting rewriting(html);
-    qsizetype next = 0;
-    for (qsizetype tag = html.indexOf(u'<'); tag >= 0; tag = html.indexOf(u'<', next)) {
-        const qsizetype breakEnd = lineBreakEnd(html, tag);
-        const auto &end = breakEnd < 0 ? tagEnd.from(tag + 1) : std::nullopt;
-        next = tag + 1;
-        if (breakEnd >= 0)
-            rewriting.replace({tag, next = breakEnd}, u"\n");
-        else if (end && end->start > tag + 1)
-            rewriting.replace({tag, next = end->end}, u" ");
+    QString text(html.size(), Qt::Uninitialized);
+    auto out = text.begin();
+    for (qsizetype at = 0; at < html.size();) {
+        const bool isTag = html[at] == u'<';
+        const qsizetype breakEnd = isTag ? lineBreakEnd(html, at) : -1;
+        const auto &end = isTag && breakEnd < 0 ? tagEnd.from(at + 1) : std::nullopt;
+        if (breakEnd >= 0) {
+            *out++ = u'\n';
+            at = breakEnd;
+        } else if (end && end->start > at + 1) {
+            *out++ = u' ';
+            at = end->end;
+        } else {
+            *out++ = html[at++];
+        }
     }
-    return rewriting.finish();
+    text.truncate(out - text.cbegin());
+    return text;
 }
 
 bool isInvisible(QChar c)
@@ -164,7 +170,8 @@ QString tidied(QStringView text)
 
 QString htmlToText(const QString &html)
 {
-    return tidied(decodeEntities(withoutTags(withoutHidden(html))));
+    const bool hasTags = html.contains(u'<'); // most texts of links have none
+    return tidied(decodeEntities(hasTags ? withoutTags(withoutHidden(html)) : html));
 }
 
 } // namespace velmo::MailParser
