@@ -38,7 +38,7 @@ Words withoutSpaces(Words words)
 }
 
 /// The end of many another host: it counts only where a label of a host name can start.
-constexpr QStringView hostOfX = u"x.com/";
+constexpr std::u16string_view hostOfX = u"x.com/";
 
 struct Vocabulary {
     Words code =
@@ -51,11 +51,10 @@ struct Vocabulary {
                u"link para entrar", u"continue to", u"activate", u"ative"});
     Words signInBody = words({u"magic link", u"sign-in link", u"sign in link", u"login link",
                               u"link de acesso", u"link para entrar"});
-    Words linkStop =
-        words({u"unsubscribe", u"descadastr", u"privacy", u"privacidade", u"terms", u"termos",
-               u"help", u"ajuda", u"support", u"suporte", u"preferences", u"preferencias",
-               u"settings", u"facebook.com", u"twitter.com", u"instagram.com", u"linkedin.com",
-               hostOfX.toString().toStdU16String()});
+    Words linkStop = words({u"unsubscribe", u"descadastr", u"privacy", u"privacidade", u"terms",
+                            u"termos", u"help", u"ajuda", u"support", u"suporte", u"preferences",
+                            u"preferencias", u"settings", u"facebook.com", u"twitter.com",
+                            u"instagram.com", u"linkedin.com", std::u16string(hostOfX)});
     Words link = words({u"sign in", u"sign-in", u"signin", u"log in", u"login", u"log-in", u"magic",
                         u"entrar", u"acessar", u"verify", u"verificar", u"confirm", u"confirmar",
                         u"continue to", u"continuar", u"auth", u"token", u"activate", u"ativar"});
