@@ -1,15 +1,11 @@
 #include "VelmoUI/Modules/Tools/ToolsWork.h"
 
-#include "VelmoSystem/FileProcessing/ArchiveProcessor.h"
-#include "VelmoSystem/FileProcessing/FileOperations.h"
+#include "VelmoCore/Foundation/Cancelled.h"
 
 #include <QDir>
-#include <QFileInfo>
-#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
-#include <set>
 
 namespace velmo {
 
@@ -29,41 +25,9 @@ bool asksForPassword(const ArchiveError &error)
            std::holds_alternative<ArchiveError::WrongPassword>(error.value());
 }
 
-QString counted(std::size_t count, const char16_t *one, const char16_t *many)
-{
-    return count == 1 ? QString::fromUtf16(one)
-                      : QString::fromUtf16(many).arg(QLocale().toString(qulonglong(count)));
-}
-
 QString folderName(const QUrl &folder)
 {
     return QDir(folder.toLocalFile()).dirName();
-}
-
-std::set<QUrl> foldersBeside(const std::vector<QUrl> &urls)
-{
-    std::set<QUrl> folders;
-    std::set<QString> places;
-    for (const QUrl &url : urls)
-        places.insert(url.adjusted(QUrl::RemoveFilename).toLocalFile());
-    for (const QString &place : places) {
-        for (const QString &name :
-             QDir(place).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot))
-            folders.insert(QUrl::fromLocalFile(place + name));
-    }
-    return folders;
-}
-
-/// Moves one file after the other, so that what has moved is known also when the next one fails.
-void moveEach(const std::vector<QUrl> &urls, JobProgress &progress, MovedFiles &moved,
-              const std::function<QUrl(const QUrl &)> &move)
-{
-    for (const QUrl &url : urls) {
-        const QUrl now = move(url);
-        moved.before.push_back(url);
-        moved.now.push_back(now);
-        progress.update(double(moved.now.size()) / double(urls.size()), now.fileName());
-    }
 }
 
 } // namespace
@@ -104,14 +68,14 @@ void ToolsWork::run(Job job)
     if (isRunning())
         return;
     m_outputs.clear();
-    m_jobTitle = job.title;
+    m_jobTitle = job.tool.title;
     m_jobID =
-        m_jobs.run(job.title, job.symbol, QStringLiteral("tools"),
+        m_jobs.run(job.tool.title, job.tool.symbol, QStringLiteral("tools"),
                    [self = QPointer(this), job,
                     &scheduler = m_scheduler](JobProgress &progress, const std::stop_token &stop) {
                        MovedFiles moved;
                        try {
-                           const JobOutcome outcome = job.work(progress, stop, moved);
+                           const JobOutcome outcome = job.tool.work(progress, stop, moved);
                            scheduler.post([self, job, outcome, moved] {
                                if (self)
                                    self->finish(job, outcome, moved);
@@ -214,30 +178,13 @@ void ToolsWork::cancel()
 
 void ToolsWork::rename(const QString &pattern, int start)
 {
-    const auto work = [files = urls(), pattern, start, date = m_scheduler.now()](
-                          JobProgress &progress, const std::stop_token &stop, MovedFiles &moved) {
-        moved.now = FileOperations::batchRename(
-            files, pattern, start, date, [&](double share) { progress.update(share); }, stop);
-        moved.before = files;
-        return JobOutcome{.message =
-                              counted(files.size(), u"1 item renomeado", u"%1 itens renomeados"),
-                          .outputURLs = moved.now};
-    };
-    run({.title = counted(urls().size(), u"Renomear 1 item", u"Renomear %1 itens"),
-         .symbol = QStringLiteral("pencil"),
-         .work = work,
+    run({.tool = FileJobs::rename(urls(), pattern, start, m_scheduler.now()),
          .done = [this] { closeTool(QStringLiteral("rename")); }});
 }
 
 void ToolsWork::duplicate()
 {
-    const auto work = [files = urls()](JobProgress &, const std::stop_token &stop, MovedFiles &) {
-        return JobOutcome{.message = counted(files.size(), u"1 cópia feita", u"%1 cópias feitas"),
-                          .outputURLs = FileOperations::duplicate(files, stop)};
-    };
-    run({.title = counted(urls().size(), u"Duplicar 1 item", u"Duplicar %1 itens"),
-         .symbol = QStringLiteral("plus.square.on.square"),
-         .work = work});
+    run({.tool = FileJobs::duplicate(urls())});
 }
 
 void ToolsWork::moveTo(const QUrl &folder)
@@ -252,43 +199,12 @@ void ToolsWork::moveTo(const QUrl &folder)
         tell(told.arg(folderName(folder)), false);
         return;
     }
-    const auto work = [files, folder](JobProgress &progress, const std::stop_token &stop,
-                                      MovedFiles &moved) {
-        moveEach(files, progress, moved,
-                 [&](const QUrl &url) { return FileOperations::move({url}, folder, stop).at(0); });
-        return JobOutcome{.message = counted(files.size(), u"1 item movido", u"%1 itens movidos") +
-                                     QStringLiteral(" para “%1”").arg(folderName(folder)),
-                          .outputURLs = moved.now};
-    };
-    run({.title = counted(files.size(), u"Mover 1 item", u"Mover %1 itens"),
-         .symbol = QStringLiteral("folder.badge.plus"),
-         .work = work});
+    run({.tool = FileJobs::move(files, folder)});
 }
 
 void ToolsWork::organize()
 {
-    const auto work = [chosen = urls()](JobProgress &progress, const std::stop_token &stop,
-                                        MovedFiles &moved) {
-        std::vector<QUrl> files = chosen;
-        std::erase_if(files, [](const QUrl &url) { return QFileInfo(url.toLocalFile()).isDir(); });
-        const std::set<QUrl> foldersBefore = foldersBeside(files);
-        moveEach(files, progress, moved, [&](const QUrl &url) {
-            const QUrl now = FileOperations::organizeByExtension(
-                                 {url}, [](double) {}, stop)
-                                 .front();
-            const QUrl folder = now.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
-            if (!foldersBefore.contains(folder) &&
-                std::ranges::find(moved.madeFolders, folder) == moved.madeFolders.end())
-                moved.madeFolders.push_back(folder);
-            return now;
-        });
-        return JobOutcome{
-            .message = counted(files.size(), u"1 arquivo organizado", u"%1 arquivos organizados"),
-            .outputURLs = moved.now};
-    };
-    run({.title = counted(urls().size(), u"Organizar 1 item", u"Organizar %1 itens"),
-         .symbol = QStringLiteral("folder.badge.gearshape"),
-         .work = work});
+    run({.tool = FileJobs::organize(urls())});
 }
 
 void ToolsWork::undo()
@@ -296,29 +212,12 @@ void ToolsWork::undo()
     if (!canUndo())
         return;
     m_undoEnd.cancel();
-    const auto work = [files = m_undo](JobProgress &, const std::stop_token &stop,
-                                       MovedFiles &moved) {
-        files.takeBack(stop);
-        moved = {.before = files.now, .now = files.before, .madeFolders = {}};
-        return JobOutcome{.message = QStringLiteral("Tudo como antes"), .outputURLs = files.before};
-    };
-    run({.title = QStringLiteral("Desfazer"),
-         .symbol = QStringLiteral("arrow.uturn.backward"),
-         .work = work,
-         .isUndo = true});
+    run({.tool = FileJobs::takeBack(m_undo), .isUndo = true});
 }
 
 void ToolsWork::zip(const QString &name)
 {
-    const auto work = [files = urls(), name](JobProgress &progress, const std::stop_token &stop,
-                                             MovedFiles &) {
-        const QUrl archive = ArchiveProcessor::zip(files, name, std::nullopt, progress, stop);
-        return JobOutcome{.message = QStringLiteral("“%1” criado").arg(archive.fileName()),
-                          .outputURLs = {archive}};
-    };
-    run({.title = QStringLiteral("Compactar em “%1.zip”").arg(name),
-         .symbol = QStringLiteral("doc.zipper"),
-         .work = work,
+    run({.tool = FileJobs::zip(urls(), name),
          .done = [this] { closeTool(QStringLiteral("zip")); }});
 }
 
@@ -338,16 +237,7 @@ void ToolsWork::extract(const std::optional<QUrl> &folder)
 
 void ToolsWork::extractNow(const Step &step)
 {
-    const auto work = [step](JobProgress &progress, const std::stop_token &stop, MovedFiles &) {
-        const QUrl made = ArchiveProcessor::extract(
-            {.archive = step.archive, .password = step.password}, step.folder,
-            ArchiveProcessor::defaultSizeLimit, progress, stop);
-        return JobOutcome{.message = QStringLiteral("“%1” extraído").arg(made.fileName()),
-                          .outputURLs = {made}};
-    };
-    run({.title = QStringLiteral("Extrair “%1”").arg(step.archive.fileName()),
-         .symbol = QStringLiteral("archivebox"),
-         .work = work,
+    run({.tool = FileJobs::extract(step.archive, step.folder, step.password),
          .done =
              [this] {
                  if (m_waiting.empty() && m_locked.empty())
@@ -372,15 +262,7 @@ void ToolsWork::listNow(const Step &step)
     m_listed.reset();
     m_entries.clear();
     Q_EMIT entriesChanged();
-    const auto work = [step, entries](JobProgress &, const std::stop_token &stop, MovedFiles &) {
-        *entries =
-            ArchiveProcessor::list({.archive = step.archive, .password = step.password}, stop);
-        return JobOutcome{.message = counted(entries->size(), u"1 item", u"%1 itens") +
-                                     QStringLiteral(" em “%1”").arg(step.archive.fileName())};
-    };
-    run({.title = QStringLiteral("Ver conteúdo de “%1”").arg(step.archive.fileName()),
-         .symbol = QStringLiteral("list.bullet"),
-         .work = work,
+    run({.tool = FileJobs::list(step.archive, step.password, entries),
          .done =
              [this, step, entries] {
                  m_listed = step.archive;

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "VelmoCore/Activity/ActivityCenter.h"
-#include "VelmoCore/Files/ArchiveListing.h"
-#include "VelmoCore/Jobs/JobCenter.h"
-#include "VelmoSystem/FileProcessing/MovedFiles.h"
+#include "VelmoSystem/FileProcessing/FileJobs.h"
 #include "VelmoUI/Modules/Tools/ToolsSelection.h"
 
 #include <deque>
@@ -67,9 +65,6 @@ Q_SIGNALS:
     void finished();
 
 private:
-    /// What a job does. It tells in `moved` what it has moved so far, also when it fails.
-    using Work =
-        std::function<JobOutcome(JobProgress &, const std::stop_token &, MovedFiles &moved)>;
     /// What is to be done with an archive.
     struct Step {
         QUrl archive;
@@ -79,9 +74,7 @@ private:
         QString question = {}; ///< while its password is asked for
     };
     struct Job {
-        QString title;
-        QString symbol;
-        Work work;
+        FileJob tool;
         std::function<void()> done = [] {}; ///< on the main thread, after a success
         bool isUndo = false;
         std::optional<Step> step = std::nullopt;
