@@ -337,13 +337,12 @@ QString ShelfTransfer::start(AppServices &services) const
                              });
 }
 
-void takeOffShelf(AppServices &services, const std::vector<Uuid> &items)
+std::optional<QString> takeOffShelf(AppServices &services, const std::vector<Uuid> &items)
 {
     ShelfTransfer transfer{.kind = Kind::moveHome};
     for (const auto &[item, from, home] : services.shelf.removeAtOnce(items))
         transfer.leaving.push_back({item, from, home});
-    if (!transfer.leaving.empty())
-        transfer.start(services);
+    return transfer.leaving.empty() ? std::nullopt : std::optional(transfer.start(services));
 }
 
 void undoDrop(AppServices &services, const ShelfTransfer::Moved &moved,

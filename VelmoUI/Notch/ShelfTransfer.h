@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace velmo {
@@ -43,8 +44,9 @@ struct ShelfTransfer {
 /// Tells of so many items that have come onto the shelf.
 QString keptTitle(std::size_t count);
 
-/// Takes items off the shelf: at once, or by a job where that may take its time.
-void takeOffShelf(AppServices &services, const std::vector<Uuid> &items);
+/// Takes items off the shelf: at once, or by a job where that may take its time. Gives the job's
+/// id.
+std::optional<QString> takeOffShelf(AppServices &services, const std::vector<Uuid> &items);
 
 /// Takes back what the last drop moved in, as long as that is offered.
 void undoDrop(AppServices &services, const ShelfTransfer::Moved &moved,

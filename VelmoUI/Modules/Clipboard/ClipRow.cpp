@@ -66,26 +66,9 @@ void describeFiles(ClipRow &row, const ClipItem &item)
     row.text = names.join(QStringLiteral(", "));
 }
 
-QString kindWord(ClipKind kind)
-{
-    switch (kind) {
-    case ClipKind::text:
-        return QStringLiteral("texto");
-    case ClipKind::link:
-        return QStringLiteral("link");
-    case ClipKind::color:
-        return QStringLiteral("cor");
-    case ClipKind::image:
-        return QStringLiteral("imagem");
-    case ClipKind::files:
-        return QStringLiteral("arquivo");
-    }
-    Q_UNREACHABLE();
-}
-
 QString spoken(const ClipRow &row, ClipKind kind)
 {
-    QStringList parts{row.title, kindWord(kind), (row.origin + u' ' + row.age).trimmed()};
+    QStringList parts{row.title, ClipRows::kindWord(kind), (row.origin + u' ' + row.age).trimmed()};
     if (row.isPinned)
         parts.append(QStringLiteral("fixado"));
     if (row.isFavorite)
@@ -126,6 +109,23 @@ ClipRow ClipRows::make(const ClipItem &item, Date now)
                                    : QStringLiteral("· %1").arg(age(item.date, now));
     row.spoken = velmo::spoken(row, item.kind);
     return row;
+}
+
+QString ClipRows::kindWord(ClipKind kind)
+{
+    switch (kind) {
+    case ClipKind::text:
+        return QStringLiteral("texto");
+    case ClipKind::link:
+        return QStringLiteral("link");
+    case ClipKind::color:
+        return QStringLiteral("cor");
+    case ClipKind::image:
+        return QStringLiteral("imagem");
+    case ClipKind::files:
+        return QStringLiteral("arquivo");
+    }
+    Q_UNREACHABLE();
 }
 
 QString ClipRows::age(Date date, Date now)

@@ -32,6 +32,9 @@ namespace ClipRows {
 /// Asks the file system nothing.
 ClipRow make(const ClipItem &item, Date now);
 
+/// "texto", "link", "cor" …
+QString kindWord(ClipKind kind);
+
 /// "agora", "5 min", "3 h", "2 d", then the day.
 QString age(Date date, Date now);
 

@@ -1,0 +1,163 @@
+#include "VelmoUI/Modules/Tools/FilesVerbs.h"
+
+#include "VelmoCore/Files/FailedFiles.h"
+#include "VelmoCore/Foundation/Cancelled.h"
+#include "VelmoSystem/Control/VerbJob.h"
+#include "VelmoSystem/FileProcessing/FileJobs.h"
+
+namespace velmo {
+
+namespace {
+
+const QString noun = QStringLiteral("files");
+const QString patternOption = QStringLiteral("pattern");
+const QString startOption = QStringLiteral("start");
+const QString toOption = QStringLiteral("to");
+
+FileJob rename(const VerbCall &call, const Scheduler &scheduler)
+{
+    const auto pattern = call.options.find(patternOption);
+    if (pattern == call.options.end())
+        throw LocalizedError(
+            QStringLiteral("Diga os nomes novos, como em --pattern \"Foto {n:3}\"."));
+    return FileJobs::rename(call.files(0), pattern->second,
+                            VerbTable::number(call, startOption).value_or(1), scheduler.now());
+}
+
+FileJob compress(const VerbCall &call)
+{
+    const auto target = VerbTable::file(call, toOption);
+    if (!target)
+        return FileJobs::zip(call.files(0), std::nullopt);
+    QString name = target->fileName();
+    if (name.endsWith(u".zip", Qt::CaseInsensitive))
+        name.chop(4);
+    return FileJobs::zip(call.files(0), name,
+                         target->adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash));
+}
+
+/// Unpacks one archive after the other: one that fails doesn't keep the others from it.
+JobOutcome extractEach(const std::vector<QUrl> &archives, const std::optional<QUrl> &folder,
+                       const Scheduler &scheduler, JobProgress &progress,
+                       const std::stop_token &stop)
+{
+    JobOutcome outcome{.message = QStringLiteral("%L1 arquivos extraídos").arg(archives.size())};
+    FailedFiles failed;
+    for (std::size_t i = 0; i < archives.size(); ++i) {
+        JobProgress part(scheduler, [&](std::optional<double> share, const auto &) {
+            progress.update((double(i) + share.value_or(0)) / double(archives.size()),
+                            archives[i].fileName());
+        });
+        try {
+            MovedFiles moved;
+            const auto one = FileJobs::extract(archives[i], folder).work(part, stop, moved);
+            outcome.outputURLs.push_back(one.outputURLs.front());
+            if (archives.size() == 1)
+                outcome.message = one.message;
+        } catch (const Cancelled &) {
+            throw;
+        } catch (const LocalizedError &error) {
+            failed.add(archives[i], error);
+        }
+    }
+    if (failed.count() > 0) {
+        outcome.message = QStringLiteral("Não foi possível extrair");
+        outcome.detail = failed.text();
+        outcome.style = FeedbackStyle::error;
+    }
+    return outcome;
+}
+
+FileJob extract(const VerbCall &call, const Scheduler &scheduler)
+{
+    const auto archives = call.files(0);
+    const auto folder = VerbTable::file(call, toOption);
+    const FileJob first = FileJobs::extract(archives.front(), folder);
+    const auto work = [archives, folder, &scheduler](JobProgress &progress,
+                                                     const std::stop_token &stop, MovedFiles &) {
+        return extractEach(archives, folder, scheduler, progress, stop);
+    };
+    return {archives.size() == 1 ? first.title
+                                 : QStringLiteral("Extrair %L1 arquivos").arg(archives.size()),
+            first.symbol, work};
+}
+
+const VerbArgument files{
+    .name = QStringLiteral("ARQUIVO"), .kind = VerbArgument::Kind::file, .isRepeated = true};
+const VerbColumn path{QStringLiteral("path"), QStringLiteral("Caminho")};
+
+} // namespace
+
+std::vector<VerbSyntax> FilesVerbs::syntaxes()
+{
+    return {
+        {noun,
+         QStringLiteral("rename"),
+         QStringLiteral("dá nomes novos aos arquivos"),
+         {files},
+         {{patternOption,
+           QStringLiteral("NOMES"),
+           QStringLiteral("os nomes novos, com {nome}, {data}, {ext}, {n} ou {n:3}"),
+           {}},
+          {startOption, QStringLiteral("N"), QStringLiteral("o primeiro número de {n}"), {}}},
+         {path}},
+        {noun,
+         QStringLiteral("compress"),
+         QStringLiteral("compacta os arquivos em um ZIP"),
+         {files},
+         {{toOption,
+           QStringLiteral("ARQUIVO"),
+           QStringLiteral("o ZIP a criar; sem ela, ao lado do primeiro arquivo"),
+           {}}},
+         {path}},
+        {noun,
+         QStringLiteral("extract"),
+         QStringLiteral("extrai arquivos compactados"),
+         {files},
+         {{toOption,
+           QStringLiteral("PASTA"),
+           QStringLiteral("onde extrair; sem ela, ao lado de cada um"),
+           {}}},
+         {path}},
+        {noun,
+         QStringLiteral("organize"),
+         QStringLiteral("move cada arquivo para uma pasta com o nome da sua extensão"),
+         {files},
+         {},
+         {path}},
+    };
+}
+
+std::vector<Verb> FilesVerbs::make(JobCenter &jobs, ActivityCenter &activity,
+                                   const Scheduler &scheduler)
+{
+    const auto run = [&jobs, &activity](const FileJob &job, const VerbReply &reply) {
+        const QString id =
+            jobs.run(job.title, job.symbol, QStringLiteral("tools"),
+                     [work = job.work](JobProgress &progress, const std::stop_token &stop) {
+                         MovedFiles moved;
+                         return work(progress, stop, moved);
+                     });
+        VerbJob::follow(id, jobs, activity, reply, [reply](const JobOutcome &outcome) {
+            reply.list(VerbTable::paths(outcome.outputURLs));
+        });
+    };
+    const auto renameAll = [run, &scheduler](const VerbCall &call, const VerbReply &reply) {
+        run(rename(call, scheduler), reply);
+    };
+    const auto compressAll = [run](const VerbCall &call, const VerbReply &reply) {
+        run(compress(call), reply);
+    };
+    const auto extractAll = [run, &scheduler](const VerbCall &call, const VerbReply &reply) {
+        run(extract(call, scheduler), reply);
+    };
+    const auto organizeAll = [run](const VerbCall &call, const VerbReply &reply) {
+        run(FileJobs::organize(call.files(0)), reply);
+    };
+    return VerbTable::bind(syntaxes(), {{QStringLiteral("files rename"), renameAll},
+                                        {QStringLiteral("files compress"), compressAll},
+                                        {QStringLiteral("files extract"), extractAll},
+                                        {QStringLiteral("files organize"), organizeAll}});
+}
+
+} // namespace velmo
