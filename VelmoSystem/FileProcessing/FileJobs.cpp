@@ -114,15 +114,16 @@ FileJob FileJobs::move(const Files &files, const QUrl &folder)
             QStringLiteral("folder.badge.plus"), work};
 }
 
-FileJob FileJobs::zip(const Files &files, const std::optional<QString> &name,
-                      const std::optional<QUrl> &folder)
+FileJob FileJobs::compress(const Files &files, const std::optional<QString> &name,
+                           const std::optional<QUrl> &folder, ArchiveFormat format)
 {
     const auto work = [=](JobProgress &progress, const std::stop_token &stop, MovedFiles &) {
-        const QUrl archive = ArchiveProcessor::zip(files, name, folder, progress, stop);
+        const QUrl archive =
+            ArchiveProcessor::compress(format, files, name, folder, progress, stop);
         return JobOutcome{.message = QStringLiteral("“%1” criado").arg(archive.fileName()),
                           .outputURLs = {archive}};
     };
-    return {name ? QStringLiteral("Compactar em “%1.zip”").arg(*name)
+    return {name ? QStringLiteral("Compactar em “%1”").arg(*name + ArchiveEngine::suffix(format))
                  : counted(files.size(), u"Compactar 1 item", u"Compactar %1 itens"),
             QStringLiteral("doc.zipper"), work};
 }

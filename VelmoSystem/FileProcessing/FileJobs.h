@@ -1,7 +1,7 @@
 #pragma once
 
-#include "VelmoCore/Files/ArchiveListing.h"
 #include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoSystem/FileProcessing/ArchiveEngine.h"
 #include "VelmoSystem/FileProcessing/MovedFiles.h"
 
 #include <memory>
@@ -32,8 +32,9 @@ FileJob duplicate(const Files &files);
 FileJob organize(const Files &files);
 FileJob move(const Files &files, const QUrl &folder);
 /// Beside the first file without a `folder`; named as `ArchiveProcessor::zip` does without a name.
-FileJob zip(const Files &files, const std::optional<QString> &name,
-            const std::optional<QUrl> &folder = std::nullopt);
+FileJob compress(const Files &files, const std::optional<QString> &name,
+                 const std::optional<QUrl> &folder = std::nullopt,
+                 ArchiveFormat format = ArchiveFormat::zip);
 /// Beside the archive without a `folder`.
 FileJob extract(const QUrl &archive, const std::optional<QUrl> &folder,
                 const std::optional<QString> &password = std::nullopt);

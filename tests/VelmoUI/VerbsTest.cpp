@@ -209,7 +209,8 @@ TEST_F(VerbsTest, WorkOnFilesAndTellWhatTheyMade)
               QString());
     EXPECT_EQ(field("path"), home + u"/Foto 07.txt|"_qs + home + u"/Foto 08.txt"_qs);
     const QString archive = home + u"/x.zip"_qs;
-    run(u"files compress"_qs, {home + u"/Foto 07.txt"_qs}, {{u"to"_qs, archive}});
+    const QString first = home + u"/Foto 07.txt"_qs;
+    run(u"files compress"_qs, {first}, {{u"to"_qs, archive}});
     EXPECT_EQ(field("path"), archive);
     run(u"files compress"_qs, {home + u"/Foto 08.txt"_qs}, {{u"to"_qs, archive}});
     EXPECT_EQ(field("path"), home + u"/x 2.zip"_qs) << "nothing is replaced";
@@ -222,6 +223,14 @@ TEST_F(VerbsTest, WorkOnFilesAndTellWhatTheyMade)
     EXPECT_TRUE(run(u"files extract"_qs, {file(u"c.zip"_qs), archive})
                     .startsWith(u"! Não foi possível extrair: c.zip: "));
     EXPECT_TRUE(QFile::exists(home + u"/Foto 8.txt"_qs)) << "the other one is";
+
+    for (const QString &format : {u"7z"_qs, u"tar.gz"_qs}) {
+        const QString made = home + u"/y."_qs + format;
+        run(u"files compress"_qs, {first}, {{u"to"_qs, made}});
+        EXPECT_EQ(field("path"), made);
+        run(u"files compress"_qs, {first}, {{u"format"_qs, format}});
+        EXPECT_EQ(field("path"), home + u"/Foto 07."_qs + format);
+    }
 
     run(u"files organize"_qs, {home + u"/c.zip"_qs});
     EXPECT_EQ(field("path"), home + u"/ZIP/c.zip"_qs);

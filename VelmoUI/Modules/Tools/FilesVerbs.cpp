@@ -5,6 +5,8 @@
 #include "VelmoSystem/Control/VerbJob.h"
 #include "VelmoSystem/FileProcessing/FileJobs.h"
 
+#include <array>
+
 namespace velmo {
 
 namespace {
@@ -12,6 +14,7 @@ namespace {
 const QString noun = QStringLiteral("files");
 const QString patternOption = QStringLiteral("pattern");
 const QString startOption = QStringLiteral("start");
+const QString formatOption = QStringLiteral("format");
 const QString toOption = QStringLiteral("to");
 
 FileJob rename(const VerbCall &call, const Scheduler &scheduler)
@@ -24,16 +27,40 @@ FileJob rename(const VerbCall &call, const Scheduler &scheduler)
                             VerbTable::number(call, startOption).value_or(1), scheduler.now());
 }
 
+struct Format {
+    const char16_t *name;
+    ArchiveFormat format;
+};
+constexpr std::array formats{Format{u"zip", ArchiveFormat::zip},
+                             Format{u"7z", ArchiveFormat::sevenZip},
+                             Format{u"tar.gz", ArchiveFormat::tarGzip}};
+
+/// The one asked for, else the one that the archive's name ends with, else a ZIP.
+ArchiveFormat formatOf(const VerbCall &call, const QString &archive)
+{
+    const auto named = call.options.find(formatOption);
+    for (const auto &[name, format] : formats) {
+        if (named != call.options.end()
+                ? named->second == QStringView(name)
+                : archive.endsWith(ArchiveEngine::suffix(format), Qt::CaseInsensitive))
+            return format;
+    }
+    return ArchiveFormat::zip;
+}
+
 FileJob compress(const VerbCall &call)
 {
     const auto target = VerbTable::file(call, toOption);
+    QString name = target ? target->fileName() : QString();
+    const ArchiveFormat format = formatOf(call, name);
     if (!target)
-        return FileJobs::zip(call.files(0), std::nullopt);
-    QString name = target->fileName();
-    if (name.endsWith(u".zip", Qt::CaseInsensitive))
-        name.chop(4);
-    return FileJobs::zip(call.files(0), name,
-                         target->adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash));
+        return FileJobs::compress(call.files(0), std::nullopt, std::nullopt, format);
+    const QString suffix = ArchiveEngine::suffix(format);
+    if (name.endsWith(suffix, Qt::CaseInsensitive))
+        name.chop(suffix.size());
+    return FileJobs::compress(call.files(0), name,
+                              target->adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash),
+                              format);
 }
 
 /// Unpacks one archive after the other: one that fails doesn't keep the others from it.
@@ -82,6 +109,14 @@ FileJob extract(const VerbCall &call, const Scheduler &scheduler)
             first.symbol, work};
 }
 
+QStringList formatNames()
+{
+    QStringList names;
+    for (const Format &format : formats)
+        names.append(QString::fromUtf16(format.name));
+    return names;
+}
+
 const VerbArgument files{
     .name = QStringLiteral("ARQUIVO"), .kind = VerbArgument::Kind::file, .isRepeated = true};
 const VerbColumn path{QStringLiteral("path"), QStringLiteral("Caminho")};
@@ -103,12 +138,14 @@ std::vector<VerbSyntax> FilesVerbs::syntaxes()
          {path}},
         {noun,
          QStringLiteral("compress"),
-         QStringLiteral("compacta os arquivos em um ZIP"),
+         QStringLiteral("compacta os arquivos em um só"),
          {files},
          {{toOption,
            QStringLiteral("ARQUIVO"),
-           QStringLiteral("o ZIP a criar; sem ela, ao lado do primeiro arquivo"),
-           {}}},
+           QStringLiteral("o arquivo a criar; sem ela, ao lado do primeiro"),
+           {}},
+          {formatOption, QStringLiteral("FORMATO"), QStringLiteral("o formato, senão o do nome"),
+           formatNames()}},
          {path}},
         {noun,
          QStringLiteral("extract"),

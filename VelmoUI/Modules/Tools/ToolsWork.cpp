@@ -217,7 +217,7 @@ void ToolsWork::undo()
 
 void ToolsWork::zip(const QString &name)
 {
-    run({.tool = FileJobs::zip(urls(), name),
+    run({.tool = FileJobs::compress(urls(), name),
          .done = [this] { closeTool(QStringLiteral("zip")); }});
 }
 
