@@ -2,7 +2,6 @@
 
 #include "VelmoCore/Foundation/LocalizedError.h"
 
-#include <QDir>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -25,14 +24,12 @@ std::vector<Verb> bind(const std::vector<VerbSyntax> &syntaxes, const Runs &runs
 
 VerbOption limitOption(const QString &summary)
 {
-    return {limitName, QStringLiteral("N"), summary, {}};
+    return {limitName, QStringLiteral("N"), summary, {}, VerbArgument::Kind::number};
 }
 
 std::size_t limit(const VerbCall &call, std::size_t count, std::size_t usual)
 {
     const auto most = number(call, limitName);
-    if (most && *most < 1)
-        throw LocalizedError(QStringLiteral("O limite é de 1 item, no mínimo."));
     return std::min(count, most ? std::size_t(*most) : usual);
 }
 
@@ -59,11 +56,8 @@ std::optional<int> number(const VerbCall &call, const QString &option)
 std::optional<QUrl> file(const VerbCall &call, const QString &option)
 {
     const auto given = call.options.find(option);
-    if (given == call.options.end())
-        return std::nullopt;
-    if (!QDir::isAbsolutePath(given->second))
-        throw LocalizedError(QStringLiteral("“%1” não é um caminho completo.").arg(given->second));
-    return QUrl::fromLocalFile(QDir::cleanPath(given->second));
+    return given == call.options.end() ? std::nullopt
+                                       : std::optional(QUrl::fromLocalFile(given->second));
 }
 
 QJsonValue date(const std::optional<Date> &date)

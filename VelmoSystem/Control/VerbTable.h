@@ -31,17 +31,17 @@ auto whenOther(Read read, std::function<void()> changed)
 
 /// `--limit N`.
 VerbOption limitOption(const QString &summary);
-/// How many of `count` records are asked for, `usual` at most without that option. Throws
-/// `LocalizedError`.
+/// How many of `count` records are asked for, `usual` at most without that option.
 std::size_t limit(const VerbCall &call, std::size_t count, std::size_t usual);
 
 /// The place, from 0, of the item whose number is the first argument. Throws `LocalizedError` where
 /// there is none.
 std::size_t place(const VerbCall &call, std::size_t count);
 
-/// The number in an option; nothing without the option. Throws `LocalizedError`.
+/// The number in an option, which may be 0 and less; nothing without the option. Throws
+/// `LocalizedError`.
 std::optional<int> number(const VerbCall &call, const QString &option);
-/// The file in an option; nothing without the option. Throws `LocalizedError`.
+/// The file in an option; nothing without the option.
 std::optional<QUrl> file(const VerbCall &call, const QString &option);
 
 /// ISO 8601 in the user's time zone, with its offset; null without a date.

@@ -37,18 +37,6 @@ ShelfVerbs::Transfers transfersOf(AppServices &services)
 
 } // namespace
 
-std::vector<VerbSyntax> ModuleVerbs::syntaxes()
-{
-    std::vector<VerbSyntax> all;
-    append(all, ClipboardVerbs::syntaxes());
-    append(all, ShelfVerbs::syntaxes());
-    append(all, NoteVerbs::syntaxes());
-    append(all, TimerVerbs::syntaxes());
-    append(all, FilesVerbs::syntaxes());
-    append(all, ActivityVerbs::syntaxes());
-    return all;
-}
-
 std::vector<Verb> ModuleVerbs::make(AppServices &services)
 {
     const Scheduler &scheduler = services.platform.scheduler;

@@ -9,7 +9,6 @@ class AppServices;
 /// The verbs of all modules, and the services that each works with.
 namespace ModuleVerbs {
 
-std::vector<VerbSyntax> syntaxes();
 std::vector<Verb> make(AppServices &services);
 /// Until `listener` goes.
 void connectChanges(const AppServices &services, const QObject *listener,

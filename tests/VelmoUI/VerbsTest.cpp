@@ -265,8 +265,6 @@ TEST_F(VerbsTest, SayWhyTheyRefuse)
     const std::tuple<const char16_t *, const char16_t *, Options, const char16_t *> cases[] = {
         {u"clipboard show", u"1", {}, u"Não há item 1."},
         {u"clipboard add", u" \n", {}, u"O texto está em branco."},
-        {u"clipboard list", u"", {{u"limit"_qs, u"x"_qs}}, u"“x” não é um número."},
-        {u"activity", u"", {{u"limit"_qs, u"0"_qs}}, u"O limite é de 1 item, no mínimo."},
         {u"shelf remove", u"1", {}, u"Não há item 1."},
         {u"note add", u" ", {}, u"O texto está em branco."},
         {u"task add", u" ", {}, u"O texto está em branco."},
@@ -280,7 +278,10 @@ TEST_F(VerbsTest, SayWhyTheyRefuse)
         {u"focus skip", u"", {}, u"Não há foco em andamento."},
         {u"files rename", u"/a", {}, u"Diga os nomes novos, como em --pattern \"Foto {n:3}\"."},
         {u"files rename", u"/a", {{u"pattern"_qs, u"x:"_qs}}, u"“x:” não é um nome válido."},
-        {u"files extract", u"/a", {{u"to"_qs, u"b"_qs}}, u"“b” não é um caminho completo."},
+        {u"files rename",
+         u"/a",
+         {{u"pattern"_qs, u"x"_qs}, {u"start"_qs, u"b"_qs}},
+         u"“b” não é um número."},
     };
     for (const auto &[command, word, options, reason] : cases)
         EXPECT_EQ(run(QString::fromUtf16(command), {QString::fromUtf16(word)}, options),

@@ -49,6 +49,7 @@ TEST_F(ScriptTest, KeepsTheClipboard)
     EXPECT_EQ(list({"clipboard", "list"}, "text"), "");
     EXPECT_EQ(output({"clipboard", "show", "1"}), "1: Não há item 1.");
     EXPECT_TRUE(isWrongUsage({"clipboard", "show", "um"}));
+    EXPECT_TRUE(isWrongUsage({"clipboard", "list", "--limit", "0"}));
 }
 
 TEST_F(ScriptTest, PutsFilesOnTheShelfAndTakesThemOff)
