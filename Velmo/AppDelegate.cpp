@@ -78,7 +78,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     m_coordinator->start();
     m_services->hotKeys.apply();
     m_statusItem.emplace(*m_services, *m_coordinator);
-    m_control.serve(controlCommands());
+    serveScripts();
     startPanelProbes(arguments);
     if (!m_services->settings.settings().hasCompletedOnboarding)
         after(onboardingDelay, [this] { m_coordinator->open(); });
@@ -169,6 +169,18 @@ ControlEndpoint::Commands AppDelegate::controlCommands()
         .quit = [] { QCoreApplication::quit(); },
         .status = [this] { return m_coordinator->statusText(); },
     };
+}
+
+void AppDelegate::serveScripts()
+{
+    AppServices &services = *m_services;
+    m_settingsVerbs.emplace(services.settings, m_scheduler);
+    m_control.serve(controlCommands(), m_settingsVerbs->verbs());
+
+    services.settings.observe([this](const AppSettings &before, const AppSettings &after) {
+        for (const QString &key : SettingsVerbs::changedKeys(before, after))
+            m_control.changed(QStringLiteral("settings"), key);
+    });
 }
 
 void AppDelegate::startPanelProbes(const QStringList &arguments)

@@ -10,6 +10,7 @@
 #include "VelmoUI/App/FieldClipboard.h"
 #include "VelmoUI/App/StatusItemController.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
+#include "VelmoUI/Settings/SettingsVerbs.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
 #include <QObject>
@@ -41,6 +42,7 @@ private:
     void restorePendingFiles();
     void fillCallbacks();
     ControlEndpoint::Commands controlCommands();
+    void serveScripts();
     void startPanelProbes(const QStringList &arguments);
     void after(Seconds delay, std::function<void()> step);
 
@@ -52,6 +54,7 @@ private:
     std::optional<PendingFiles::Folder> m_pendingFiles;
     FieldClipboard m_fieldClipboard;
     std::optional<AppServices> m_services;
+    std::optional<SettingsVerbs> m_settingsVerbs;
     std::optional<SettingsWindowController> m_settingsWindow;
     std::optional<NotchCoordinator> m_coordinator;
     std::optional<StatusItemController> m_statusItem;

@@ -120,7 +120,12 @@ void SettingsStore::exportTo(const QString &path) const
 
 StringList SettingsStore::importFrom(const QString &path)
 {
-    SettingsCoder::DecodeResult result = SettingsCoder::decode(AtomicFile::read(path));
+    return importContent(AtomicFile::read(path));
+}
+
+StringList SettingsStore::importContent(const QByteArray &content)
+{
+    SettingsCoder::DecodeResult result = SettingsCoder::decode(content);
     if (result.wasUnreadable)
         throw ImportError();
     result.settings.hasCompletedOnboarding = m_settings.hasCompletedOnboarding;

@@ -62,6 +62,8 @@ public:
     /// Replaces the record but `hasCompletedOnboarding`, and gives the discarded keys. Throws
     /// `FileError` and `ImportError`, both of which change nothing.
     StringList importFrom(const QString &path);
+    /// The same with a file's content. Throws `ImportError`.
+    StringList importContent(const QByteArray &content);
 
 Q_SIGNALS:
     void settingsChanged();

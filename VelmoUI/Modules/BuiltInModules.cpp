@@ -9,6 +9,7 @@
 #include "VelmoUI/Modules/System/SystemModule.h"
 #include "VelmoUI/Modules/Timers/TimersModule.h"
 #include "VelmoUI/Modules/Tools/ToolsModule.h"
+#include "VelmoUI/Settings/SettingsVerbs.h"
 
 namespace velmo {
 
@@ -22,6 +23,14 @@ void addBuiltInModules(ModuleRegistry &modules)
     modules.add(std::make_unique<TimersModule>());
     modules.add(std::make_unique<SystemModule>());
     modules.add(std::make_unique<ActivityModule>());
+}
+
+std::vector<VerbSyntax> builtInVerbSyntaxes()
+{
+    std::vector<VerbSyntax> all;
+    for (const auto &syntaxes : {SettingsVerbs::syntaxes()})
+        all.insert(all.end(), syntaxes.begin(), syntaxes.end());
+    return all;
 }
 
 } // namespace velmo
