@@ -6,12 +6,16 @@
 #include "VelmoSystem/FileProcessing/PrivateFolder.h"
 #include "VelmoSystem/FileProcessing/QuickActions.h"
 #include "VelmoSystem/Linux/Keys/KeyItemStores.h"
+#include "VelmoUI/App/ModuleVerbs.h"
 #include "VelmoUI/App/ServiceWiring.h"
 #include "VelmoUI/Modules/BuiltInModules.h"
 
 #include <QGuiApplication>
 #include <QSessionManager>
 #include <QThreadPool>
+
+#include <algorithm>
+#include <iterator>
 
 namespace velmo {
 
@@ -175,7 +179,12 @@ void AppDelegate::serveScripts()
 {
     AppServices &services = *m_services;
     m_settingsVerbs.emplace(services.settings, m_scheduler);
-    m_control.serve(controlCommands(), m_settingsVerbs->verbs());
+    std::vector<Verb> verbs = ModuleVerbs::make(services);
+    std::ranges::move(m_settingsVerbs->verbs(), std::back_inserter(verbs));
+    m_control.serve(controlCommands(), std::move(verbs));
+    ModuleVerbs::connectChanges(services, this, [this](const QString &noun, const QString &what) {
+        m_control.changed(noun, what);
+    });
 
     services.settings.observe([this](const AppSettings &before, const AppSettings &after) {
         for (const QString &key : SettingsVerbs::changedKeys(before, after))

@@ -2,8 +2,11 @@
 
 #include "VelmoCore/Foundation/Text.h"
 
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <numeric>
@@ -31,13 +34,26 @@ QString text(const QJsonValue &value)
     return text;
 }
 
+/// A moment in the user's time zone and form.
+QString localText(const QJsonValue &value)
+{
+    static const QRegularExpression moment(
+        QStringLiteral(R"(^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(Z|[+-]\d\d:\d\d)$)"));
+    const QString written = text(value);
+    return moment.match(written).hasMatch()
+               ? QLocale().toString(QDateTime::fromString(written, Qt::ISODate).toLocalTime(),
+                                    QLocale::ShortFormat)
+               : written;
+}
+
 using Row = std::vector<QString>;
 
-Row cells(const std::vector<VerbColumn> &columns, const QJsonObject &record)
+Row cells(const std::vector<VerbColumn> &columns, const QJsonObject &record,
+          QString (*shown)(const QJsonValue &))
 {
     Row row;
     for (const VerbColumn &column : columns)
-        row.push_back(text(record[column.key]));
+        row.push_back(shown(record[column.key]));
     return row;
 }
 
@@ -80,7 +96,7 @@ QString aligned(const std::vector<VerbColumn> &columns, const QJsonArray &record
     for (const VerbColumn &column : columns)
         rows.front().push_back(column.heading);
     for (const QJsonValue &record : records)
-        rows.push_back(cells(columns, record.toObject()));
+        rows.push_back(cells(columns, record.toObject(), localText));
 
     const std::vector<qsizetype> columnWidths = widths(rows, std::max<qsizetype>(width, narrowest));
     QString lines;
@@ -99,7 +115,7 @@ QString separated(const std::vector<VerbColumn> &columns, const QJsonArray &reco
 {
     QString lines;
     for (const QJsonValue &record : records) {
-        const Row row = cells(columns, record.toObject());
+        const Row row = cells(columns, record.toObject(), text);
         lines += QStringList(row.begin(), row.end()).join(u'\t') + u'\n';
     }
     return lines;

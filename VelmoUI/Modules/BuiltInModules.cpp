@@ -1,13 +1,19 @@
 #include "VelmoUI/Modules/BuiltInModules.h"
 
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/Activity/ActivityVerbs.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
+#include "VelmoUI/Modules/Clipboard/ClipboardVerbs.h"
 #include "VelmoUI/Modules/Home/HomeModule.h"
 #include "VelmoUI/Modules/ModuleRegistry.h"
+#include "VelmoUI/Modules/Notes/NoteVerbs.h"
 #include "VelmoUI/Modules/Notes/NotesModule.h"
 #include "VelmoUI/Modules/Shelf/ShelfModule.h"
+#include "VelmoUI/Modules/Shelf/ShelfVerbs.h"
 #include "VelmoUI/Modules/System/SystemModule.h"
+#include "VelmoUI/Modules/Timers/TimerVerbs.h"
 #include "VelmoUI/Modules/Timers/TimersModule.h"
+#include "VelmoUI/Modules/Tools/FilesVerbs.h"
 #include "VelmoUI/Modules/Tools/ToolsModule.h"
 #include "VelmoUI/Settings/SettingsVerbs.h"
 
@@ -28,7 +34,10 @@ void addBuiltInModules(ModuleRegistry &modules)
 std::vector<VerbSyntax> builtInVerbSyntaxes()
 {
     std::vector<VerbSyntax> all;
-    for (const auto &syntaxes : {SettingsVerbs::syntaxes()})
+    for (const auto &syntaxes :
+         {ClipboardVerbs::syntaxes(), ShelfVerbs::syntaxes(), NoteVerbs::syntaxes(),
+          TimerVerbs::syntaxes(), FilesVerbs::syntaxes(), ActivityVerbs::syntaxes(),
+          SettingsVerbs::syntaxes()})
         all.insert(all.end(), syntaxes.begin(), syntaxes.end());
     return all;
 }
