@@ -17,6 +17,7 @@ const QString limitName = QStringLiteral("limit");
 std::vector<Verb> bind(const std::vector<VerbSyntax> &syntaxes, const Runs &runs)
 {
     std::vector<Verb> verbs;
+    verbs.reserve(syntaxes.size());
     for (const VerbSyntax &syntax : syntaxes)
         verbs.push_back({syntax, runs.at(syntax.command())});
     return verbs;

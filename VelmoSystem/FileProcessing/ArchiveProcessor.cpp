@@ -369,7 +369,7 @@ QUrl ArchiveProcessor::zip(const std::vector<QUrl> &urls, const std::optional<QS
 QUrl ArchiveProcessor::compress(ArchiveFormat format, const std::vector<QUrl> &urls,
                                 const std::optional<QString> &name,
                                 const std::optional<QUrl> &destination, JobProgress &progress,
-                                std::stop_token stop, const Engines &engines)
+                                const std::stop_token &stop, const Engines &engines)
 {
     if (urls.empty())
         throw ArchiveError(ArchiveError::Failed{QStringLiteral("Não há nada para comprimir.")});

@@ -41,7 +41,7 @@ QUrl zip(const std::vector<QUrl> &urls, const std::optional<QString> &name,
 /// The same in any format.
 QUrl compress(ArchiveFormat format, const std::vector<QUrl> &urls,
               const std::optional<QString> &name, const std::optional<QUrl> &destination,
-              JobProgress &progress, std::stop_token stop = {},
+              JobProgress &progress, const std::stop_token &stop = {},
               const Engines &engines = std::nullopt);
 
 } // namespace velmo::ArchiveProcessor

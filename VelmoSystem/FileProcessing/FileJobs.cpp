@@ -52,9 +52,9 @@ JobOutcome organizeFiles(std::vector<QUrl> files, JobProgress &progress,
     std::erase_if(files, [](const QUrl &url) { return QFileInfo(url.toLocalFile()).isDir(); });
     const std::set<QUrl> foldersBefore = foldersBeside(files);
     moveEach(files, progress, moved, [&](const QUrl &url) {
-        const QUrl now = FileOperations::organizeByExtension(
-                             {url}, [](double) {}, stop)
-                             .front();
+        QUrl now = FileOperations::organizeByExtension(
+                       {url}, [](double) {}, stop)
+                       .front();
         const QUrl folder = now.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
         if (!foldersBefore.contains(folder) &&
             std::ranges::find(moved.madeFolders, folder) == moved.madeFolders.end())

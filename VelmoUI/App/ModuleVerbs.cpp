@@ -24,6 +24,7 @@ ShelfVerbs::Transfers transfersOf(AppServices &services)
 {
     const auto bringIn = [&services](const std::vector<QUrl> &files) {
         std::vector<DroppedItem> items;
+        items.reserve(files.size());
         for (const QUrl &file : files)
             items.push_back({DroppedItem::File{file}});
         return ShelfDrop::moveIn(
