@@ -6,12 +6,15 @@
 #include "VelmoSystem/FileProcessing/PrivateFolder.h"
 #include "VelmoSystem/FileProcessing/QuickActions.h"
 #include "VelmoSystem/Linux/Keys/KeyItemStores.h"
-#include "VelmoUI/App/ServiceWiring.h"
-#include "VelmoUI/Modules/BuiltInModules.h"
+#include "VelmoUI/Composition/BuiltInModules.h"
+#include "VelmoUI/Composition/ServiceWiring.h"
 
 #include <QGuiApplication>
 #include <QSessionManager>
 #include <QThreadPool>
+
+#include <algorithm>
+#include <iterator>
 
 namespace velmo {
 
@@ -60,28 +63,20 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     const AppPaths paths = preparePaths();
     m_pendingFiles.emplace(paths.supportFile(QStringLiteral("Pending")));
     m_services.emplace(paths, dataProtection(), m_platform.ports());
-    addBuiltInModules(m_services->modules);
+    for (auto &module : makeBuiltInModules(*m_services))
+        m_services->modules.add(std::move(module));
     addQuickActions(m_services->actions, m_services->platform.fileViewer,
                     m_services->platform.pasteboard);
-    m_settingsWindow.emplace(*m_services);
-    m_coordinator.emplace(*m_services);
+    m_settingsWindow.emplace(m_services->settingsWindow());
+    m_coordinator.emplace(m_services->panels());
     fillCallbacks();
-    m_services->hotKeys.handlers[HotKeyAction::toggle] = [this] {
-        m_coordinator->toggleFromHotKey();
-    };
-    m_services->hotKeys.handlers[HotKeyAction::newNote] = [this] {
-        m_services->notes.requestCompose();
-        m_services->openModule(QStringLiteral("notes"));
-    };
-    m_services->hotKeys.handlers[HotKeyAction::clipboard] = [this] {
-        m_services->openModule(QStringLiteral("clipboard"));
-    };
+    fillHotKeys();
     ServiceWiring::start(*m_services);
     restorePendingFiles();
     m_coordinator->start();
     m_services->hotKeys.apply();
     m_statusItem.emplace(*m_services, *m_coordinator);
-    m_control.serve(controlCommands());
+    serveScripts();
     startPanelProbes(arguments);
     if (!m_services->settings.settings().hasCompletedOnboarding)
         after(onboardingDelay, [this] { m_coordinator->open(); });
@@ -94,7 +89,7 @@ DataProtectionStatus AppDelegate::dataProtection()
     if (!m_protection)
         return {DataProtectionStatus::Disabled{}};
     m_protection->onRead = [this](const DataProtectionStatus &status) {
-        m_services->settleProtection(status);
+        m_services->setProtection(status);
     };
     return m_protection->waitFor(keyPatience);
 }
@@ -104,7 +99,7 @@ void AppDelegate::save()
     if (!m_services)
         return;
     if (m_services->dataProtection.isAwaited() && m_services->files.holdsUnsaved())
-        m_services->settleProtection(m_protection->wait());
+        m_services->setProtection(m_protection->wait());
     m_services->flush();
 }
 
@@ -140,11 +135,23 @@ void AppDelegate::fillCallbacks()
         m_settingsWindow->show(pane);
     };
     services.showNotch = [this] { m_coordinator->open(); };
-    services.openModule = [this](const QString &moduleID) { m_coordinator->open(moduleID); };
+    services.openModule = [this](const QString &moduleID) {
+        m_coordinator->open({.module = moduleID});
+    };
     services.isPanelOpen = [this] { return m_coordinator->isAnyPanelOpen(); };
     services.openFilesInNotch = [this](const std::vector<QUrl> &urls) {
         m_coordinator->openFiles(urls);
     };
+}
+
+void AppDelegate::fillHotKeys()
+{
+    auto &handlers = m_services->hotKeys.handlers;
+    handlers[HotKeyAction::toggle] = [this] { m_coordinator->toggleFromHotKey(); };
+    for (const NotchModule *module : m_services->modules.all()) {
+        for (const auto &[action, route] : module->hotKeys())
+            handlers[action] = [this, route = route] { m_coordinator->open(route); };
+    }
 }
 
 ControlEndpoint::Commands AppDelegate::controlCommands()
@@ -172,6 +179,24 @@ ControlEndpoint::Commands AppDelegate::controlCommands()
         .quit = [] { QCoreApplication::quit(); },
         .status = [this] { return m_coordinator->statusText(); },
     };
+}
+
+void AppDelegate::serveScripts()
+{
+    AppServices &services = *m_services;
+    m_settingsVerbs.emplace(services.settings, m_scheduler);
+    std::vector<Verb> verbs = m_settingsVerbs->verbs();
+    for (NotchModule *module : services.modules.all()) {
+        std::ranges::move(module->verbs(), std::back_inserter(verbs));
+        connect(
+            module, &NotchModule::contentChanged, this,
+            [this](const QString &noun, const QString &what) { m_control.changed(noun, what); });
+    }
+    m_control.serve(controlCommands(), std::move(verbs));
+    m_settings = services.settings.observe([this](const auto &before, const auto &after) {
+        for (const QString &key : SettingsVerbs::changedKeys(before, after))
+            m_control.changed(QStringLiteral("settings"), key);
+    });
 }
 
 void AppDelegate::startPanelProbes(const QStringList &arguments)

@@ -6,11 +6,12 @@
 #include "VelmoSystem/Linux/LinuxPlatform.h"
 #include "VelmoSystem/Linux/ProcessSignals.h"
 #include "VelmoSystem/Ports/ControlEndpoint.h"
-#include "VelmoUI/App/AppServices.h"
-#include "VelmoUI/App/DataProtectionReader.h"
-#include "VelmoUI/App/FieldClipboard.h"
-#include "VelmoUI/App/StatusItemController.h"
+#include "VelmoSystem/Storage/DataProtectionReader.h"
+#include "VelmoUI/Composition/AppServices.h"
+#include "VelmoUI/Composition/StatusItemController.h"
+#include "VelmoUI/Design/FieldClipboard.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
+#include "VelmoUI/Settings/SettingsVerbs.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
 #include <QObject>
@@ -41,7 +42,9 @@ private:
     void save();
     void restorePendingFiles();
     void fillCallbacks();
+    void fillHotKeys();
     ControlEndpoint::Commands controlCommands();
+    void serveScripts();
     void startPanelProbes(const QStringList &arguments);
     void after(Seconds delay, std::function<void()> step);
 
@@ -54,6 +57,8 @@ private:
     FieldClipboard m_fieldClipboard;
     AccessiblePaste m_accessiblePaste;
     std::optional<AppServices> m_services;
+    std::optional<SettingsVerbs> m_settingsVerbs;
+    SettingsStore::Observation m_settings; ///< for scripts
     std::optional<SettingsWindowController> m_settingsWindow;
     std::optional<NotchCoordinator> m_coordinator;
     std::optional<StatusItemController> m_statusItem;

@@ -4,19 +4,26 @@
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Storage/AtomicFile.h"
+#include "VelmoSystem/Control/CommandCompletion.h"
+#include "VelmoSystem/Control/CommandHelp.h"
 #include "VelmoSystem/Control/CommandLine.h"
 #include "VelmoSystem/Linux/DBus/ControlClient.h"
 #include "VelmoSystem/Linux/DBus/ControlService.h"
 #include "VelmoSystem/Linux/DesktopTrust.h"
+#include "VelmoSystem/Linux/ProcessSignals.h"
 #include "VelmoSystem/Linux/X11/X11Session.h"
-#include "VelmoUI/App/Renderer.h"
+#include "VelmoUI/Composition/BuiltInModules.h"
+#include "VelmoUI/Composition/QmlModules.h"
+#include "VelmoUI/Composition/Renderer.h"
 #ifdef ORVANE_WATCH_LOOP
 #include "Velmo/WatchedApplication.h"
 #endif
 
 #include <QApplication>
+#include <QDir>
 #include <QIcon>
 #include <QLibraryInfo>
+#include <QStringDecoder>
 #include <QTranslator>
 
 #include <cstdio>
@@ -32,17 +39,20 @@ using Application = WatchedApplication;
 using Application = QApplication;
 #endif
 
-int say(std::FILE *stream, const QString &text, int exitCode)
+int write(std::FILE *stream, const QString &text, int exitCode)
 {
-    std::fputs(qPrintable(text + QLatin1Char('\n')), stream);
+    std::fputs(text.toUtf8().constData(), stream);
     return exitCode;
 }
 
-int runClient(int &argc, char **argv, const CommandLine::Client &request)
+/// Runs what `start` has the client do, until it has ended or the user gives up.
+int runClient(int &argc, char **argv,
+              const std::function<void(ControlClient &, ControlClient::Finished)> &start)
 {
     QCoreApplication application(argc, argv);
     ControlClient client(QDBusConnection::sessionBus());
-    client.run(request, [](int exitCode) { QCoreApplication::exit(exitCode); });
+    const ProcessSignals signals([&client] { client.cancel(); });
+    start(client, [](int exitCode) { QCoreApplication::exit(exitCode); });
     return QCoreApplication::exec();
 }
 
@@ -50,6 +60,7 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 {
     const X11Session session;
     Renderer::choose();
+    registerQmlModules();
     auto application = std::make_unique<Application>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("app.orvane.Orvane"));
@@ -75,7 +86,7 @@ int runOrvane(int &argc, char **argv, const CommandLine::Run &request)
     QTranslator translator;
     translate(translator);
     const auto files = ControlClient::files(request.files);
-    ControlService control(QDBusConnection::sessionBus(), files);
+    ControlService control(QDBusConnection::sessionBus(), files, builtInVerbSyntaxes());
     if (control.claim() == ControlEndpoint::Registration::second)
         return 0;
     AppDelegate delegate(control);
@@ -104,8 +115,61 @@ int run(int &argc, char **argv, const CommandLine::Run &request)
         }
         return runOrvane(argc, argv, request);
     } catch (const LocalizedError &error) {
-        return say(stderr, error.description(), 1);
+        return write(stderr, error.description() + u'\n', 1);
     }
+}
+
+/// The words behind the program's name. Throws `LocalizedError` on what isn't UTF-8.
+QStringList words(int argc, char **argv)
+{
+    QStringList words;
+    for (int i = 1; i < argc; ++i) {
+        QStringDecoder decoder(QStringDecoder::Utf8);
+        words.append(decoder(argv[i]));
+        if (decoder.hasError())
+            throw LocalizedError(QStringLiteral("Não está em UTF-8, a codificação dos comandos: %1")
+                                     .arg(words.last()));
+    }
+    return words;
+}
+
+int run(int &argc, char **argv)
+{
+    const auto verbs = builtInVerbSyntaxes();
+    const auto table = CommandLine::table(verbs);
+    const auto client = [&](const auto &request) {
+        return runClient(argc, argv, [&](ControlClient &one, ControlClient::Finished finished) {
+            one.run(request, std::move(finished));
+        });
+    };
+    return std::visit(
+        overloaded{
+            [&](const CommandLine::Run &request) { return run(argc, argv, request); },
+            [&](const CommandLine::Client &request) { return client(request); },
+            [&](const CommandLine::VerbRequest &request) { return client(request); },
+            [&](const CommandLine::Watch &) {
+                return runClient(argc, argv, [&](ControlClient &one, auto finished) {
+                    one.watch(verbs, std::move(finished));
+                });
+            },
+            [&](const CommandLine::Help &help) {
+                return write(stdout, CommandHelp::text(table, help.topic), 0);
+            },
+            [](const CommandLine::Version &) {
+                return write(stdout, QStringLiteral("Orvane " ORVANE_VERSION "\n"), 0);
+            },
+            [&](const CommandLine::Manual &) {
+                return write(stdout,
+                             CommandHelp::manual(table, QCoreApplication::applicationVersion()), 0);
+            },
+            [&](const CommandLine::Completion &completion) {
+                return write(stdout, CommandCompletion::script(table, completion.shell), 0);
+            },
+            [](const CommandLine::Usage &usage) {
+                return write(stderr, usage.message + u'\n' + CommandHelp::hint(usage.topic), 2);
+            },
+        },
+        CommandLine::parse(words(argc, argv), verbs, QDir::currentPath()));
 }
 
 } // namespace
@@ -114,20 +178,9 @@ int main(int argc, char **argv)
 {
     QCoreApplication::setApplicationName(QStringLiteral("orvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVANE_VERSION));
-    QStringList words;
-    for (int i = 1; i < argc; ++i)
-        words.append(QString::fromLocal8Bit(argv[i]));
-    return std::visit(
-        overloaded{
-            [&](const CommandLine::Run &request) { return run(argc, argv, request); },
-            [&](const CommandLine::Client &request) { return runClient(argc, argv, request); },
-            [](const CommandLine::Help &) { return say(stdout, CommandLine::usage(), 0); },
-            [](const CommandLine::Version &) {
-                return say(stdout, QStringLiteral("Orvane " ORVANE_VERSION), 0);
-            },
-            [](const CommandLine::Usage &usage) {
-                return say(stderr, usage.message + QLatin1Char('\n') + CommandLine::usage(), 2);
-            },
-        },
-        CommandLine::parse(words));
+    try {
+        return run(argc, argv);
+    } catch (const LocalizedError &error) {
+        return write(stderr, error.description() + u'\n', 2);
+    }
 }

@@ -5,9 +5,10 @@
 #include "VelmoCore/Foundation/SystemScheduler.h"
 #include "VelmoSystem/Linux/LinuxPlatform.h"
 #include "VelmoSystem/Linux/X11/X11Pasteboard.h"
-#include "VelmoUI/App/AppServices.h"
-#include "VelmoUI/App/Renderer.h"
-#include "VelmoUI/App/ServiceWiring.h"
+#include "VelmoUI/Composition/AppServices.h"
+#include "VelmoUI/Composition/BuiltInModules.h"
+#include "VelmoUI/Composition/Renderer.h"
+#include "VelmoUI/Composition/ServiceWiring.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -114,6 +115,8 @@ public:
                      m_platform.ports())
     {
         m_services.settings.update([](AppSettings &settings) { settings.clipboardMaxItems = 500; });
+        for (auto &module : makeBuiltInModules(m_services))
+            m_services.modules.add(std::move(module));
         ServiceWiring::start(m_services);
         m_other.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_other.start(QCoreApplication::applicationFilePath(), {QStringLiteral("copy")});

@@ -38,7 +38,7 @@ void messages(benchmark::State &state)
 }
 BENCHMARK(messages)->Arg(2 << 10)->Arg(8 << 10)->Arg(64 << 10);
 
-/// The answers that tell which messages are read, without their text.
+/// The answers that say which messages are read, without their text.
 void flags(benchmark::State &state)
 {
     const QByteArray answer = "* 172 FETCH (UID 40172 FLAGS (\\Seen \\Answered))\r\n";

@@ -3,7 +3,7 @@
 
 #include "VelmoCore/Foundation/SystemScheduler.h"
 #include "VelmoSystem/Linux/LinuxPlatform.h"
-#include "VelmoUI/App/Renderer.h"
+#include "VelmoUI/Composition/Renderer.h"
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
 

@@ -2,9 +2,9 @@
 
 #include "VelmoCore/Foundation/SystemScheduler.h"
 #include "VelmoSystem/Linux/LinuxPlatform.h"
-#include "VelmoUI/App/Renderer.h"
-#include "VelmoUI/App/ServiceWiring.h"
-#include "VelmoUI/Modules/BuiltInModules.h"
+#include "VelmoUI/Composition/BuiltInModules.h"
+#include "VelmoUI/Composition/Renderer.h"
+#include "VelmoUI/Composition/ServiceWiring.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
 
 #include <QApplication>
@@ -33,10 +33,11 @@ public:
                      {DataProtectionStatus::Disabled{}}, m_platform.ports())
     {
         m_services.settings.update([](AppSettings &settings) {
-            settings.animationsEnabled = false; // the page fades in by wish, not by need
+            settings.animationsEnabled = false; // the page fades in for its looks
             settings.hasCompletedOnboarding = true;
         });
-        addBuiltInModules(m_services.modules);
+        for (auto &module : makeBuiltInModules(m_services))
+            m_services.modules.add(std::move(module));
     }
 
     AppServices &services() { return m_services; }
@@ -45,16 +46,15 @@ public:
     /// Once the services hold what the panel is to show. Gives Orvane the time to load ahead.
     void start()
     {
-        m_coordinator.emplace(m_services);
+        m_coordinator.emplace(m_services.panels());
         ServiceWiring::start(m_services);
         m_coordinator->start();
-        while (!m_coordinator->isPreloaded())
-            pause();
+        pause(4s); // what opens is loaded ahead from the second second on
     }
 
     Cost open(const QString &module)
     {
-        return cost([&] { m_coordinator->open(module); });
+        return cost([&] { m_coordinator->open({.module = module}); });
     }
     void close()
     {

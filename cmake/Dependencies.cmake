@@ -15,7 +15,11 @@ endif()
 
 find_program(CCACHE ccache)
 if(CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    # Without these it takes nothing that has a precompiled header.
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+                                    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+                                    ${CCACHE})
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 endif()
 find_program(MOLD mold)
 if(MOLD)

@@ -3,7 +3,6 @@
 #include "VelmoCore/Foundation/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 
 namespace velmo::ICSParser {
@@ -13,34 +12,6 @@ namespace {
 /// Far more than a feed has, but what a hostile one can make us hold.
 constexpr qsizetype propertyLimit = 4'000'000; ///< in the events of one feed
 constexpr qsizetype paramLimit = 64;           ///< on one line
-
-/// Gives short texts that come again and again one shared string.
-class SharedTexts {
-public:
-    QString text(QStringView wanted)
-    {
-        if (wanted.isEmpty() || wanted.size() > 64)
-            return wanted.toString();
-        const std::size_t hash = std::size_t(wanted.size()) * 31 +
-                                 std::size_t(wanted.front().unicode()) * 7 +
-                                 wanted.back().unicode();
-        QString &known = m_texts[hash % m_texts.size()];
-        if (known != wanted)
-            known = wanted.toString();
-        return known;
-    }
-
-    QString upper(QStringView wanted)
-    {
-        const bool isUpper = std::all_of(wanted.begin(), wanted.end(), [](QChar c) {
-            return c.unicode() < 128 && (c < u'a' || c > u'z');
-        });
-        return isUpper ? text(wanted) : wanted.toString().toUpper();
-    }
-
-private:
-    std::array<QString, 256> m_texts;
-};
 
 /// The first of two marks outside double quotes; the end without one.
 qsizetype findOutsideQuotes(QStringView line, qsizetype start, char16_t mark, char16_t otherMark)
@@ -54,26 +25,6 @@ qsizetype findOutsideQuotes(QStringView line, qsizetype start, char16_t mark, ch
             return i;
     }
     return line.size();
-}
-
-std::optional<Property> readProperty(QStringView line, SharedTexts &texts)
-{
-    qsizetype end = findOutsideQuotes(line, 0, u':', u';');
-    const QStringView name = line.first(end);
-    QMap<QString, QString> params;
-    while (end < line.size() && line[end] == u';') {
-        const qsizetype start = end + 1;
-        end = findOutsideQuotes(line, start, u':', u';');
-        const QStringView piece = line.sliced(start, end - start);
-        const qsizetype equals = piece.indexOf(u'=');
-        if (equals >= 0 && params.size() < paramLimit) {
-            params.insert(texts.upper(piece.first(equals)),
-                          texts.text(Text::withoutQuotes(piece.sliced(equals + 1))));
-        }
-    }
-    if (end == line.size())
-        return std::nullopt;
-    return Property{texts.upper(name), std::move(params), line.sliced(end + 1).toString()};
 }
 
 /// Gives each unfolded line of a feed.
@@ -108,24 +59,17 @@ private:
     {
         if (m_isAtEnd)
             return std::nullopt;
-        if (m_lineFeed < m_position) {
-            const qsizetype found = m_rest.indexOf(u'\n', m_position);
-            m_lineFeed = found < 0 ? m_rest.size() : found;
-        }
-        QStringView line = m_rest.sliced(m_position, m_lineFeed - m_position);
-        const qsizetype carriageReturn = line.indexOf(u'\r');
-        if (carriageReturn >= 0)
-            line.truncate(carriageReturn);
-        m_position += line.size() + 1;
-        if (carriageReturn >= 0 && m_position == m_lineFeed)
-            ++m_position;
-        m_isAtEnd = m_position > m_rest.size();
+        const auto *end = std::find_if(m_rest.begin(), m_rest.end(),
+                                       [](QChar c) { return c == u'\n' || c == u'\r'; });
+        const QStringView line(m_rest.begin(), end);
+        m_isAtEnd = end == m_rest.end();
+        m_rest = m_rest.sliced(line.size());
+        if (!m_isAtEnd)
+            m_rest = m_rest.sliced(m_rest.startsWith(u"\r\n") ? 2 : 1);
         return line;
     }
 
     QStringView m_rest;
-    qsizetype m_position = 0;
-    qsizetype m_lineFeed = -1; ///< the next one at or behind the position; the size without one
     bool m_isAtEnd = false;
     std::optional<QStringView> m_physical;
     QString m_unfolded;
@@ -205,19 +149,31 @@ std::optional<QString> calendarName(const QString &text)
 Feed parse(const QString &text)
 {
     Lines lines(text);
-    SharedTexts texts;
     FeedReader reader;
     while (const auto line = lines.next()) {
-        if (auto property = readProperty(*line, texts))
-            reader.read(*std::move(property));
+        if (auto read = property(*line))
+            reader.read(*std::move(read));
     }
     return reader.take();
 }
 
 std::optional<Property> property(QStringView line)
 {
-    SharedTexts texts;
-    return readProperty(line, texts);
+    qsizetype end = findOutsideQuotes(line, 0, u':', u';');
+    const QStringView name = line.first(end);
+    QMap<QString, QString> params;
+    while (end < line.size() && line[end] == u';') {
+        const qsizetype start = end + 1;
+        end = findOutsideQuotes(line, start, u':', u';');
+        const QStringView piece = line.sliced(start, end - start);
+        const qsizetype equals = piece.indexOf(u'=');
+        if (equals >= 0 && params.size() < paramLimit)
+            params.insert(piece.first(equals).toString().toUpper(),
+                          Text::withoutQuotes(piece.sliced(equals + 1)).toString());
+    }
+    if (end == line.size())
+        return std::nullopt;
+    return Property{name.toString().toUpper(), std::move(params), line.sliced(end + 1).toString()};
 }
 
 QString unescape(const QString &text)

@@ -43,7 +43,7 @@ struct Feed {
     QTimeZone zone; ///< of times without one of their own
 };
 
-/// A point in time as a property tells it.
+/// A point in time as a property gives it.
 struct Moment {
     Date date;
     bool allDay = false;

@@ -60,11 +60,10 @@ std::int64_t monthIndexOf(std::int64_t day)
 /// Bits of the days of a month that fall on the weekdays in `weekdays`.
 std::uint32_t daysOn(std::uint8_t weekdays, const Month &month)
 {
-    // Bit 1 is the first of the month: turn the week so that it begins there.
-    const int first = weekdayOf(month.first);
-    const auto turned = std::uint32_t((weekdays >> first | weekdays << (7 - first)) & 0x7F);
-    const std::uint64_t weeks = turned * 0x1020'4081ULL;
-    return std::uint32_t(weeks << 1);
+    std::uint32_t days = 0;
+    for (int day = 1; day <= month.length; ++day)
+        days |= std::uint32_t(weekdays >> (weekdayOf(month.first) + day - 1) % 7 & 1) << day;
+    return days;
 }
 
 /// The candidates of a rule, period by period; period 0 holds the event's start. Days are counted

@@ -44,7 +44,7 @@ ZoneClock::Span ZoneClock::spanAt(std::int64_t utc)
 std::int64_t ZoneClock::utcFromLocal(std::int64_t local)
 {
     const Span after = spanAt(local + day);
-    // No zone is more than a day from UTC, so a whole day on both sides settles it.
+    // No zone is more than a day from UTC, so a day on both sides shows every change that matters.
     if (local - day >= after.first)
         return local - after.offset;
     const Span before = spanAt(local - day);

@@ -8,7 +8,7 @@
 namespace velmo {
 
 /// Turns local times of one zone into UTC and back, in whole seconds since 1970. Remembers the
-/// zone's offsets, which `QTimeZone` takes microseconds to tell.
+/// zone's offsets, which `QTimeZone` takes microseconds to find.
 class ZoneClock {
 public:
     explicit ZoneClock(const QTimeZone &zone);

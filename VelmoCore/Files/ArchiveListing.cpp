@@ -1,8 +1,8 @@
 #include "VelmoCore/Files/ArchiveListing.h"
 
 #include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoCore/Foundation/Words.h"
 
-#include <QLocale>
 #include <QSet>
 #include <QStringList>
 
@@ -29,7 +29,7 @@ QString describe(const Value &value)
             [](const ArchiveError::TooLarge &error) {
                 return QStringLiteral("Extração interrompida: o conteúdo passou de %1. Pode ser um "
                                       "arquivo malicioso (zip bomb).")
-                    .arg(QLocale().formattedDataSize(error.limit, 1, QLocale::DataSizeSIFormat));
+                    .arg(Words::size(error.limit));
             },
             [](const ArchiveError::UnsafeEntry &error) {
                 return QStringLiteral("Entrada insegura recusada: %1").arg(error.path);

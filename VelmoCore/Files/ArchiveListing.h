@@ -86,7 +86,7 @@ void check(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit);
 /// Of that the sizes alone. Gives their sum.
 qint64 checkSizes(const std::vector<ArchiveEntry> &entries, qint64 sizeLimit);
 
-/// What a listing of the same two kinds tells of links and devices. Throws `UnsafeEntry` for a
+/// What a listing of the same two kinds says about links and devices. Throws `UnsafeEntry` for a
 /// device, a pipe or a socket, and for a hard link that points out of the archive.
 void checkTechnicalKinds(const QString &text);
 void checkTarKinds(const QString &text);

@@ -10,7 +10,7 @@
 
 namespace velmo {
 
-/// What kind of file something is, told by its name alone.
+/// What kind of file something is, by its name alone.
 enum class FileCategory { image, pdf, archive, video, audio, text, folder, other };
 BOOST_DESCRIBE_ENUM(FileCategory, image, pdf, archive, video, audio, text, folder, other)
 

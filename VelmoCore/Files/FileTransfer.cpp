@@ -161,7 +161,7 @@ std::string givenBack(const std::string &aside, const std::string &from)
     return place;
 }
 
-/// Under this name an original goes: a folder under one that tells a later run that half of it may
+/// Under this name an original goes: a folder under one that shows a later run that half of it may
 /// be gone.
 std::string nameToGo(const HiddenNames &names, const std::string &from)
 {
@@ -174,7 +174,7 @@ std::string nameToGo(const HiddenNames &names, const std::string &from)
 }
 
 /// Takes the original away now that its copy is whole: at once under another name, so that it is
-/// never half there. What was written to it meanwhile brings it back.
+/// never half there. It comes back if something was written to it meanwhile.
 void replaceByCopy(const std::string &from, const std::string &copy, const HiddenNames &names,
                    const TreeCopier &copier)
 {

@@ -15,7 +15,7 @@ namespace velmo {
 /// file is always whole in exactly one known place: after a failure where it was.
 namespace FileTransfer {
 
-/// How far a copy has come, 0 to 1; told from the thread that copies, and often.
+/// How far a copy has come, 0 to 1; reported by the thread that copies, and often.
 using Progress = std::function<void(double)>;
 
 /// Renames; across file systems copies, verifies, then removes the original. Throws `FileError`

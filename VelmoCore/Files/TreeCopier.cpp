@@ -110,7 +110,7 @@ bool TreeCopier::isUnchanged(const std::string &root) const
     });
 }
 
-/// Times alone don't tell what came right after the copy on every kernel.
+/// Times alone don't show what came right after the copy on every kernel.
 bool TreeCopier::hasMore(const std::string &root) const
 {
     if (!S_ISDIR(m_entries.front().facts.st_mode))

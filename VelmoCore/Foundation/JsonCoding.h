@@ -22,7 +22,7 @@
 #include <variant>
 #include <vector>
 
-/// How each type stands in JSON. `Json.h` tells the forms.
+/// How each type stands in JSON. `Json.h` lists the forms.
 namespace velmo {
 
 /// A type's form in JSON. A type with a form of its own declares a specialisation in its header,

@@ -71,10 +71,10 @@ void SystemScheduler::Clock::arm()
 
 void SystemScheduler::Clock::runDue()
 {
-    // Setting the timer anew makes it unreadable until the next deadline; so a spurious call, or
+    // Setting the timer again makes it unreadable until the next deadline; so a spurious call, or
     // one for a task that was cancelled just now, ends here as well.
     arm();
-    // The time stands during the run, so that bodies which start anew leave other events their
+    // The time stands during the run, so that bodies which start again leave other events their
     // turn.
     const Seconds now = time();
     while (m_queue->runNext(now)) {

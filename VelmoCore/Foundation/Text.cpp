@@ -15,17 +15,22 @@ struct Passed {
     qsizetype end;
 };
 
-/// Passes up to `most` characters, as far as they are told without Unicode's tables: each letter
-/// below U+0300, dash or quotation mark is one, unless a mark may follow, as is a CR with its LF.
+/// A character by itself unless a mark follows, as is a CR without a LF: letters below U+0300,
+/// dashes and quotation marks, what Chinese and Japanese are written with, and the end of a text.
+bool isSimple(QStringView text, qsizetype at)
+{
+    const char16_t unit = at < text.size() ? text[at].unicode() : u'\0';
+    return unit < 0x0300 || (unit >= 0x2010 && unit < 0x2028) ||
+           (unit >= 0x3000 && unit < 0x302A) || (unit >= 0x3030 && unit < 0x3099) ||
+           (unit >= 0x309B && unit < 0xA000) || (unit >= 0xFF01 && unit < 0xFF61);
+}
+
+/// Passes up to `most` characters, as far as they can be counted without Unicode's tables.
 Passed passSimple(QStringView text, qsizetype most)
 {
-    const auto isSimple = [&](qsizetype at) {
-        const char16_t unit = at < text.size() ? text[at].unicode() : u'\0';
-        return unit < 0x0300 || (unit >= 0x2010 && unit < 0x2028);
-    };
     Passed passed{0, 0};
     for (auto &[count, at] = passed;
-         count < most && at < text.size() && isSimple(at) && isSimple(at + 1); ++count)
+         count < most && at < text.size() && isSimple(text, at) && isSimple(text, at + 1); ++count)
         at += text[at] == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n' ? 2 : 1;
     return passed;
 }
@@ -56,17 +61,31 @@ qsizetype characterCount(QStringView text)
     return count;
 }
 
+qsizetype prefixLength(QStringView text, qsizetype count)
+{
+    if (text.size() <= count)
+        return text.size();
+    const Passed simple = passSimple(text, count);
+    const qsizetype left = count - simple.count;
+    if (left <= 0)
+        return simple.end;
+    const QStringView rest = text.sliced(simple.end);
+    // The finder reads all of its text at once: it gets no more of a long one than is needed.
+    for (qsizetype window = left + left / 8 + 16;; window *= 2) {
+        const QStringView near = rest.first(std::min(window, rest.size()));
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, near.data(), near.size());
+        qsizetype end = 0;
+        for (qsizetype found = 0; found < left && end < near.size(); ++found)
+            end = finder.toNextBoundary();
+        // Whether a character ends is seen at the one behind it, which may be a pair.
+        if (end + 2 <= near.size() || near.size() == rest.size())
+            return simple.end + end;
+    }
+}
+
 QString prefix(const QString &text, qsizetype count)
 {
-    const Passed simple = passSimple(text, count);
-    const QStringView rest = QStringView(text).sliced(simple.end);
-    if (simple.count >= count || rest.isEmpty())
-        return text.first(simple.end);
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, rest.data(), rest.size());
-    qsizetype end = 0;
-    for (qsizetype left = count - simple.count; left > 0 && end < rest.size(); --left)
-        end = finder.toNextBoundary();
-    return text.first(simple.end + end);
+    return text.first(prefixLength(text, count));
 }
 
 QStringView withoutQuotes(QStringView text)

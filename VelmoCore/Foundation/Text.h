@@ -8,6 +8,10 @@ namespace velmo::Text {
 /// How many characters a reader counts: extended grapheme clusters (UAX #29).
 qsizetype characterCount(QStringView text);
 
+/// The length in UTF-16 units of the first `count` characters as a reader counts them, in time that
+/// grows with that length.
+qsizetype prefixLength(QStringView text, qsizetype count);
+
 /// The first `count` characters as a reader counts them; never cuts a cluster in two.
 QString prefix(const QString &text, qsizetype count);
 

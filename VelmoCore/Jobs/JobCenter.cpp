@@ -96,6 +96,7 @@ void JobCenter::complete(const Job &job, const Result &result)
     if (!result.failure)
         onOutputs(result.outcome.outputURLs);
     m_activity.finish(job.id, eventOf(job, result));
+    Q_EMIT ended(job.id, result.outcome, result.failure);
 }
 
 ActivityEvent JobCenter::eventOf(const Job &job, const Result &result) const

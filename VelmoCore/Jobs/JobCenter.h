@@ -45,6 +45,10 @@ public:
 
 Q_SIGNALS:
     void runningCountChanged();
+    /// A job is over and its event posted. `failure` is what it threw, null where it has an
+    /// outcome.
+    void ended(const QString &id, const velmo::JobOutcome &outcome,
+               const std::exception_ptr &failure);
 
 private:
     struct Job {

@@ -2,95 +2,108 @@
 
 #include "VelmoCore/Foundation/Text.h"
 #include "VelmoCore/Mail/FoldedText.h"
-#include "VelmoCore/Mail/LoginCodePattern.h"
-#include "VelmoCore/Mail/WordSet.h"
+
+#include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
+#include <map>
+#include <string>
 
 namespace velmo::LoginCodeDetector {
 namespace {
-
-using namespace std::string_view_literals;
 
 constexpr qsizetype readCharacters = 3000;
 constexpr qsizetype farthest = 220; ///< UTF-16 units between a code in the body and its word
 constexpr qsizetype priceReach = 4; ///< UTF-16 units ahead of a number in which a currency counts
 
-constexpr std::array codeWordList = {u"code"sv,
-                                     u"codigo"sv,
-                                     u"verification"sv,
-                                     u"verificacao"sv,
-                                     u"otp"sv,
-                                     u"one-time"sv,
-                                     u"one time"sv,
-                                     u"passcode"sv,
-                                     u" pin "sv,
-                                     u" pin:"sv,
-                                     u"2fa"sv,
-                                     u"two-factor"sv,
-                                     u"two factor"sv,
-                                     u"senha temporaria"sv,
-                                     u"autenticacao"sv,
-                                     u"authentication"sv,
-                                     u"token de acesso"sv};
+/// Words in ASCII by their first letter.
+using Words = std::array<std::vector<std::u16string>, 128>;
 
-constexpr std::array signInSubjectWordList = {
-    u"sign in"sv,        u"sign-in"sv,          u"log in"sv,      u"login"sv,
-    u"magic link"sv,     u"entrar"sv,           u"acessar"sv,     u"acesse"sv,
-    u"verify"sv,         u"verifique"sv,        u"confirm"sv,     u"confirme"sv,
-    u"link de acesso"sv, u"link para entrar"sv, u"continue to"sv, u"activate"sv,
-    u"ative"sv};
+Words words(std::initializer_list<std::u16string> list)
+{
+    Words words;
+    for (const std::u16string &word : list)
+        words[word.front()].push_back(word);
+    return words;
+}
 
-constexpr std::array signInBodyPhraseList = {u"magic link"sv,     u"sign-in link"sv,
-                                             u"sign in link"sv,   u"login link"sv,
-                                             u"link de acesso"sv, u"link para entrar"sv};
+Words withoutSpaces(Words words)
+{
+    for (auto &startingAlike : words) {
+        for (std::u16string &word : startingAlike)
+            std::erase(word, u' ');
+    }
+    return words;
+}
 
 /// The end of many another host: it counts only where a label of a host name can start.
 constexpr std::u16string_view hostOfX = u"x.com/";
 
-constexpr std::array linkStopWordList = {
-    u"unsubscribe"sv,   u"descadastr"sv,   u"privacy"sv,  u"privacidade"sv,  u"terms"sv,
-    u"termos"sv,        u"help"sv,         u"ajuda"sv,    u"support"sv,      u"suporte"sv,
-    u"preferences"sv,   u"preferencias"sv, u"settings"sv, u"facebook.com"sv, u"twitter.com"sv,
-    u"instagram.com"sv, u"linkedin.com"sv, hostOfX};
+struct Vocabulary {
+    Words code =
+        words({u"code", u"codigo", u"verification", u"verificacao", u"otp", u"one-time",
+               u"one time", u"passcode", u" pin ", u" pin:", u"2fa", u"two-factor", u"two factor",
+               u"senha temporaria", u"autenticacao", u"authentication", u"token de acesso"});
+    Words signInSubject =
+        words({u"sign in", u"sign-in", u"log in", u"login", u"magic link", u"entrar", u"acessar",
+               u"acesse", u"verify", u"verifique", u"confirm", u"confirme", u"link de acesso",
+               u"link para entrar", u"continue to", u"activate", u"ative"});
+    Words signInBody = words({u"magic link", u"sign-in link", u"sign in link", u"login link",
+                              u"link de acesso", u"link para entrar"});
+    Words linkStop = words({u"unsubscribe", u"descadastr", u"privacy", u"privacidade", u"terms",
+                            u"termos", u"help", u"ajuda", u"support", u"suporte", u"preferences",
+                            u"preferencias", u"settings", u"facebook.com", u"twitter.com",
+                            u"instagram.com", u"linkedin.com", std::u16string(hostOfX)});
+    Words link = words({u"sign in", u"sign-in", u"signin", u"log in", u"login", u"log-in", u"magic",
+                        u"entrar", u"acessar", u"verify", u"verificar", u"confirm", u"confirmar",
+                        u"continue to", u"continuar", u"auth", u"token", u"activate", u"ativar"});
+    Words address = withoutSpaces(link); ///< as a web address writes the words of a link
+};
 
-constexpr std::array linkWordList = {u"sign in"sv,   u"sign-in"sv,     u"signin"sv,    u"log in"sv,
-                                     u"login"sv,     u"log-in"sv,      u"magic"sv,     u"entrar"sv,
-                                     u"acessar"sv,   u"verify"sv,      u"verificar"sv, u"confirm"sv,
-                                     u"confirmar"sv, u"continue to"sv, u"continuar"sv, u"auth"sv,
-                                     u"token"sv,     u"activate"sv,    u"ativar"sv};
-
-/// The link words as an address writes them, without spaces.
-constexpr std::array addressWordList = {
-    u"sign-in"sv,   u"signin"sv, u"login"sv,     u"log-in"sv,   u"magic"sv,     u"entrar"sv,
-    u"acessar"sv,   u"verify"sv, u"verificar"sv, u"confirm"sv,  u"confirmar"sv, u"continueto"sv,
-    u"continuar"sv, u"auth"sv,   u"token"sv,     u"activate"sv, u"ativar"sv};
-
-constexpr WordSet codeWords(codeWordList);
-constexpr WordSet signInSubjectWords(signInSubjectWordList);
-constexpr WordSet signInBodyPhrases(signInBodyPhraseList);
-constexpr WordSet linkStopWords(linkStopWordList);
-constexpr WordSet linkWords(linkWordList);
-constexpr WordSet addressWords(addressWordList);
-
-/// The first 3000 characters, of which a hostile text may make any length; no more of a long text
-/// than needed is looked at.
-QString opening(const QString &text)
+const Vocabulary &vocabulary()
 {
-    if (text.size() <= readCharacters)
-        return text;
-    for (qsizetype window = readCharacters + readCharacters / 8; window < text.size();
-         window *= 2) {
-        QString cut = Text::prefix(text.first(window), readCharacters);
-        // Whether a character ends is seen at the one behind it, which may be a pair.
-        if (cut.size() + 2 <= window)
-            return cut;
+    static const Vocabulary vocabulary;
+    return vocabulary;
+}
+
+struct Found {
+    qsizetype place;
+    std::u16string_view word;
+};
+
+/// The next word in a folded text.
+std::optional<Found> find(const Words &words, QStringView text, qsizetype from = 0)
+{
+    const std::u16string_view units(text.utf16(), std::size_t(text.size()));
+    for (auto at = std::size_t(from); at < units.size(); ++at) {
+        if (units[at] >= words.size())
+            continue;
+        for (const std::u16string &word : words[units[at]]) {
+            if (units.substr(at).starts_with(word))
+                return Found{qsizetype(at), word};
+        }
     }
-    return Text::prefix(text, readCharacters);
+    return std::nullopt;
+}
+
+/// With U+FFFD for surrogates that stand alone: a pattern finds nothing in a text with these.
+QString valid(const QString &text)
+{
+    return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+}
+
+const QRegularExpression &codePattern()
+{
+    static const QRegularExpression pattern(
+        QStringLiteral(R"((?<![\p{L}\p{N}#/\-.,@_])(\d{3}[ \-]\d{3}|\d{4,8}|)"
+                       R"([A-Z0-9]{3,5}-[A-Z0-9]{3,5})(?![\p{L}\p{N}/\-@_]|[.,]\d))"),
+        QRegularExpression::UseUnicodePropertiesOption);
+    return pattern;
 }
 
 /// The code as it is typed, unless it is a price, a year or a pair of words.
-std::optional<QString> accept(QStringView match, QStringView before)
+std::optional<QString> accept(QString match, QStringView before)
 {
     if (before.contains(u'$') || before.contains(u'€') || before.contains(u'£'))
         return {};
@@ -100,7 +113,7 @@ std::optional<QString> accept(QStringView match, QStringView before)
     if (std::ranges::any_of(characters, isLetter)) {
         if (!std::ranges::any_of(characters, isNumber))
             return {};
-        return match.toString();
+        return match;
     }
     if (characters.size() == 4) {
         int year = 0;
@@ -109,17 +122,23 @@ std::optional<QString> accept(QStringView match, QStringView before)
         if (year >= 1900 && year <= 2099)
             return {};
     }
-    return match.toString().remove(u' ').remove(u'-');
+    return match.remove(u' ').remove(u'-');
 }
 
-/// Where code words stand in the original text, in order.
+/// Where code words stand in the original text, in order. Occurrences of one word don't overlap.
 std::vector<qsizetype> wordPositions(const FoldedText &text)
 {
+    const Words &words = vocabulary().code;
     std::vector<qsizetype> positions;
-    codeWords.scan(text.folded, [&](qsizetype at) {
-        positions.push_back(text.origins[std::size_t(at)]);
-        return true;
-    });
+    std::map<std::u16string_view, qsizetype> ends;
+    for (auto found = find(words, text.folded); found;
+         found = find(words, text.folded, found->place + 1)) {
+        qsizetype &end = ends[found->word];
+        if (found->place < end)
+            continue;
+        end = found->place + qsizetype(found->word.size());
+        positions.push_back(text.origins[std::size_t(found->place)]);
+    }
     return positions;
 }
 
@@ -135,20 +154,26 @@ qsizetype distanceToNearest(const std::vector<qsizetype> &positions, qsizetype s
 
 /// The code nearest to one of the positions, the earlier one of two, up to `reach` UTF-16 units
 /// away.
-std::optional<QString> bestCode(QStringView text, const std::vector<qsizetype> &positions,
+std::optional<QString> bestCode(const QString &text, const std::vector<qsizetype> &positions,
                                 qsizetype reach)
 {
     if (positions.empty())
         return {};
     std::optional<QString> best;
     qsizetype bestDistance = 0;
-    for (const QStringView match : LoginCodePattern::matches(text)) {
-        const qsizetype start = match.begin() - text.begin();
+    qsizetype from = std::max<qsizetype>(0, positions.front() - reach);
+    if (from < text.size() && text[from].isLowSurrogate())
+        --from; // matches begin at whole characters
+    for (auto matches = codePattern().globalMatch(text, from); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        const qsizetype start = match.capturedStart();
+        if (start > positions.back() + reach)
+            break;
         const qsizetype distance = distanceToNearest(positions, start);
         if (distance > reach || (best && distance >= bestDistance))
             continue;
         const qsizetype ahead = std::min(start, priceReach);
-        if (auto code = accept(match, text.sliced(start - ahead, ahead))) {
+        if (auto code = accept(match.captured(), QStringView(text).sliced(start - ahead, ahead))) {
             best = std::move(code);
             bestDistance = distance;
         }
@@ -158,14 +183,15 @@ std::optional<QString> bestCode(QStringView text, const std::vector<qsizetype> &
 
 bool isStopped(QStringView text)
 {
-    bool isStopped = false;
-    linkStopWords.scan(text, [&](qsizetype at) {
+    const Words &words = vocabulary().linkStop;
+    for (auto found = find(words, text); found; found = find(words, text, found->place + 1)) {
+        const QStringView ahead = text.first(found->place);
         const bool isRestOfLabel =
-            at > 0 && (text[at - 1].isLetterOrNumber() || text[at - 1] == u'-');
-        isStopped = !(isRestOfLabel && text.sliced(at).startsWith(hostOfX));
-        return !isStopped;
-    });
-    return isStopped;
+            !ahead.isEmpty() && (ahead.back().isLetterOrNumber() || ahead.back() == u'-');
+        if (!isRestOfLabel || found->word != hostOfX)
+            return true;
+    }
+    return false;
 }
 
 std::optional<QUrl> signInLink(const std::vector<MailLink> &links)
@@ -173,13 +199,11 @@ std::optional<QUrl> signInLink(const std::vector<MailLink> &links)
     std::optional<QUrl> best;
     int bestScore = 0;
     for (const MailLink &link : links) {
-        const FoldedText text(link.text);
-        const QStringView label = text.folded;
+        const FoldedText label(link.text);
         const QString address = link.url.toString(QUrl::FullyEncoded).toLower();
-        if (isStopped(label) || isStopped(address))
-            continue;
-        const int score = (linkWords.isIn(label) ? 2 : 0) + (addressWords.isIn(address) ? 1 : 0);
-        if (score > bestScore) {
+        const int score = (find(vocabulary().link, label.folded) ? 2 : 0) +
+                          (find(vocabulary().address, address) ? 1 : 0);
+        if (score > bestScore && !isStopped(label.folded) && !isStopped(address)) {
             bestScore = score;
             best = link.url;
         }
@@ -191,12 +215,13 @@ std::optional<QUrl> signInLink(const std::vector<MailLink> &links)
 
 Detection detect(const QString &subject, const QString &text, const std::vector<MailLink> &links)
 {
-    const FoldedText heading(subject);
-    const FoldedText body(opening(text));
+    const FoldedText heading(valid(subject));
+    const FoldedText body(valid(Text::prefix(text, readCharacters)));
     const std::vector<qsizetype> inHeading = wordPositions(heading);
     std::vector<qsizetype> inBody = wordPositions(body);
     if (inHeading.empty() && inBody.empty()) {
-        if (signInSubjectWords.isIn(heading.folded) || signInBodyPhrases.isIn(body.folded))
+        if (find(vocabulary().signInSubject, heading.folded) ||
+            find(vocabulary().signInBody, body.folded))
             return {{}, signInLink(links)};
         return {};
     }

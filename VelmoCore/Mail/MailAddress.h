@@ -10,7 +10,7 @@ namespace velmo {
 /// Who a message is from or to.
 struct MailAddress {
     QString name;    ///< as the sender writes it, empty without one
-    QString address; ///< the mail address, or all that a header holds where none can be told apart
+    QString address; ///< the mail address, or all of a header in which none is found
 
     /// What to call the sender.
     const QString &display() const { return name.isEmpty() ? address : name; }

@@ -2,31 +2,17 @@
 #include "VelmoCore/Mail/MailParser.h"
 #include "VelmoCore/Mail/MailReading.h"
 
+#include <QRegularExpression>
 #include <QStringDecoder>
+
+#include <openssl/evp.h>
 
 #include <algorithm>
 #include <array>
-#include <cstring>
-#include <string_view>
 
 namespace velmo::MailParser {
 
 namespace {
-
-constexpr std::uint32_t noDigit = 1U << 24;
-
-/// The value of each byte as the first to fourth digit of a group, shifted to its place in there.
-constexpr auto base64Digits = [] {
-    std::array<std::array<std::uint32_t, 256>, 4> digits;
-    constexpr std::string_view alphabet =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    for (std::size_t place = 0; place < digits.size(); ++place) {
-        digits[place].fill(noDigit);
-        for (std::uint32_t value = 0; value < alphabet.size(); ++value)
-            digits[place][std::uint8_t(alphabet[value])] = value << (18 - 6 * place);
-    }
-    return digits;
-}();
 
 /// Bytes 0x80 to 0x9f of Windows-1252; 0 where it has none.
 constexpr std::array<char16_t, 32> windows1252 = {
@@ -68,7 +54,7 @@ std::optional<QString> decodeAs(const QString &charset, QByteArrayView bytes)
     if (!decoder.isValid())
         return std::nullopt;
     QString text = decoder(bytes);
-    // The decoders of UTF-16 and UTF-32 tell no errors.
+    // The decoders of UTF-16 and UTF-32 report no errors.
     if (decoder.hasError() || text.contains(QChar::ReplacementCharacter) || !text.isValidUtf16())
         return std::nullopt;
     return text;
@@ -82,60 +68,16 @@ int hexDigit(char c)
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-/// One encoded word, with its three parts.
-struct EncodedWord {
-    qsizetype start;
-    qsizetype end;
-    QStringView charset;
-    QChar encoding;
-    QStringView payload;
-};
-
-/// The end of the run of characters that are neither "?" nor whitespace.
-qsizetype endOfToken(QStringView text, qsizetype start)
+/// What an encoded word says, of which `encoding` is "B" or "Q" in either case.
+QString decodeWord(const QString &charset, QStringView encoding, QString payload)
 {
-    while (start < text.size() && text[start] != u'?' && !text[start].isSpace())
-        ++start;
-    return start;
-}
-
-/// The next match of =\?([^?\s]+)\?([BbQq])\?([^?\s]*)\?=
-std::optional<EncodedWord> nextEncodedWord(QStringView text, qsizetype from)
-{
-    for (qsizetype start = text.indexOf(u"=?", from); start >= 0;
-         start = text.indexOf(u"=?", start + 1)) {
-        const qsizetype charsetEnd = endOfToken(text, start + 2);
-        const QStringView encoding =
-            text.sliced(charsetEnd).first(std::min<qsizetype>(3, text.size() - charsetEnd));
-        if (charsetEnd == start + 2 || encoding.size() < 3 || encoding[0] != u'?' ||
-            encoding[2] != u'?' || !QStringView(u"BbQq").contains(encoding[1]))
-            continue;
-        const qsizetype payloadStart = charsetEnd + 3;
-        const qsizetype payloadEnd = endOfToken(text, payloadStart);
-        if (text.sliced(payloadEnd).startsWith(u"?="))
-            return EncodedWord{start, payloadEnd + 2,
-                               text.sliced(start + 2, charsetEnd - start - 2), encoding[1],
-                               text.sliced(payloadStart, payloadEnd - payloadStart)};
-    }
-    return std::nullopt;
-}
-
-QString decodeWord(const EncodedWord &word)
-{
-    QString payload = word.payload.toString();
-    QByteArray bytes;
-    if (word.encoding.toLower() == u'q') {
-        bytes = decodeQuotedPrintable(payload.replace(u'_', u' ').toUtf8());
-    } else {
-        QByteArray padded = payload.toUtf8();
-        while (padded.size() % 4)
-            padded += '=';
-        const auto decoded = decodeBase64(padded);
-        if (!decoded)
-            return payload;
-        bytes = *decoded;
-    }
-    return decodeBytes(bytes, word.charset.toString());
+    if (encoding.compare(u'q', Qt::CaseInsensitive) == 0)
+        return decodeBytes(decodeQuotedPrintable(payload.replace(u'_', u' ').toUtf8()), charset);
+    QByteArray padded = payload.toUtf8();
+    while (padded.size() % 4)
+        padded += '=';
+    const auto bytes = decodeBase64(padded);
+    return bytes ? decodeBytes(*bytes, charset) : payload;
 }
 
 bool isWhitespace(QStringView text)
@@ -143,22 +85,18 @@ bool isWhitespace(QStringView text)
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.isSpace(); });
 }
 
-/// The bytes without line ends.
 QByteArray withoutLineEnds(QByteArrayView body)
 {
     QByteArray text(body.size(), Qt::Uninitialized);
-    char *out = text.data();
-    for (const char *line = body.begin(); line != body.end();) {
-        const auto *lineFeed =
-            static_cast<const char *>(std::memchr(line, '\n', std::size_t(body.end() - line)));
-        const char *next = lineFeed ? lineFeed + 1 : body.end();
-        const char *end = lineFeed ? lineFeed : body.end();
-        if (end != line && end[-1] == '\r')
-            --end;
-        out = std::copy(line, end, out);
-        line = next;
+    auto out = text.begin();
+    for (qsizetype start = 0; start < body.size();) {
+        const qsizetype lineFeed = body.indexOf('\n', start);
+        const qsizetype end = lineFeed < 0 ? body.size() : lineFeed;
+        const QByteArrayView line = body.sliced(start, end - start);
+        out = std::copy(line.begin(), line.end() - (line.endsWith('\r') ? 1 : 0), out);
+        start = end + 1;
     }
-    text.truncate(out - text.constData());
+    text.truncate(out - text.cbegin());
     return text;
 }
 
@@ -176,30 +114,15 @@ std::optional<QByteArray> decodeGroups(QByteArray text)
 
 std::optional<QByteArray> decodeBase64(QByteArrayView text)
 {
-    if (text.size() % 4)
+    const qsizetype padding = text.endsWith("==") ? 2 : text.endsWith('=') ? 1 : 0;
+    if (text.size() % 4 != 0 || text.chopped(padding).contains('='))
         return std::nullopt;
+    // Three times as fast as Qt's. What it takes off for being blank is missing from the length.
     QByteArray bytes(text.size() / 4 * 3, Qt::Uninitialized);
-    if (bytes.isEmpty())
-        return bytes;
-    char *out = bytes.data();
-    std::uint32_t seen = 0;
-    const auto decode = [&](const char *in) {
-        std::uint32_t group = 0;
-        for (std::size_t place = 0; place < 4; ++place)
-            group |= base64Digits[place][std::uint8_t(in[place])];
-        seen |= group;
-        *out++ = char(group >> 16);
-        *out++ = char(group >> 8);
-        *out++ = char(group);
-    };
-    const char *const last = text.end() - 4;
-    for (const char *in = text.begin(); in != last; in += 4)
-        decode(in);
-    const int padding = text.endsWith("==") ? 2 : text.endsWith('=') ? 1 : 0;
-    std::array<char, 4> padded{'A', 'A', 'A', 'A'}; // which are zeros
-    std::copy(last, text.end() - padding, padded.begin());
-    decode(padded.data());
-    if ((seen & noDigit) != 0)
+    const int length =
+        EVP_DecodeBlock(reinterpret_cast<unsigned char *>(bytes.data()),
+                        reinterpret_cast<const unsigned char *>(text.data()), int(text.size()));
+    if (length != bytes.size())
         return std::nullopt;
     bytes.chop(padding);
     return bytes;
@@ -253,23 +176,27 @@ QString decodeBytes(QByteArrayView bytes, const std::optional<QString> &charset)
         if (auto text = decodeAs(trimmedBlanks(*charset).toString(), bytes))
             return *text;
     }
-    if (bytes.isValidUtf8())
-        return QString::fromUtf8(bytes);
-    if (auto text = fromWindows1252(bytes))
-        return *text;
-    return QString::fromUtf8(bytes);
+    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    QString text = decoder(bytes);
+    if (!decoder.hasError())
+        return text;
+    return fromWindows1252(bytes).value_or(text);
 }
 
 QString decodeHeader(const QString &text)
 {
+    static const QRegularExpression encodedWord(
+        QStringLiteral(R"(=\?([^?\s]+)\?([BbQq])\?([^?\s]*)\?=)"),
+        QRegularExpression::UseUnicodePropertiesOption);
     QString decoded;
     qsizetype copied = 0;
-    while (const auto word = nextEncodedWord(text, copied)) {
-        const QStringView between = QStringView(text).sliced(copied, word->start - copied);
+    for (auto words = encodedWord.globalMatch(text); words.hasNext();) {
+        const QRegularExpressionMatch word = words.next();
+        const auto between = QStringView(text).sliced(copied, word.capturedStart() - copied);
         if (copied == 0 || !isWhitespace(between))
             decoded += between;
-        decoded += decodeWord(*word);
-        copied = word->end;
+        decoded += decodeWord(word.captured(1), word.capturedView(2), word.captured(3));
+        copied = word.capturedEnd();
     }
     return copied == 0 ? text : decoded.append(QStringView(text).sliced(copied));
 }

@@ -1,8 +1,6 @@
+#include "VelmoCore/Foundation/Text.h"
 #include "VelmoCore/Mail/MailMatching.h"
 #include "VelmoCore/Mail/MailParser.h"
-#include "VelmoCore/Mail/MailReading.h"
-
-#include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <array>
@@ -25,103 +23,74 @@ constexpr std::array<Entity, 22> entities = {
      {u"&reg;", u"\u00ae"},    {u"&trade;", u"\u2122"}, {u"&bull;", u"\u2022"},
      {u"&middot;", u"\u00b7"}}};
 
-/// Text of one character or none.
-struct Scalar {
-    std::array<QChar, 2> units;
-    qsizetype size;
-
-    operator QStringView() const { return {units.data(), size}; }
-};
-
-/// What an entity, from its "&" to its ";", stands for.
-std::optional<Scalar> meaning(QStringView token)
+std::optional<QStringView> namedText(QStringView token)
 {
     for (const Entity &entity : entities) {
         if (entity.token.size() == token.size() && hasName(token, 0, entity.token))
-            return Scalar{{entity.text.isEmpty() ? QChar() : entity.text.front()},
-                          entity.text.size()};
+            return entity.text;
     }
+    return std::nullopt;
+}
+
+/// The character of "&#65;" or "&#x41;".
+std::optional<char32_t> numberedCharacter(QStringView token)
+{
     if (!token.startsWith(u"&#"))
         return std::nullopt;
-    const bool isHex = token.size() > 2 && lowered(token[2]) == u'x';
+    const bool isHex = lowered(token[2]) == u'x';
     const QStringView digits = token.sliced(isHex ? 3 : 2).chopped(1);
     const auto isDigit = [&](QChar c) {
         const char16_t lower = lowered(c);
         return (lower >= u'0' && lower <= u'9') || (isHex && lower >= u'a' && lower <= u'f');
     };
     bool isNumber = std::all_of(digits.begin(), digits.end(), isDigit);
-    const uint scalar = isNumber ? digits.toUInt(&isNumber, isHex ? 16 : 10) : 0;
-    if (!isNumber || scalar > QChar::LastValidCodePoint || QChar::isSurrogate(scalar))
+    const uint character = isNumber ? digits.toUInt(&isNumber, isHex ? 16 : 10) : 0;
+    if (!isNumber || character > QChar::LastValidCodePoint || QChar::isSurrogate(character))
         return std::nullopt;
-    if (QChar::requiresSurrogates(scalar))
-        return Scalar{{QChar::highSurrogate(scalar), QChar::lowSurrogate(scalar)}, 2};
-    return Scalar{{QChar(char16_t(scalar))}, 1};
+    return character;
 }
 
-constexpr int longestEntity = 12; ///< characters
-
-/// Whether this is a character of its own, whatever such characters stand beside it.
-bool isSimple(QStringView text, qsizetype at)
-{
-    constexpr char16_t firstMark = 0x0300;
-    return at >= text.size() || text[at].unicode() < firstMark;
-}
-
-/// The ";" that ends the entity at an "&", or -1.
+/// The end of the entity at an "&", or -1: its ";" is a character of its own among the first
+/// twelve.
 qsizetype entityEnd(QStringView text, qsizetype mark)
 {
+    constexpr int longestEntity = 12;
+    const auto isLatin = [&](qsizetype place) {
+        return place >= text.size() || (text[place].unicode() < 0x0300 && text[place] != u'\r');
+    };
     qsizetype at = mark;
     for (int count = 0; count < longestEntity && at < text.size(); ++count) {
-        if (!isSimple(text, at + 1))
-            break;
-        if (text[at] == u';')
-            return at;
-        at += text[at] == u'\r' && isAt(text, at + 1, u'\n') ? 2 : 1;
-        if (count + 1 == longestEntity || at == text.size())
+        const bool isShort = isLatin(at) && isLatin(at + 1);
+        const qsizetype length = isShort ? 1 : Text::prefixLength(text.sliced(at), 1);
+        if (text[at] == u';' && length == 1)
+            return at + 1;
+        if (count == 0 && length > 1)
             return -1;
+        at += length;
     }
-    // Characters may be of any length: read more until the last one is seen to the end.
-    for (qsizetype length = 64;; length *= 2) {
-        const QStringView near = text.sliced(mark).first(std::min(length, text.size() - mark));
-        const bool isAll = mark + near.size() == text.size();
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, near.data(), near.size());
-        qsizetype start = 0;
-        for (int count = 0; count < longestEntity; ++count) {
-            const qsizetype end = finder.toNextBoundary();
-            if (end == near.size() && !isAll)
-                break;
-            const bool isUnit = end - start == 1;
-            if (isUnit && near[start] == u';')
-                return mark + start;
-            if (end == near.size() || (count == 0 && !isUnit) || count + 1 == longestEntity)
-                return -1;
-            start = end;
-        }
-    }
+    return -1;
 }
 
 } // namespace
 
-void resolveEntities(QString &text)
+QString decodeEntities(const QString &text)
 {
+    if (!text.contains(u'&'))
+        return text;
     Rewriting rewriting(text);
     qsizetype next = 0;
-    for (qsizetype mark = find(text, 0, u'&'); mark >= 0; mark = find(text, next, u'&')) {
+    for (qsizetype mark = text.indexOf(u'&'); mark >= 0; mark = text.indexOf(u'&', next)) {
         const qsizetype end = entityEnd(text, mark);
-        next = end < 0 ? mark + 1 : end + 1;
+        next = end < 0 ? mark + 1 : end;
         if (end < 0)
             continue;
-        if (const auto scalar = meaning(QStringView(text).sliced(mark, next - mark)))
-            rewriting.replace(mark, next, *scalar);
+        const QStringView token = QStringView(text).sliced(mark, end - mark);
+        if (const auto named = namedText(token))
+            rewriting.replace({mark, end}, *named);
+        else if (const auto character = numberedCharacter(token))
+            rewriting.replace({mark, end}, QChar::fromUcs4(*character));
     }
-    rewriting.finish();
-}
-
-QString decodeEntities(QString text)
-{
-    if (find(text, 0, u'&') >= 0)
-        resolveEntities(text);
-    return text;
+    return rewriting.finish();
 }
 
 } // namespace velmo::MailParser

@@ -9,54 +9,37 @@ namespace velmo::MailParser {
 
 namespace {
 
-auto aheadOf(QStringView text, QStringView wanted)
+/// Puts a space in the place of each <(head|style|script|title)\b[^>]*>.*?</\1\s*>|<!--.*?-->
+QString withoutHidden(QStringView html)
 {
-    return Ahead([text, wanted](qsizetype place) -> std::optional<Range> {
-        const qsizetype start = text.indexOf(wanted, place);
-        return start < 0 ? std::nullopt : std::optional(Range{start, start + wanted.size()});
-    });
-}
-
-/// Replaces each match. `endOfMatch` gives the end of the match at a "<", or -1.
-template <typename EndOfMatch>
-void replaceTags(QString &text, QStringView replacement, EndOfMatch endOfMatch)
-{
-    Rewriting rewriting(text);
-    qsizetype next = 0;
-    const auto findNext = [&] { return findTag(text, next, u'!', u'h', u's', u't', u'\u017f'); };
-    for (qsizetype tag = findNext(); tag >= 0; tag = findNext()) {
-        const qsizetype end = endOfMatch(tag);
-        next = end < 0 ? tag + 1 : end;
-        if (end >= 0)
-            rewriting.replace(tag, end, replacement);
-    }
-    rewriting.finish();
-}
-
-/// Takes out <(head|style|script|title)\b[^>]*>.*?</\1\s*>|<!--.*?-->
-void removeHidden(QString &text)
-{
-    const QStringView html = text;
-    auto commentEnd = aheadOf(html, u"-->");
-    auto tagEnd = aheadOfTagEnd(html);
+    Ahead commentEnd = aheadOf(html, u"-->");
+    Ahead tagEnd = aheadOf(html, u">");
     constexpr std::array<QStringView, 4> names = {u"head", u"style", u"script", u"title"};
     std::array closings = {aheadOfClosingTag(html, names[0]), aheadOfClosingTag(html, names[1]),
                            aheadOfClosingTag(html, names[2]), aheadOfClosingTag(html, names[3])};
-    replaceTags(text, u" ", [&](qsizetype tag) -> qsizetype {
-        if (hasName(html, tag + 1, u"!--")) {
-            const auto &end = commentEnd.from(tag + 4);
-            return end ? end->end : -1;
-        }
+    const auto matchAt = [&](qsizetype tag) -> std::optional<Range> {
+        if (hasName(html, tag + 1, u"!--"))
+            return commentEnd.from(tag + 4);
+        const char16_t letter = tag + 1 < html.size() ? lowered(html[tag + 1]) : u'\0';
         for (std::size_t i = 0; i < names.size(); ++i) {
             const qsizetype nameEnd = tag + 1 + names[i].size();
-            if (!hasName(html, tag + 1, names[i]) || !isWordEnd(html, nameEnd))
+            if (names[i].front() != letter || !hasName(html, tag + 1, names[i]) ||
+                !isWordEnd(html, nameEnd))
                 continue;
             const auto &opened = tagEnd.from(nameEnd);
-            const auto &closed = opened ? closings[i].from(opened->end) : std::nullopt;
-            return closed ? closed->end : -1;
+            return opened ? closings[i].from(opened->end) : std::nullopt;
         }
-        return -1;
-    });
+        return std::nullopt;
+    };
+    Rewriting rewriting(html);
+    qsizetype next = 0;
+    for (qsizetype tag = html.indexOf(u'<'); tag >= 0; tag = html.indexOf(u'<', next)) {
+        const auto close = matchAt(tag);
+        next = close ? close->end : tag + 1;
+        if (close)
+            rewriting.replace({tag, next}, u" ");
+    }
+    return rewriting.finish();
 }
 
 /// The end of </(p|div|tr|li|h[1-6]|table|blockquote)\s*> at this place, or -1.
@@ -90,37 +73,40 @@ qsizetype lineBreakEnd(QStringView html, qsizetype tag)
     return isAt(html, end, u'>') ? end + 1 : -1;
 }
 
-/// Where the next ">" outside line breaks is, or -1.
-qsizetype tagEndAmongBreaks(QStringView html, qsizetype from)
+/// The next ">" outside line breaks.
+std::optional<Range> tagEndAmongBreaks(QStringView html, qsizetype from)
 {
-    qsizetype at = find(html, from, u'<', u'>');
-    while (at >= 0 && html[at] == u'<') {
-        const qsizetype breakEnd = lineBreakEnd(html, at);
-        at = find(html, breakEnd < 0 ? at + 1 : breakEnd, u'<', u'>');
+    for (qsizetype at = from; at < html.size();) {
+        if (html[at] == u'>')
+            return Range{at, at + 1};
+        const qsizetype breakEnd = html[at] == u'<' ? lineBreakEnd(html, at) : -1;
+        at = breakEnd < 0 ? at + 1 : breakEnd;
     }
-    return at;
+    return std::nullopt;
 }
 
-/// Breaks lines where HTML does, then takes out <[^>]+>
-void removeTags(QString &text)
+/// Breaks lines where HTML does, and puts a space in the place of each other <[^>]+>
+QString withoutTags(QStringView html)
 {
-    const QStringView html = text;
-    Ahead tagEnd([html](qsizetype place) -> std::optional<Range> {
-        const qsizetype start = tagEndAmongBreaks(html, place);
-        return start < 0 ? std::nullopt : std::optional(Range{start, start + 1});
-    });
-    Rewriting rewriting(text);
-    qsizetype next = 0;
-    for (qsizetype tag = find(html, 0, u'<'); tag >= 0; tag = find(html, next, u'<')) {
-        const qsizetype breakEnd = lineBreakEnd(html, tag);
-        const auto &end = breakEnd < 0 ? tagEnd.from(tag + 1) : std::nullopt;
-        next = tag + 1;
-        if (breakEnd >= 0)
-            rewriting.replace(tag, next = breakEnd, u"\n");
-        else if (end && end->start > tag + 1)
-            rewriting.replace(tag, next = end->end, u" ");
+    Ahead tagEnd([html](qsizetype place) { return tagEndAmongBreaks(html, place); });
+    QString text(html.size(), Qt::Uninitialized);
+    auto out = text.begin();
+    for (qsizetype at = 0; at < html.size();) {
+        const bool isTag = html[at] == u'<';
+        const qsizetype breakEnd = isTag ? lineBreakEnd(html, at) : -1;
+        const auto &end = isTag && breakEnd < 0 ? tagEnd.from(at + 1) : std::nullopt;
+        if (breakEnd >= 0) {
+            *out++ = u'\n';
+            at = breakEnd;
+        } else if (end && end->start > at + 1) {
+            *out++ = u' ';
+            at = end->end;
+        } else {
+            *out++ = html[at++];
+        }
     }
-    rewriting.finish();
+    text.truncate(out - text.cbegin());
+    return text;
 }
 
 bool isInvisible(QChar c)
@@ -138,65 +124,54 @@ bool isInvisible(QChar c)
     }
 }
 
-/// Visible, as far as one look tells.
+/// One of a word's characters, as most are.
 bool isPlain(QChar c)
 {
-    constexpr char16_t softHyphen = 0x00ad;
-    constexpr char16_t firstMark = 0x0300;
-    return c > u' ' && c < firstMark && c != softHyphen;
+    return c > u' ' && c < QChar(QChar::SoftHyphen);
 }
 
-/// The end of the words from here on that stand one space apart.
-const QChar *endOfWords(const QChar *at, const QChar *end)
+/// Whether a LF comes behind a CR, with nothing that is seen between them.
+bool isLineEnd(QStringView text, qsizetype at)
 {
-    while (at != end && (isPlain(*at) || (*at == u' ' && at + 1 != end && isPlain(at[1]))))
-        ++at;
-    return at;
+    if (text[at] != u'\r')
+        return false;
+    const auto *next = std::find_if_not(text.begin() + at + 1, text.end(), isInvisible);
+    return next != text.end() && *next == u'\n';
 }
 
-/// Takes out invisible characters and empty lines, and puts words one space apart. A line ends
-/// with LF or CR LF.
-void tidy(QString &text)
+/// Without invisible characters and empty lines, its words one space apart. A line ends with LF or
+/// CR LF.
+QString tidied(QStringView text)
 {
-    QChar *const begin = text.data();
-    const QChar *const end = begin + text.size();
-    QChar *out = begin;
-    QChar separator;
-    const auto write = [&](const QChar *from, const QChar *to) {
-        if (!separator.isNull() && out != begin)
-            *out++ = separator;
-        separator = QChar();
-        out = std::copy(from, to, out);
-    };
-    for (const QChar *in = begin; in != end;) {
-        const QChar *start = in;
-        const QChar c = *in++;
-        if (isPlain(c)) {
-            in = endOfWords(in, end);
-            write(start, in);
-        } else if (c == u'\n' || (separator.isNull() && (c == u' ' || c == u'\t'))) {
-            separator = c == u'\n' ? c : QChar(u' ');
-        } else if (c == u'\r') {
-            const QChar *next = std::find_if_not(in, end, isInvisible);
-            if (next == end || *next != u'\n')
-                write(start, in);
-        } else if (c != u' ' && c != u'\t' && !isInvisible(c)) {
-            write(start, in);
+    QString tidied(text.size(), Qt::Uninitialized);
+    auto out = tidied.begin();
+    QChar gap; // ahead of the next word
+    for (qsizetype at = 0; at < text.size();) {
+        const QChar c = text[at];
+        if (c == u'\n' || c == u' ' || c == u'\t') {
+            gap = c == u'\n' || gap == u'\n' ? u'\n' : u' ';
+            ++at;
+        } else if (isInvisible(c) || isLineEnd(text, at)) {
+            ++at;
+        } else {
+            if (!gap.isNull() && out != tidied.cbegin())
+                *out++ = gap;
+            gap = QChar();
+            do
+                *out++ = text[at++];
+            while (at < text.size() && isPlain(text[at]));
         }
     }
-    text.truncate(out - begin);
+    tidied.truncate(out - tidied.cbegin());
+    return tidied;
 }
 
 } // namespace
 
-QString htmlToText(QString html)
+QString htmlToText(const QString &html)
 {
-    html.detach(); // every step looks ahead in the text that it writes over
-    removeHidden(html);
-    removeTags(html);
-    resolveEntities(html);
-    tidy(html);
-    return html;
+    const bool hasTags = html.contains(u'<'); // most texts of links have none
+    return tidied(decodeEntities(hasTags ? withoutTags(withoutHidden(html)) : html));
 }
 
 } // namespace velmo::MailParser

@@ -13,11 +13,12 @@ bool isQuote(QChar c)
     return c == u'"' || c == u'\'';
 }
 
-auto aheadOfQuote(QStringView html)
+Ahead aheadOfQuote(QStringView html)
 {
     return Ahead([html](qsizetype place) -> std::optional<Range> {
-        const qsizetype start = find(html, place, u'"', u'\'');
-        return start < 0 ? std::nullopt : std::optional(Range{start, start + 1});
+        const auto *quote = std::find_if(html.begin() + place, html.end(), isQuote);
+        const qsizetype start = quote - html.begin();
+        return quote == html.end() ? std::nullopt : std::optional(Range{start, start + 1});
     });
 }
 
@@ -30,17 +31,17 @@ public:
     };
 
     explicit Anchors(QStringView html)
-        : m_html(html), m_tagEnd(aheadOfTagEnd(html)), m_quote(aheadOfQuote(html)),
-          m_contentStart(aheadOfTagEnd(html)), m_closing(aheadOfClosingTag(html, u"a"))
+        : m_html(html), m_tagEnd(aheadOf(html, u">")), m_quote(aheadOfQuote(html)),
+          m_contentStart(aheadOf(html, u">")), m_closing(aheadOfClosingTag(html, u"a"))
     {
     }
 
     std::optional<Anchor> next()
     {
-        for (qsizetype tag = findTag(m_html, m_next, u'a'); tag >= 0;
-             tag = findTag(m_html, m_next, u'a')) {
+        for (qsizetype tag = m_html.indexOf(u'<', m_next); tag >= 0;
+             tag = m_html.indexOf(u'<', m_next)) {
             m_next = tag + 1;
-            if (!isWordEnd(m_html, tag + 2))
+            if (!hasName(m_html, tag + 1, u"a") || !isWordEnd(m_html, tag + 2))
                 continue;
             const auto &tagEnd = m_tagEnd.from(tag + 2);
             if (!tagEnd)
@@ -93,13 +94,13 @@ private:
     }
 
     QStringView m_html;
-    qsizetype m_next = 0;                 ///< where to go on
-    qsizetype m_seen = 0;                 ///< up to where addresses were looked for
-    std::optional<Range> m_address;       ///< the last found, with its "href"
-    decltype(aheadOfTagEnd({})) m_tagEnd; ///< up to where an address may begin
-    decltype(aheadOfQuote({})) m_quote;
-    decltype(aheadOfTagEnd({})) m_contentStart; ///< the ">" behind the address, which may hold one
-    decltype(aheadOfClosingTag({}, {})) m_closing;
+    qsizetype m_next = 0;           ///< where to go on
+    qsizetype m_seen = 0;           ///< up to where addresses were looked for
+    std::optional<Range> m_address; ///< the last found, with its "href"
+    Ahead m_tagEnd;                 ///< up to where an address may begin
+    Ahead m_quote;
+    Ahead m_contentStart; ///< the ">" behind the address, which may hold one
+    Ahead m_closing;
 };
 
 std::optional<QUrl> webAddress(const QString &text)
@@ -141,9 +142,10 @@ private:
         const qsizetype host = text.startsWith(u"https://")  ? 8
                                : text.startsWith(u"http://") ? 7
                                                              : 0;
-        const qsizetype found = find(text, host, u'/', u'?', u'#');
-        const qsizetype end = found < 0 ? text.size() : found;
-        return host == 0 || end == host ? 0 : end;
+        const auto *end = std::find_if(text.begin() + host, text.end(),
+                                       [](QChar c) { return c == u'/' || c == u'?' || c == u'#'; });
+        const qsizetype length = end - text.begin();
+        return host == 0 || length == host ? 0 : length;
     }
 
     /// Means itself in a path and in a query.

@@ -151,7 +151,7 @@ ParsedMail parse(QByteArrayView message)
         if (!parts.html)
             mail.links = linksInText(mail.text);
     } else if (parts.html) {
-        mail.text = htmlToText(std::move(*parts.html));
+        mail.text = htmlToText(*parts.html);
     }
     return mail;
 }

@@ -70,10 +70,10 @@ TextParts textParts(const Headers &headers, QByteArrayView body, int depth);
 std::vector<QByteArrayView> splitMultipart(QByteArrayView bytes, QByteArrayView boundary);
 
 /// What a reader sees of HTML, without empty lines.
-QString htmlToText(QString html);
+QString htmlToText(const QString &html);
 
 /// Resolves numeric character references and the names that mail uses.
-QString decodeEntities(QString text);
+QString decodeEntities(const QString &text);
 
 /// The web links of HTML, each with the text that a reader sees.
 std::vector<MailLink> linksInHTML(const QString &html);

@@ -24,7 +24,4 @@ std::optional<QByteArray> decodeBase64(QByteArrayView text);
 /// body has of its last group is left out. Empty if the text isn't base64.
 QByteArray decodeBase64Body(QByteArrayView body);
 
-/// `decodeEntities` over the text itself.
-void resolveEntities(QString &text);
-
 } // namespace velmo::MailParser

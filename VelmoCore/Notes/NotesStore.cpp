@@ -1,10 +1,10 @@
 #include "VelmoCore/Notes/NotesStore.h"
 
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Notes/NoteParsing.h"
 
 #include <QLocale>
 #include <QPointer>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <set>
@@ -15,19 +15,6 @@ namespace velmo {
 namespace {
 
 constexpr Seconds saveDelay = 0.4s;
-
-/// "segunda-feira, 23 de novembro": the locale's long date without its year.
-QString dayText(const QDateTime &date)
-{
-    static const QRegularExpression year(QStringLiteral(R"((?:,?\s*'[^']*'|,)?\s*y+\s*('.')?)"));
-    return QLocale().toString(date,
-                              QLocale().dateFormat(QLocale::LongFormat).remove(year).trimmed());
-}
-
-QString timeText(const QDateTime &date)
-{
-    return QLocale().toString(date.time(), QLocale::ShortFormat);
-}
 
 } // namespace
 
@@ -112,6 +99,7 @@ void NotesStore::updateNote(const Uuid &id, const QString &text)
         return;
     note->text = text;
     note->updated = m_scheduler.now();
+    m_readings.remove(id);
     hasChanged();
 }
 
@@ -151,39 +139,16 @@ Note NotesStore::meetingNote(const QString &eventID, const QString &title, Date 
     const auto existing = std::ranges::find(m_state.notes, eventID, &Note::eventID);
     if (existing != m_state.notes.end())
         return *existing;
-    const QDateTime from = localDateTime(start);
     const Date now = m_scheduler.now();
-    const Note note{
-        .id = makeUuid(),
-        .text = QStringLiteral("Reunião: %1\n%2 · %3–%4\n\n")
-                    .arg(title, dayText(from), timeText(from), timeText(localDateTime(end))),
-        .created = now,
-        .updated = now,
-        .eventID = eventID};
+    const Note note{.id = makeUuid(),
+                    .text = QStringLiteral("Reunião: %1\n%2 · %3–%4\n\n")
+                                .arg(title, Words::longDay(localDateTime(start).date()),
+                                     Words::time(start), Words::time(end)),
+                    .created = now,
+                    .updated = now,
+                    .eventID = eventID};
     insert(note);
     return note;
-}
-
-void NotesStore::requestCompose()
-{
-    m_pendingCompose = true;
-    Q_EMIT requested();
-}
-
-bool NotesStore::consumeComposeRequest()
-{
-    return std::exchange(m_pendingCompose, false);
-}
-
-void NotesStore::requestSelection(const Uuid &id)
-{
-    m_pendingSelection = id;
-    Q_EMIT requested();
-}
-
-std::optional<Uuid> NotesStore::consumeSelectionRequest()
-{
-    return std::exchange(m_pendingSelection, std::nullopt);
 }
 
 std::optional<TaskItem> NotesStore::addTask(const QString &title, const std::optional<Date> &due)
@@ -254,7 +219,7 @@ void NotesStore::restore(const std::vector<TaskItem> &tasks)
 
 std::vector<TaskItem> NotesStore::takeMissedReminders()
 {
-    auto missed = settleReminders();
+    auto missed = markReminded();
     if (!missed.empty())
         m_file.saveAfter(saveDelay);
     return missed;
@@ -287,11 +252,10 @@ NotesStore::Reading NotesStore::readingOf(const QString &text)
 
 const NotesStore::Reading &NotesStore::read(const Note &note) const
 {
-    Reading &reading = m_readings[note.id];
-    // A reading shares its note's text, so the same characters are the same text.
-    if (reading.text.constData() != note.text.constData())
-        reading = readingOf(note.text);
-    return reading;
+    auto reading = m_readings.find(note.id);
+    if (reading == m_readings.end())
+        reading = m_readings.insert(note.id, readingOf(note.text));
+    return *reading;
 }
 
 void NotesStore::readInBackground()
@@ -303,8 +267,14 @@ void NotesStore::readInBackground()
         for (const Note &note : notes)
             readings.insert(note.id, readingOf(note.text));
         scheduler.post([readings, self] {
-            if (self && self->m_readings.isEmpty())
-                self->m_readings = readings;
+            if (!self)
+                return;
+            for (const Note &note : self->m_state.notes) {
+                const auto reading = readings.find(note.id);
+                // Not of a text that was changed meanwhile.
+                if (reading != readings.end() && reading->text == note.text)
+                    self->m_readings.insert(note.id, *reading);
+            }
         });
     });
 }
@@ -315,7 +285,7 @@ void NotesStore::insert(const Note &note)
     hasChanged();
 }
 
-std::vector<TaskItem> NotesStore::settleReminders()
+std::vector<TaskItem> NotesStore::markReminded()
 {
     std::vector<TaskItem> due;
     for (TaskItem &task : m_state.tasks) {
@@ -329,7 +299,7 @@ std::vector<TaskItem> NotesStore::settleReminders()
 
 void NotesStore::hasChanged()
 {
-    settleReminders();
+    markReminded();
     m_file.saveAfter(saveDelay);
     scheduleDue();
     Q_EMIT changed();

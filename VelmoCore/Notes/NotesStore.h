@@ -50,18 +50,12 @@ public:
     void updateNote(const Uuid &id, const QString &text);
     void togglePin(const Uuid &id);
     void deleteNote(const Uuid &id);
-    /// Brings back what was deleted.
+    /// Restores what was deleted.
     void restore(const Note &note);
-    /// Forgets notes without anything but white space.
+    /// Removes notes of nothing but white space.
     void discardEmptyNotes();
     /// The note of a calendar event, made if there is none.
     Note meetingNote(const QString &eventID, const QString &title, Date start, Date end);
-
-    /// The wish for a new note, or to see one, waits here for the page. Reading takes it away.
-    void requestCompose();
-    bool consumeComposeRequest();
-    void requestSelection(const Uuid &id);
-    std::optional<Uuid> consumeSelectionRequest();
 
     /// Nothing for an empty title.
     std::optional<TaskItem> addTask(const QString &title,
@@ -70,22 +64,21 @@ public:
     void setDue(const Uuid &id, const std::optional<Date> &due);
     void deleteTask(const Uuid &id);
     void clearCompletedTasks();
-    /// Brings back what was deleted.
+    /// Restores what was deleted.
     void restore(const std::vector<TaskItem> &tasks);
     /// The open tasks that came due while nobody could remind of them; each is given once.
     std::vector<TaskItem> takeMissedReminders();
 
-    /// Asks for what is held back, saves at once and waits for it.
+    /// Emits `flushing`, saves at once and waits for it.
     void flush() { m_file.flush(); }
 
 Q_SIGNALS:
-    /// Whoever holds back what was typed hands it over before this returns.
+    /// Listeners store the typed text that they still hold before this returns.
     void flushing();
     /// Also when a task becomes overdue.
     void changed();
-    /// Notes and tasks of earlier runs have come late.
+    /// Notes and tasks of earlier runs were loaded late, once the key came.
     void loaded();
-    void requested();
 
 private:
     void adopt(Snapshot kept);
@@ -101,19 +94,17 @@ private:
     const Reading &read(const Note &note) const;
     void readInBackground();
     void insert(const Note &note);
-    /// Gives the open tasks whose time has come since the last call.
-    std::vector<TaskItem> settleReminders();
+    /// Gives the open tasks whose time has come, each once.
+    std::vector<TaskItem> markReminded();
     void hasChanged();
     void scheduleDue();
 
     Scheduler &m_scheduler;
     Snapshot m_state;
     StateFile<Snapshot> m_file;
-    mutable QHash<Uuid, Reading> m_readings; ///< as far as they were asked for, or read at start
-    bool m_pendingCompose = false;
-    std::optional<Uuid> m_pendingSelection;
+    mutable QHash<Uuid, Reading> m_readings; ///< of notes that were searched, or read at start
     ScheduledTask m_nextDue;
-    QThreadPool m_reader; ///< it waits for its thread as it goes
+    QThreadPool m_reader; ///< its destructor waits for the thread
 };
 BOOST_DESCRIBE_STRUCT(NotesStore::Snapshot, (), (notes, tasks))
 

@@ -41,21 +41,23 @@ SettingsStore::ImportError::ImportError()
 {
 }
 
-SettingsStore::SettingsStore(const QString &path, Scheduler &scheduler, Seconds saveDelay)
-    : m_path(path), m_scheduler(scheduler), m_saveDelay(saveDelay)
+SettingsStore::SettingsStore(const QString &path, const DataFiles &files, Scheduler &scheduler,
+                             Seconds saveDelay)
+    : m_path(path), m_files(files), m_scheduler(scheduler), m_saveDelay(saveDelay)
 {
     load();
+    m_files.add(*this);
+}
+
+SettingsStore::~SettingsStore()
+{
+    m_files.remove(*this);
 }
 
 void SettingsStore::update(const std::function<void(AppSettings &)> &change)
 {
     AppSettings settings = m_settings;
     change(settings);
-    apply(settings);
-}
-
-void SettingsStore::replace(const AppSettings &settings)
-{
     apply(settings);
 }
 
@@ -66,16 +68,11 @@ void SettingsStore::resetToDefaults()
     apply(settings);
 }
 
-SettingsStore::ObserverID SettingsStore::observe(Observer observer)
+SettingsStore::Observation SettingsStore::observe(Observer observer)
 {
-    const ObserverID id = m_nextObserverID++;
-    m_observers.emplace(id, std::move(observer));
-    return id;
-}
-
-void SettingsStore::removeObserver(ObserverID id)
-{
-    m_observers.erase(id);
+    const auto observation = std::make_shared<const Observer>(std::move(observer));
+    m_observers.push_back(observation);
+    return observation;
 }
 
 void SettingsStore::flush()
@@ -110,7 +107,7 @@ void SettingsStore::dismissIssues()
 {
     m_isLoadIssueRead = true;
     m_lastSaveError.reset();
-    Q_EMIT issuesChanged();
+    m_files.notify();
 }
 
 void SettingsStore::exportTo(const QString &path) const
@@ -120,7 +117,12 @@ void SettingsStore::exportTo(const QString &path) const
 
 StringList SettingsStore::importFrom(const QString &path)
 {
-    SettingsCoder::DecodeResult result = SettingsCoder::decode(AtomicFile::read(path));
+    return importContent(AtomicFile::read(path));
+}
+
+StringList SettingsStore::importContent(const QByteArray &content)
+{
+    SettingsCoder::DecodeResult result = SettingsCoder::decode(content);
     if (result.wasUnreadable)
         throw ImportError();
     result.settings.hasCompletedOnboarding = m_settings.hasCompletedOnboarding;
@@ -173,7 +175,7 @@ void SettingsStore::apply(const AppSettings &settings)
 void SettingsStore::setSaveError(const std::optional<QString> &error)
 {
     if (std::exchange(m_lastSaveError, error) != error)
-        Q_EMIT issuesChanged();
+        m_files.notify();
 }
 
 void SettingsStore::announceChanges()
@@ -189,15 +191,11 @@ void SettingsStore::announceChanges()
 
 void SettingsStore::announce(const AppSettings &before, const AppSettings &after)
 {
-    std::vector<ObserverID> ids;
-    for (const auto &[id, observer] : m_observers)
-        ids.push_back(id);
-    for (const ObserverID id : ids) {
-        const auto found = m_observers.find(id);
-        if (found == m_observers.end())
-            continue;                            // an earlier observer removed it
-        const Observer observer = found->second; // it may remove itself
-        observer(before, after);
+    std::erase_if(m_observers, [](const auto &observer) { return observer.expired(); });
+    const auto observers = m_observers; // one may add others
+    for (const auto &each : observers) {
+        if (const auto observer = each.lock()) // else an earlier one ended it
+            (*observer)(before, after);
     }
     Q_EMIT settingsChanged();
 }

@@ -1,7 +1,8 @@
 #include "VelmoCore/Shelf/DropUndo.h"
 
+#include "VelmoCore/Foundation/Words.h"
+
 #include <QDir>
-#include <QLocale>
 #include <QSet>
 
 #include <utility>
@@ -16,21 +17,15 @@ QString movedFromTitle(const std::vector<QUrl> &originals)
                            .adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash)
                            .toLocalFile());
     if (folders.size() != 1)
-        return QStringLiteral("Movido de %1 pastas").arg(folders.size());
+        return QStringLiteral("Movido de %1 pastas").arg(Words::number(folders.size()));
     const QString folder = *folders.begin();
     const QString name = QDir(folder).dirName();
     return QStringLiteral("Movido de ") + (name.isEmpty() ? folder : name);
 }
 
-QString movedDetail(std::size_t count)
-{
-    return count == 1 ? QString()
-                      : QStringLiteral("%1 itens").arg(QLocale().toString(qulonglong(count)));
-}
-
 QString DropUndo::detail() const
 {
-    return movedDetail(m_files.size());
+    return m_files.size() == 1 ? QString() : Words::items(m_files.size());
 }
 
 void DropUndo::offer(std::vector<File> files, const QString &title)

@@ -27,13 +27,13 @@ public:
 
     bool isOffered() const { return !m_files.empty(); }
     const std::vector<File> &files() const { return m_files; }
-    /// What is to be told of it.
+    /// What the notice about it says.
     const QString &title() const { return m_title; }
     /// "12 itens"; empty for one.
     QString detail() const;
 
     void offer(std::vector<File> files, const QString &title);
-    /// Gives the files, which are offered no longer.
+    /// Gives the files and ends the offer.
     std::vector<File> take();
 
 Q_SIGNALS:
@@ -48,7 +48,5 @@ private:
 
 /// "Movido de Documentos", or from how many folders these come. For any thread.
 QString movedFromTitle(const std::vector<QUrl> &originals);
-/// "12 itens"; empty for one.
-QString movedDetail(std::size_t count);
 
 } // namespace velmo

@@ -35,7 +35,7 @@ public:
     /// Hears on the main thread that a record is on disk, or why it can't be.
     using Recorded = StateSaving::Done;
     /// The end of a transfer: the item's file stands at `place` in our folder, or not there.
-    struct Settlement {
+    struct TransferEnd {
         Uuid item;
         std::optional<QUrl> place;
     };
@@ -81,17 +81,17 @@ public:
     void addText(const QString &text, const std::optional<QString> &group = std::nullopt);
     /// Throw `FileError`, and what keeps the record from being saved; then no item is made and the
     /// file stands where it was. They take as long as a copy does where the file is on another file
-    /// system: what may be long goes by `expect`, a job and `settle`.
+    /// system: what may be long goes by `recordArrivals`, a job and `completeTransfers`.
     QUrl moveIn(const QUrl &url, const std::optional<QString> &group = std::nullopt);
     QUrl copyIn(const QUrl &url);
     /// Records that these, made by `ShelfArrivals`, are on their way into our folder. They join
-    /// `items` when they have settled; if Orvane ends before, those that have come are listed at
-    /// the next start and the others forgotten. What can't be recorded isn't expected.
-    void expect(std::vector<ShelfItem> arrivals, Recorded recorded);
+    /// `items` when they have arrived; if Orvane ends before, those that have come are listed at
+    /// the next start and the others forgotten. What can't be recorded doesn't come.
+    void recordArrivals(std::vector<ShelfItem> arrivals, Recorded recorded);
     /// How many files are on their way in.
     int arrivingCount() const;
-    /// Ends transfers by `expect`, `removeAtOnce` or `depart`.
-    void settle(const std::vector<Settlement> &ends);
+    /// Ends transfers by `recordArrivals`, `removeAtOnce` or `depart`.
+    void completeTransfers(const std::vector<TransferEnd> &ends);
     /// Lists files that a tool made in our folders.
     void adoptOutputs(const std::vector<QUrl> &urls);
 
@@ -105,7 +105,7 @@ public:
     /// copy does where a file's home is on another file system.
     void remove(const IDs &ids);
     /// Does what `remove` does as far as it takes no time. What it gives has left `items`, but not
-    /// its place: a job moves it, and then it has to `settle`.
+    /// its place: a job moves it, and then it has to `completeTransfers`.
     std::vector<Departure> removeAtOnce(const IDs &ids);
     /// The same for moved files, none of which it takes home itself.
     std::vector<Departure> depart(const IDs &ids);
@@ -163,7 +163,7 @@ private:
     Scheduler &m_scheduler;
     StateFile<Snapshot> m_file;
     std::vector<ShelfItem> m_items;
-    std::vector<Underway> m_underway; ///< recorded, but in no list until they settle
+    std::vector<Underway> m_underway; ///< recorded, but in no list until they have arrived
     std::optional<int> m_lastReturnFailure;
     ScheduledTask m_retry;
     bool m_isLooking = false; ///< for missing files

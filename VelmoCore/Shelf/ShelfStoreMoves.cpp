@@ -60,22 +60,22 @@ QUrl ShelfStore::bringIn(const QUrl &url, ShelfStorage storage, const std::optio
     item.group = group;
     const QUrl place = QUrl::fromLocalFile(fileOf(item)->path);
     std::exception_ptr failure;
-    expect({item}, [&](const std::exception_ptr &reason) { failure = reason; });
+    recordArrivals({item}, [&](const std::exception_ptr &reason) { failure = reason; });
     m_file.finishSaving();
     if (failure)
         std::rethrow_exception(failure);
     try {
         const QUrl target = storage == ShelfStorage::moved ? FileTransfer::moveUnique(url, place)
                                                            : FileTransfer::copyUnique(url, place);
-        settle({{item.id, target}});
+        completeTransfers({{item.id, target}});
         return target;
     } catch (const LocalizedError &) {
-        settle({{item.id, std::nullopt}});
+        completeTransfers({{item.id, std::nullopt}});
         throw;
     }
 }
 
-void ShelfStore::expect(std::vector<ShelfItem> arrivals, Recorded recorded)
+void ShelfStore::recordArrivals(std::vector<ShelfItem> arrivals, Recorded recorded)
 {
     QSet<QString> given; // to other transfers, since the disk was asked
     for (const Underway &one : m_underway)
@@ -111,10 +111,10 @@ int ShelfStore::arrivingCount() const
     return int(std::ranges::count(m_underway, true, &Underway::isArriving));
 }
 
-void ShelfStore::settle(const std::vector<Settlement> &ends)
+void ShelfStore::completeTransfers(const std::vector<TransferEnd> &ends)
 {
     std::map<Uuid, std::optional<QUrl>> places;
-    for (const Settlement &end : ends)
+    for (const TransferEnd &end : ends)
         places.emplace(end.item, end.place);
     std::vector<Underway> rest;
     std::vector<ShelfItem> staying;
@@ -154,7 +154,7 @@ void ShelfStore::remove(const IDs &ids)
             stays = departure.from;
             ++failures;
         }
-        settle({{departure.item, stays}});
+        completeTransfers({{departure.item, stays}});
     }
     reportReturnFailures(failures);
 }

@@ -7,11 +7,11 @@
 namespace velmo {
 
 struct DataFiles::Shared {
-    enum class Key { awaited, settled, abandoned };
+    enum class Key { awaited, known, abandoned };
 
     std::mutex mutex; ///< guards the key
-    std::condition_variable settled;
-    Key key = Key::settled;
+    std::condition_variable answered;
+    Key key = Key::known;
     std::optional<DataCipher> cipher;
 
     std::vector<Keeper *> keepers;
@@ -53,7 +53,7 @@ DataFiles DataFiles::unsealed() const
 bool DataFiles::isKeyAwaited() const
 {
     const std::lock_guard lock(m_shared->mutex);
-    return m_isSealed && m_shared->key != Shared::Key::settled;
+    return m_isSealed && m_shared->key != Shared::Key::known;
 }
 
 std::optional<DataCipher> DataFiles::cipher() const
@@ -65,20 +65,20 @@ std::optional<DataCipher> DataFiles::cipher() const
 std::optional<DataCipher> DataFiles::waitForCipher() const
 {
     std::unique_lock lock(m_shared->mutex);
-    m_shared->settled.wait(lock, [this] { return m_shared->key != Shared::Key::awaited; });
+    m_shared->answered.wait(lock, [this] { return m_shared->key != Shared::Key::awaited; });
     if (m_shared->key == Shared::Key::abandoned)
         throw KeyAbandoned();
     return m_isSealed ? m_shared->cipher : std::nullopt;
 }
 
-void DataFiles::settleKey(const std::optional<DataCipher> &cipher)
+void DataFiles::setKey(const std::optional<DataCipher> &cipher)
 {
     {
         const std::lock_guard lock(m_shared->mutex);
-        m_shared->key = Shared::Key::settled;
+        m_shared->key = Shared::Key::known;
         m_shared->cipher = cipher;
     }
-    m_shared->settled.notify_all();
+    m_shared->answered.notify_all();
     for (Keeper *keeper : m_shared->keepers)
         keeper->keyCame();
     notify();
@@ -90,7 +90,7 @@ void DataFiles::abandonKey()
         const std::lock_guard lock(m_shared->mutex);
         m_shared->key = Shared::Key::abandoned;
     }
-    m_shared->settled.notify_all();
+    m_shared->answered.notify_all();
 }
 
 void DataFiles::add(Keeper &keeper)

@@ -56,7 +56,7 @@ public:
     std::optional<DataCipher> waitForCipher() const;
 
     /// Ends the waiting. A key may also come after its absence.
-    void settleKey(const std::optional<DataCipher> &cipher);
+    void setKey(const std::optional<DataCipher> &cipher);
     /// Ends the waiting of threads. Nothing is read or written any more by who waits for the key.
     void abandonKey();
 

@@ -6,9 +6,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <unistd.h>
-
 namespace velmo {
 namespace {
 
@@ -54,12 +51,6 @@ JSONFile::JSONFile(const QString &path, const std::optional<DataCipher> &cipher)
 void JSONFile::write(const QByteArray &text) const
 {
     m_file.write(text, m_path);
-}
-
-void JSONFile::remove() const
-{
-    if (::unlink(QFile::encodeName(m_path).constData()) != 0 && errno != ENOENT)
-        throw FileError(m_path, errno);
 }
 
 JSONFile::ReadResult JSONFile::read(Date now, const std::function<void(const QByteArray &)> &decode,

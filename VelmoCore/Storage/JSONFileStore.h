@@ -49,8 +49,6 @@ public:
 
     /// Throws as `ProtectedFile::write` does.
     void write(const QByteArray &text) const;
-    /// Removes the file if it exists. Throws `FileError`.
-    void remove() const;
 
     enum class Failure { missing, locked, recovered };
     struct ReadResult {
@@ -58,7 +56,7 @@ public:
         std::optional<QString> quarantinedAt;
     };
     /// Reads the text and hands it to `decode`, which throws where it isn't the record, and gives
-    /// the record's text anew. A plain file is sealed when a cipher is at hand.
+    /// the record's text again. A plain file is sealed when a cipher is at hand.
     ReadResult read(Date now, const std::function<void(const QByteArray &)> &decode,
                     const std::function<QByteArray()> &encode) const;
 

@@ -105,7 +105,7 @@ void StateSaving::load(Read read)
     if (m_files.isKeyAwaited())
         m_phase = Phase::waiting;
     else
-        settle(m_read(m_files.cipher(), m_scheduler.now()));
+        finishReading(m_read(m_files.cipher(), m_scheduler.now()));
 }
 
 void StateSaving::startReading()
@@ -135,11 +135,11 @@ void StateSaving::finishReading()
     lock.unlock();
     if (!reading)
         return; // a flush was faster
-    settle(*reading);
+    finishReading(*reading);
     issuesHaveChanged();
 }
 
-void StateSaving::settle(const Reading &reading)
+void StateSaving::finishReading(const Reading &reading)
 {
     m_phase = reading.isLocked ? Phase::locked : Phase::open;
     m_loadIssue = reading.issue;

@@ -93,7 +93,7 @@ private:
     bool isReading() const { return m_phase == Phase::reading; }
     void startReading();
     void finishReading();
-    void settle(const Reading &reading);
+    void finishReading(const Reading &reading);
     void saved(const std::exception_ptr &failure);
     void tellWaiting();
     void issuesHaveChanged();

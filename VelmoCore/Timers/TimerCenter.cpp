@@ -1,5 +1,7 @@
 #include "VelmoCore/Timers/TimerCenter.h"
 
+#include "VelmoCore/Foundation/Words.h"
+
 #include <QPointer>
 
 #include <algorithm>
@@ -107,7 +109,7 @@ CountdownTimer TimerCenter::startTimer(Seconds duration, const QString &label)
     const auto timer = CountdownTimer::make(label.isEmpty() ? format(duration) : label, duration,
                                             m_scheduler.now());
     m_state.timers.push_back(timer);
-    settle();
+    commit();
     return timer;
 }
 
@@ -132,7 +134,7 @@ void TimerCenter::change(const Uuid &id, void (CountdownTimer::*operation)(Date)
     if (timer == m_state.timers.end())
         return;
     ((*timer).*operation)(m_scheduler.now());
-    settle();
+    commit();
 }
 
 TimerCenter::Removed TimerCenter::remove(const Uuid &id)
@@ -154,7 +156,7 @@ TimerCenter::Removed TimerCenter::take(const std::function<bool(const CountdownT
             removed.emplace(place, timers()[place]);
     }
     std::erase_if(m_state.timers, isWanted);
-    settle();
+    commit();
     return removed;
 }
 
@@ -165,7 +167,7 @@ void TimerCenter::restore(const Removed &timers)
         if (std::ranges::find(all, timer.id, &CountdownTimer::id) == all.end())
             all.insert(all.begin() + std::ptrdiff_t(std::min(place, all.size())), timer);
     }
-    settle();
+    commit();
 }
 
 void TimerCenter::addPreset(Seconds seconds)
@@ -175,19 +177,19 @@ void TimerCenter::addPreset(Seconds seconds)
         return;
     presets.push_back(seconds);
     std::ranges::sort(presets);
-    settle();
+    commit();
 }
 
 void TimerCenter::removePreset(Seconds seconds)
 {
     std::erase(m_state.presets, seconds);
-    settle();
+    commit();
 }
 
 void TimerCenter::startPomodoro()
 {
     m_state.pomodoro = PomodoroSession::make(m_config(), m_scheduler.now());
-    settle();
+    commit();
 }
 
 void TimerCenter::togglePomodoroPause()
@@ -199,7 +201,7 @@ void TimerCenter::togglePomodoroPause()
         timer.pause(m_scheduler.now());
     else
         timer.resume(m_scheduler.now());
-    settle();
+    commit();
 }
 
 void TimerCenter::skipPomodoroPhase()
@@ -207,36 +209,28 @@ void TimerCenter::skipPomodoroPhase()
     if (!m_state.pomodoro)
         return;
     m_state.pomodoro->advance(m_config(), m_scheduler.now());
-    settle();
+    commit();
 }
 
 void TimerCenter::stopPomodoro()
 {
     m_state.pomodoro.reset();
-    settle();
+    commit();
 }
 
 void TimerCenter::clearHistory()
 {
     m_state.history.clear();
-    settle();
+    commit();
 }
 
 QString TimerCenter::format(Seconds seconds)
 {
-    const auto twoDigits = [](qint64 number) {
-        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-    };
-    const auto whole = qint64(seconds.count());
-    if (whole < 3600)
-        return QStringLiteral("%1:%2").arg(whole / 60).arg(twoDigits(whole % 60));
-    return QStringLiteral("%1:%2:%3")
-        .arg(whole / 3600)
-        .arg(twoDigits(whole / 60 % 60), twoDigits(whole % 60));
+    return Words::clock(seconds);
 }
 
 /// After an operation: what has ended meanwhile completes as well.
-void TimerCenter::settle()
+void TimerCenter::commit()
 {
     m_file.saveNow();
     Q_EMIT changed();

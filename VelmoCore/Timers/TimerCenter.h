@@ -46,7 +46,7 @@ public:
     TimerCenter(const std::optional<QString> &path, const DataFiles &files, Scheduler &scheduler,
                 ActivityCenter &activity, std::function<PomodoroConfig()> config);
 
-    /// After each completion, once the state is settled and saved.
+    /// After each completion, once the state is saved.
     std::function<void(const Completion &)> onCompletion = [](const Completion &) {};
 
     const std::vector<CountdownTimer> &timers() const { return m_state.timers; }
@@ -72,9 +72,9 @@ public:
     void restart(const Uuid &id);
     Removed remove(const Uuid &id);
     Removed clearFinished();
-    /// Brings back what was removed, to its places; one that ended meanwhile completes, at its end.
+    /// Restores what was removed, each at its place; one that ended meanwhile completes.
     void restore(const Removed &timers);
-    /// Does nothing for what isn't above 0 or is there.
+    /// Does nothing if it is not above 0 or is there already.
     void addPreset(Seconds seconds);
     void removePreset(Seconds seconds);
 
@@ -94,10 +94,10 @@ Q_SIGNALS:
     void issuesChanged();
 
 private:
-    /// Does it to the timer, if there is one.
+    /// Calls the operation on the timer, if there is one.
     void change(const Uuid &id, void (CountdownTimer::*operation)(Date));
     Removed take(const std::function<bool(const CountdownTimer &)> &isWanted);
-    void settle();
+    void commit();
     std::optional<Completion> evaluatePomodoro(Date now);
     void publishActivities();
     void publish(const CountdownTimer &timer, LiveActivity activity,

@@ -72,22 +72,26 @@ void ClipboardMonitor::stop()
     m_rest.cancel();
 }
 
-void ClipboardMonitor::copy(const ClipItem &item)
+void ClipboardMonitor::copy(const ClipItem &item, std::function<void(bool isCopied)> done)
 {
     if (item.kind == ClipKind::files) {
         write({.files = item.fileURLs.value_or(std::vector<QUrl>())}, item.id);
+        done(true);
     } else if (item.kind != ClipKind::image) {
         write({.text = item.text.value_or(QString())}, item.id);
+        done(true);
     } else {
         m_worker.start([images = m_store.imageWriter(), name = item.imageFile.value_or(QString()),
                         id = item.id, number = ++m_imageNumber, count = m_pasteboard.changeCount(),
-                        &scheduler = m_scheduler, self = QPointer(this)] {
+                        &scheduler = m_scheduler, self = QPointer(this), done = std::move(done)] {
             const QByteArray png = images.read(name).value_or(QByteArray());
-            scheduler.post([self, png, id, number, count] {
+            scheduler.post([self, png, id, number, count, done] {
                 // Unless something else has been copied meanwhile.
-                if (self && self->m_imageNumber == number &&
-                    self->m_pasteboard.changeCount() == count)
+                const bool isCurrent = self && self->m_imageNumber == number &&
+                                       self->m_pasteboard.changeCount() == count;
+                if (isCurrent)
                     self->write({.png = png}, id);
+                done(isCurrent && !png.isEmpty());
             });
         });
     }

@@ -39,8 +39,10 @@ public:
     bool isRunning() const { return m_isRunning; }
 
     /// Writes the item to the pasteboard, without taking that for a new copy, and brings it to the
-    /// front of the history. An image comes a moment later, when it is read.
-    void copy(const ClipItem &item);
+    /// front of the history. An image comes a moment later, when it is read. `done` hears whether
+    /// it is there; an image isn't where something else was copied meanwhile, or it can't be read.
+    void copy(
+        const ClipItem &item, std::function<void(bool isCopied)> done = [](bool) {});
 
 private:
     /// One content of the pasteboard on its way into the history.

@@ -31,6 +31,8 @@ public:
     const std::optional<QString> &bluetoothState() const { return m_bluetoothState; }
     /// What is missing to know the network, for the user.
     QString networkIssue() const { return m_network.issue(); }
+    /// The same of Bluetooth.
+    QString bluetoothIssue() const { return m_bluetooth.issue(); }
 
 Q_SIGNALS:
     void changed();

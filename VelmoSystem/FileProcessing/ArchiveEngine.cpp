@@ -59,6 +59,19 @@ std::vector<ToolCommand> infoZip(const QString &archive, const QStringList &item
     return commands;
 }
 
+ToolCommand tarGzip(const QString &tool, const QString &archive, const QStringList &items)
+{
+    QStringList arguments{QStringLiteral("-czf"), archive};
+    for (const QString &item : items) {
+        const QFileInfo file(item);
+        // So that no name is an option or an archive to be taken in.
+        arguments << QStringLiteral("-C") << file.path() << QStringLiteral("./") + file.fileName();
+    }
+    ToolCommand command{tool, arguments};
+    command.writableFolder = QFileInfo(archive).path();
+    return command;
+}
+
 /// The first lines of what a tool says went wrong: it says one for every entry.
 QString firstLines(const QString &text)
 {
@@ -168,17 +181,21 @@ ToolCommand ArchiveEngine::tarListing(const QString &archive) const
 
 std::vector<ToolCommand> ArchiveEngine::compression(const QString &archive,
                                                     const QStringList &items,
-                                                    std::optional<int> level) const
+                                                    std::optional<int> level,
+                                                    ArchiveFormat format) const
 {
+    if (format == ArchiveFormat::tarGzip)
+        return {tarGzip(m_tool, archive, items)};
     if (m_kind == Kind::bsdtar)
         return infoZip(archive, items, level);
-    // Its quickest level is smaller than the usual one of others, and uses all cores.
-    constexpr int quickest = 1;
+    // Its quickest level of ZIP is smaller than the usual one of others, and uses all cores; who
+    // asks for 7z wants a small archive.
+    const bool isZip = format == ArchiveFormat::zip;
+    const int best = isZip ? 1 : 5;
     const QStringList arguments = {QStringLiteral("a"),
-                                   QStringLiteral("-tzip"),
-                                   QStringLiteral("-mx") +
-                                       QString::number(level.value_or(quickest)),
-                                   QStringLiteral("-mcu"),
+                                   isZip ? QStringLiteral("-tzip") : QStringLiteral("-t7z"),
+                                   QStringLiteral("-mx") + QString::number(level.value_or(best)),
+                                   isZip ? QStringLiteral("-mcu") : QStringLiteral("-mmt"),
                                    QStringLiteral("-snl"),
                                    QStringLiteral("-spd"),
                                    QStringLiteral("-bso0"),
@@ -188,6 +205,32 @@ std::vector<ToolCommand> ArchiveEngine::compression(const QString &archive,
     ToolCommand command{m_tool, arguments + items};
     command.writableFolder = QFileInfo(archive).path();
     return {command};
+}
+
+bool ArchiveEngine::makes(ArchiveFormat format) const
+{
+    switch (format) {
+    case ArchiveFormat::zip:
+        return true;
+    case ArchiveFormat::sevenZip:
+        return m_kind == Kind::sevenZip;
+    case ArchiveFormat::tarGzip:
+        return m_kind == Kind::bsdtar;
+    }
+    Q_UNREACHABLE();
+}
+
+QString ArchiveEngine::suffix(ArchiveFormat format)
+{
+    switch (format) {
+    case ArchiveFormat::zip:
+        return QStringLiteral(".zip");
+    case ArchiveFormat::sevenZip:
+        return QStringLiteral(".7z");
+    case ArchiveFormat::tarGzip:
+        return QStringLiteral(".tar.gz");
+    }
+    Q_UNREACHABLE();
 }
 
 std::optional<QByteArray> ArchiveEngine::codePage(const ProcessResult &result) const

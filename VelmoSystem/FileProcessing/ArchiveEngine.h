@@ -8,6 +8,9 @@
 
 namespace velmo {
 
+/// What kind of archive is to be made.
+enum class ArchiveFormat { zip, sevenZip, tarGzip };
+
 /// One of the two programs that archives are read and made by: how it is called, and what it says.
 class ArchiveEngine {
 public:
@@ -35,11 +38,15 @@ public:
     /// Lists the tar that a compressed one holds, without writing it anywhere; no entry where it
     /// holds none. Only for 7-Zip.
     ToolCommand tarListing(const QString &archive) const;
-    /// To be run in turn: a ZIP archive of `items`, absolute paths with names of their own. Links
-    /// in them are kept. Without 7-Zip it is Info-ZIP that makes it. `level` is 1 to 9, else the
-    /// one that serves best.
+    /// To be run in turn: an archive of `items`, absolute paths with names of their own. Links in
+    /// them are kept. Without 7-Zip it is Info-ZIP that makes a ZIP. `level` is 1 to 9, else the
+    /// one that serves best. Only in a format that it `makes`.
     std::vector<ToolCommand> compression(const QString &archive, const QStringList &items,
-                                         std::optional<int> level = std::nullopt) const;
+                                         std::optional<int> level = std::nullopt,
+                                         ArchiveFormat format = ArchiveFormat::zip) const;
+    bool makes(ArchiveFormat format) const;
+    /// ".zip", ".7z", ".tar.gz"
+    static QString suffix(ArchiveFormat format);
 
     /// Whether it refuses by itself to unpack through a link or by a path that leads out.
     bool isCareful() const { return m_kind == Kind::bsdtar; }

@@ -214,6 +214,13 @@ ArchiveError noEngine()
         QStringLiteral("nem 7zz nem bsdtar está instalado neste computador.")});
 }
 
+ArchiveError noMaker(ArchiveFormat format)
+{
+    return ArchiveError(ArchiveError::Unsupported{
+        QStringLiteral("nenhum programa que crie %1 está instalado neste computador.")
+            .arg(ArchiveEngine::suffix(format))});
+}
+
 /// Where one engine doesn't know the format or fails, the next one may do better.
 bool isWorthAnother(const ArchiveError &error)
 {
@@ -281,19 +288,20 @@ QStringList distinct(const std::vector<QUrl> &urls, const PrivateFolder &folder,
     return items;
 }
 
-QString zipName(const std::vector<QUrl> &urls, const std::optional<QString> &name)
+QString archiveName(const std::vector<QUrl> &urls, const std::optional<QString> &name,
+                    const QString &suffix)
 {
     if (!name && urls.size() != 1)
-        return QStringLiteral("Arquivos.zip");
+        return QStringLiteral("Arquivos") + suffix;
     if (!name) {
         const QString own = QFileInfo(QDir::cleanPath(urls[0].toLocalFile())).fileName();
         const qsizetype dot = own.lastIndexOf(u'.');
-        return (dot > 0 ? own.left(dot) : own) + QStringLiteral(".zip");
+        return (dot > 0 ? own.left(dot) : own) + suffix;
     }
-    if (!FileNaming::isValid(*name + QStringLiteral(".zip")))
+    if (!FileNaming::isValid(*name + suffix))
         throw ArchiveError(
             ArchiveError::Failed{QStringLiteral("O nome “%1” não pode ser usado.").arg(*name)});
-    return *name + QStringLiteral(".zip");
+    return *name + suffix;
 }
 
 /// The share that 7-Zip says last, as " 42%".
@@ -308,13 +316,13 @@ std::optional<double> toldShare(const QByteArray &output)
     return output.mid(start, percent - start).toDouble() / 100;
 }
 
-QUrl zipBy(const ArchiveEngine &engine, const std::vector<QUrl> &urls, const QUrl &target,
-           JobProgress &progress, const std::stop_token &stop)
+QUrl makeBy(const ArchiveEngine &engine, ArchiveFormat format, const std::vector<QUrl> &urls,
+            const QUrl &target, JobProgress &progress, const std::stop_token &stop)
 {
     const PrivateFolder folder(PrivateFolder::Purpose::compression);
-    const QString archive = folder.path(QStringLiteral("archive.zip"));
+    const QString archive = folder.path(QStringLiteral("archive") + ArchiveEngine::suffix(format));
     const QStringList items = distinct(urls, folder, stop);
-    for (const ToolCommand &command : engine.compression(archive, items)) {
+    for (const ToolCommand &command : engine.compression(archive, items, std::nullopt, format)) {
         const ProcessResult result =
             ToolProcess::run(command, stop, [&](const ToolProcess &process) {
                 progress.update(toldShare(process.output()));
@@ -355,18 +363,28 @@ QUrl ArchiveProcessor::zip(const std::vector<QUrl> &urls, const std::optional<QS
                            const std::optional<QUrl> &destination, JobProgress &progress,
                            std::stop_token stop, const Engines &engines)
 {
+    return compress(ArchiveFormat::zip, urls, name, destination, progress, stop, engines);
+}
+
+QUrl ArchiveProcessor::compress(ArchiveFormat format, const std::vector<QUrl> &urls,
+                                const std::optional<QString> &name,
+                                const std::optional<QUrl> &destination, JobProgress &progress,
+                                const std::stop_token &stop, const Engines &engines)
+{
     if (urls.empty())
         throw ArchiveError(ArchiveError::Failed{QStringLiteral("Não há nada para comprimir.")});
     for (const QUrl &url : urls)
         requireFile(url);
-    const QString file = zipName(urls, name);
+    const QString file = archiveName(urls, name, ArchiveEngine::suffix(format));
     const QString folder =
         destination ? destination->toLocalFile() : QFileInfo(urls[0].toLocalFile()).absolutePath();
     const QUrl target = QUrl::fromLocalFile(folder + u'/' + file);
     const std::vector<ArchiveEngine> choice = engines ? *engines : ArchiveEngine::allThatMake();
-    if (choice.empty())
-        throw noEngine();
-    const QUrl made = zipBy(choice.front(), urls, target, progress, stop);
+    const auto engine = std::ranges::find_if(
+        choice, [format](const ArchiveEngine &candidate) { return candidate.makes(format); });
+    if (engine == choice.end())
+        throw choice.empty() ? noEngine() : noMaker(format);
+    const QUrl made = makeBy(*engine, format, urls, target, progress, stop);
     progress.update(1.0, std::nullopt, true);
     return made;
 }

@@ -38,5 +38,10 @@ QUrl extract(const Request &request, const std::optional<QUrl> &destination, qin
 QUrl zip(const std::vector<QUrl> &urls, const std::optional<QString> &name,
          const std::optional<QUrl> &destination, JobProgress &progress, std::stop_token stop = {},
          const Engines &engines = std::nullopt);
+/// The same in any format.
+QUrl compress(ArchiveFormat format, const std::vector<QUrl> &urls,
+              const std::optional<QString> &name, const std::optional<QUrl> &destination,
+              JobProgress &progress, const std::stop_token &stop = {},
+              const Engines &engines = std::nullopt);
 
 } // namespace velmo::ArchiveProcessor

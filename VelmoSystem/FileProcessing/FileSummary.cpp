@@ -1,6 +1,6 @@
 #include "VelmoSystem/FileProcessing/FileSummary.h"
 
-#include "VelmoSystem/Storage/StorageInspector.h"
+#include "VelmoCore/Foundation/Words.h"
 
 #include <QFileInfo>
 #include <QMimeDatabase>
@@ -41,7 +41,7 @@ QString FileSummary::detail() const
         return QStringLiteral("Arquivo não encontrado");
     if (!byteSize)
         return kind;
-    return QStringLiteral("%1 · %2").arg(kind, StorageInspector::format(*byteSize));
+    return QStringLiteral("%1 · %2").arg(kind, Words::size(*byteSize));
 }
 
 } // namespace velmo

@@ -1,6 +1,7 @@
 #include "VelmoSystem/FileProcessing/QuickActions.h"
 
 #include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoSystem/Ports/Pasteboard.h"
 
@@ -80,9 +81,7 @@ ActionOutcome CopyPathAction::perform(const std::vector<DroppedItem> &items)
     for (const QUrl &url : files(items))
         paths.append(url.toLocalFile());
     m_pasteboard.writeText(paths.join(QLatin1Char('\n')));
-    return {.message = paths.size() == 1
-                           ? QStringLiteral("Caminho copiado")
-                           : QStringLiteral("%L1 caminhos copiados").arg(paths.size()),
+    return {.message = Words::count(paths.size(), u"Caminho copiado", u"%1 caminhos copiados"),
             .symbol = symbol()};
 }
 

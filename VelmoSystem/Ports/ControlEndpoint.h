@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VelmoSystem/Control/Verb.h"
+
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -40,7 +42,9 @@ public:
     /// Claims the name. Call before anything that a second process must not do.
     virtual Registration claim() = 0;
     /// Calls that came since `claim` are answered now.
-    virtual void serve(Commands commands) = 0;
+    virtual void serve(Commands commands, std::vector<Verb> verbs) = 0;
+    /// Reports to whoever listens that `what` of a noun's has changed: "items" of "clipboard".
+    virtual void changed(const QString &noun, const QString &what) = 0;
 };
 
 } // namespace velmo

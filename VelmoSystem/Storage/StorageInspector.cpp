@@ -1,12 +1,10 @@
 #include "VelmoSystem/Storage/StorageInspector.h"
 
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Storage/AtomicFile.h"
 
 #include <QFile>
-#include <QLocale>
 
-#include <array>
-#include <cmath>
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
@@ -22,13 +20,6 @@ namespace fs = std::filesystem;
 
 constexpr qint64 blockSize = 512; // of `st_blocks`, on every file system
 
-struct Unit {
-    const char *name;
-    int decimals;
-};
-constexpr std::array<Unit, 6> units = {
-    {{"bytes", 0}, {"KB", 0}, {"MB", 1}, {"GB", 2}, {"TB", 2}, {"PB", 2}}};
-
 fs::path native(const QString &path)
 {
     return QFile::encodeName(path).toStdString();
@@ -42,12 +33,6 @@ FileError fileError(const fs::path &path, const std::error_code &error)
 struct CloseDirectory {
     void operator()(DIR *directory) const { ::closedir(directory); }
 };
-
-double rounded(double value, int decimals)
-{
-    const double scale = std::pow(10, decimals);
-    return std::round(value * scale) / scale;
-}
 
 } // namespace
 
@@ -77,17 +62,7 @@ qint64 StorageInspector::size(const QString &path, const std::stop_token &stop)
 
 QString StorageInspector::format(qint64 bytes)
 {
-    if (bytes == 0)
-        return QStringLiteral("0 KB");
-    auto value = static_cast<double>(bytes);
-    std::size_t unit = 0;
-    while (rounded(value, units[unit].decimals) >= 1000 && unit + 1 < units.size()) {
-        value /= 1000;
-        ++unit;
-    }
-    const QString number = QLocale().toString(rounded(value, units[unit].decimals), 'f',
-                                              QLocale::FloatingPointShortest);
-    return number + u' ' + (bytes == 1 ? QStringLiteral("byte") : QLatin1String(units[unit].name));
+    return Words::size(bytes);
 }
 
 void StorageInspector::clearContents(const QString &path)

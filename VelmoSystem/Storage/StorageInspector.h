@@ -8,7 +8,7 @@
 namespace velmo::StorageInspector {
 
 /// Allocated bytes of all regular files under `path`, hidden ones included; links are not followed.
-/// 0 for what can't be listed. Once `stop` asks for it, what is counted by then.
+/// 0 for what can't be listed. After a request to stop, what was counted so far.
 qint64 size(const QString &path, const std::stop_token &stop = {});
 
 /// A byte count as a file manager writes it, in the user's locale.

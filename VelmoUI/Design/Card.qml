@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// A surface in a list of cards. The list's arrow keys go from card to card, Tab to the controls in
 /// them.

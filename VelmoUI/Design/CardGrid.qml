@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// Cards in a few rows that go on sideways. Each cell ends with the gap to the next, so the grid is
 /// as much wider and higher than what it shows.
@@ -13,7 +13,7 @@ GridView {
     cellHeight: Math.floor(height / rows)
     clip: true
     boundsBehavior: Flickable.StopAtBounds
-    activeFocusOnTab: count > 0
+    activeFocusOnTab: count > 0 || activeFocus // Qt refuses to change it under the keyboard
     highlightMoveDuration: Theme.glide
 
     SidewaysWheel {

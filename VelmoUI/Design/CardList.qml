@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// Cards side by side; the wheel scrolls sideways.
 ListView {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// The ground of a card.
 Rectangle {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// A button for what can't be undone: it asks in place first, to the left of where it was pressed. It
 /// has to stand at the right, so that a second press there never confirms.

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// What can be done with what the pointer or the keyboard is on, in columns over a page. Its model
 /// has the roles `id`, `title`, `symbol` and `shortcut`. Made when it is first wanted.

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// What every control has: a surface for hover and press, keyboard, focus ring and a name.
 Item {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// Lets what goes on beyond a list's ends fade into the black instead of being cut.
 Item {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// What will stand on a page that has nothing yet, and below how to start.
 Column {

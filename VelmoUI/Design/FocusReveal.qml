@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// Scrolls what the keyboard reaches into view, whatever list or page it is in. One a window.
 Item {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// Where the keyboard is, for who goes by key.
 Rectangle {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// A number that changes: digits are equally wide, and only those that change fade over.
 Item {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// One of a few choices, side by side. The arrow keys go from one to the next.
 FocusScope {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// The title over a column of cards, in line with what is in them.
 Label {

@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// Lets the wheel move a flickable sideways.
 WheelHandler {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Velmo
+import Velmo.Design
 
 /// A number in a range, with its value beside it.
 Row {

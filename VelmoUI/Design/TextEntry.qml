@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Velmo
+import Velmo.Design
 
 /// A line of text to write in, with a button that empties it.
 FocusScope {

@@ -70,12 +70,10 @@ QtObject {
         "green": "#166a3c"
     })
     readonly property color accent: (isLight ? lightAccents : accents)[accentName]
-    /// Colour by the style of an event; info takes the plain text's.
-    readonly property var styles: ({
-        "success": success,
-        "error": error,
-        "info": secondaryText
-    })
+    /// Of what went well, went wrong or is only said.
+    function feedbackColor(style: int): color {
+        return style === Feedback.Success ? success : style === Feedback.Error ? error : secondaryText;
+    }
 
     readonly property string face: "Inter"
     readonly property string symbolFace: "Material Icons"

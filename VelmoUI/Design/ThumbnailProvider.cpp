@@ -1,7 +1,7 @@
 #include "VelmoUI/Design/ThumbnailProvider.h"
 
 #include "VelmoSystem/Ports/Thumbnailer.h"
-#include "VelmoUI/Design/ImageWish.h"
+#include "VelmoUI/Design/ImageRequest.h"
 
 #include <QFileInfo>
 #include <QIcon>
@@ -64,8 +64,8 @@ QQuickImageResponse *ThumbnailProvider::requestImageResponse(const QString &id,
     const int requested = std::max(requestedSize.width(), requestedSize.height());
     const int side = requested > 0 ? requested : defaultSide;
     const QString path = QUrl::fromPercentEncoding(id.toUtf8());
-    const auto wish = std::make_shared<ImageWish>();
-    auto *const response = ImageWish::respond(wish);
+    const auto wish = std::make_shared<ImageRequest>();
+    auto *const response = ImageRequest::respond(wish);
     m_pool.start([this, wish, path, side] {
         const std::stop_callback atEnd(m_end.get_token(), [&] { wish->stop(); });
         const QImage picture = m_thumbnailer.picture(path, side, wish->token());

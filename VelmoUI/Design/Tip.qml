@@ -1,5 +1,5 @@
 import QtQuick
-import Velmo
+import Velmo.Design
 
 /// Names a control that the pointer rests on, below it. Made when it is first wanted.
 Loader {

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// A button at an end of the module bar.
 IconButton {

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// Content that belongs to one presentation: fades in and rises once the shape is under way, fades
 /// out at once, and exists only while it can be seen. It keeps its own size and lies still while the

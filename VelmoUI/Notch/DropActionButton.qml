@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// Something to do with what was dropped: symbol and text, read from the left.
 ControlSurface {

@@ -1,14 +1,15 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// What was dropped, as tiles, and what can be done with it.
 FocusScope {
     id: result
 
     required property NotchContent content
-    readonly property bool shown: content.presentation === "dropResult"
+    readonly property bool shown: content.presentation === NotchContent.DropResult
     /// What the drop moved is told as long as it can be taken back, unless something else is.
-    readonly property bool tellsMove: content.canUndoDrop && (!content.hasFeedback || content.feedbackTitle === content.undoTitle)
+    readonly property bool tellsMove: content.drop.canUndo && (!content.hasFeedback || content.feedbackTitle === content.drop.undoTitle)
 
     // Another drop shows here before this has faded: the keyboard begins anew, as the list does.
     onShownChanged: if (shown) {
@@ -19,8 +20,8 @@ FocusScope {
 
     focus: true
     Keys.onPressed: event => {
-        if (event.key === Qt.Key_Z && event.modifiers === Qt.ControlModifier && content.canUndoDrop) {
-            content.undoDrop();
+        if (event.key === Qt.Key_Z && event.modifiers === Qt.ControlModifier && content.drop.canUndo) {
+            content.drop.undo();
             event.accepted = true;
         }
     }
@@ -29,7 +30,7 @@ FocusScope {
         id: title
         x: Theme.margin
         y: result.content.hasCutout ? result.content.notchHeight : Theme.iconInset
-        text: result.content.droppedTitle
+        text: result.content.drop.title
     }
 
     // What was dropped is still on its way.
@@ -39,23 +40,23 @@ FocusScope {
         y: title.y
         height: title.height
         spacing: 2 * Theme.grid
-        visible: result.content.hasDropJob
+        visible: result.content.drop.hasJob
         // The keyboard doesn't stay with a button that goes.
         onVisibleChanged: if (!visible && cancel.focus)
             actions.focus = true
 
         Label {
             anchors.verticalCenter: parent.verticalCenter
-            text: result.content.dropJobTitle
+            text: result.content.drop.jobTitle
             font.pixelSize: Theme.smallSize
             Accessible.ignored: true
         }
         ProgressBar {
             anchors.verticalCenter: parent.verticalCenter
             width: Theme.sliderWidth
-            progress: result.content.dropJobProgress
+            progress: result.content.drop.jobProgress
             Accessible.role: Accessible.ProgressBar
-            Accessible.name: result.content.dropJobSpoken
+            Accessible.name: result.content.drop.jobSpoken
         }
         // As wide for every number, so that the button stays in its place.
         Item {
@@ -64,14 +65,14 @@ FocusScope {
 
             NumberLabel {
                 anchors.verticalCenter: parent.verticalCenter
-                text: result.content.dropJobValue
+                text: result.content.drop.jobValue
                 size: Theme.smallSize
             }
         }
         ActionButton {
             id: cancel
             name: "Cancelar"
-            onTriggered: result.content.cancelDropJob()
+            onTriggered: result.content.drop.cancelJob()
         }
     }
 
@@ -85,7 +86,7 @@ FocusScope {
         opacity: result.tellsMove || result.content.hasFeedback ? 1 : 0
         visible: opacity > 0
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: result.tellsMove ? result.content.undoTitle : result.content.feedbackSpoken
+        Accessible.name: result.tellsMove ? result.content.drop.undoTitle : result.content.feedbackSpoken
 
         Behavior on opacity {
             NumberAnimation {
@@ -97,12 +98,12 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             name: result.tellsMove ? "tray.and.arrow.down" : result.content.feedbackSymbol
             size: Theme.smallSymbolSize
-            color: result.tellsMove ? Theme.secondaryText : Theme.styles[result.content.feedbackStyle]
+            color: result.tellsMove ? Theme.secondaryText : Theme.feedbackColor(result.content.feedbackStyle)
         }
         Label {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, result.width / 4)
-            text: result.tellsMove ? result.content.undoTitle : result.content.feedbackTitle
+            text: result.tellsMove ? result.content.drop.undoTitle : result.content.feedbackTitle
             font.pixelSize: Theme.smallSize
             font.weight: Font.Medium
             elide: Text.ElideMiddle
@@ -112,7 +113,7 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, result.width / 4)
             visible: text.length > 0
-            text: result.tellsMove ? result.content.undoDetail : result.content.feedbackDetail
+            text: result.tellsMove ? result.content.drop.undoDetail : result.content.feedbackDetail
             color: Theme.secondaryText
             font.pixelSize: Theme.smallSize
             elide: Text.ElideMiddle
@@ -124,7 +125,7 @@ FocusScope {
             visible: result.tellsMove
             name: "Desfazer"
             textColor: Theme.accent
-            onTriggered: result.content.undoDrop()
+            onTriggered: result.content.drop.undo()
             onVisibleChanged: if (!visible && focus)
                 actions.focus = true
         }
@@ -149,13 +150,13 @@ FocusScope {
         y: title.y + title.height + Theme.grid
         width: Math.min(contentWidth, Math.max(Math.floor(room / 2), room - actions.columns * actions.leastWidth))
         height: parent.height - y - Theme.margin
-        model: result.content.droppedItems
+        model: result.content.drop.items
         Accessible.role: Accessible.List
         Accessible.name: title.text
 
         delegate: DropTile {
             height: ListView.view.height
-            onRemoved: result.content.removeDropped(id)
+            onRemoved: result.content.drop.remove(id)
         }
     }
 
@@ -172,7 +173,7 @@ FocusScope {
         rows: 3
         cellWidth: Math.max(leastWidth, Math.floor(width / columns))
         focus: true
-        model: result.content.dropActions
+        model: result.content.drop.actions
         Accessible.role: Accessible.List
         Accessible.name: "Ações"
 
@@ -187,7 +188,7 @@ FocusScope {
             activeFocusOnTab: false
             onActiveFocusChanged: if (activeFocus)
                 actions.currentIndex = index
-            onTriggered: result.content.performDropAction(id)
+            onTriggered: result.content.drop.perform(id)
         }
     }
 }

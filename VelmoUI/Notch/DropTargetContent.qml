@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// Where to drop: three parts side by side.
 Item {
@@ -17,7 +18,7 @@ Item {
 
         Repeater {
             id: repeater
-            model: surface.content.dropZones
+            model: surface.content.drop.zones
 
             delegate: CardSurface {
                 id: zone

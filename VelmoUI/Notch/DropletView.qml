@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// The picture of a dropped thing on its way into the notch, and the notch's gulp. Where the user
 /// wants less motion, the picture fades where it was dropped.
@@ -8,19 +9,19 @@ Item {
 
     required property NotchContent content
     readonly property real endX: content.notchCenterX - flyer.width / 2
-    readonly property real startX: content.dropletStart.x - flyer.width / 2
-    readonly property real startY: content.dropletStart.y - flyer.height / 2
+    readonly property real startX: content.drop.dropletStart.x - flyer.width / 2
+    readonly property real startY: content.drop.dropletStart.y - flyer.height / 2
 
     Item {
         id: flyer
         width: 56
         height: 56
-        visible: droplet.content.hasDroplet
+        visible: droplet.content.drop.hasDroplet
 
         Image {
             id: image
             anchors.fill: parent
-            source: droplet.content.dropletImage
+            source: droplet.content.drop.dropletImage
             sourceSize.width: 112
             sourceSize.height: 112
             asynchronous: true
@@ -29,20 +30,20 @@ Item {
         Symbol {
             anchors.centerIn: parent
             visible: image.status !== Image.Ready
-            name: droplet.content.dropletSymbol
+            name: droplet.content.drop.dropletSymbol
             size: Theme.tileSymbolSize
         }
     }
 
     ParallelAnimation {
-        running: droplet.content.hasDroplet
+        running: droplet.content.drop.hasDroplet
 
         NumberAnimation {
             target: flyer
             property: "x"
             from: droplet.startX
             to: Theme.reducedMotion ? droplet.startX : droplet.endX
-            duration: droplet.content.dropletFlight
+            duration: droplet.content.drop.dropletFlight
             easing.type: Easing.InOutQuad
         }
         NumberAnimation {
@@ -50,7 +51,7 @@ Item {
             property: "y"
             from: droplet.startY
             to: Theme.reducedMotion ? droplet.startY : -flyer.height / 2
-            duration: droplet.content.dropletFlight
+            duration: droplet.content.drop.dropletFlight
             easing.type: Easing.InBack
         }
         NumberAnimation {
@@ -58,7 +59,7 @@ Item {
             property: "scale"
             from: 1
             to: Theme.reducedMotion ? 1 : 0.3
-            duration: droplet.content.dropletFlight
+            duration: droplet.content.drop.dropletFlight
             easing.type: Easing.InQuad
         }
         NumberAnimation {
@@ -66,7 +67,7 @@ Item {
             property: "opacity"
             from: 1
             to: Theme.reducedMotion ? 0 : 0.6
-            duration: droplet.content.dropletFlight
+            duration: droplet.content.drop.dropletFlight
             easing.type: Easing.InQuad
         }
     }
@@ -83,7 +84,7 @@ Item {
         radius: height / 2
         color: Theme.accent
         opacity: 0
-        visible: opacity > 0 && droplet.content.presentation === "collapsed"
+        visible: opacity > 0 && droplet.content.presentation === NotchContent.Collapsed
     }
 
     SequentialAnimation {
@@ -115,7 +116,7 @@ Item {
     }
 
     Connections {
-        target: droplet.content
+        target: droplet.content.drop
         function onGulped() {
             gulp.restart();
         }

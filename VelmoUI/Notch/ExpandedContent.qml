@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// The open panel: the modules beside the notch, the page of the selected one below. The keyboard
 /// starts in the page.
@@ -24,8 +25,8 @@ FocusScope {
     Keys.onTabPressed: page.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: page.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Keys.onPressed: event => {
-        if (event.key === Qt.Key_Z && event.modifiers === Qt.ControlModifier && content.canUndoDrop) {
-            content.undoDrop();
+        if (event.key === Qt.Key_Z && event.modifiers === Qt.ControlModifier && content.drop.canUndo) {
+            content.drop.undo();
             event.accepted = true;
         }
     }
@@ -62,21 +63,38 @@ FocusScope {
         width: parent.width - 2 * x
         height: parent.height - y - Theme.margin
         focus: true
-        source: expanded.content.pageSource
-        onLoaded: (item as Item).focus = true
+        onLoaded: {
+            (item as Item).focus = true;
+            expanded.content.pages.setLoaded(true);
+        }
+        Component.onCompleted: show()
+        Component.onDestruction: expanded.content.pages.setLoaded(false)
+
+        function show() {
+            setSource(expanded.content.pages.source, {
+                "page": expanded.content.pages.page
+            });
+        }
+
+        Connections {
+            target: expanded.content.pages
+            function onPageChanged() {
+                page.show();
+            }
+        }
     }
 
     Loader {
         anchors.fill: page
-        active: expanded.content.pageFailure.length > 0
+        active: expanded.content.pages.failure.length > 0
         onActiveChanged: if (!active)
             page.forceActiveFocus()
         sourceComponent: FailurePage {
             focus: true
             Component.onCompleted: forceActiveFocus()
-            title: expanded.content.pageFailureTitle
-            message: expanded.content.pageFailure
-            onRetried: expanded.content.retryPage()
+            title: expanded.content.pages.failureTitle
+            message: expanded.content.pages.failure
+            onRetried: expanded.content.pages.retry()
         }
     }
 
@@ -111,25 +129,12 @@ FocusScope {
         anchors.right: page.right
         anchors.bottom: page.bottom
         anchors.margins: Theme.grid
-        active: expanded.content.canUndoDrop
+        active: expanded.content.drop.canUndo
         onActiveChanged: if (!active && activeFocus)
             page.forceActiveFocus()
         sourceComponent: UndoNotice {
-            title: expanded.content.undoTitle
-            onUndone: expanded.content.undoDrop()
+            title: expanded.content.drop.undoTitle
+            onUndone: expanded.content.drop.undo()
         }
-    }
-
-    Binding {
-        target: page.item
-        property: "page"
-        value: expanded.content.page
-        when: page.status === Loader.Ready
-    }
-    Binding {
-        target: page.item
-        property: "watched"
-        value: expanded.content.presentation === "expanded"
-        when: page.status === Loader.Ready
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// In place of a page that could not be loaded. The keyboard starts on its button.
 FocusScope {

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// The message of the moment: in the row below a cut-out, else in two lines in the middle.
 Item {
@@ -23,7 +24,7 @@ Item {
             height: parent.height
             name: feedback.content.feedbackSymbol
             size: feedback.content.hasCutout ? Theme.smallSymbolSize : Theme.symbolSize
-            color: Theme.styles[feedback.content.feedbackStyle]
+            color: Theme.feedbackColor(feedback.content.feedbackStyle)
         }
 
         Grid {

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// What is going on: left and right of the cut-out, or together in the middle where there is none.
 Item {
@@ -9,13 +10,13 @@ Item {
     readonly property real ear: (width - content.notchWidth) / 2
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: content.liveSpoken
+    Accessible.name: content.live.spoken
 
     Symbol {
         visible: live.content.hasCutout
         width: live.ear
         height: parent.height
-        name: live.content.liveSymbol
+        name: live.content.live.symbol
         size: Theme.smallSymbolSize
     }
     LiveSign {
@@ -36,7 +37,7 @@ Item {
         Symbol {
             id: symbol
             height: parent.height
-            name: live.content.liveSymbol
+            name: live.content.live.symbol
             size: Theme.smallSymbolSize
         }
         Label {
@@ -44,7 +45,7 @@ Item {
 
             height: parent.height
             width: Math.min(implicitWidth, room)
-            text: live.content.liveTitle
+            text: live.content.live.title
             font.pixelSize: Theme.smallSize
             Accessible.ignored: true
         }

@@ -1,13 +1,14 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// How far the first live activity is: its time, a ring, or a dot where it knows neither.
 Item {
     id: sign
 
     required property NotchContent content
-    readonly property bool countsTime: content.liveShortTime.length > 0
-    readonly property bool hasProgress: !countsTime && content.liveProgress >= 0
+    readonly property bool countsTime: content.live.shortTime.length > 0
+    readonly property bool hasProgress: !countsTime && content.live.progress >= 0
 
     implicitWidth: countsTime ? time.implicitWidth : hasProgress ? ring.width : dot.width
 
@@ -17,7 +18,7 @@ Item {
         width: Theme.smallSymbolSize
         height: Theme.smallSymbolSize
         visible: sign.hasProgress
-        progress: sign.content.liveProgress
+        progress: sign.content.live.progress
         color: Theme.accent
         trackColor: Theme.surfaceSelected
     }
@@ -26,7 +27,7 @@ Item {
         id: time
         anchors.centerIn: parent
         visible: sign.countsTime
-        text: sign.content.liveShortTime
+        text: sign.content.live.shortTime
         size: Theme.captionSize
     }
 

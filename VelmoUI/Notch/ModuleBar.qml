@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// The modules' symbols left and right of the notch, and nothing behind it, but a clock where no
 /// cut-out is. The arrow keys go from one to the next, as Tab does.
@@ -39,7 +40,7 @@ Item {
         height: parent.height
         room: bar.side - x - Theme.gap
         content: bar.content
-        modules: bar.content.leftModules
+        modules: bar.content.pages.left
     }
 
     ModuleTabs {
@@ -49,7 +50,7 @@ Item {
         height: parent.height
         room: bar.side - buttons.width - 2 * Theme.gap - Theme.iconInset
         content: bar.content
-        modules: bar.content.rightModules
+        modules: bar.content.pages.right
     }
 
     Row {

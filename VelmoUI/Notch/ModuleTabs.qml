@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// The modules of one side. The selected one shows its title where there is room.
 Row {
@@ -38,7 +39,7 @@ Row {
             z: tip.visible ? 1 : 0
             Accessible.role: Accessible.PageTab
             Accessible.selected: isSelected
-            onTriggered: tabs.content.selectModule(tab.id)
+            onTriggered: tabs.content.pages.select(tab.id)
 
             // Titles move the symbols, so they wait for the pointer to leave.
             Binding {

@@ -6,7 +6,6 @@
 #include "VelmoUI/Design/IconProvider.h"
 #include "VelmoUI/Design/MenuPresence.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
-#include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -18,10 +17,6 @@
 
 #include <algorithm>
 #include <set>
-
-// Of the generated registrations. Naming it here keeps a static library's linker from leaving them
-// out.
-void qml_register_types_Velmo(); // NOLINT(readability-identifier-naming)
 
 namespace velmo {
 
@@ -49,26 +44,24 @@ KeyCombo panelKey(std::uint32_t keyCode, Qt::KeyboardModifiers modifiers)
 
 } // namespace
 
-NotchCoordinator::NotchCoordinator(AppServices &services)
+NotchCoordinator::NotchCoordinator(const PanelServices &services)
     : m_services(services), m_preloader(m_engine, services.platform.scheduler),
       m_mouse(services.platform.pointer), m_drag(services.platform.dragPasteboard),
       m_fullscreen(services.platform.workspace, services.platform.displays,
                    services.platform.scheduler)
 {
-    qml_register_types_Velmo();
     m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     m_engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
-    m_engine.addImageProvider(QStringLiteral("clip"),
-                              new ClipImageProvider(services.clipboard.imageWriter()));
     m_engine.addImageProvider(
         QStringLiteral("thumbnail"),
         new ThumbnailProvider(services.platform.thumbnailer, services.platform.scheduler));
+    for (NotchModule *module : services.modules.all())
+        module->prepare(m_engine);
 }
 
 NotchCoordinator::~NotchCoordinator()
 {
     qGuiApp->removeEventFilter(this); // the panels' last events
-    m_services.settings.removeObserver(m_settingsObserver);
 }
 
 void NotchCoordinator::start()
@@ -86,7 +79,7 @@ void NotchCoordinator::start()
     connect(&workspace, &Workspace::activeSpaceChanged, this, [this] { reassertOrder(true); });
     connect(&workspace, &Workspace::windowManagerChanged, this, [this] { reassertOrder(true); });
     connect(&workspace, &Workspace::windowsChanged, this, [this] { reassertOrder(false); });
-    m_settingsObserver =
+    m_settings =
         m_services.settings.observe([this](const AppSettings &before, const AppSettings &after) {
             settingsChanged(before, after);
         });
@@ -99,12 +92,10 @@ void NotchCoordinator::open()
         controller->open();
 }
 
-void NotchCoordinator::open(const QString &moduleID)
+void NotchCoordinator::open(const Route &route)
 {
-    if (auto *controller = commandTarget()) {
-        controller->model().selectModule(moduleID);
-        controller->open();
-    }
+    if (auto *controller = commandTarget())
+        controller->open(route);
 }
 
 void NotchCoordinator::openFiles(const std::vector<QUrl> &urls)
@@ -119,7 +110,7 @@ void NotchCoordinator::openFiles(const std::vector<QUrl> &urls)
             items.push_back(item);
     }
     controller->model().send(NotchEvent::dragEntered);
-    controller->model().receiveDrop(items);
+    controller->model().drop().receive(items);
 }
 
 void NotchCoordinator::toggleFromHotKey()
@@ -144,9 +135,8 @@ void NotchCoordinator::setUserHidden(bool hidden)
 
 bool NotchCoordinator::isAnyPanelOpen() const
 {
-    return std::ranges::any_of(m_controllers, [](const auto &entry) {
-        return isOpen(entry.second->model().presentation());
-    });
+    return std::ranges::any_of(m_controllers,
+                               [](const auto &entry) { return entry.second->model().isOpen(); });
 }
 
 QString NotchCoordinator::statusText() const
@@ -158,17 +148,16 @@ QString NotchCoordinator::statusText() const
         const auto frame = [&, display = id](const Rect &rect) {
             return jsonFrom(m_services.platform.displays.nativeFrame(display, rect));
         };
-        const auto *module =
-            model.presentation() == NotchPresentation::expanded ? model.selectedModule() : nullptr;
+        const auto *module = model.presentation() == NotchPresentation::expanded
+                                 ? model.modules().current()
+                                 : nullptr;
         displays.append(QJsonObject{
             {QStringLiteral("id"), qint64(id)},
             {QStringLiteral("name"), m_screens.at(id).name},
             {QStringLiteral("visible"), controller->isVisible()},
-            {QStringLiteral("presentation"), NotchContent::name(model.presentation())},
+            {QStringLiteral("presentation"), presentationName(model.presentation())},
             {QStringLiteral("module"), module ? QJsonValue(module->id()) : QJsonValue()},
-            {QStringLiteral("shape"),
-             frame(NotchLayout::shapeFrame(NotchLayout::shape(model.presentation(), context),
-                                           context))},
+            {QStringLiteral("shape"), frame(model.frame())},
             {QStringLiteral("canvas"), frame(NotchLayout::canvasFrame(context))},
         });
     }

@@ -21,7 +21,7 @@ class NotchCoordinator : public QObject {
     Q_OBJECT
 
 public:
-    explicit NotchCoordinator(AppServices &services);
+    explicit NotchCoordinator(const PanelServices &services);
     ~NotchCoordinator() override;
 
     /// Makes the panels and starts to watch.
@@ -30,7 +30,7 @@ public:
     /// Opens the panel of the screen under the pointer. This and the commands below show a hidden
     /// notch first; without a visible panel they do nothing.
     void open();
-    void open(const QString &moduleID);
+    void open(const Route &route);
     /// Hands files to the panel as if they were dropped on it.
     void openFiles(const std::vector<QUrl> &urls);
     /// Toggles the panel under the pointer and closes the others.
@@ -39,8 +39,6 @@ public:
     bool isUserHidden() const { return m_isUserHidden; }
     void setUserHidden(bool hidden);
     bool isAnyPanelOpen() const;
-    /// What opens in the panels is loaded.
-    bool isPreloaded() const { return m_preloader.isDone(); }
 
     /// One JSON object: `hidden`; `displays`, each with `id`, `name`, `visible`, `presentation`,
     /// `module` (null unless expanded), `shape` and `canvas` as [x, y, width, height] in the
@@ -71,7 +69,7 @@ private:
     /// Whether the page used the key, which it has been given then.
     bool isTakenByPage(NotchWindowController &controller, const QKeyEvent &press);
 
-    AppServices &m_services;
+    const PanelServices m_services;
     QQmlEngine m_engine;
     PagePreloader m_preloader;
     std::map<DisplayID, ScreenDescriptor> m_screens;
@@ -83,7 +81,7 @@ private:
     bool m_isButtonDown = false;
     bool m_dragStartedInPanel = false;
     bool m_isOfferingKey = false; ///< a page looks at a key first
-    SettingsStore::ObserverID m_settingsObserver = 0;
+    SettingsStore::Observation m_settings;
 };
 
 } // namespace velmo

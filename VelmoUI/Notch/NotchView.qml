@@ -1,13 +1,14 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// All that one panel draws, in a window as large as the largest shape.
 NotchContainerView {
     id: view
 
     required property NotchContent content
-    readonly property string presentation: content.presentation
-    readonly property bool isOpen: presentation !== "collapsed" && presentation !== "preview"
+    readonly property int presentation: content.presentation
+    readonly property bool isOpen: presentation !== NotchContent.Collapsed && presentation !== NotchContent.Preview
 
     Accessible.role: Accessible.Pane
     Accessible.name: "Orvane"
@@ -92,7 +93,7 @@ NotchContainerView {
         clip: true
 
         ContentLayer {
-            shown: view.presentation === "collapsed" && view.content.hasLive && !view.content.hasFeedback
+            shown: view.presentation === NotchContent.Collapsed && view.content.hasLive && !view.content.hasFeedback
             middle: clip.middle
             extent: view.content.liveSize
             sourceComponent: LiveContent {
@@ -101,7 +102,7 @@ NotchContainerView {
         }
 
         ContentLayer {
-            shown: view.presentation === "collapsed" && view.content.hasFeedback
+            shown: view.presentation === NotchContent.Collapsed && view.content.hasFeedback
             middle: clip.middle
             extent: view.content.feedbackSize
             sourceComponent: FeedbackContent {
@@ -110,7 +111,7 @@ NotchContainerView {
         }
 
         ContentLayer {
-            shown: view.presentation === "preview"
+            shown: view.presentation === NotchContent.Preview
             middle: clip.middle
             extent: view.content.previewSize
             sourceComponent: PreviewContent {
@@ -119,7 +120,7 @@ NotchContainerView {
         }
 
         ContentLayer {
-            shown: view.presentation === "expanded"
+            shown: view.presentation === NotchContent.Expanded
             middle: clip.middle
             extent: view.content.expandedSize
             sourceComponent: ExpandedContent {
@@ -128,7 +129,7 @@ NotchContainerView {
         }
 
         ContentLayer {
-            shown: view.presentation === "dropTarget"
+            shown: view.presentation === NotchContent.DropTarget
             middle: clip.middle
             extent: view.content.dropTargetSize
             sourceComponent: DropTargetContent {
@@ -137,7 +138,7 @@ NotchContainerView {
         }
 
         ContentLayer {
-            shown: view.presentation === "dropResult"
+            shown: view.presentation === NotchContent.DropResult
             middle: clip.middle
             extent: view.content.dropResultSize
             sourceComponent: DropResultContent {

@@ -14,10 +14,10 @@
 
 namespace velmo {
 
-NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, AppServices &services,
-                                             QQmlEngine &engine)
+NotchWindowController::NotchWindowController(const ScreenDescriptor &screen,
+                                             const PanelServices &services, QQmlEngine &engine)
     : m_services(services), m_model(screen.displayID, NotchGeometry::metrics(screen), services),
-      m_content(m_model), m_panel(engine, m_content, services.platform.panelWindows)
+      m_content(m_model, services), m_panel(engine, m_content, services.platform.panelWindows)
 {
     m_model.onTransition = [this](NotchPresentation from, NotchPresentation to, NotchEvent event) {
         presentationChanged(from, to, event);
@@ -29,21 +29,21 @@ NotchWindowController::NotchWindowController(const ScreenDescriptor &screen, App
             [this] {
                 m_dragExitTask.cancel();
                 m_dropPerformed = false;
-                m_model.setDropTargeted(true);
+                m_model.drop().setTargeted(true);
                 m_model.send(NotchEvent::dragEntered);
             },
         .draggingUpdated =
             [this](Point point) {
                 m_dragExitTask.cancel();
                 m_dragPoint = point;
-                m_model.setDropZone(dropZoneAt(point));
-                return m_model.dropTakesFiles();
+                m_model.drop().setZone(dropZoneAt(point));
+                return m_model.drop().takesFiles();
             },
         .draggingExited =
             [this] {
                 if (m_dropPerformed)
                     return; // what it holds is on its way
-                m_model.setDropTargeted(false);
+                m_model.drop().setTargeted(false);
                 leaveDropSurface(dragExitDelay);
             },
     });
@@ -88,6 +88,15 @@ void NotchWindowController::open()
         return;
     m_panel.window().makeKey();
     Q_EMIT m_content.called();
+}
+
+void NotchWindowController::open(const Route &route)
+{
+    const bool wasOpen = m_model.presentation() == NotchPresentation::expanded;
+    cancelLeaving();
+    m_model.go(route);
+    if (wasOpen)
+        open();
 }
 
 void NotchWindowController::setMetrics(const NotchMetrics &metrics)
@@ -181,7 +190,7 @@ void NotchWindowController::updateBarHold(Point point)
         return;
     }
     // Nor does the panel shrink away from the pointer when that goes down into the page.
-    if (isIn(context.withExpandedContentWidth(m_model.moduleWidth())) || !isIn(context))
+    if (isIn(context.withExpandedContentWidth(m_model.modules().width())) || !isIn(context))
         m_model.setBarHeld(false);
 }
 
@@ -220,7 +229,7 @@ void NotchWindowController::handleMouseDown(WindowID window)
     if (!m_isVisible || m_model.presentation() == NotchPresentation::collapsed)
         return;
     if (window == m_panel.window().id()) {
-        if (isOpen(m_model.presentation()))
+        if (m_model.isOpen())
             m_model.onTapWhileOpen();
     } else if (!m_model.isPresentingSystemUI()) {
         clickedOutside();
@@ -302,21 +311,20 @@ bool NotchWindowController::handleKey(const KeyCombo &key)
         return true;
     }
     if (key.keyCode == KeyNames::keyComma && commandOnly) {
-        m_model.send(NotchEvent::dismiss);
-        m_services.openSettings(std::nullopt);
+        m_model.openSettings(std::nullopt);
         return true;
     }
     if (key.keyCode == KeyNames::keyTab && key.modifiers.contains(KeyCombo::command)) {
-        m_model.selectAdjacentModule(key.modifiers.contains(KeyCombo::shift) ? -1 : 1);
+        m_model.modules().selectAdjacent(key.modifiers.contains(KeyCombo::shift) ? -1 : 1);
         return true;
     }
     if ((key.keyCode == KeyNames::keyLeft || key.keyCode == KeyNames::keyRight) &&
         key.modifiers.contains(KeyCombo::command)) {
-        m_model.requestHomePage(key.keyCode == KeyNames::keyLeft ? -1 : 1);
+        Q_EMIT m_model.pageTurned(key.keyCode == KeyNames::keyLeft ? -1 : 1);
         return true;
     }
     if (const auto index = KeyNames::digitIndex(key.keyCode); index && commandOnly) {
-        m_model.selectModule(*index);
+        m_model.modules().select(*index);
         return true;
     }
     return false;
@@ -342,7 +350,7 @@ bool NotchWindowController::takeDrop(Point point, const std::vector<DroppedItem>
         performDrop(point, items);
         return true;
     }
-    m_model.setDropTargeted(false);
+    m_model.drop().setTargeted(false);
     leaveDropSurface(dragEndDelay);
     return false;
 }
@@ -351,8 +359,8 @@ void NotchWindowController::performDrop(Point point, const std::vector<DroppedIt
 {
     m_dropPerformed = true;
     m_dragExitTask.cancel();
-    m_model.receiveDrop(items);
-    m_model.startDroplet(point, m_model.droppedItems()); // which may have moved
+    m_model.drop().receive(items);
+    m_model.drop().startDroplet(point);
 }
 
 void NotchWindowController::presentationChanged(NotchPresentation from, NotchPresentation to,
@@ -360,7 +368,7 @@ void NotchWindowController::presentationChanged(NotchPresentation from, NotchPre
 {
     qCInfo(Log::notch).noquote() << QStringLiteral("Notch %1: %2 → %3")
                                         .arg(QString::number(m_model.displayID()),
-                                             NotchContent::name(from), NotchContent::name(to));
+                                             presentationName(from), presentationName(to));
     m_presentation = to;
     PanelWindow &window = m_panel.window();
     updateMousePassthrough();
@@ -383,7 +391,7 @@ void NotchWindowController::presentationChanged(NotchPresentation from, NotchPre
 void NotchWindowController::shapeChanged()
 {
     updateMousePassthrough();
-    if (m_model.presentation() == m_presentation) // else that is told next
+    if (m_model.presentation() == m_presentation) // else that comes next
         followSize();
 }
 
@@ -409,7 +417,7 @@ DropZone NotchWindowController::dropZoneAt(Point point) const
         NotchLayout::shape(NotchPresentation::dropTarget, m_model.layoutContext()),
         m_model.layoutContext());
     const double fraction = (canvas.minX() + point.x - surface.minX()) / surface.width;
-    const std::vector<DropZone> &zones = m_model.dropZones();
+    const std::vector<DropZone> &zones = m_model.drop().zones();
     const int last = int(zones.size()) - 1;
     return zones[std::size_t(std::clamp(int(fraction * (last + 1)), 0, last))];
 }

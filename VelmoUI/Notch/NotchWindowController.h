@@ -27,7 +27,7 @@ public:
     /// Who has just typed into the panel is still at it, wherever the pointer is.
     static constexpr Seconds typingHold = 10s;
 
-    NotchWindowController(const ScreenDescriptor &screen, AppServices &services,
+    NotchWindowController(const ScreenDescriptor &screen, const PanelServices &services,
                           QQmlEngine &engine);
 
     NotchViewModel &model() { return m_model; }
@@ -41,9 +41,11 @@ public:
     /// Opens the panel for a command. One that is open takes the keyboard, and stays although the
     /// pointer has left it.
     void open();
+    /// The same, at a place.
+    void open(const Route &route);
 
     void setMetrics(const NotchMetrics &metrics);
-    /// Fits the window to the canvas anew.
+    /// Fits the window to the canvas again.
     void reposition();
     /// Puts the panel on top again; `repair` also after the desktop may have lost it.
     void reassertOrder(bool repair);
@@ -84,7 +86,7 @@ private:
     bool takeDrop(Point point, const std::vector<DroppedItem> &items);
     DropZone dropZoneAt(Point point) const;
 
-    AppServices &m_services;
+    const PanelServices m_services;
     NotchViewModel m_model;
     NotchContent m_content;
     NotchPanel m_panel;

@@ -41,11 +41,6 @@ void PagePreloader::start()
     scheduleNext(startTime);
 }
 
-bool PagePreloader::isDone() const
-{
-    return m_steps.empty() && std::ranges::none_of(m_loaded, &QQmlComponent::isLoading);
-}
-
 void PagePreloader::scheduleNext(Seconds delay)
 {
     m_next = m_scheduler.after(delay, [this] {

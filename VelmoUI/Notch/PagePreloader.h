@@ -22,8 +22,6 @@ public:
     PagePreloader(QQmlEngine &engine, Scheduler &scheduler);
 
     void start();
-    /// True once all is there.
-    bool isDone() const;
 
 private:
     void scheduleNext(Seconds delay);

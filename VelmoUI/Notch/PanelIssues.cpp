@@ -1,43 +1,30 @@
 #include "VelmoUI/Notch/PanelIssues.h"
 
-#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
 namespace velmo {
 
-namespace {
-
-QString returnFailure(int count)
+PanelIssues::PanelIssues(DataFiles &files, ModuleRegistry &modules)
+    : m_files(files), m_modules(modules), m_observation(files.observe([this] { update(); }))
 {
-    return count == 1 ? QStringLiteral("Mesa: 1 arquivo não pôde voltar à pasta de origem e "
-                                       "continua na Mesa.")
-                      : QStringLiteral("Mesa: %L1 arquivos não puderam voltar à pasta de origem e "
-                                       "continuam na Mesa.")
-                            .arg(count);
-}
-
-} // namespace
-
-PanelIssues::PanelIssues(AppServices &services)
-    : m_services(services), m_files(services.files.observe([this] { update(); }))
-{
-    connect(&services.settings, &SettingsStore::issuesChanged, this, &PanelIssues::update);
-    connect(&services.shelf, &ShelfStore::issuesChanged, this, &PanelIssues::update);
+    for (NotchModule *module : modules.all())
+        connect(module, &NotchModule::issuesChanged, this, &PanelIssues::update);
     update();
 }
 
 void PanelIssues::dismiss()
 {
-    m_services.settings.dismissIssues();
-    m_services.files.dismissIssues();
-    m_services.shelf.dismissIssues(); // also of what isn't about its file
+    m_files.dismissIssues();
+    for (NotchModule *module : m_modules.all())
+        module->dismissIssues();
 }
 
 void PanelIssues::update()
 {
-    QStringList texts = m_services.settings.issues() + m_services.files.issues();
-    if (const auto count = m_services.shelf.lastReturnFailure())
-        texts.append(returnFailure(*count));
-    const bool isLoading = m_services.files.isLoading();
+    QStringList texts = m_files.issues();
+    for (const NotchModule *module : m_modules.all())
+        texts += module->issues();
+    const bool isLoading = m_files.isLoading();
     const bool isSame = texts == m_texts && isLoading == m_isLoading;
     m_texts = texts;
     m_isLoading = isLoading;

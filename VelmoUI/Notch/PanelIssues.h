@@ -7,14 +7,15 @@
 
 namespace velmo {
 
-class AppServices;
+class ModuleRegistry;
 
-/// What went wrong with the stores' files, until the user has read it.
+/// What went wrong with the stores' files and in the modules, until the user has read it.
 class PanelIssues : public QObject {
     Q_OBJECT
 
 public:
-    explicit PanelIssues(AppServices &services);
+    /// Both outlive this object.
+    PanelIssues(DataFiles &files, ModuleRegistry &modules);
 
     /// Sentences, each once.
     const QStringList &texts() const { return m_texts; }
@@ -28,8 +29,9 @@ Q_SIGNALS:
 private:
     void update();
 
-    AppServices &m_services;
-    DataFiles::Observation m_files;
+    DataFiles &m_files;
+    ModuleRegistry &m_modules;
+    DataFiles::Observation m_observation;
     QStringList m_texts;
     bool m_isLoading = false;
 };

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// A peek: the time and the day, and beside them what is going on, by its name.
 Item {
@@ -46,14 +47,14 @@ Item {
 
                 ProgressRing {
                     anchors.fill: parent
-                    visible: preview.content.liveProgress >= 0
-                    progress: preview.content.liveProgress
+                    visible: preview.content.live.progress >= 0
+                    progress: preview.content.live.progress
                     color: Theme.accent
                     trackColor: Theme.surfaceSelected
                 }
                 Symbol {
                     anchors.centerIn: parent
-                    name: preview.content.liveSymbol
+                    name: preview.content.live.symbol
                     size: Theme.smallSymbolSize
                 }
             }
@@ -66,14 +67,14 @@ Item {
                 Label {
                     id: title
                     width: parent.width
-                    text: preview.content.liveTitle
+                    text: preview.content.live.title
                     font.weight: Font.Medium
                 }
                 Label {
                     id: meaning
                     width: parent.width
                     visible: text.length > 0
-                    text: preview.content.liveMeaning
+                    text: preview.content.live.meaning
                     color: Theme.secondaryText
                     font.pixelSize: Theme.smallSize
                 }

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Notch
 
 /// What has just happened, above the page for a moment, and a button that takes it back.
 Rectangle {

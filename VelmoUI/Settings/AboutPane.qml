@@ -1,5 +1,7 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Settings
 
 /// What this is.
 Column {

@@ -1,5 +1,7 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Settings
 
 /// What Orvane keeps on disk, and its settings as a file.
 Column {
@@ -8,7 +10,6 @@ Column {
     required property SettingsWindowModel window
     readonly property DataPaneModel model: window.data
     readonly property var settings: window.settings
-    readonly property var cleanDays: [0, 1, 7, 30]
 
     spacing: 2 * Theme.gap
     Component.onCompleted: model.refresh()
@@ -49,30 +50,10 @@ Column {
         }
     }
 
-    SettingsSection {
-        title: "Prateleira"
-
-        SettingRow {
-            title: "Remover itens antigos"
-            detail: "Fixados e arquivos movidos para a prateleira ficam."
-
-            Picker {
-                name: "Remover itens antigos"
-                options: ["Nunca", "1 dia", "7 dias", "30 dias"]
-                current: pane.cleanDays.indexOf(pane.settings.shelfAutoCleanDays)
-                onPicked: index => pane.settings.shelfAutoCleanDays = pane.cleanDays[index]
-            }
-        }
-        SettingRow {
-            title: "Guardar sem perguntar"
-            detail: "O que for solto no notch vai direto para a prateleira; arquivos são movidos e podem ser devolvidos."
-
-            Toggle {
-                name: "Guardar sem perguntar"
-                checked: pane.settings.dropStraightToShelf
-                onToggled: checked => pane.settings.dropStraightToShelf = checked
-            }
-        }
+    SettingsParts {
+        width: parent.width
+        window: pane.window
+        pane: "data"
     }
 
     SettingsSection {

@@ -2,7 +2,6 @@
 
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoSystem/Storage/StorageInspector.h"
-#include "VelmoUI/App/AppServices.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -49,7 +48,9 @@ std::unique_ptr<QFileDialog> fileDialog(QFileDialog::AcceptMode mode, const QStr
 
 } // namespace
 
-DataPaneModel::DataPaneModel(AppServices &services) : m_services(services)
+DataPaneModel::DataPaneModel(SettingsStore &settings, const AppPaths &paths, FileViewer &fileViewer,
+                             Scheduler &scheduler)
+    : m_settings(settings), m_paths(paths), m_fileViewer(fileViewer), m_scheduler(scheduler)
 {
     showSizes({});
 }
@@ -67,8 +68,8 @@ void DataPaneModel::refresh()
 
 void DataPaneModel::measure()
 {
-    m_measuring = std::jthread([model = QPointer(this), &scheduler = m_services.platform.scheduler,
-                                paths = m_services.paths](const std::stop_token &stop) {
+    m_measuring = std::jthread([model = QPointer(this), &scheduler = m_scheduler,
+                                paths = m_paths](const std::stop_token &stop) {
         Sizes sizes;
         std::size_t row = 0;
         for (const QString &folder : {paths.support, paths.caches, paths.temporary})
@@ -84,7 +85,7 @@ void DataPaneModel::measure()
 
 void DataPaneModel::reveal(const QString &path)
 {
-    m_services.platform.fileViewer.reveal({QUrl::fromLocalFile(path)});
+    m_fileViewer.reveal({QUrl::fromLocalFile(path)});
 }
 
 void DataPaneModel::clear()
@@ -93,8 +94,7 @@ void DataPaneModel::clear()
         return;
     m_isClearing = true;
     Q_EMIT clearingChanged();
-    m_clearing = std::jthread([model = QPointer(this), &scheduler = m_services.platform.scheduler,
-                               paths = m_services.paths] {
+    m_clearing = std::jthread([model = QPointer(this), &scheduler = m_scheduler, paths = m_paths] {
         const PaneNote note = outcome([&] {
             paths.ensureExists(); // A temporary folder that became somebody else's throws here.
             StorageInspector::clearContents(paths.caches);
@@ -127,7 +127,7 @@ void DataPaneModel::chooseImport()
 void DataPaneModel::exportTo(const QString &path)
 {
     tellOfFile(outcome([&] {
-        m_services.settings.exportTo(path);
+        m_settings.exportTo(path);
         return QStringLiteral("Ajustes exportados.");
     }));
 }
@@ -135,7 +135,7 @@ void DataPaneModel::exportTo(const QString &path)
 void DataPaneModel::importFrom(const QString &path)
 {
     tellOfFile(outcome([&] {
-        const StringList discarded = m_services.settings.importFrom(path);
+        const StringList discarded = m_settings.importFrom(path);
         if (discarded.empty())
             return QStringLiteral("Ajustes importados.");
         return QStringLiteral("Ajustes importados. Descartados: %1.")
@@ -145,7 +145,7 @@ void DataPaneModel::importFrom(const QString &path)
 
 void DataPaneModel::resetSettings()
 {
-    m_services.settings.resetToDefaults();
+    m_settings.resetToDefaults();
     m_resetNote = QStringLiteral("Ajustes padrão restaurados.");
     Q_EMIT notesChanged();
 }
@@ -155,7 +155,7 @@ void DataPaneModel::showSizes(const Sizes &sizes)
     const auto text = [](std::optional<qint64> size) {
         return size ? StorageInspector::format(*size) : QStringLiteral("Calculando…");
     };
-    const AppPaths &paths = m_services.paths;
+    const AppPaths &paths = m_paths;
     m_folders.setRecords({{paths.support, QStringLiteral("Dados do app"), text(sizes[0])},
                           {paths.caches, QStringLiteral("Cache"), text(sizes[1])},
                           {paths.temporary, QStringLiteral("Temporários"), text(sizes[2])}});

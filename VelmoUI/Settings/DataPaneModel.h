@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Storage/AppPaths.h"
 #include "VelmoUI/Design/RecordListModel.h"
 
 #include <QObject>
@@ -15,7 +17,7 @@ class QFileDialog;
 
 namespace velmo {
 
-class AppServices;
+class FileViewer;
 
 /// A folder of Orvane's as the pane shows it.
 struct FolderRow {
@@ -51,7 +53,9 @@ class DataPaneModel : public QObject {
     Q_PROPERTY(QString resetNote READ resetNote NOTIFY notesChanged)
 
 public:
-    explicit DataPaneModel(AppServices &services);
+    /// All of them outlive this object.
+    DataPaneModel(SettingsStore &settings, const AppPaths &paths, FileViewer &fileViewer,
+                  Scheduler &scheduler);
     /// Waits for a clearing that has begun.
     ~DataPaneModel() override;
 
@@ -86,7 +90,10 @@ private:
     void tellOfFile(const PaneNote &note);
     void choose(std::unique_ptr<QFileDialog> dialog, void (DataPaneModel::*use)(const QString &));
 
-    AppServices &m_services;
+    SettingsStore &m_settings;
+    const AppPaths m_paths;
+    FileViewer &m_fileViewer;
+    Scheduler &m_scheduler;
     RecordListModel<FolderRow> m_folders;
     PaneNote m_clearNote;
     PaneNote m_fileNote;

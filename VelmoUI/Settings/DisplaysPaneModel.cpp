@@ -6,10 +6,11 @@
 
 namespace velmo {
 
-DisplaysPaneModel::DisplaysPaneModel(AppServices &services) : m_services(services)
+DisplaysPaneModel::DisplaysPaneModel(SettingsStore &settings, Displays &displays)
+    : m_settings(settings), m_displays(displays)
 {
-    connect(&services.settings, &SettingsStore::settingsChanged, this, &DisplaysPaneModel::changed);
-    connect(&services.platform.displays, &Displays::changed, this, &DisplaysPaneModel::changed);
+    connect(&settings, &SettingsStore::settingsChanged, this, &DisplaysPaneModel::changed);
+    connect(&displays, &Displays::changed, this, &DisplaysPaneModel::changed);
 }
 
 QStringList DisplaysPaneModel::choices() const
@@ -32,7 +33,7 @@ int DisplaysPaneModel::current() const
 {
     const auto choices = all();
     const auto chosen =
-        std::ranges::find(choices, m_services.settings.settings().displayMode, &Choice::mode);
+        std::ranges::find(choices, m_settings.settings().displayMode, &Choice::mode);
     return int(chosen - choices.begin());
 }
 
@@ -41,7 +42,7 @@ void DisplaysPaneModel::choose(int index)
     const auto choices = all();
     if (index < 0 || index >= int(choices.size()))
         return;
-    m_services.settings.update(
+    m_settings.update(
         [&](AppSettings &settings) { settings.displayMode = choices[std::size_t(index)].mode; });
 }
 
@@ -54,12 +55,12 @@ std::vector<DisplaysPaneModel::Choice> DisplaysPaneModel::all() const
         {{DisplayMode::Primary{}}, QStringLiteral("Tela principal"), {}},
         {{DisplayMode::All{}}, QStringLiteral("Todas as telas"), {}},
     };
-    for (const ScreenDescriptor &screen : m_services.platform.displays.allDescriptors())
+    for (const ScreenDescriptor &screen : m_displays.allDescriptors())
         choices.push_back(
             {{DisplayMode::Specific{screen.displayID, screen.name}},
              screen.name,
              QStringLiteral("%1 × %2").arg(screen.frame.width).arg(screen.frame.height)});
-    const DisplayMode &mode = m_services.settings.settings().displayMode;
+    const DisplayMode &mode = m_settings.settings().displayMode;
     const auto *specific = std::get_if<DisplayMode::Specific>(&mode.value);
     if (specific && std::ranges::find(choices, mode, &Choice::mode) == choices.end())
         choices.push_back({mode, specific->name,

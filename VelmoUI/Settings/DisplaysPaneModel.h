@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VelmoUI/App/AppServices.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoSystem/Ports/Displays.h"
 
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
@@ -18,7 +19,8 @@ class DisplaysPaneModel : public QObject {
     Q_PROPERTY(int current READ current NOTIFY changed)
 
 public:
-    explicit DisplaysPaneModel(AppServices &services);
+    /// Both outlive this object.
+    DisplaysPaneModel(SettingsStore &settings, Displays &displays);
 
     QStringList choices() const;
     QStringList details() const;
@@ -38,7 +40,8 @@ private:
 
     std::vector<Choice> all() const;
 
-    AppServices &m_services;
+    SettingsStore &m_settings;
+    Displays &m_displays;
 };
 
 } // namespace velmo

@@ -1,5 +1,7 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Settings
 
 /// When the panel opens and closes, its shortcuts, and how Orvane starts.
 Column {

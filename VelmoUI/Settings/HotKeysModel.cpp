@@ -49,7 +49,6 @@ HotKeysModel::HotKeysModel(SettingsStore &settings, HotKeyController &hotKeys,
 HotKeysModel::~HotKeysModel()
 {
     stopRecording();
-    m_settings.removeObserver(m_observer);
 }
 
 void HotKeysModel::setEnabled(const QString &id, bool isEnabled)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "VelmoSystem/Input/HotKeyController.h"
 #include "VelmoUI/Design/RecordListModel.h"
-#include "VelmoUI/HotKeys/HotKeyController.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -52,7 +52,7 @@ private:
     SettingsStore &m_settings;
     HotKeyController &m_hotKeys;
     const HotKeyGrabber &m_keyboard;
-    SettingsStore::ObserverID m_observer;
+    SettingsStore::Observation m_observer;
     RecordListModel<HotKeyRow> m_rows;
     std::optional<HotKeyAction> m_recording;
     QString m_recordingIssue;

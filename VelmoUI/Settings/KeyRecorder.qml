@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Settings
 
 /// Shows a key combination and, once pressed, takes the next one.
 ControlSurface {

@@ -1,5 +1,7 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Settings
 
 /// Which modules, cards and favourites there are, and in which order.
 Column {
@@ -41,52 +43,9 @@ Column {
         }
     }
 
-    SettingsSection {
-        title: "Cartões do Início"
-
-        OrderList {
-            width: parent.width
-            model: pane.model.cards
-            Accessible.name: "Cartões do Início"
-            onMoved: (from, to) => pane.model.moveCard(from, to)
-            onToggled: row => pane.model.toggleCard(row)
-        }
-
-        SettingRow {
-            title: "Trazer para a frente o que importa agora"
-
-            Toggle {
-                name: "Trazer para a frente o que importa agora"
-                checked: pane.settings.promoteActiveHomeCards
-                onToggled: checked => pane.settings.promoteActiveHomeCards = checked
-            }
-        }
-        SettingRow {
-            title: "Ordem dos cartões"
-
-            ActionButton {
-                name: "Ordem padrão"
-                onTriggered: pane.model.resetCardOrder()
-            }
-        }
-    }
-
-    TimerSettings {
+    SettingsParts {
         width: parent.width
-        settings: pane.settings
-    }
-
-    SettingsSection {
-        title: "Favoritos"
-        visible: pane.model.hasFavorites
-
-        OrderList {
-            width: parent.width
-            model: pane.model.favorites
-            isRemovable: true
-            Accessible.name: "Favoritos"
-            onMoved: (from, to) => pane.model.moveFavorite(from, to)
-            onRemoved: row => pane.model.removeFavorite(row)
-        }
+        window: pane.window
+        pane: "modules"
     }
 }

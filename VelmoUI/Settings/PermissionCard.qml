@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Settings
 
 /// A permission: what it is for, how it stands and how to change that.
 Item {
@@ -10,7 +11,7 @@ Item {
     required property string explanation
     required property string usedBy
     required property string status
-    required property string style
+    required property int style
     required property bool canRequest
     required property string error
     required property string spoken
@@ -53,7 +54,7 @@ Item {
             Label {
                 anchors.baseline: name.baseline
                 text: card.status
-                color: Theme.styles[card.style]
+                color: Theme.feedbackColor(card.style)
                 font.pixelSize: Theme.smallSize
                 Accessible.ignored: true
             }

@@ -1,5 +1,7 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Settings
 
 /// What Orvane may do, how its data is protected, what of it is kept, and for how long.
 Column {
@@ -11,7 +13,6 @@ Column {
     spacing: 2 * Theme.gap
     Component.onCompleted: {
         model.refresh();
-        window.clipboard.refresh();
     }
 
     Label {
@@ -88,12 +89,10 @@ Column {
         }
     }
 
-    ClipboardSection {
-        model: pane.window.clipboard
-        settings: pane.window.settings
-    }
-    IgnoredApps {
-        model: pane.window.clipboard
+    SettingsParts {
+        width: parent.width
+        window: pane.window
+        pane: "privacy"
     }
 
     SettingsSection {

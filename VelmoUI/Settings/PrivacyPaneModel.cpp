@@ -1,8 +1,8 @@
 #include "VelmoUI/Settings/PrivacyPaneModel.h"
 
 #include "VelmoCore/Foundation/Overloaded.h"
-#include "VelmoUI/App/AppServices.h"
-#include "VelmoUI/Settings/NumberChoices.h"
+#include "VelmoUI/Modules/Frame/NumberChoices.h"
+#include "VelmoUI/Settings/SettingsServices.h"
 
 #include <algorithm>
 #include <set>
@@ -24,16 +24,15 @@ std::optional<PermissionKind> kindOf(const QString &id)
     return found == Permissions::all.end() ? std::nullopt : std::optional(*found);
 }
 
-QString style(const PermissionStatus &status)
+Feedback::Style style(const PermissionStatus &status)
 {
-    return std::visit(
-        overloaded{
-            [](const PermissionStatus::Granted &) { return QStringLiteral("success"); },
-            [](const PermissionStatus::Denied &) { return QStringLiteral("error"); },
-            [](const PermissionStatus::Restricted &) { return QStringLiteral("error"); },
-            [](const auto &) { return QStringLiteral("info"); },
-        },
-        status.value);
+    return std::visit(overloaded{
+                          [](const PermissionStatus::Granted &) { return Feedback::Success; },
+                          [](const PermissionStatus::Denied &) { return Feedback::Error; },
+                          [](const PermissionStatus::Restricted &) { return Feedback::Error; },
+                          [](const auto &) { return Feedback::Info; },
+                      },
+                      status.value);
 }
 
 PermissionRow permissionRow(PermissionKind kind, const PermissionStatus &status,
@@ -54,7 +53,7 @@ PermissionRow permissionRow(PermissionKind kind, const PermissionStatus &status,
 
 } // namespace
 
-PrivacyPaneModel::PrivacyPaneModel(AppServices &services)
+PrivacyPaneModel::PrivacyPaneModel(const SettingsServices &services)
     : m_services(services),
       m_observer(services.settings.observe([this](const auto &before, const auto &after) {
           if (before.activityRetentionDays != after.activityRetentionDays)
@@ -66,11 +65,6 @@ PrivacyPaneModel::PrivacyPaneModel(AppServices &services)
     connect(&services.activity, &ActivityCenter::historyChanged, this,
             &PrivacyPaneModel::historyChanged);
     update();
-}
-
-PrivacyPaneModel::~PrivacyPaneModel()
-{
-    m_services.settings.removeObserver(m_observer);
 }
 
 QString PrivacyPaneModel::protectionSymbol() const

@@ -3,6 +3,7 @@
 #include "VelmoCore/Permissions/PermissionKind.h"
 #include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Storage/DataFiles.h"
+#include "VelmoUI/Design/Feedback.h"
 #include "VelmoUI/Design/RecordListModel.h"
 
 #include <QObject>
@@ -13,7 +14,7 @@
 
 namespace velmo {
 
-class AppServices;
+struct SettingsServices;
 
 /// A permission as the pane shows it.
 struct PermissionRow {
@@ -23,7 +24,7 @@ struct PermissionRow {
     QString explanation;
     QString usedBy;
     QString status;
-    QString style; ///< of the status: "success", "error" or "info"
+    Feedback::Style style = Feedback::Info; ///< of the status
     bool canRequest = false;
     QString error;  ///< why the desktop's page didn't open
     QString spoken; ///< for screen readers
@@ -50,8 +51,7 @@ class PrivacyPaneModel : public QObject {
     Q_PROPERTY(bool hasHistory READ hasHistory NOTIFY historyChanged)
 
 public:
-    explicit PrivacyPaneModel(AppServices &services);
-    ~PrivacyPaneModel() override;
+    explicit PrivacyPaneModel(const SettingsServices &services);
 
     QAbstractItemModel *permissions() { return &m_permissions; }
     QString protectionSymbol() const;
@@ -78,10 +78,10 @@ Q_SIGNALS:
 private:
     void update();
 
-    AppServices &m_services;
+    const SettingsServices &m_services;
     RecordListModel<PermissionRow> m_permissions;
     std::map<PermissionKind, QString> m_errors;
-    SettingsStore::ObserverID m_observer;
+    SettingsStore::Observation m_observer;
     DataFiles::Observation m_files;
 };
 

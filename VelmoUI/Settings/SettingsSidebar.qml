@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Settings
 
 /// The panes. The arrow keys go from one to the next.
 ListView {

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Settings
 
 /// Everything that the user can set, a pane at a time.
 Rectangle {

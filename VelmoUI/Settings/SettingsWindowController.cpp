@@ -11,10 +11,6 @@
 
 #include <algorithm>
 
-// Of the generated registrations. Naming it here keeps a static library's linker from leaving them
-// out.
-void qml_register_types_Velmo(); // NOLINT(readability-identifier-naming)
-
 namespace velmo {
 
 namespace {
@@ -32,9 +28,9 @@ QUrl windowSource()
 /// An engine of its own, so that colours can differ from the panels'. Its QML is loaded on the
 /// engine's thread, which takes longer than the main thread should; then the window shows.
 struct SettingsWindowController::Window {
-    Window(AppServices &services, SettingsPane pane) : model(services, pane), view(&engine, nullptr)
+    Window(const SettingsServices &services, SettingsPane pane)
+        : model(services, pane), view(&engine, nullptr)
     {
-        qml_register_types_Velmo();
         engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
         engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
         view.setTitle(QStringLiteral("Ajustes do Orvane"));
@@ -77,7 +73,8 @@ struct SettingsWindowController::Window {
     bool isWanted = false;
 };
 
-SettingsWindowController::SettingsWindowController(AppServices &services) : m_services(services)
+SettingsWindowController::SettingsWindowController(const SettingsServices &services)
+    : m_services(services)
 {
 }
 

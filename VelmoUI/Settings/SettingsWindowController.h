@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Settings/SettingsServices.h"
 
 #include <QObject>
 
@@ -16,7 +16,7 @@ class SettingsWindowController : public QObject {
     Q_OBJECT
 
 public:
-    explicit SettingsWindowController(AppServices &services);
+    explicit SettingsWindowController(const SettingsServices &services);
     ~SettingsWindowController() override;
 
     /// Shows the window in front, on `pane` or on the one it was last on.
@@ -30,7 +30,7 @@ private:
     /// Whether the key was used: those of the main menu, and the panes' numbers.
     bool handleKey(const QKeyEvent &press);
 
-    AppServices &m_services;
+    const SettingsServices m_services;
     std::unique_ptr<Window> m_window;
     SettingsPane m_pane = SettingsPane::general;
     ScheduledTask m_closing;

@@ -3,6 +3,7 @@
 #include "VelmoSystem/Ports/DesktopAppearance.h"
 
 #include <QCoreApplication>
+#include <QQmlEngine>
 
 #include <algorithm>
 #include <array>
@@ -36,11 +37,13 @@ QString idOf(SettingsPane pane)
 
 } // namespace
 
-SettingsWindowModel::SettingsWindowModel(AppServices &services, SettingsPane pane)
+SettingsWindowModel::SettingsWindowModel(const SettingsServices &services, SettingsPane pane)
     : m_services(services), m_pane(pane), m_settings(services.settings),
       m_hotKeys(services.settings, services.hotKeys, services.platform.hotKeyGrabber),
-      m_displays(services), m_modules(services), m_privacy(services), m_clipboard(services),
-      m_data(services)
+      m_displays(services.settings, services.platform.displays),
+      m_modules(services.settings, services.modules), m_privacy(m_services),
+      m_data(services.settings, services.paths, services.platform.fileViewer,
+             services.platform.scheduler)
 {
     services.launchAtLogin.refresh();
     connect(&services.settings, &SettingsStore::settingsChanged, this,
@@ -50,6 +53,7 @@ SettingsWindowModel::SettingsWindowModel(AppServices &services, SettingsPane pan
     connect(&services.launchAtLogin, &LaunchAtLoginService::changed, this,
             &SettingsWindowModel::launchAtLoginChanged);
     updatePanes();
+    makeSections();
 }
 
 SettingsWindowModel::~SettingsWindowModel() = default;
@@ -126,6 +130,31 @@ void SettingsWindowModel::selectPane(int index)
 void SettingsWindowModel::setLaunchesAtLogin(bool launches)
 {
     m_services.launchAtLogin.setEnabled(launches);
+}
+
+QAbstractItemModel *SettingsWindowModel::sections(const QString &pane)
+{
+    SettingsPane key{};
+    boost::describe::enum_from_string(pane.toUtf8().constData(), key);
+    QAbstractItemModel &sections = m_sections[key];
+    QQmlEngine::setObjectOwnership(&sections, QQmlEngine::CppOwnership); // else QML takes it
+    return &sections;
+}
+
+void SettingsWindowModel::makeSections()
+{
+    std::map<SettingsPane, std::vector<SettingsSectionRow>> rows;
+    int id = 0;
+    for (NotchModule *module : m_services.modules.all()) {
+        for (const NotchModule::SettingsSection &section : module->settings()) {
+            if (section.make)
+                m_contents.push_back(section.make());
+            rows[section.pane].push_back(
+                {++id, section.source, section.make ? m_contents.back().get() : nullptr});
+        }
+    }
+    for (const auto &[pane, sections] : rows)
+        m_sections[pane].setRecords(sections);
 }
 
 void SettingsWindowModel::updatePanes()

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "VelmoUI/App/AppServices.h"
-#include "VelmoUI/Settings/ClipboardSectionModel.h"
+#include "VelmoUI/Modules/Frame/SettingsModel.h"
 #include "VelmoUI/Settings/DataPaneModel.h"
 #include "VelmoUI/Settings/DisplaysPaneModel.h"
 #include "VelmoUI/Settings/HotKeysModel.h"
 #include "VelmoUI/Settings/ModulesPaneModel.h"
 #include "VelmoUI/Settings/PrivacyPaneModel.h"
-#include "VelmoUI/Settings/SettingsModel.h"
+#include "VelmoUI/Settings/SettingsServices.h"
 
 namespace velmo {
 
@@ -21,6 +20,16 @@ struct SettingsPaneRow {
     bool operator==(const SettingsPaneRow &) const = default;
 };
 BOOST_DESCRIBE_STRUCT(SettingsPaneRow, (), (id, title, symbol, isSelected))
+
+/// A section of a pane that a module brings.
+struct SettingsSectionRow {
+    int id = 0;
+    QUrl source;
+    QObject *content = nullptr; ///< what it shows; null if the settings are enough
+
+    bool operator==(const SettingsSectionRow &) const = default;
+};
+BOOST_DESCRIBE_STRUCT(SettingsSectionRow, (), (id, source, content))
 
 /// Everything that the settings window shows.
 class SettingsWindowModel : public QObject {
@@ -40,7 +49,6 @@ class SettingsWindowModel : public QObject {
     Q_PROPERTY(velmo::DisplaysPaneModel *displays READ displays CONSTANT)
     Q_PROPERTY(velmo::ModulesPaneModel *modules READ modules CONSTANT)
     Q_PROPERTY(velmo::PrivacyPaneModel *privacy READ privacy CONSTANT)
-    Q_PROPERTY(velmo::ClipboardSectionModel *clipboard READ clipboard CONSTANT)
     Q_PROPERTY(velmo::DataPaneModel *data READ data CONSTANT)
     Q_PROPERTY(bool launchesAtLogin READ launchesAtLogin NOTIFY launchAtLoginChanged)
     Q_PROPERTY(QString launchAtLoginMessage READ launchAtLoginMessage NOTIFY launchAtLoginChanged)
@@ -48,7 +56,7 @@ class SettingsWindowModel : public QObject {
     Q_PROPERTY(QString dataFolder READ dataFolder CONSTANT)
 
 public:
-    SettingsWindowModel(AppServices &services, SettingsPane pane);
+    SettingsWindowModel(const SettingsServices &services, SettingsPane pane);
     ~SettingsWindowModel() override;
 
     SettingsPane pane() const { return m_pane; }
@@ -65,7 +73,6 @@ public:
     DisplaysPaneModel *displays() { return &m_displays; }
     ModulesPaneModel *modules() { return &m_modules; }
     PrivacyPaneModel *privacy() { return &m_privacy; }
-    ClipboardSectionModel *clipboard() { return &m_clipboard; }
     DataPaneModel *data() { return &m_data; }
     bool launchesAtLogin() const;
     QString launchAtLoginMessage() const { return m_services.launchAtLogin.message(); }
@@ -73,6 +80,8 @@ public:
     QString dataFolder() const { return m_services.paths.support; }
 
     Q_INVOKABLE void selectPane(const QString &id);
+    /// What the modules bring for a pane, in their order.
+    Q_INVOKABLE QAbstractItemModel *sections(const QString &pane);
     /// Selects by place in the sidebar; out of range does nothing.
     void selectPane(int index);
     Q_INVOKABLE void setLaunchesAtLogin(bool launches);
@@ -84,8 +93,9 @@ Q_SIGNALS:
 
 private:
     void updatePanes();
+    void makeSections();
 
-    AppServices &m_services;
+    const SettingsServices m_services;
     SettingsPane m_pane;
     RecordListModel<SettingsPaneRow> m_panes;
     SettingsModel m_settings;
@@ -93,8 +103,9 @@ private:
     DisplaysPaneModel m_displays;
     ModulesPaneModel m_modules;
     PrivacyPaneModel m_privacy;
-    ClipboardSectionModel m_clipboard;
     DataPaneModel m_data;
+    std::vector<std::unique_ptr<QObject>> m_contents; ///< of the sections
+    std::map<SettingsPane, RecordListModel<SettingsSectionRow>> m_sections;
 };
 
 } // namespace velmo

@@ -142,5 +142,16 @@ TEST(IMAPResponse, ReadsCapabilities)
     EXPECT_EQ(IMAPResponse::capabilities("* OK CAPABILITY"), std::nullopt);
 }
 
+TEST(IMAPResponse, ReadsEachLineAsOneThing)
+{
+    const QByteArray body = "[CAPABILITY IDLE] [A 1]";
+    const QByteArray fetch = "* 1 FETCH (BODY[] {23}\r\n" + body + ")";
+    EXPECT_EQ(IMAPResponse::fetch(fetch).value().body, body);
+    EXPECT_EQ(IMAPResponse::capabilities(fetch), std::nullopt);
+    EXPECT_EQ(IMAPResponse::code(u"A", fetch), std::nullopt);
+    EXPECT_EQ(IMAPResponse::count("* SEARCH 2 5", u"2"), std::nullopt);
+    EXPECT_EQ(IMAPResponse::read(QByteArray(200'000, '[') + "A 5]").index(), 0u);
+}
+
 } // namespace
 } // namespace velmo

@@ -128,16 +128,5 @@ TEST(JSONFileStore, TellsOfAFailedSaveOnce)
         "Notas: não foi possível salvar (Falha em “notes.json”: não há espaço livre no disco.).");
 }
 
-TEST(JSONFileStore, RemovesItsFile)
-{
-    const TemporaryFolder folder;
-    folder.write("notes.json", good);
-    const Store store(folder.path("notes.json"), {});
-    store.remove();
-    EXPECT_TRUE(folder.names().isEmpty());
-    EXPECT_NO_THROW(store.remove());
-    EXPECT_THROW(Store(folder.path(), {}).remove(), FileError);
-}
-
 } // namespace
 } // namespace velmo

@@ -2,15 +2,11 @@
 
 #include "VelmoCore/Foundation/Text.h"
 #include "VelmoCore/Mail/FoldedText.h"
-#include "VelmoCore/Mail/LoginCodePattern.h"
 
 #include "tests/support/Printers.h"
 
-#include <QRegularExpression>
-
 #include <gtest/gtest.h>
 
-#include <random>
 #include <set>
 
 namespace velmo {
@@ -124,36 +120,14 @@ TEST(FoldedText, FoldsEachCharacterAsTextDoes)
     const FoldedText whole(text);
     QStringView rest = whole.folded;
     for (char32_t character = 0; character < 0x20000; ++character) {
-        const QString folded = Text::folded(QString::fromUcs4(&character, 1));
+        const QString alone = QString::fromUcs4(&character, 1);
+        const bool isHangul = character >= 0xAC00 && character < 0xD7A4;
+        const QString folded = isHangul ? alone : Text::folded(alone);
         ASSERT_TRUE(rest.startsWith(folded + u' ')) << unsigned(character);
         rest = rest.sliced(folded.size() + 1);
     }
     EXPECT_TRUE(rest.isEmpty());
     EXPECT_EQ(FoldedText(QString("ﬁ\u0301😀ß")).origins, (std::vector<qsizetype>{0, 0, 2, 2, 4, 4}));
-}
-
-TEST(LoginCodePattern, MatchesWhatTheWrittenPatternMatches)
-{
-    const QRegularExpression pattern(
-        R"((?<![\p{L}\p{N}#/\-.,@_])(\d{3}[ \-]\d{3}|\d{4,8}|[A-Z0-9]{3,5}-[A-Z0-9]{3,5}))"
-        R"((?![\p{L}\p{N}/\-@_]|[.,]\d))",
-        QRegularExpression::UseUnicodePropertiesOption);
-    const QStringList pieces = {"1", "23", "456", "7890", "A", "BC", "-",  "-", " ", " ",
-                                ".", ",",  "#",   "/",    "@", "_",  "é",  "b", "٣", "𝟗",
-                                "𝐀", "👋",  "Ⅷ",   "½",    "᱙", "꯹",  "４", "中"};
-    std::mt19937 random(7);
-    for (int round = 0; round < 40'000; ++round) {
-        QString text;
-        for (auto left = random() % 14; left > 0; --left)
-            text += pieces[qsizetype(random() % std::size_t(pieces.size()))];
-        QStringList expected;
-        for (auto matches = pattern.globalMatch(text); matches.hasNext();)
-            expected += matches.next().captured();
-        QStringList found;
-        for (const QStringView match : LoginCodePattern::matches(text))
-            found += match.toString();
-        ASSERT_EQ(found, expected) << qPrintable(text);
-    }
 }
 
 } // namespace velmo

@@ -78,21 +78,6 @@ std::vector<MailLink> bareLinksByPattern(const QString &text)
     return links;
 }
 
-QString headerByPattern(const QString &text)
-{
-    static const auto words = pattern(R"(=\?([^?\s]+)\?([BbQq])\?([^?\s]*)\?=)");
-    QString decoded;
-    qsizetype end = 0;
-    for (auto found = words.globalMatch(text); found.hasNext();) {
-        const auto match = found.next();
-        const QString between = text.sliced(end, match.capturedStart() - end);
-        decoded += end > 0 && between.trimmed().isEmpty() ? QString() : between;
-        decoded += MailParser::decodeHeader(match.captured());
-        end = match.capturedEnd();
-    }
-    return decoded + text.sliced(end);
-}
-
 QString randomText(std::mt19937 &random)
 {
     static const QStringList pieces =
@@ -119,7 +104,6 @@ TEST(MailHtml, ReadsAsThePatternsDo)
         ASSERT_EQ(MailParser::htmlToText(text), textByPatterns(text)) << text.toStdString();
         ASSERT_EQ(MailParser::linksInHTML(text), linksByPattern(text)) << text.toStdString();
         ASSERT_EQ(MailParser::linksInText(text), bareLinksByPattern(text)) << text.toStdString();
-        ASSERT_EQ(MailParser::decodeHeader(text), headerByPattern(text)) << text.toStdString();
     }
 }
 

@@ -17,7 +17,7 @@ const QString fileName = "settings.json";
 
 class SettingsStoreTest : public testing::Test {
 protected:
-    SettingsStore makeStore() { return SettingsStore(folder.path(fileName), scheduler); }
+    SettingsStore makeStore() { return SettingsStore(folder.path(fileName), {}, scheduler); }
     AppSettings saved() const { return SettingsCoder::decode(folder.read(fileName)).settings; }
 
     TemporaryFolder folder;
@@ -121,7 +121,7 @@ TEST_F(SettingsStoreTest, KeepsTheRecordWhenASaveFailsAndTriesAgain)
 TEST_F(SettingsStoreTest, TellsNobodyOfAnEqualRecord)
 {
     SettingsStore store = makeStore();
-    store.observe([](auto &, auto &) { ADD_FAILURE(); });
+    const auto observation = store.observe([](auto &, auto &) { ADD_FAILURE(); });
     store.update(setMinutes(AppSettings().eventAlertMinutes));
     EXPECT_EQ(scheduler.pendingCount(), 0U);
 }
@@ -134,30 +134,30 @@ TEST_F(SettingsStoreTest, TellsEveryObserverTheChangesInTheirOrder)
         told +=
             QString("%1%2%3 ").arg(who).arg(before.eventAlertMinutes).arg(after.eventAlertMinutes);
     };
-    store.observe([&](const AppSettings &before, const AppSettings &after) {
+    const auto first = store.observe([&](const AppSettings &before, const AppSettings &after) {
         note('a', before, after);
         if (after.eventAlertMinutes == 6)
             store.update(setMinutes(7));
     });
-    store.observe([&](auto &before, auto &after) { note('b', before, after); });
+    const auto second = store.observe([&](auto &before, auto &after) { note('b', before, after); });
     QObject::connect(&store, &SettingsStore::settingsChanged, [&] { told += "signal "; });
     store.update(setMinutes(6));
     EXPECT_EQ(told, "a56 b56 signal a67 b67 signal ");
 }
 
-TEST_F(SettingsStoreTest, LetsObserversRemoveThemselvesAndOthers)
+TEST_F(SettingsStoreTest, LetsObserversEndTheirOwnObservationAndOthers)
 {
     SettingsStore store = makeStore();
     QString told;
-    SettingsStore::ObserverID first = 0;
-    SettingsStore::ObserverID second = 0;
+    SettingsStore::Observation first;
+    SettingsStore::Observation second;
     first = store.observe([&, name = QString("a name that lives on the heap")](auto &, auto &) {
-        store.removeObserver(first);
-        store.removeObserver(second);
+        first.reset();
+        second.reset();
         told += name;
     });
     second = store.observe([&](auto &, auto &) { ADD_FAILURE(); });
-    store.observe([&](auto &, auto &) { told += '!'; });
+    const auto third = store.observe([&](auto &, auto &) { told += '!'; });
     store.update(setMinutes(6));
     store.update(setMinutes(7));
     EXPECT_EQ(told, "a name that lives on the heap!!");

@@ -107,7 +107,8 @@ TEST_F(ShelfStoreTest, KnowsAtTheNextStartWhatWasOnItsWay)
     ShelfItem lost = plan(url("docs/a.txt"), ShelfStorage::copy); // by another job, as soon
     int recorded = 0;
     for (const ShelfItem &item : {arrived, lost})
-        shelf.expect({item}, [&](const std::exception_ptr &failure) { recorded += !failure; });
+        shelf.recordArrivals({item},
+                             [&](const std::exception_ptr &failure) { recorded += !failure; });
     const QUrl place = url("No Notch/a.txt");
     std::get<ShelfItem::File>(lost.content.value).path = url("No Notch/a 2.txt").toLocalFile();
     waitFor([&] { return recorded == 2; });
@@ -122,7 +123,7 @@ TEST_F(ShelfStoreTest, KnowsAtTheNextStartWhatWasOnItsWay)
         EXPECT_EQ(next.resolve(arrived), place);
     } // which has saved what it forgot
 
-    shelf.settle({{lost.id, std::nullopt}, {arrived.id, url("No Notch/a 4.txt")}});
+    shelf.completeTransfers({{lost.id, std::nullopt}, {arrived.id, url("No Notch/a 4.txt")}});
     EXPECT_EQ(shelf.arrivingCount(), 0);
     EXPECT_EQ(shelf.items().size(), 1U);
     EXPECT_EQ(reopened().items(), shelf.items());

@@ -69,14 +69,14 @@ TEST(StateFile, IsReadWhenItsKeyComesAndKeepsWhatCameBefore)
     file.saveNow();
     EXPECT_EQ(files.issues().size(), 1) << "it isn't on disk";
 
-    files.settleKey(std::nullopt);
+    files.setKey(std::nullopt);
     file.flush();
     EXPECT_FALSE(files.isLoading());
     EXPECT_FALSE(file.isOpen());
     EXPECT_EQ(files.issues(), QStringList(LoadIssue::locked("Palavras")));
     EXPECT_EQ(saved(), Words{"um"});
 
-    files.settleKey(cipher);
+    files.setKey(cipher);
     file.flush();
     EXPECT_TRUE(file.isOpen());
     EXPECT_EQ(files.issues(), QStringList());
@@ -93,7 +93,7 @@ TEST(StateFile, IsSealedByAKeyThatComesAfterTheFirstSave)
     file.load([](const Words &) { ADD_FAILURE(); });
     file.saveNow();
     EXPECT_FALSE(DataCipher::isSealedFile(folder.path("words.json")));
-    files.settleKey(DataCipher(QByteArray(32, 'k')));
+    files.setKey(DataCipher(QByteArray(32, 'k')));
     file.flush();
     EXPECT_TRUE(DataCipher::isSealedFile(folder.path("words.json")));
 }

@@ -45,6 +45,16 @@ TEST(Text, CountsAndCutsWhatAReaderTakesForACharacter)
     }
 }
 
+TEST(Text, CountsEachCharacterAsUnicodeDoes)
+{
+    for (char16_t unit = 1; unit < 0xFFFE; ++unit) {
+        const QString text = u'a' + QString(QChar(unit)) + u'b';
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+        ASSERT_EQ(Text::prefixLength(text, 1), finder.toNextBoundary()) << unsigned(unit);
+        ASSERT_EQ(Text::prefixLength(text, 2), finder.toNextBoundary()) << unsigned(unit);
+    }
+}
+
 TEST(Text, FoldsWhatReadsAlike)
 {
     const std::pair<QString, QString> cases[] = {

@@ -47,7 +47,8 @@ protected:
                         .hide = note("hide"),
                         .show = note("show"),
                         .quit = note("quit"),
-                        .status = [this] { return heard.join(u';'); }});
+                        .status = [this] { return heard.join(u';'); }},
+                       {});
     }
 
     QDBusPendingCall call(QLatin1StringView interface, const QString &method,

@@ -5,8 +5,6 @@
 #include "tests/support/Printers.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <QLocale>
-
 #include <gtest/gtest.h>
 
 namespace velmo {
@@ -27,18 +25,6 @@ TEST(StorageInspector, CountsAllocatedBytesOfTheWholeTree)
     EXPECT_EQ(StorageInspector::size(folder.path("tree")), 2 * one);
     EXPECT_EQ(StorageInspector::size(folder.path("absent")), 0);
     EXPECT_EQ(StorageInspector::size(folder.path("big")), 0);
-}
-
-TEST(StorageInspector, WritesCountsAsAFileManagerDoes)
-{
-    QLocale::setDefault(QLocale("pt_BR"));
-    const std::vector<std::pair<qint64, QString>> counts = {
-        {0, "0 KB"},         {1, "1 byte"},     {999, "999 bytes"},    {1000, "1 KB"},
-        {999'499, "999 KB"}, {999'500, "1 MB"}, {1'250'000, "1,3 MB"}, {1'234'000'000, "1,23 GB"},
-    };
-    for (const auto &[bytes, text] : counts)
-        EXPECT_EQ(StorageInspector::format(bytes), text) << bytes;
-    QLocale::setDefault(QLocale::system());
 }
 
 TEST(StorageInspector, EmptiesAFolderAndNothingElse)

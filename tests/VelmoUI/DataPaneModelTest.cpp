@@ -36,7 +36,8 @@ protected:
         }
     }
 
-    std::optional<DataPaneModel> pane{std::in_place, services};
+    std::optional<DataPaneModel> pane{std::in_place, services.settings, services.paths,
+                                      desktop.fileViewer, desktop.scheduler};
 };
 
 TEST_F(DataPaneModelTest, ClearsCacheAndTemporaryFilesButNeverTheData)

@@ -1,4 +1,4 @@
-#include "VelmoUI/App/DataProtectionReader.h"
+#include "VelmoSystem/Storage/DataProtectionReader.h"
 
 #include "tests/support/FakeKeyItems.h"
 #include "tests/support/ManualScheduler.h"

@@ -34,26 +34,27 @@ protected:
                   feedback && feedback->title.startsWith("Só"));
         return feedback ? feedback->title : QString();
     }
+
+    FavoriteApps apps{services.settings, desktop.applications, services.activity,
+                      desktop.scheduler};
 };
 
 TEST_F(FavoriteAppsTest, AddsInstalledApplicationsUpToTheLimit)
 {
-    using FavoriteApps::add;
     set("bX"); // X isn't installed
-    add({QUrl("file:///apps/a"), QUrl("file:///home/note.txt"), QUrl("file:///apps/b"),
-         QUrl("file:///apps/a")},
-        services);
+    apps.add({QUrl("file:///apps/a"), QUrl("file:///home/note.txt"), QUrl("file:///apps/b"),
+              QUrl("file:///apps/a")});
     EXPECT_EQ(stored(), "bXa");
     EXPECT_EQ(takeFeedback(), "Só aplicativos instalados podem ser favoritos.");
-    add(StringList{"Y"}, services);
+    apps.add(StringList{"Y"});
     EXPECT_EQ(takeFeedback(), "Só aplicativos instalados podem ser favoritos.");
 
     set("Xabcdefghijk");
-    add(StringList{"a", "l", "b"}, services);
+    apps.add(StringList{"a", "l", "b"});
     EXPECT_EQ(takeFeedback(), "");
-    add(StringList{"l"}, services);
+    apps.add(StringList{"l"});
     EXPECT_EQ(takeFeedback(), "");
-    add({QUrl("file:///home/note.txt"), QUrl("file:///apps/m")}, services);
+    apps.add({QUrl("file:///home/note.txt"), QUrl("file:///apps/m")});
     EXPECT_EQ(stored(), "Xabcdefghijkl");
     EXPECT_EQ(takeFeedback(), "Favoritos cheios");
 }
@@ -69,11 +70,11 @@ TEST_F(FavoriteAppsTest, MovesAmongThoseThatShow)
          {Case{"a", 1, "XbaYc"}, Case{"a", 9, "XbYca"}, Case{"c", -1, "XcabY"},
           Case{"c", 1, "XacbY"}, Case{"b", 1, "XabYc"}, Case{"X", 0, "XabYc"}}) {
         set("XabYc");
-        FavoriteApps::move(id, index, services);
+        apps.move(id, index);
         EXPECT_EQ(stored(), after) << id << index;
-        EXPECT_EQ(FavoriteApps::rows(services).size(), 3U);
+        EXPECT_EQ(apps.rows().size(), 3U);
     }
-    FavoriteApps::remove("b", services);
+    apps.remove("b");
     EXPECT_EQ(stored(), "XaYc");
 }
 

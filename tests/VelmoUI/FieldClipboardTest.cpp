@@ -1,4 +1,4 @@
-#include "VelmoUI/App/FieldClipboard.h"
+#include "VelmoUI/Design/FieldClipboard.h"
 
 #include "tests/support/FakeDevices.h"
 #include "tests/support/ManualScheduler.h"

@@ -1,8 +1,7 @@
 #include "VelmoUI/Modules/Home/HomePageModel.h"
 
-#include "VelmoUI/Modules/BuiltInModules.h"
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
-#include "VelmoUI/Modules/Home/HomeView.h"
+#include "VelmoUI/Modules/Home/HomeCardSources.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
@@ -21,7 +20,7 @@ class HomePageModelTest : public PanelFixture {
 protected:
     HomePageModelTest()
     {
-        addBuiltInModules(services.modules);
+        addModules();
         change([](AppSettings &settings) {
             settings.hasCompletedOnboarding = true;
             settings.hiddenHomeCards = {u"shelf"_qs, u"clipboard"_qs};
@@ -29,11 +28,11 @@ protected:
         });
     }
 
-    QStringList shownCards() const
+    QStringList shownCards()
     {
         QStringList names;
-        for (const HomeCard card : HomeView::cards(services))
-            names.append(HomeCards::name(card));
+        for (const auto &card : HomeCardSources{services.modules, services.settings}.shown())
+            names.append(HomeCards::name(card.card));
         return names;
     }
     int width() const { return shape()[2].toInt(); }
@@ -54,8 +53,7 @@ protected:
     HomePageModel &page()
     {
         const QVariant content = view().rootObject()->property("content");
-        const QVariant page = content.value<QObject *>()->property("page");
-        return dynamic_cast<HomePageModel &>(*page.value<QObject *>());
+        return dynamic_cast<HomePageModel &>(*content.value<NotchContent *>()->pages()->page());
     }
     FavoritesModel &favorites()
     {
@@ -167,7 +165,7 @@ TEST_F(HomePageModelTest, ReadsTheMachineOnlyWhileItIsSeen)
 {
     open();
     for (const auto &module : {u"home"_qs, u"system"_qs}) {
-        coordinator.open(module);
+        coordinator.open({.module = module});
         QCoreApplication::processEvents();
         const int before = desktop.load.reads;
         wait(10s);
@@ -219,7 +217,7 @@ TEST_F(HomePageModelTest, OffersMenusOfItsFavoritesAndCards)
     EXPECT_EQ(names(favorites().favorites()), QStringList{u"b"_qs});
 
     const auto openMenuOf = [this](const char *card) {
-        coordinator.open(u"home"_qs);
+        coordinator.open({.module = u"home"_qs});
         view().grabWindow(); // lays it out
         const QQuickItem *item = part(card, view().rootObject());
         ASSERT_TRUE(item) << card;

@@ -1,4 +1,4 @@
-#include "VelmoUI/HotKeys/HotKeyController.h"
+#include "VelmoSystem/Input/HotKeyController.h"
 
 #include "tests/support/FakeHotKeyGrabber.h"
 #include "tests/support/FakeWorkspace.h"
@@ -30,7 +30,7 @@ protected:
 
     TemporaryFolder folder;
     ManualScheduler scheduler;
-    SettingsStore settings{folder.path(u"settings.json"_qs), scheduler};
+    SettingsStore settings{folder.path(u"settings.json"_qs), {}, scheduler};
     FakeHotKeyGrabber grabber;
     GlobalHotKeyCenter center{grabber};
     FakeWorkspace workspace;

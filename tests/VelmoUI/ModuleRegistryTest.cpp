@@ -1,4 +1,4 @@
-#include "VelmoUI/Modules/ModuleRegistry.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
 #include "tests/VelmoUI/FakeModule.h"
 #include "tests/support/Printers.h"

@@ -1,5 +1,7 @@
 #include "VelmoUI/Settings/ModulesPaneModel.h"
 
+#include "VelmoUI/Modules/Home/HomeSettingsModel.h"
+
 #include "tests/VelmoUI/FakeModule.h"
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
@@ -28,7 +30,7 @@ TEST_F(ModulesPaneModelTest, MovesRowsAndKeepsWhatThisVersionDoesNotKnow)
     change([](AppSettings &next) {
         next.moduleOrder = {u"later"_qs, u"home"_qs, u"latest"_qs, u"activity"_qs};
     });
-    ModulesPaneModel pane(services);
+    ModulesPaneModel pane(services.settings, services.modules);
     const QAbstractItemModelTester tester(pane.modules());
     ASSERT_THAT(column(pane.modules(), "id"), ElementsAre(u"home", u"activity", u"system"));
 
@@ -53,7 +55,7 @@ TEST_F(ModulesPaneModelTest, MovesRowsAndKeepsWhatThisVersionDoesNotKnow)
 TEST_F(ModulesPaneModelTest, HidesAllModulesButTheLast)
 {
     change([](AppSettings &next) { next.hiddenModules = {u"later"_qs}; });
-    ModulesPaneModel pane(services);
+    ModulesPaneModel pane(services.settings, services.modules);
     for (const int row : {0, 2, 1, 3, -1})
         pane.toggleModule(row);
     EXPECT_THAT(settings().hiddenModules, ElementsAre(u"later", u"home", u"activity"));
@@ -62,9 +64,15 @@ TEST_F(ModulesPaneModelTest, HidesAllModulesButTheLast)
     EXPECT_THAT(settings().hiddenModules, ElementsAre(u"later", u"activity"));
 }
 
-TEST_F(ModulesPaneModelTest, OffersTheCardsWhoseModuleIsThere)
+class HomeSettingsModelTest : public ServicesFixture {};
+
+TEST_F(HomeSettingsModelTest, OffersTheCardsThatModulesBring)
 {
-    ModulesPaneModel pane(services);
+    addModules(u"home"_qs);
+    addModules(u"system"_qs);
+    FavoriteApps favorites(services.settings, desktop.applications, services.activity,
+                           desktop.scheduler);
+    HomeSettingsModel pane({services.modules, services.settings}, favorites);
     EXPECT_THAT(column(pane.cards(), "id"), ElementsAre(u"favorites", u"system"));
     pane.moveCard(1, 0);
     EXPECT_THAT(column(pane.cards(), "id"), ElementsAre(u"system", u"favorites"));

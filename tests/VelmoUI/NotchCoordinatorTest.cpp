@@ -84,7 +84,7 @@ TEST_F(NotchCoordinatorTest, ClosesBehindAPointerThatItOpenedUnder)
 
     desktop.movePointer({300, -100});
     coordinator.toggleFromHotKey();
-    coordinator.open(narrow.id());
+    coordinator.open({.module = narrow.id()});
     desktop.movePointer(outside);
     wait(5s);
     EXPECT_EQ(shown(), u"expanded") << "the pointer was in what closed before";
@@ -97,9 +97,9 @@ TEST_F(NotchCoordinatorTest, StaysOpenWhenItShrinksAwayFromAPointerThatRests)
     start();
     hover();
     for (const Point rest : {Point{230, -100}, {1370, -150}}) {
-        coordinator.open(u"um"_qs);
+        coordinator.open({.module = u"um"_qs});
         desktop.movePointer(rest);
-        coordinator.open(narrow.id());
+        coordinator.open({.module = narrow.id()});
         ASSERT_GT(std::abs(rest.x - 800), shape()[2].toInt() / 2);
         QEvent crossing(QEvent::Leave); // the server says it left what is now smaller
         QCoreApplication::sendEvent(&view(), &crossing);
@@ -126,11 +126,11 @@ TEST_F(NotchCoordinatorTest, HoldsItsWidthWhileThePointerIsAtItsSymbols)
     FakeModule &narrow = FakeModule::addTo(services.modules, u"estreito"_qs);
     narrow.width = 700;
     start();
-    coordinator.open(u"um"_qs);
+    coordinator.open({.module = u"um"_qs});
     const auto width = [&] { return shape()[2].toInt(); };
     const int wide = width();
     desktop.movePointer({240, -10});
-    coordinator.open(narrow.id());
+    coordinator.open({.module = narrow.id()});
     EXPECT_EQ(width(), wide);
     desktop.movePointer(notchOf(1));
     desktop.movePointer({1300, -10});
@@ -139,9 +139,9 @@ TEST_F(NotchCoordinatorTest, HoldsItsWidthWhileThePointerIsAtItsSymbols)
     EXPECT_EQ(width(), wide) << "it would go from under the pointer";
     desktop.movePointer({1000, -100});
     EXPECT_EQ(width(), 720 + 2 * 12);
-    coordinator.open(u"um"_qs);
+    coordinator.open({.module = u"um"_qs});
     desktop.movePointer({240, -10});
-    coordinator.open(narrow.id());
+    coordinator.open({.module = narrow.id()});
     desktop.movePointer(outside);
     EXPECT_EQ(width(), 720 + 2 * 12);
 }
@@ -153,7 +153,7 @@ TEST_F(NotchCoordinatorTest, HeedsACommandWhileThePointerIsLeaving)
         QString shown;
     } commands[] = {
         {[&] { coordinator.open(); }, "expanded"},
-        {[&] { coordinator.open(u"dois"_qs); }, "expanded"},
+        {[&] { coordinator.open({.module = u"dois"_qs}); }, "expanded"},
         {[&] { coordinator.openFiles({QUrl(u"file:///a"_qs)}); }, "dropResult"},
     };
     start();
@@ -221,7 +221,7 @@ TEST_F(NotchCoordinatorTest, AnswersTheKeysOfThePanel)
     services.openSettings = [&](auto) { ++settingsOpened; };
     start();
     for (const auto &[keysym, modifiers, expectedState, expectedModule, scanCode] : cases) {
-        coordinator.open(u"um"_qs);
+        coordinator.open({.module = u"um"_qs});
         EXPECT_TRUE(window().isKey());
         press(keysym, modifiers, Qt::Key_unknown, scanCode);
         EXPECT_EQ(shown(), expectedState) << keysym;
@@ -253,7 +253,7 @@ TEST_F(NotchCoordinatorTest, StaysOpenBehindADialogOfItsOwn)
 {
     const FakeModule &module = FakeModule::addTo(services.modules, u"arquivos"_qs);
     start();
-    coordinator.open(u"arquivos"_qs);
+    coordinator.open({.module = u"arquivos"_qs});
     desktop.movePointer(notchOf(1));
     module.panel->setPresentingSystemUI(true);
     window().resignKey();
@@ -296,9 +296,9 @@ TEST_F(NotchCoordinatorTest, ShowsWhatWasDroppedOnItsView)
     auto *content = view().rootObject()->property("content").value<NotchContent *>();
     const auto targeted = [&] {
         StringList zones;
-        for (int row = 0; row < content->dropZones()->rowCount(); ++row) {
-            if (field(content->dropZones(), row, "isTargeted").toBool())
-                zones.push_back(field(content->dropZones(), row, "id").toString());
+        for (int row = 0; row < content->drop()->zones()->rowCount(); ++row) {
+            if (field(content->drop()->zones(), row, "isTargeted").toBool())
+                zones.push_back(field(content->drop()->zones(), row, "id").toString());
         }
         return zones;
     };
@@ -333,7 +333,7 @@ TEST_F(NotchCoordinatorTest, ShowsWhatWasDroppedOnItsView)
     EXPECT_TRUE(window().drops.ended({files.data(u"text/uri-list"_qs), {}, {}}));
     wait(2s);
     EXPECT_EQ(shown(), u"dropResult") << "the drop finished after the button went up";
-    EXPECT_EQ(content->droppedTitle(), u"1 item");
+    EXPECT_EQ(content->drop()->title(), u"1 item");
     EXPECT_EQ(targeted(), StringList());
 }
 
@@ -454,7 +454,7 @@ TEST_F(NotchCoordinatorTest, TellsItsStateInThePixelsOfTheScreen)
     services.activity.post(
         ActivityEvent::make(desktop.scheduler.now(), {}, u"Oi"_qs, FeedbackStyle::info, {}));
     change([](AppSettings &next) { next.panelSize = PanelSize::compact; });
-    coordinator.open(u"dois"_qs);
+    coordinator.open({.module = u"dois"_qs});
     const auto expected = QJsonDocument::fromJson(R"({
         "hidden": false, "live": ["job", "timer"], "feedback": "Oi",
         "displays": [{"id": 1, "name": "Tela 1", "visible": true, "presentation": "expanded",

@@ -27,7 +27,7 @@ protected:
     }
     QString selected() const
     {
-        const auto *module = model.selectedModule();
+        const auto *module = model.modules().current();
         return module ? module->id() : QString();
     }
     void showMessage()
@@ -48,7 +48,7 @@ protected:
         return highest;
     }
 
-    NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
+    NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services.panels()};
     std::vector<NotchPresentation> transitions;
 };
 
@@ -66,39 +66,39 @@ TEST_F(NotchViewModelTest, ChangesNothingForAnEventWithoutEffect)
     EXPECT_EQ(model.presentationChangedAt(), before);
 
     model.send(NotchEvent::dragEntered);
-    model.setDropZone(DropZone::notch);
+    model.drop().setZone(DropZone::notch);
     model.send(NotchEvent::dragEntered);
-    EXPECT_EQ(model.dropZone(), DropZone::notch);
+    EXPECT_EQ(model.drop().zone(), DropZone::notch);
     EXPECT_THAT(transitions, ElementsAre(dropTarget));
     EXPECT_EQ(model.presentationChangedAt(), desktop.scheduler.now());
 }
 
 TEST_F(NotchViewModelTest, SelectsAmongTheVisibleModulesOnly)
 {
-    EXPECT_EQ(model.selectedModule(), nullptr);
-    model.selectAdjacentModule(1);
+    EXPECT_EQ(model.modules().current(), nullptr);
+    model.modules().selectAdjacent(1);
     for (const char *id : {"a", "b", "c"})
         add(id);
     change([](AppSettings &next) { next.hiddenModules = {u"b"_qs}; });
     StringList seen;
     for (const int direction : {1, 1, -1}) {
-        model.selectAdjacentModule(direction);
+        model.modules().selectAdjacent(direction);
         seen.push_back(selected());
     }
     EXPECT_THAT(seen, ElementsAre(u"c", u"a", u"c"));
     for (const int index : {-1, 2})
-        model.selectModule(index);
-    model.selectModule(u"b"_qs);
+        model.modules().select(index);
+    model.modules().select(u"b"_qs);
     EXPECT_EQ(selected(), u"c");
-    model.selectModule(0);
+    model.modules().select(0);
     EXPECT_EQ(selected(), u"a");
     change([](AppSettings &next) { next.hiddenModules.push_back(u"a"_qs); });
     EXPECT_EQ(selected(), u"c");
 
     model.send(NotchEvent::openRequested);
     change([](AppSettings &next) { next.hiddenModules.push_back(u"c"_qs); });
-    model.selectModule(u"b"_qs);
-    EXPECT_EQ(model.selectedModule(), nullptr);
+    model.modules().select(u"b"_qs);
+    EXPECT_EQ(model.modules().current(), nullptr);
 }
 
 TEST_F(NotchViewModelTest, ActivatesAModuleWhenItFirstShows)
@@ -106,11 +106,11 @@ TEST_F(NotchViewModelTest, ActivatesAModuleWhenItFirstShows)
     FakeModule &a = add("a");
     FakeModule &b = add("b");
     FakeModule &c = add("c");
-    model.selectModule(b.id());
+    model.modules().select(b.id());
     EXPECT_EQ(b.activations, 0);
     model.send(NotchEvent::openRequested);
-    model.selectModule(a.id());
-    model.selectModule(b.id());
+    model.modules().select(a.id());
+    model.modules().select(b.id());
     EXPECT_EQ(std::pair(a.activations, b.activations), std::pair(1, 1));
     change([&](AppSettings &next) { next.hiddenModules = {a.id(), b.id()}; });
     EXPECT_EQ(c.activations, 1) << "the next one takes the place of a hidden one";
@@ -149,39 +149,43 @@ TEST_F(NotchViewModelTest, LetsAMessageComeWithoutASwingOnceThePanelIsAtRest)
 
 TEST_F(NotchViewModelTest, HoldsWhatWasDroppedUntilTheLastItemGoes)
 {
-    model.receiveDrop(twoItems); // a drop that finishes after the surface closed
+    model.drop().receive(twoItems); // a drop that finishes after the surface closed
     EXPECT_EQ(model.presentation(), dropResult);
-    model.removeDroppedItem(u"text:?"_qs);
-    model.removeDroppedItem(twoItems[0].id());
-    EXPECT_THAT(model.droppedItems(), ElementsAre(twoItems[1]));
+    model.drop().removeItem(u"text:?"_qs);
+    model.drop().removeItem(twoItems[0].id());
+    EXPECT_THAT(model.drop().items(), ElementsAre(twoItems[1]));
     EXPECT_EQ(model.presentation(), dropResult);
-    model.removeDroppedItem(twoItems[1].id());
+    model.drop().removeItem(twoItems[1].id());
     EXPECT_EQ(model.presentation(), collapsed);
 
-    model.receiveDrop(twoItems);
-    model.setDropZone(DropZone::airdrop);
+    model.drop().receive(twoItems);
+    model.drop().setZone(DropZone::airdrop);
     model.send(NotchEvent::dragEntered);
-    EXPECT_THAT(model.droppedItems(), ElementsAre());
-    EXPECT_EQ(model.dropZone(), DropZone::actions);
+    EXPECT_THAT(model.drop().items(), ElementsAre());
+    EXPECT_EQ(model.drop().zone(), DropZone::actions);
 }
 
 TEST_F(NotchViewModelTest, SwallowsADropletAtTheEndOfItsFlight)
 {
-    model.startDroplet({10, 20}, {});
-    EXPECT_FALSE(model.droplet());
-    model.startDroplet({10, 20}, twoItems);
+    DropSurface &drop = model.drop();
+    int gulps = 0;
+    QObject::connect(&drop, &DropSurface::gulped, [&] { ++gulps; });
+    drop.startDroplet({10, 20});
+    EXPECT_FALSE(drop.droplet()) << "nothing was dropped";
+    drop.receive(twoItems);
+    drop.startDroplet({10, 20});
     desktop.scheduler.advance(0.44s);
-    EXPECT_EQ(model.droplet()->start, (Point{10, 20}));
-    model.startDroplet({30, 40}, twoItems); // takes the place of the first
+    EXPECT_EQ(model.drop().droplet()->start, (Point{10, 20}));
+    drop.startDroplet({30, 40}); // takes the place of the first
     desktop.scheduler.advance(0.44s);
-    EXPECT_EQ(model.gulpSerial(), 0);
+    EXPECT_EQ(gulps, 0);
     desktop.scheduler.advance(0.01s);
-    EXPECT_EQ(model.gulpSerial(), 1);
-    EXPECT_FALSE(model.droplet());
+    EXPECT_EQ(gulps, 1);
+    EXPECT_FALSE(model.drop().droplet());
 
     change([](AppSettings &next) { next.animationsEnabled = false; });
-    model.startDroplet({10, 20}, twoItems);
-    EXPECT_FALSE(model.droplet());
+    drop.startDroplet({10, 20});
+    EXPECT_FALSE(model.drop().droplet());
 }
 
 } // namespace

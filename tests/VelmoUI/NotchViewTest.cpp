@@ -1,8 +1,4 @@
 #include "VelmoUI/Design/TileDrag.h"
-#include "VelmoUI/Modules/Activity/ActivityModule.h"
-#include "VelmoUI/Modules/BuiltInModules.h"
-#include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
-#include "VelmoUI/Modules/Shelf/ShelfModule.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
@@ -119,7 +115,7 @@ protected:
         start();
         showView();
         view().requestActivate();
-        coordinator.open(u"página"_qs);
+        coordinator.open({.module = u"página"_qs});
         desktop.movePointer(notchOf(1));
         QCoreApplication::processEvents();
     }
@@ -156,8 +152,8 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
 {
     addPage(R"(import QtQuick
         Item { property QtObject page; property color accent; property bool watched })");
-    services.modules.add(std::make_unique<ActivityModule>());
-    services.modules.add(std::make_unique<ShelfModule>());
+    addModules(u"activity"_qs);
+    addModules(u"shelf"_qs);
     services.shelf.addText(u"Nota"_qs);
     services.shelf.addLink(QUrl(u"https://example.org"_qs));
     start({screenWithCutout()});
@@ -181,10 +177,10 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     hover();
     check("preview");
     for (const char16_t *page : {u"activity", u"página", u"activity", u"shelf", u"um"}) {
-        coordinator.open(QString::fromUtf16(page));
+        coordinator.open({.module = QString::fromUtf16(page)});
         check("page");
     }
-    coordinator.open(u"activity"_qs);
+    coordinator.open({.module = u"activity"_qs});
     services.activity.clearHistory();
     services.activity.cancel(u"timer"_qs);
     check("empty page");
@@ -213,7 +209,7 @@ TEST_F(NotchViewTest, LetsNothingThroughTheShape)
     for (int width = 700; width < 740; ++width) {
         module.width = width;
         coordinator.toggleFromHotKey();
-        coordinator.open(u"vazio"_qs);
+        coordinator.open({.module = u"vazio"_qs});
         QCoreApplication::processEvents();
         const QJsonArray body = shape();
         const auto pixels = [&](double left, double top, double right, double bottom) {
@@ -273,13 +269,13 @@ TEST_F(NotchViewTest, StandsInTheMiddleWhereNoCutoutIs)
 
 TEST_F(NotchViewTest, KeepsTheAgeOfACopyBesideALongName)
 {
-    services.modules.add(std::make_unique<ClipboardModule>());
+    addModules(u"clipboard"_qs);
     const QString name = u"Um aplicativo com um nome muito comprido"_qs;
     services.clipboard.add(
         ClipItems::fromText(u"Nota"_qs, {.appName = name}, desktop.scheduler.now()).value());
     start();
     showView();
-    coordinator.open(u"clipboard"_qs);
+    coordinator.open({.module = u"clipboard"_qs});
     QRectF tile;
     QRectF age;
     for (const QQuickItem *item : items()) {
@@ -297,7 +293,7 @@ TEST_F(NotchViewTest, KeepsTheAgeOfACopyBesideALongName)
 
 TEST_F(NotchViewTest, EnlargesWhatALargePanelShows)
 {
-    services.modules.add(std::make_unique<ActivityModule>());
+    addModules(u"activity"_qs);
     for (int i = 0; i < 6; ++i)
         services.activity.post(ActivityEvent::make(desktop.scheduler.now(), u"doc.fill"_qs,
                                                    u"Pronto"_qs, FeedbackStyle::success, u"test"_qs,
@@ -306,7 +302,7 @@ TEST_F(NotchViewTest, EnlargesWhatALargePanelShows)
     showView();
     const auto look = [this](PanelSize size) {
         change([&](AppSettings &next) { next.panelSize = size; });
-        coordinator.open(u"activity"_qs);
+        coordinator.open({.module = u"activity"_qs});
         view().grabWindow(); // the grid places its cards when it is drawn
         std::set<double> rows;
         int type = 0;
@@ -324,7 +320,7 @@ TEST_F(NotchViewTest, EnlargesWhatALargePanelShows)
 
 TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
 {
-    services.modules.add(std::make_unique<ActivityModule>());
+    addModules(u"activity"_qs);
     bool isCancelled = false;
     services.activity.upsert(
         {.id = u"job"_qs, .title = u"Job"_qs, .progress = 0.5, .isCancellable = true},
@@ -335,7 +331,7 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
     start();
     showView();
     view().requestActivate();
-    coordinator.open(u"activity"_qs);
+    coordinator.open({.module = u"activity"_qs});
     QCoreApplication::processEvents();
     ASSERT_TRUE(view().activeFocusItem());
     EXPECT_EQ(view().activeFocusItem()->property("name").toString(), QString())
@@ -360,7 +356,7 @@ TEST_F(NotchViewTest, ReachesEveryControlByTabAndWorksItByKey)
 
 TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
 {
-    addBuiltInModules(services.modules);
+    addModules();
     change([](AppSettings &next) {
         next.hasCompletedOnboarding = true;
         next.hiddenHomeCards = {};
@@ -379,7 +375,7 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
     for (const PanelSize size : {PanelSize::compact, PanelSize::regular, PanelSize::large}) {
         change([&](AppSettings &next) { next.panelSize = size; });
         for (const char16_t *page : {u"home", u"timers"}) {
-            coordinator.open(QString::fromUtf16(page));
+            coordinator.open({.module = QString::fromUtf16(page)});
             view().grabWindow(); // lays it out
             EXPECT_EQ(cutNames(), QStringList())
                 << int(size) << QString::fromUtf16(page).toStdString();
@@ -394,7 +390,7 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
         EXPECT_LE(preset->mapRectToItem(presets, preset->boundingRect()).right(), presets->width());
         EXPECT_TRUE(names().contains(u"Limpar concluídos"_qs));
         EXPECT_FALSE(names().contains(u"Últimas 4 semanas"_qs)) << "there is no history yet";
-        coordinator.open(u"home"_qs);
+        coordinator.open({.module = u"home"_qs});
         view().grabWindow();
         const auto *last =
             found([](auto &item) { return item.property("text") == u"Processador"_qs; });
@@ -407,7 +403,7 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
 
 TEST_F(NotchViewTest, GivesTheKeyboardToThePageThatIsCalled)
 {
-    addBuiltInModules(services.modules);
+    addModules();
     services.shelf.addText(u"Texto"_qs);
     services.notes.createNote(u"Nota"_qs);
     services.clipboard.add(ClipItems::fromText(u"Cópia"_qs, {}, desktop.scheduler.now()).value());
@@ -425,14 +421,14 @@ TEST_F(NotchViewTest, GivesTheKeyboardToThePageThatIsCalled)
         found([](const auto &item) {
             return item.property("name") == u"Fechar"_qs;
         })->forceActiveFocus();
-        coordinator.open(QString::fromUtf16(page));
+        coordinator.open({.module = QString::fromUtf16(page)});
         QCoreApplication::processEvents();
         QKeyEvent letter(QEvent::KeyPress, Qt::Key_X, {}, u"x"_qs);
         QCoreApplication::sendEvent(&view(), &letter);
         const QQuickItem *item = view().activeFocusItem();
         EXPECT_EQ(item->property("text").toString(), written)
             << QString::fromUtf16(page).toStdString();
-        while (item && !item->property("watched").isValid())
+        while (item && !item->property("page").isValid())
             item = item->parentItem();
         EXPECT_TRUE(item) << QString::fromUtf16(page).toStdString() << " hasn't the keyboard";
     }
@@ -451,7 +447,7 @@ TEST_F(NotchViewTest, SaysThatAPageIsEmptyOnlyOnceItIsLoaded)
         bool loads = true;
     } keeper;
     services.files.add(keeper);
-    addBuiltInModules(services.modules);
+    addModules();
     change([](AppSettings &next) { next.hiddenHomeCards.clear(); });
     start();
     showView();
@@ -460,7 +456,7 @@ TEST_F(NotchViewTest, SaysThatAPageIsEmptyOnlyOnceItIsLoaded)
         const auto told = [&](bool loads) {
             keeper.loads = loads;
             services.files.notify();
-            coordinator.open(QString::fromUtf16(page));
+            coordinator.open({.module = QString::fromUtf16(page)});
             const QRegularExpression words(
                 u"aparece|guardar|copiar|vazia|Nenhuma a|Sem tarefas|Carre"_qs);
             return names().filter(words);
@@ -475,14 +471,14 @@ TEST_F(NotchViewTest, SaysThatAPageIsEmptyOnlyOnceItIsLoaded)
 
 TEST_F(NotchViewTest, DragsThePictureOfARoundTile)
 {
-    addBuiltInModules(services.modules);
+    addModules();
     services.shelf.addText(u"Texto"_qs);
     services.clipboard.add(ClipItems::fromText(u"Cópia"_qs, {}, desktop.scheduler.now()).value());
     start();
     showView();
     for (const auto &[page, type] :
          {std::pair(u"shelf", "ShelfTile"), {u"clipboard", "ClipTile"}}) {
-        coordinator.open(QString::fromUtf16(page));
+        coordinator.open({.module = QString::fromUtf16(page)});
         view().grabWindow(); // makes the tiles
         const auto *tile = found([&, name = type](const auto &item) {
             return QByteArray(item.metaObject()->className()).startsWith(name);
@@ -496,12 +492,12 @@ TEST_F(NotchViewTest, DragsThePictureOfARoundTile)
 
 TEST_F(NotchViewTest, KeepsWhatIsBesideAnUndoThatGoes)
 {
-    addBuiltInModules(services.modules);
+    addModules();
     desktop.folder.write(u"a.txt"_qs, "?");
     start();
     showView();
     services.tools.open({QUrl::fromLocalFile(desktop.folder.path(u"a.txt"_qs))}, std::nullopt);
-    coordinator.open(u"tools"_qs);
+    coordinator.open({.module = u"tools"_qs});
     services.toolsWork.rename(u"b"_qs, 1);
     while (services.toolsWork.isRunning() || !services.toolsWork.canUndo())
         desktop.scheduler.runPosted();
@@ -521,7 +517,7 @@ TEST_F(NotchViewTest, KeepsWhatIsBesideAnUndoThatGoes)
 
 TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)
 {
-    addBuiltInModules(services.modules);
+    addModules();
     for (int number = 0; number < 20; ++number)
         services.clipboard.add(
             ClipItems::fromText(QString(200, u'█') + QChar(u'a' + number), {}, {}).value());
@@ -533,7 +529,7 @@ TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)
         int edge = 0;
         for (const auto &[page, card] :
              {std::pair(u"system", "SystemTile"), {u"timers", "TimerCard"}}) {
-            coordinator.open(QString::fromUtf16(page));
+            coordinator.open({.module = QString::fromUtf16(page)});
             view().grabWindow();                                 // lays it out
             edge = shape()[0].toInt() + shape()[2].toInt() - 20; // its foot is 12 wide
             double right = 0;
@@ -543,7 +539,7 @@ TEST_F(NotchViewTest, FillsAPageFromMarginToMargin)
             }
             EXPECT_EQ(right, edge) << card << int(size);
         }
-        coordinator.open(u"clipboard"_qs);
+        coordinator.open({.module = u"clipboard"_qs});
         const QImage picture = view().grabWindow();
         for (int y = 40; y < shape()[3].toInt(); ++y)
             EXPECT_LT(picture.pixelColor(edge - 1, y).lightness(), 16) << "it fades at " << y;
@@ -582,12 +578,12 @@ TEST_F(NotchViewTest, KeepsItsSymbolsInPlaceUnderThePointer)
         }
         return found;
     };
-    coordinator.open(u"dois"_qs);
+    coordinator.open({.module = u"dois"_qs});
     for (const char16_t *other : {u"estreito", u"um", u"estreito"}) {
         const auto before = places();
         ASSERT_EQ(before.size(), 6U);
         desktop.movePointer({before[2].x() + 15, -10});
-        coordinator.open(QString::fromUtf16(other));
+        coordinator.open({.module = QString::fromUtf16(other)});
         EXPECT_EQ(places(), before) << QString::fromUtf16(other).toStdString();
         desktop.movePointer({800, -100});
         EXPECT_NE(places(), before);
@@ -642,7 +638,7 @@ TEST_F(NotchViewTest, StaysOpenForWhoIsWritingInIt)
 TEST_F(NotchViewTest, StaysOpenWhileAMenuOfItsOwnIs)
 {
     openPage(R"(import QtQuick
-        import Velmo
+        import Velmo.Design
         FocusScope {
             property QtObject page; property bool watched
             function openMenu() { menu.open(Qt.point(5, 5)) }
@@ -674,7 +670,7 @@ TEST_F(NotchViewTest, StaysOpenWhileAMenuOfItsOwnIs)
     EXPECT_EQ(shown(), u"collapsed");
     coordinator.open();
     openMenu();
-    coordinator.open(u"um"_qs);
+    coordinator.open({.module = u"um"_qs});
     QCoreApplication::processEvents();
     wait(0.8s);
     desktop.pointer.press(outside, 7);
@@ -684,7 +680,7 @@ TEST_F(NotchViewTest, StaysOpenWhileAMenuOfItsOwnIs)
 TEST_F(NotchViewTest, ShowsWhereTheKeyboardIsToWhoGoesByKey)
 {
     openPage(R"(import QtQuick
-        import Velmo
+        import Velmo.Design
         FocusScope {
             focus: true
             property QtObject page; property bool watched
@@ -729,7 +725,7 @@ TEST_F(NotchViewTest, NeverTabsToWhatIsNotSeen)
         next.hasCompletedOnboarding = true;
         next.hiddenHomeCards.clear();
     });
-    addBuiltInModules(services.modules);
+    addModules();
     std::vector<QUrl> files;
     for (int i = 0; i < 30; ++i) {
         const QString text = u"Número %1"_qs.arg(i);
@@ -752,7 +748,8 @@ TEST_F(NotchViewTest, NeverTabsToWhatIsNotSeen)
     services.tools.open(files, std::nullopt);
     for (const char16_t *page :
          {u"home", u"shelf", u"notes", u"timers", u"activity", u"tools", u"clipboard", u"system"}) {
-        coordinator.open(QString::fromUtf16(page));
+        coordinator.open({.module = QString::fromUtf16(page)});
+        view().grabWindow(); // lays it out
         for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
             QCoreApplication::processEvents();
             std::vector<QPointer<QQuickItem>> visited; // lists make and delete what is in them
@@ -783,13 +780,13 @@ TEST_F(NotchViewTest, SaysWhyAPageIsMissingAndLoadsItOnDemand)
     module.failure = u"Falta um serviço."_qs;
     start();
     showView();
-    coordinator.open(u"quebrado"_qs);
+    coordinator.open({.module = u"quebrado"_qs});
     EXPECT_TRUE(names().contains(u"QUEBRADO não pôde ser carregado"_qs));
     EXPECT_TRUE(names().contains(u"Falta um serviço."_qs));
-    coordinator.open(u"um"_qs);
+    coordinator.open({.module = u"um"_qs});
     EXPECT_FALSE(names().contains(u"Tentar novamente"_qs));
 
-    coordinator.open(u"quebrado"_qs);
+    coordinator.open({.module = u"quebrado"_qs});
     view().requestActivate();
     QCoreApplication::processEvents();
     EXPECT_EQ(nameAfter(Qt::Key_Space), u"Tentar novamente") << "it fails again";
@@ -807,7 +804,7 @@ TEST_F(NotchViewTest, FitsTwelveModulesBesideTheNotchOfTheNarrowestPanel)
     start({screenWithCutout()});
     showView();
     view().setColor(Qt::white);
-    coordinator.open(u"12"_qs);
+    coordinator.open({.module = u"12"_qs});
     check("twelve modules");
     std::vector<QRectF> places;
     for (const QQuickItem *item : items()) {
@@ -843,13 +840,13 @@ TEST_F(NotchViewTest, LetsThePageHaveItsKeysFirst)
 
 TEST_F(NotchViewTest, WorksOnTasksByKey)
 {
-    addBuiltInModules(services.modules);
+    addModules();
     services.notes.createNote(u"Plano"_qs);
     services.notes.addTask(u"regar"_qs);
     start();
     showView();
     view().requestActivate();
-    coordinator.open(u"notes"_qs);
+    coordinator.open({.module = u"notes"_qs});
     QQuickItem *editor = found([](const auto &item) { return item.property("isLong").isValid(); });
     QQuickItem *line =
         found([](const auto &item) { return item.property("name") == u"Nova tarefa"_qs; });
@@ -906,7 +903,7 @@ TEST_F(NotchViewTest, NeverConfirmsWhereTheFirstPressWas)
     showView();
     QQmlComponent probe(qmlEngine(view().rootObject()));
     probe.setData(R"(import QtQuick
-        import Velmo
+        import Velmo.Design
         Item {
             width: 600
             ConfirmButton {
@@ -949,7 +946,7 @@ TEST_F(NotchViewTest, DrawsNoGulpAcrossAnOpenPanel)
     coordinator.debugDropAnimation(desktop.folder.path(u"a.txt"_qs), {700, 60});
     const auto *glow = view().rootObject()->findChild<QQuickItem *>(u"glow"_qs);
     ASSERT_TRUE(glow);
-    wait(NotchViewModel::dropletFlight);
+    wait(DropSurface::dropletFlight);
     while (glow->opacity() < 0.4)
         QCoreApplication::processEvents();
     EXPECT_EQ(shown(), u"dropResult");

@@ -1,8 +1,7 @@
 #include "VelmoUI/Modules/Notes/NotesPageModel.h"
 
-#include "VelmoUI/App/AppServices.h"
-
-#include "tests/support/FakeDesktop.h"
+#include "tests/VelmoUI/FakePanelPort.h"
+#include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
 #include <QTextDocument>
@@ -15,7 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class NotesPageModelTest : public testing::Test {
+class NotesPageModelTest : public ServicesFixture {
 protected:
     static std::vector<QString> column(QAbstractItemModel *model, const char *role)
     {
@@ -25,16 +24,15 @@ protected:
         return texts;
     }
 
-    FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
-    NotesPageModel page{services};
+    FakePanelPort panel;
+    NotesPageModel page{{services.notes, desktop.fileViewer, desktop.pasteboard, desktop.scheduler},
+                        panel};
 };
 
 TEST_F(NotesPageModelTest, WritesListsFindsAndBringsBackNotes)
 {
-    services.notes.requestCompose();
-    EXPECT_TRUE(page.takeRequest());
-    EXPECT_FALSE(page.takeRequest());
+    page.setWatched(true);
+    page.go(NotesPageModel::composing());
     ASSERT_TRUE(page.hasSelection());
     services.notes.updateNote(services.notes.notes().front().id,
                               u"Plano #Casa\nver https://exemplo.org/a"_qs);
@@ -124,7 +122,7 @@ TEST_F(NotesPageModelTest, TakesRemovalsBackOneByOneEachInItsTime)
     page.addTask(u"regar"_qs, {});
     const auto remove = [&] {
         page.removeTask(column(page.tasks(), "id").at(0));
-        desktop.scheduler.advance(NotesPageModel::undoTime - 1s);
+        desktop.scheduler.advance(UndoStack::time - 1s);
         page.remove(note);
         EXPECT_EQ(page.undoTitle(), u"Desfazer: nota apagada");
     };

@@ -96,7 +96,7 @@ protected:
         wait(0.12s);
     }
 
-    NotchCoordinator coordinator{services};
+    NotchCoordinator coordinator{services.panels()};
 };
 
 } // namespace velmo

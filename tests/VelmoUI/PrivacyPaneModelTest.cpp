@@ -21,6 +21,8 @@ class PrivacyPaneModelTest : public ServicesFixture {
 protected:
     PrivacyPaneModelTest() { services.modules.add(std::make_unique<RadioModule>()); }
 
+    SettingsServices window = services.settingsWindow();
+
     static PermissionRow row(PrivacyPaneModel &pane, int row)
     {
         return static_cast<RecordListModel<PermissionRow> *>(pane.permissions())
@@ -32,7 +34,7 @@ protected:
 TEST_F(PrivacyPaneModelTest, ShowsWhatTheModulesNeedAndAsksForIt)
 {
     desktop.permissions.statuses[PermissionKind::notifications] = {PermissionStatus::Granted{}};
-    PrivacyPaneModel pane(services);
+    PrivacyPaneModel pane(window);
     pane.refresh();
     ASSERT_EQ(pane.permissions()->rowCount(), 2);
     EXPECT_EQ(row(pane, 0).spoken, u"Notificações: Permitida");
@@ -44,12 +46,12 @@ TEST_F(PrivacyPaneModelTest, ShowsWhatTheModulesNeedAndAsksForIt)
     pane.request(row(pane, 1).id);
     EXPECT_THAT(desktop.permissions.requested, ElementsAre(PermissionKind::bluetooth));
     EXPECT_EQ(row(pane, 1).status, u"Negada");
-    EXPECT_EQ(row(pane, 1).style, u"error");
+    EXPECT_EQ(row(pane, 1).style, Feedback::Error);
 }
 
 TEST_F(PrivacyPaneModelTest, SaysInTheRowWhyThePageOfTheDesktopDidNotOpen)
 {
-    PrivacyPaneModel pane(services);
+    PrivacyPaneModel pane(window);
     desktop.permissions.hasPages = false;
     pane.openSettings(row(pane, 1).id);
     EXPECT_EQ(row(pane, 0).error, u"");
@@ -61,7 +63,7 @@ TEST_F(PrivacyPaneModelTest, SaysInTheRowWhyThePageOfTheDesktopDidNotOpen)
 
 TEST_F(PrivacyPaneModelTest, OffersTheRetentionThatIsSetBesideTheUsualOnes)
 {
-    PrivacyPaneModel pane(services);
+    PrivacyPaneModel pane(window);
     EXPECT_EQ(pane.retentionChoices(), QStringList({u"1 dia"_qs, u"7 dias"_qs, u"30 dias"_qs}));
     EXPECT_EQ(pane.retentionIndex(), 1);
     change([](AppSettings &next) { next.activityRetentionDays = 14; });

@@ -1,4 +1,4 @@
-#include "VelmoUI/Design/RecordListModel.h"
+#include "VelmoUI/Design/LazyListModel.h"
 
 #include "tests/support/Printers.h"
 
@@ -92,6 +92,39 @@ TEST(RecordListModel, TellsRowsThatComeAndGoTogetherAsOneChange)
     EXPECT_EQ(changesOf("xyabcfz", 1), 3);
     EXPECT_EQ(changesOf("xyaabcfz", 1), 1); // the same id twice
     EXPECT_EQ(changesOf("xy", 1), 1);
+}
+
+TEST(LazyListModel, ShowsTheSameRowsHoweverItsListChanges)
+{
+    LazyListModel<Row, Row> list([](const Row &row) { return row; });
+    const QAbstractItemModelTester tester(&list,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    int changes = 0;
+    const auto count = [&] { ++changes; };
+    QObject::connect(&list, &QAbstractItemModel::rowsInserted, count);
+    QObject::connect(&list, &QAbstractItemModel::rowsRemoved, count);
+    QObject::connect(&list, &QAbstractItemModel::rowsMoved, count);
+    const auto show = [&](const std::string &letters) {
+        std::vector<Row> rows;
+        for (const char letter : letters)
+            rows.push_back({QChar::fromLatin1(letter), 0, std::nullopt});
+        changes = 0;
+        list.setRecords(rows);
+        ASSERT_EQ(list.records(), rows);
+        for (int row = 0; row < list.rowCount(); ++row)
+            ASSERT_EQ(field(list.index(row), "id"), rows[std::size_t(row)].id);
+    };
+    for (const char *letters : {"abc", "habc", "abc", "cab", "abc", "ac", "acdefg", ""}) {
+        show(letters);
+        EXPECT_EQ(changes, 1) << letters;
+    }
+    std::mt19937 random(7);
+    for (int step = 0; step < 300; ++step) {
+        std::string letters = "abcdefgh";
+        std::ranges::shuffle(letters, random);
+        show(letters.substr(random() % 9));
+        EXPECT_LE(changes, 1) << "thousands may change at once";
+    }
 }
 
 } // namespace

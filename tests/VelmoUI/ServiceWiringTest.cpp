@@ -1,7 +1,8 @@
-#include "VelmoUI/App/ServiceWiring.h"
+#include "VelmoUI/Composition/ServiceWiring.h"
 
 #include "VelmoCore/Files/PendingFiles.h"
-#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Composition/AppServices.h"
+#include "VelmoUI/Composition/BuiltInModules.h"
 
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/Printers.h"
@@ -25,6 +26,8 @@ protected:
     void launch(const DataProtectionStatus &protection = {DataProtectionStatus::Disabled{}})
     {
         services.emplace(desktop.paths(), protection, desktop.platform);
+        for (auto &module : makeBuiltInModules(*services))
+            services->modules.add(std::move(module));
         ServiceWiring::start(*services);
     }
     std::vector<QString> notifications() const
@@ -159,7 +162,7 @@ TEST_F(ServiceWiringTest, BringsAllThatIsSealedWhenItsKeyComesAndLosesNothing)
     post(u"agora"_qs);
     services->notes.createNote(u"agora"_qs);
     services->shelf.addText(u"agora"_qs);
-    services->settleProtection(protection);
+    services->setProtection(protection);
     services->flush();
     EXPECT_THAT(notifications(), ElementsAre(u"Lembrete: regar"_qs));
     services.reset();

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Composition/AppServices.h"
+#include "VelmoUI/Composition/BuiltInModules.h"
 
 #include "tests/support/FakeDesktop.h"
 
@@ -17,6 +18,15 @@ protected:
     void change(const std::function<void(AppSettings &)> &change)
     {
         services.settings.update(change);
+    }
+
+    /// Adds Orvane's own modules, all of them or the one.
+    void addModules(const QString &id = {})
+    {
+        for (auto &module : makeBuiltInModules(services)) {
+            if (id.isEmpty() || module->id() == id)
+                services.modules.add(std::move(module));
+        }
     }
 
     FakeDesktop desktop;

@@ -1,9 +1,8 @@
 #include "VelmoCore/HotKeys/KeyNames.h"
 #include "VelmoCore/Settings/SettingsCoder.h"
-#include "VelmoUI/App/ServiceWiring.h"
-#include "VelmoUI/Modules/BuiltInModules.h"
+#include "VelmoUI/Composition/ServiceWiring.h"
 #include "VelmoUI/Modules/Home/FavoriteApps.h"
-#include "VelmoUI/Modules/Home/HomeView.h"
+#include "VelmoUI/Modules/Home/HomeCardSources.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
@@ -26,7 +25,7 @@ class Orvane : public PanelFixture {
 public:
     Orvane()
     {
-        addBuiltInModules(services.modules);
+        addModules();
         for (const HotKeyAction action :
              {HotKeyAction::toggle, HotKeyAction::newNote, HotKeyAction::clipboard})
             services.hotKeys.handlers[action] = [] {};
@@ -95,14 +94,20 @@ public:
             ids.append(module->id());
         return ids.join(u' ');
     }
-    QString cards() const
+    QString cards()
     {
         QStringList names;
-        for (const HomeCard card : HomeView::cards(services))
-            names.append(HomeCards::name(card));
+        for (const auto &card : HomeCardSources{services.modules, services.settings}.shown())
+            names.append(HomeCards::name(card.card));
         return names.join(u' ');
     }
-    QString favorites() const { return QString::number(FavoriteApps::rows(services).size()); }
+    QString favorites()
+    {
+        return QString::number(FavoriteApps(services.settings, services.platform.applications,
+                                            services.activity, services.platform.scheduler)
+                                   .rows()
+                                   .size());
+    }
     QString isThere(DisplayID id) const { return display(id).isEmpty() ? "no" : "yes"; }
     QString focusTime()
     {
@@ -111,7 +116,7 @@ public:
     }
     QString open(int extent)
     {
-        coordinator.open(u"home"_qs);
+        coordinator.open({.module = u"home"_qs});
         return QString::number(shape()[extent].toInt());
     }
     QString inFullScreen()
@@ -127,7 +132,7 @@ public:
     }
     QString windowColor()
     {
-        SettingsWindowController controller(services);
+        SettingsWindowController controller(services.settingsWindow());
         controller.show(SettingsPane::general);
         for (QWindow *window : QGuiApplication::topLevelWindows()) {
             auto *settings = qobject_cast<QQuickView *>(window);
@@ -190,9 +195,10 @@ public:
     QString theme(const char *property)
     {
         QQmlComponent probe(qmlEngine(view().rootObject()));
-        probe.setData("import QtQuick; import Velmo; QtObject { property string seen: Theme." +
-                          QByteArray(property) + " }",
-                      {});
+        probe.setData(
+            "import QtQuick; import Velmo.Design; QtObject { property string seen: Theme." +
+                QByteArray(property) + " }",
+            {});
         const std::unique_ptr<QObject> made(probe.create());
         return made->property("seen").toString();
     }

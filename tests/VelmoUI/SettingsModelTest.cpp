@@ -1,4 +1,4 @@
-#include "VelmoUI/Settings/SettingsModel.h"
+#include "VelmoUI/Modules/Frame/SettingsModel.h"
 
 #include "tests/support/ManualScheduler.h"
 #include "tests/support/Printers.h"
@@ -27,7 +27,7 @@ protected:
 
     TemporaryFolder folder;
     ManualScheduler scheduler;
-    SettingsStore store{folder.path(u"settings.json"_qs), scheduler};
+    SettingsStore store{folder.path(u"settings.json"_qs), {}, scheduler};
     SettingsModel model{store};
     QQmlEngine engine;
 };

@@ -70,7 +70,7 @@ protected:
     }
 
     Warnings warnings;
-    SettingsWindowController controller{services};
+    SettingsWindowController controller{services.settingsWindow()};
 };
 
 TEST_F(SettingsWindowTest, DrawsEveryPaneInBothThemesWithoutAWarning)
@@ -128,6 +128,7 @@ TEST_F(SettingsWindowTest, ChangesSettingsByKey)
 
 TEST_F(SettingsWindowTest, IgnoresAnApplicationByKey)
 {
+    addModules(u"clipboard"_qs);
     desktop.applications.entries = {
         {.id = u"a.desktop"_qs, .name = u"Editor"_qs, .bundleID = u"editor"_qs}};
     show(SettingsPane::privacy);
@@ -142,9 +143,12 @@ TEST_F(SettingsWindowTest, IgnoresAnApplicationByKey)
     EXPECT_EQ(settings().clipboardIgnoredBundleIDs.back(), u"editor");
     press(Qt::Key_Tab);
     press(Qt::Key_Down);
-    const QPointer<const QObject> first = windows().at(0)->focusObject();
+    const QPointer<QObject> first = windows().at(0)->focusObject();
     press(Qt::Key_Delete);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return windows().at(0)->focusObject() != first; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { // a row, and another one
+        const QObject *focused = windows().at(0)->focusObject();
+        return focused != first && focused && focused->property("spoken").isValid();
+    }));
     press(Qt::Key_Delete);
     EXPECT_EQ(settings().clipboardIgnoredBundleIDs.size(), 8U);
     EXPECT_EQ(settings().clipboardIgnoredBundleIDs[1], u"com.agilebits.onepassword7");

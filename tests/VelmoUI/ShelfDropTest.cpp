@@ -65,8 +65,8 @@ protected:
     }
     void drop(DropZone zone, const std::vector<DroppedItem> &items)
     {
-        model.setDropZone(zone);
-        model.receiveDrop(items);
+        model.drop().setZone(zone);
+        model.drop().receive(items);
     }
     void waitFor(const std::function<bool()> &isDone)
     {
@@ -103,7 +103,7 @@ protected:
         return event.title + u'|' + event.detail.value_or(QString());
     }
 
-    NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
+    NotchViewModel model{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services.panels()};
     const DroppedItem link{DroppedItem::Link{QUrl(u"https://orvane.app"_qs)}};
     double longestStep = 0; ///< of the main thread, in milliseconds
 };
@@ -119,7 +119,7 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
     drop(DropZone::notch, {file(u"a.txt"_qs), gone, bundle, link, text, goneToo});
     EXPECT_EQ(model.presentation(), dropResult);
     finishJobs();
-    EXPECT_THAT(model.droppedItems(),
+    EXPECT_THAT(model.drop().items(),
                 ElementsAre(inNotch(u"a.txt"_qs), gone, bundle, link, text, goneToo));
     EXPECT_EQ(services.shelf.items().size(), 3U);
     EXPECT_EQ(lastEvent(), u"Não foi possível mover|b.txt, c.txt: o item não existe");
@@ -128,9 +128,9 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
     EXPECT_EQ(services.shelf.items().size(), 3U) << "it is there already";
     drop(DropZone::actions, {file(u"d.txt"_qs)});
     EXPECT_EQ(services.shelf.items().size(), 3U) << "until the user says so";
-    model.keepDropped();
+    model.drop().keep();
     finishJobs();
-    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(u"d.txt"_qs)));
+    EXPECT_THAT(model.drop().items(), ElementsAre(inNotch(u"d.txt"_qs)));
     EXPECT_EQ(lastEvent(), movedFromHere() + u'|');
 
     // Whatever a setting of another use says, and where nothing is asked.
@@ -139,24 +139,24 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
         next.shelfDropStorage = ShelfStorage::copy;
     });
     const DroppedItem last = file(u"e.txt"_qs);
-    model.receiveDrop({last});
+    model.drop().receive({last});
     finishJobs();
     EXPECT_FALSE(QFile::exists(last.fileURL()->toLocalFile()));
-    model.receiveDrop({link});
+    model.drop().receive({link});
     EXPECT_EQ(lastEvent(), u"Guardado na Mesa|");
 }
 
 TEST_F(ShelfDropTest, LooksAtFilesAwayFromTheMainThreadAndOnce)
 {
-    NotchContent content(model);
-    const auto details = [&] { return column(content.droppedItems(), "detail"); };
+    NotchContent content(model, services.panels());
+    const auto details = [&] { return column(content.drop()->items(), "detail"); };
     const QString folder = desktop.folder.path(u"pasta"_qs);
     QDir().mkpath(folder);
     drop(DropZone::actions, {file(u"a.txt"_qs), {DroppedItem::File{QUrl::fromLocalFile(folder)}}});
     EXPECT_EQ(details(), QStringList({QString(), QString()})) << "none has been looked at";
     waitFor([&] { return !details().contains(QString()); });
     EXPECT_EQ(details(), QStringList({StorageInspector::format(9), u"Pasta"_qs}));
-    model.keepDropped();
+    model.drop().keep();
     finishJobs();
     EXPECT_EQ(details(), QStringList({u"Na prateleira · "_qs + StorageInspector::format(9),
                                       u"Na prateleira · Pasta"_qs}));
@@ -164,32 +164,32 @@ TEST_F(ShelfDropTest, LooksAtFilesAwayFromTheMainThreadAndOnce)
 
 TEST_F(ShelfDropTest, TakesBackWhatItMovedForAWhile)
 {
-    NotchContent content(model);
+    NotchContent content(model, services.panels());
     const DroppedItem a = file(u"a.txt"_qs);
     const DroppedItem b = file(u"b.txt"_qs);
     desktop.folder.write(u"data/Shelf/Copies/Mesa/a.txt"_qs, "outro");
     drop(DropZone::notch, {a, b});
-    EXPECT_FALSE(content.canUndoDrop());
+    EXPECT_FALSE(content.drop()->canUndo());
     finishJobs();
-    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(u"a 2.txt"_qs), inNotch(u"b.txt"_qs)));
+    EXPECT_THAT(model.drop().items(), ElementsAre(inNotch(u"a 2.txt"_qs), inNotch(u"b.txt"_qs)));
     EXPECT_EQ(lastEvent(), movedFromHere() + u"|2 itens"_qs);
-    ASSERT_TRUE(content.canUndoDrop());
-    EXPECT_EQ(content.undoTitle(), movedFromHere());
-    content.undoDrop();
+    ASSERT_TRUE(content.drop()->canUndo());
+    EXPECT_EQ(content.drop()->undoTitle(), movedFromHere());
+    content.drop()->undo();
     finishJobs();
-    EXPECT_THAT(model.droppedItems(), ElementsAre(a, b)) << "with their first names";
+    EXPECT_THAT(model.drop().items(), ElementsAre(a, b)) << "with their first names";
     EXPECT_EQ(desktop.folder.read(u"a.txt"_qs), "conteúdo");
     EXPECT_TRUE(services.shelf.items().empty());
-    EXPECT_TRUE(model.canKeepDropped());
-    EXPECT_FALSE(content.canUndoDrop());
+    EXPECT_TRUE(model.drop().canKeep());
+    EXPECT_FALSE(content.drop()->canUndo());
 
-    model.keepDropped();
+    model.drop().keep();
     finishJobs();
     desktop.scheduler.advance(DropUndo::time - 0.1s);
-    EXPECT_TRUE(content.canUndoDrop());
+    EXPECT_TRUE(content.drop()->canUndo());
     EXPECT_EQ(services.activity.feedback()->title, movedFromHere());
     desktop.scheduler.advance(0.1s);
-    EXPECT_FALSE(content.canUndoDrop());
+    EXPECT_FALSE(content.drop()->canUndo());
 }
 
 TEST_F(ShelfDropTest, LeavesAFileWhereItIsThatTheShelfCannotRecord)
@@ -198,40 +198,40 @@ TEST_F(ShelfDropTest, LeavesAFileWhereItIsThatTheShelfCannotRecord)
     const DroppedItem a = file(u"a.txt"_qs);
     drop(DropZone::notch, {a});
     finishJobs();
-    EXPECT_THAT(model.droppedItems(), ElementsAre(a));
+    EXPECT_THAT(model.drop().items(), ElementsAre(a));
     EXPECT_TRUE(QFile::exists(a.fileURL()->toLocalFile()));
     EXPECT_TRUE(services.shelf.items().empty());
     EXPECT_TRUE(lastEvent().startsWith(
         u"Não foi possível mover|A prateleira não pôde ser salva: Falha em “shelf.json”"))
         << qPrintable(lastEvent());
-    EXPECT_TRUE(model.canKeepDropped());
+    EXPECT_TRUE(model.drop().canKeep());
     QDir().rmdir(desktop.folder.path(u"data/Shelf/shelf.json"_qs));
-    model.keepDropped();
+    model.drop().keep();
     finishJobs();
-    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(u"a.txt"_qs)));
+    EXPECT_THAT(model.drop().items(), ElementsAre(inNotch(u"a.txt"_qs)));
 }
 
 TEST_F(ShelfDropTest, TakesThousandsOfFilesWithoutHoldingUpThePanel)
 {
     constexpr int count = 3000;
-    NotchContent content(model);
+    NotchContent content(model, services.panels());
     std::vector<DroppedItem> files;
     for (int i = 0; i < count; ++i)
         files.push_back(file(QString::number(i)));
     const double before = processorTime();
     drop(DropZone::notch, files);
     longestStep = processorTime() - before;
-    EXPECT_TRUE(content.hasDropJob());
+    EXPECT_TRUE(content.drop()->hasJob());
     finishJobs();
     EXPECT_LT(longestStep, 40) << "which took seconds at once";
     EXPECT_EQ(services.shelf.items().size(), std::size_t(count));
-    EXPECT_EQ(model.droppedItems().back(), inNotch(QString::number(count - 1)));
-    EXPECT_LT(content.droppedItems()->rowCount(), 100);
-    EXPECT_EQ(content.droppedTitle(), QLocale().toString(count) + u" itens"_qs);
+    EXPECT_EQ(model.drop().items().back(), inNotch(QString::number(count - 1)));
+    EXPECT_LT(content.drop()->items()->rowCount(), 100);
+    EXPECT_EQ(content.drop()->title(), QLocale().toString(count) + u" itens"_qs);
     services.shelf.flush();
     longestStep = 0;
 
-    model.undoDrop();
+    model.drop().undo();
     EXPECT_GT(services.shelf.items().size(), 2000U) << "they go in small steps";
     waitFor([this] { return services.shelf.items().empty(); });
     services.activity.cancel(services.activity.live().front().id);
@@ -253,7 +253,7 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
          {{DroppedItem::File{QUrl::fromLocalFile(QString::fromStdString(other.string()))}}});
     EXPECT_TRUE(services.shelf.items().empty()) << "never on the main thread";
     finishJobs();
-    EXPECT_THAT(model.droppedItems(), ElementsAre(inNotch(name)));
+    EXPECT_THAT(model.drop().items(), ElementsAre(inNotch(name)));
     ASSERT_EQ(services.shelf.items().size(), 1U);
     EXPECT_EQ(services.shelf.items()[0].originalFolder, u"/dev/shm"_qs);
     EXPECT_EQ(lastEvent(), u"Movido de shm|");
@@ -262,7 +262,7 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     const std::vector<ShelfItem> kept = services.shelf.items();
     const std::filesystem::path here = inNotch(name).fileURL()->toLocalFile().toStdString();
     std::filesystem::resize_file(here, 1U << 30); // or it would be home before the cancel
-    takeOffShelf(services, {kept[0].id});
+    services.shelfMover.remove({kept[0].id});
     EXPECT_TRUE(services.shelf.items().empty());
     services.activity.cancel(services.activity.live().front().id);
     finishJobs();
@@ -270,7 +270,7 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     EXPECT_EQ(lastEvent(), u"Devolver à pasta de origem: cancelado|");
     std::filesystem::remove(here);
     ASSERT_EQ(::mkfifo(here.c_str(), 0600), 0) << "which no other disk takes";
-    takeOffShelf(services, {kept[0].id});
+    services.shelfMover.remove({kept[0].id});
     finishJobs();
     EXPECT_EQ(services.shelf.items(), kept);
     EXPECT_EQ(services.shelf.lastReturnFailure(), 1);
@@ -278,22 +278,22 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
                                u": não é um arquivo, uma pasta nem um link"_qs);
     std::filesystem::remove(here);
     std::ofstream(here) << "conteúdo";
-    takeOffShelf(services, {kept[0].id});
+    services.shelfMover.remove({kept[0].id});
     finishJobs();
     EXPECT_EQ(lastEvent(), u"Devolvido à pasta “shm”|");
     EXPECT_TRUE(services.shelf.items().empty());
 
     std::filesystem::resize_file(other, 1U << 30);
-    NotchContent content(model);
+    NotchContent content(model, services.panels());
     drop(DropZone::actions,
          {{DroppedItem::File{QUrl::fromLocalFile(QString::fromStdString(other.string()))}}});
-    EXPECT_FALSE(content.hasDropJob());
-    content.performDropAction(QStringLiteral("drop.keep"));
-    EXPECT_EQ(content.dropJobTitle(), u"Mover para o notch");
-    EXPECT_FALSE(model.canKeepDropped());
-    content.cancelDropJob();
-    EXPECT_FALSE(content.hasDropJob());
-    EXPECT_TRUE(model.canKeepDropped());
+    EXPECT_FALSE(content.drop()->hasJob());
+    content.drop()->perform(QStringLiteral("drop.keep"));
+    EXPECT_EQ(content.drop()->jobTitle(), u"Mover para o notch");
+    EXPECT_FALSE(model.drop().canKeep());
+    content.drop()->cancelJob();
+    EXPECT_FALSE(content.drop()->hasJob());
+    EXPECT_TRUE(model.drop().canKeep());
     finishJobs();
     EXPECT_EQ(lastEvent(), u"Mover para o notch: cancelado|");
     EXPECT_TRUE(services.shelf.items().empty());
@@ -334,7 +334,7 @@ TEST_F(ShelfDropTest, HandsFilesToTheDesktopAndNothingElse)
         model.send(NotchEvent::dismiss);
         desktop.dragPasteboard.begin(contents);
         model.send(NotchEvent::dragEntered);
-        return model.dropZones();
+        return model.drop().zones();
     };
     EXPECT_THAT(offered({.hasFiles = true, .hasText = true}), ElementsAre(airdrop, actions, notch));
     EXPECT_THAT(offered({.isUntold = true}), ElementsAre(airdrop, actions, notch));
@@ -359,11 +359,11 @@ TEST_F(ShelfDropTest, TellsWhatAnActionCameTo)
     };
     services.actions.add(std::make_unique<Action>());
     drop(DropZone::actions, {link, file(u"a.txt"_qs)});
-    model.performAction(u"a"_qs);
+    model.drop().perform(u"a"_qs);
     EXPECT_EQ(lastEvent(), u"Abrir: falhou|Só um.");
     EXPECT_EQ(model.presentation(), dropResult);
-    model.removeDroppedItem(link.id());
-    model.performAction(u"a"_qs);
+    model.drop().removeItem(link.id());
+    model.drop().perform(u"a"_qs);
     EXPECT_EQ(lastEvent(), u"Abrindo…|");
     EXPECT_EQ(model.presentation(), collapsed);
 }
@@ -374,12 +374,12 @@ TEST_F(ShelfDropTest, OpensTheToolsWithFilesOnly)
     FakeModule::addTo(services.modules, u"tools"_qs);
     const DroppedItem a = file(u"a.txt"_qs);
     drop(DropZone::actions, {a, link});
-    EXPECT_FALSE(model.canOpenTools());
-    model.removeDroppedItem(link.id());
-    ASSERT_TRUE(model.canOpenTools());
-    model.openTools();
+    EXPECT_FALSE(model.drop().canOpenTools());
+    model.drop().removeItem(link.id());
+    ASSERT_TRUE(model.drop().canOpenTools());
+    model.drop().openTools();
     EXPECT_THAT(services.tools.urls(), ElementsAre(*a.fileURL()));
-    EXPECT_EQ(model.selectedModule()->id(), u"tools");
+    EXPECT_EQ(model.modules().current()->id(), u"tools");
     EXPECT_EQ(model.presentation(), expanded);
 }
 

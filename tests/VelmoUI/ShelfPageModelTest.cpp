@@ -2,9 +2,7 @@
 
 #include "VelmoSystem/FileProcessing/QuickActions.h"
 #include "VelmoUI/Modules/Shelf/ShelfDrag.h"
-#include "VelmoUI/Modules/Shelf/ShelfModule.h"
 #include "VelmoUI/Notch/PanelIssues.h"
-#include "VelmoUI/Notch/ShelfTransfer.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
@@ -24,7 +22,8 @@ protected:
     ShelfPageModelTest()
     {
         addQuickActions(services.actions, desktop.fileViewer, desktop.pasteboard);
-        services.modules.add(std::make_unique<ShelfModule>());
+        addModules(u"shelf"_qs);
+        page.setWatched(true);
     }
 
     /// One text a letter, so that they stand in the order given.
@@ -44,15 +43,16 @@ protected:
         QString names;
         for (int row = 0; row < page.items()->rowCount(); ++row) {
             if (!selectedOnly || field(row, "isSelected").toBool())
-                names += field(row, "name").toString();
+                names += field(row, "title").toString();
         }
         return names;
     }
     QVariant field(int row, const char *name) { return velmo::field(page.items(), row, name); }
     QStringList commands() { return column(page.commands(), "title"); }
 
-    NotchViewModel panel{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
-    ShelfPageModel page{ModuleContext{services, panel}};
+    NotchViewModel panel{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services.panels()};
+    ShelfPageModel page{
+        {services.shelf, services.shelfMover, services.actionRunner, desktop.scheduler}, panel};
 };
 
 constexpr int noModifier = Qt::NoModifier;
@@ -113,7 +113,7 @@ TEST_F(ShelfPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
     EXPECT_EQ(shown(), u"abc");
     EXPECT_EQ(shown(true), u"b");
     page.run(u"shelf.remove"_qs);
-    wait(ShelfPageModel::undoTime);
+    wait(UndoStack::time);
     EXPECT_EQ(kept(), 2U);
     EXPECT_FALSE(page.canUndo());
     page.run(u"shelf.remove"_qs);
@@ -133,7 +133,7 @@ TEST_F(ShelfPageModelTest, TellsWhatWentWrongWithAnyFileUntilTheUserHasReadIt)
         desktop.folder.write(QDir(desktop.folder.path()).relativeFilePath(files.next()), "{");
     EXPECT_GE(count, 6);
     AppServices others{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
-    PanelIssues issues(others);
+    PanelIssues issues(others.files, others.modules);
     EXPECT_EQ(issues.texts().size(), count);
     EXPECT_TRUE(issues.texts().contains(others.shelf.loadIssue().value()));
     issues.dismiss();
@@ -203,20 +203,13 @@ TEST_F(ShelfPageModelTest, GivesFilesLinksAndTextsToOtherApplications)
         << "an original isn't ours to give away";
 
     QFile::remove(moved.toLocalFile());
+    page.setWatched(false);
     page.setWatched(true);
     while (items.size() > 3) {
         desktop.scheduler.runPosted();
         std::this_thread::yield();
     }
     EXPECT_EQ(shown(), u"ref.txtexample.orgnota");
-}
-
-TEST(ShelfRows, WriteNumbersAsTheUserDoes)
-{
-    QLocale::setDefault(QLocale(QLocale::Portuguese, QLocale::Brazil));
-    EXPECT_EQ(ShelfRows::count(1000, u"1 item", u"%1 itens"), u"1.000 itens");
-    EXPECT_EQ(keptTitle(1000), u"1.000 itens na Mesa");
-    QLocale::setDefault(QLocale::C);
 }
 
 TEST_F(ShelfPageModelTest, ShowsEveryStateWithoutAWarning)
@@ -227,11 +220,11 @@ TEST_F(ShelfPageModelTest, ShowsEveryStateWithoutAWarning)
     view().requestActivate();
     services.shelf.addText(u"nota"_qs);
     addFile(u"a.txt"_qs);
-    coordinator.open(u"shelf"_qs);
+    coordinator.open({.module = u"shelf"_qs});
     QCoreApplication::processEvents();
     QObject *root = view().rootObject();
-    auto *const shelf =
-        qobject_cast<ShelfPageModel *>(root->property("content").value<NotchContent *>()->page());
+    auto *const shelf = qobject_cast<ShelfPageModel *>(
+        root->property("content").value<NotchContent *>()->pages()->page());
     ASSERT_TRUE(shelf);
     const auto check = [&](const char *state) {
         QCoreApplication::processEvents();
@@ -259,7 +252,7 @@ TEST_F(ShelfPageModelTest, ShowsEveryStateWithoutAWarning)
     check("back");
     shelf->press(0, noModifier);
     shelf->run(u"shelf.remove"_qs);
-    wait(ShelfPageModel::undoTime);
+    wait(UndoStack::time);
     check("empty");
     coordinator.toggleFromHotKey();
     check("closed");

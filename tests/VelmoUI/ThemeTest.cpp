@@ -42,8 +42,8 @@ TEST(Theme, CanBeReadAndSeenOnEverySurface)
     QQmlEngine engine;
     engine.addImportPath(u"qrc:/qt/qml"_qs);
     QQmlComponent component(&engine);
-    component.setData("import QtQml; import Velmo; QtObject { property QtObject theme: Theme }",
-                      {});
+    component.setData(
+        "import QtQml; import Velmo.Design; QtObject { property QtObject theme: Theme }", {});
     const std::unique_ptr<QObject> holder(component.create());
     ASSERT_TRUE(holder) << component.errorString().toStdString();
     auto *theme = holder->property("theme").value<QObject *>();

@@ -1,6 +1,6 @@
 #include "VelmoUI/Modules/Timers/TimersPageModel.h"
 
-#include "VelmoUI/App/AppServices.h"
+#include "VelmoUI/Composition/AppServices.h"
 
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/Printers.h"
@@ -20,7 +20,7 @@ protected:
 
     FakeDesktop desktop;
     AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
-    TimersPageModel page{services};
+    TimersPageModel page{services.timers, services.settings, desktop.scheduler};
 };
 
 TEST_F(TimersPageModelTest, StartsWhatIsTypedAndSaysWhatItCannotRead)
@@ -45,6 +45,10 @@ TEST_F(TimersPageModelTest, StartsWhatIsTypedAndSaysWhatItCannotRead)
     EXPECT_EQ(seen("title"), u"chá");
     EXPECT_EQ(page.undoTitle(), QString());
     page.setWatched(true);
+    page.remove(seen("id"));
+    desktop.scheduler.advance(UndoStack::time);
+    EXPECT_EQ(page.undoTitle(), QString());
+    page.start(u"1h"_qs, {});
     page.remove(seen("id"));
     page.setWatched(false); // nothing comes back to a page that was closed
     EXPECT_EQ(page.undoTitle(), QString());

@@ -1,5 +1,6 @@
 #include "VelmoUI/Modules/Tools/ToolsPageModel.h"
 
+#include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
 
 #include "tests/support/FakeDesktop.h"
@@ -54,7 +55,12 @@ protected:
         return row->isEnabled ? QString() : row->detail;
     }
 
-    ModuleContext context() { return {services, panel}; }
+    std::unique_ptr<ToolsPageModel> makePage()
+    {
+        return std::make_unique<ToolsPageModel>(services.tools, services.toolsWork,
+                                                services.activity, desktop.fileViewer,
+                                                desktop.scheduler, panel);
+    }
     void archive(const char *name, const QString &password)
     {
         folder.write(QStringLiteral("um.txt"), "segredo");
@@ -71,8 +77,8 @@ protected:
     TemporaryFolder folder;
     FakeDesktop desktop;
     AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
-    NotchViewModel panel{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services};
-    std::unique_ptr<ToolsPageModel> owned = std::make_unique<ToolsPageModel>(context());
+    NotchViewModel panel{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services.panels()};
+    std::unique_ptr<ToolsPageModel> owned = makePage();
     ToolsPageModel &page = *owned;
 };
 
@@ -253,7 +259,8 @@ TEST_F(ToolsPageModelTest, GoesOnWithoutThePage)
     EXPECT_EQ(services.activity.live()[0].title, u"Senha de “b.7z”, em Ferramentas");
 
     choose({"a.txt"}); // whatever is chosen meanwhile
-    ToolsPageModel again(context());
+    const auto made = makePage();
+    ToolsPageModel &again = *made;
     EXPECT_EQ(again.passwordTitle(), u"Senha de “b.7z”");
     again.usePassword(QStringLiteral("senha"));
     finish();
@@ -274,8 +281,9 @@ TEST_F(ToolsPageModelTest, TakesBackForAWhileWithoutThePage)
     page.rename();
     owned.reset();
     finish();
-    std::make_unique<ToolsPageModel>(context()).reset(); // it has seen the end
-    ToolsPageModel again(context());
+    makePage().reset(); // it has seen the end
+    const auto made = makePage();
+    ToolsPageModel &again = *made;
     EXPECT_EQ(again.note(), u"1 item renomeado");
     desktop.scheduler.advance(ToolsWork::undoTime - 0.1s);
     ASSERT_TRUE(again.canUndo());

@@ -1,3 +1,5 @@
+#include "VelmoUI/Composition/QmlModules.h"
+
 #include <QApplication>
 #include <QQuickWindow>
 
@@ -10,5 +12,6 @@ int main(int argc, char **argv)
     QQuickWindow::setDefaultAlphaBuffer(true);
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QApplication application(argc, argv);
+    velmo::registerQmlModules();
     return RUN_ALL_TESTS();
 }

@@ -84,6 +84,41 @@ TEST_F(CommandTest, GoesToTheFirstOrvaneFromASecondOne)
     EXPECT_TRUE(isRunning());
 }
 
+TEST_F(CommandTest, ReachesTheSettingsFromAScript)
+{
+    launch();
+    QProcess watch;
+    watch.setProcessEnvironment(environment);
+    watch.start(ORVANE, {"watch"});
+    ASSERT_TRUE(watch.waitForStarted());
+    int changes = 0;
+    EXPECT_TRUE(eventually([&] { // from some time on it listens
+        run({"settings", "set", "closeDelay", ++changes % 2 ? "0.6" : "0.8"});
+        return watch.waitForReadyRead(100);
+    }));
+    EXPECT_EQ(run({"settings", "set", "closeDelay", "0.7"}).exitCode, 0);
+    EXPECT_EQ(run({"settings", "get", "closeDelay"}).output.trimmed(), "0.7");
+    EXPECT_TRUE(run({"settings", "list"}).output.contains("closeDelay\t0.7"));
+    EXPECT_TRUE(run({"settings", "list", "--json"}).output.startsWith("["));
+    EXPECT_EQ(run({"settings", "set", "closeDelay", "x"}).exitCode, 1);
+    EXPECT_EQ(run({"settings", "set", "closeDelay"}).exitCode, 2);
+
+    const QString file = home.path("meus ajustes.json");
+    EXPECT_EQ(run({"settings", "export", file}).exitCode, 0);
+    EXPECT_EQ(run({"settings", "export", file}).exitCode, 1);
+    EXPECT_EQ(run({"settings", "import", file}).exitCode, 0);
+    QProcess shell;
+    shell.start("sh", {"-c", R"sh(exec "$0" settings get "$(printf '\377')")sh", ORVANE});
+    ASSERT_TRUE(shell.waitForFinished());
+    EXPECT_EQ(shell.exitCode(), 2);
+    EXPECT_TRUE(shell.readAllStandardError().contains("UTF-8"));
+
+    ::kill(pid_t(watch.processId()), SIGINT);
+    ASSERT_TRUE(watch.waitForFinished());
+    EXPECT_EQ(watch.exitCode(), 130);
+    EXPECT_TRUE(watch.readAllStandardOutput().startsWith("settings closeDelay\n"));
+}
+
 class LaunchTest : public OrvaneTest {};
 
 TEST_F(LaunchTest, OpensOnceForAUserWhoHasNotSeenItYet)

@@ -11,7 +11,7 @@
 
 namespace velmo {
 
-/// What one FETCH response tells of a message.
+/// What one FETCH response says about a message.
 struct IMAPFetch {
     std::int64_t sequence; ///< the message's number in the mailbox
     std::optional<std::uint32_t> uid;

@@ -4,7 +4,7 @@
 #include "VelmoCore/Mail/IMAP/IMAPTokenizer.h"
 
 #include <QRegularExpression>
-#include <QTextBoundaryFinder>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -14,6 +14,8 @@ namespace {
 
 using IMAPText::decimal;
 using IMAPText::decoded;
+
+constexpr qsizetype head = 80; ///< bytes that hold the words of a short response
 
 QString upperText(const IMAPValue &value)
 {
@@ -56,21 +58,9 @@ void readItem(IMAPFetch &fetch, QStringView key, const IMAPValue &value)
     }
 }
 
-std::optional<int> monthNumber(QStringView name)
+std::optional<IMAPFetch> readFetch(const std::vector<IMAPValue> &values)
 {
-    constexpr QStringView names = u"janfebmaraprmayjunjulaugsepoctnovdec";
-    const qsizetype at = names.indexOf(name.toString().toLower());
-    if (at % 3 != 0)
-        return std::nullopt;
-    return int(at / 3) + 1;
-}
-
-} // namespace
-
-std::optional<IMAPFetch> fetch(const QByteArray &response)
-{
-    const auto values = IMAPTokenizer(response).values();
-    if (values.size() < 4 || values[0].text() != u"*")
+    if (values.size() < 4)
         return std::nullopt;
     const auto sequence = number<std::int64_t>(values[1]);
     const auto *items = values[3].list();
@@ -80,6 +70,101 @@ std::optional<IMAPFetch> fetch(const QByteArray &response)
     for (std::size_t i = 1; i < items->size(); i += 2)
         readItem(fetch, upperText((*items)[i - 1]), (*items)[i]);
     return fetch;
+}
+
+std::optional<Listing> readListing(const std::vector<IMAPValue> &values)
+{
+    if (values.size() < 5 || upperText(values[1]) != u"LIST" || !values[2].list())
+        return std::nullopt;
+    auto name = values[4].text();
+    return name ? std::optional(Listing{texts(values[2]), *std::move(name)}) : std::nullopt;
+}
+
+QStringList words(QByteArrayView line)
+{
+    return decoded(line).trimmed().split(u' ', Qt::SkipEmptyParts);
+}
+
+std::optional<Count> readCount(const QByteArray &response)
+{
+    const QStringList line = words(QByteArrayView(response).first(std::min(response.size(), head)));
+    const auto number = line.size() < 3 ? std::nullopt : decimal<std::int64_t>(line[1]);
+    return number ? std::optional(Count{*number, line[2].toUpper()}) : std::nullopt;
+}
+
+Search readSearch(const QByteArray &response)
+{
+    Search search;
+    for (const QString &word : words(response).mid(2)) {
+        if (const auto value = decimal<std::uint32_t>(word))
+            search.numbers.push_back(*value);
+    }
+    return search;
+}
+
+std::optional<QSet<QString>> readCapabilities(const QString &line)
+{
+    // The LF of a CR LF separates nothing.
+    static const QRegularExpression separator(QStringLiteral(" |(?<!\\r)\\n"));
+    const QStringView keyword = u"CAPABILITY ";
+    const qsizetype at = line.indexOf(keyword, 0, Qt::CaseInsensitive);
+    if (at < 0)
+        return std::nullopt;
+    const QString rest = line.sliced(at + keyword.size()).section(u']', 0, 0);
+    const QStringList words = rest.toUpper().split(separator, Qt::SkipEmptyParts);
+    return QSet<QString>(words.begin(), words.end());
+}
+
+Status readStatus(const QByteArray &response)
+{
+    static const QRegularExpression code(QStringLiteral(R"(\[([^\[\] ]+) (\p{N}*))"));
+    const QString line = decoded(response);
+    Status status{{}, readCapabilities(line)};
+    for (auto codes = code.globalMatch(line); codes.hasNext();) {
+        const QRegularExpressionMatch match = codes.next();
+        status.codes.push_back({match.captured(1), decimal<std::uint32_t>(match.capturedView(2))});
+    }
+    return status;
+}
+
+std::optional<int> monthNumber(QStringView name)
+{
+    constexpr QStringView names = u"janfebmaraprmayjunjulaugsepoctnovdec";
+    const qsizetype at = names.indexOf(name.toString().toLower());
+    if (at % 3 != 0)
+        return std::nullopt;
+    return int(at / 3) + 1;
+}
+
+template <typename Alternative>
+std::optional<Alternative> readAs(const QByteArray &response)
+{
+    Response all = read(response);
+    auto *wanted = std::get_if<Alternative>(&all);
+    return wanted ? std::optional(std::move(*wanted)) : std::nullopt;
+}
+
+} // namespace
+
+Response read(const QByteArray &response)
+{
+    const auto values = IMAPTokenizer(response).values();
+    if (values.size() < 2 || values[0].text() != u"*")
+        return readStatus(response);
+    if (auto fetch = readFetch(values))
+        return *std::move(fetch);
+    if (auto listing = readListing(values))
+        return *std::move(listing);
+    if (upperText(values[1]) == u"SEARCH")
+        return readSearch(response);
+    if (auto count = readCount(response))
+        return *std::move(count);
+    return readStatus(response);
+}
+
+std::optional<IMAPFetch> fetch(const QByteArray &response)
+{
+    return readAs<IMAPFetch>(response);
 }
 
 std::optional<Date> parseInternalDate(QStringView text)
@@ -104,82 +189,37 @@ std::optional<Date> parseInternalDate(QStringView text)
 
 std::optional<std::int64_t> count(const QByteArray &response, QStringView keyword)
 {
-    constexpr qsizetype head = 80; // of a response that may be the whole of a message
-    const QString line =
-        decoded(QByteArrayView(response).first(std::min(response.size(), head))).trimmed();
-    const auto pieces = QStringView(line).split(u' ', Qt::SkipEmptyParts);
-    if (pieces.size() < 3 || pieces[0] != u"*" || pieces[2].toString().toUpper() != keyword)
-        return std::nullopt;
-    return decimal<std::int64_t>(pieces[1]);
+    const auto count = readAs<Count>(response);
+    return count && count->keyword == keyword ? std::optional(count->number) : std::nullopt;
 }
 
 std::optional<Listing> list(const QByteArray &response)
 {
-    const auto values = IMAPTokenizer(response).values();
-    if (values.size() < 5 || values[0].text() != u"*" || upperText(values[1]) != u"LIST")
-        return std::nullopt;
-    auto name = values[4].text();
-    if (!values[2].list() || !name)
-        return std::nullopt;
-    return Listing{texts(values[2]), *std::move(name)};
+    return readAs<Listing>(response);
 }
 
 std::optional<std::vector<std::uint32_t>> search(const QByteArray &response)
 {
-    const QString line = decoded(response).trimmed();
-    const auto pieces = QStringView(line).split(u' ', Qt::SkipEmptyParts);
-    if (pieces.size() < 2 || pieces[0] != u"*" || pieces[1].toString().toUpper() != u"SEARCH")
-        return std::nullopt;
-    std::vector<std::uint32_t> found;
-    for (qsizetype i = 2; i < pieces.size(); ++i) {
-        if (const auto value = decimal<std::uint32_t>(pieces[i]))
-            found.push_back(*value);
-    }
-    return found;
+    const auto search = readAs<Search>(response);
+    return search ? std::optional(search->numbers) : std::nullopt;
 }
 
 std::optional<QSet<QString>> capabilities(const QByteArray &response)
 {
-    const QString text = decoded(response);
-    const QStringView keyword = u"CAPABILITY ";
-    const qsizetype at = text.indexOf(keyword, 0, Qt::CaseInsensitive);
-    if (at < 0)
-        return std::nullopt;
-    const qsizetype start = at + keyword.size();
-    const qsizetype bracket = text.indexOf(u']', start);
-    const QString words = text.sliced(start, (bracket < 0 ? text.size() : bracket) - start);
-
-    QSet<QString> found;
-    QString word;
-    const auto takeWord = [&] {
-        if (!word.isEmpty())
-            found.insert(word.toUpper());
-        word.clear();
-    };
-    // A separator is a whole character as a reader counts them: the LF of a CR LF is none.
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, words);
-    for (qsizetype from = 0, to; (to = characters.toNextBoundary()) >= 0; from = to) {
-        const auto character = QStringView(words).sliced(from, to - from);
-        if (character == u" " || character == u"\n")
-            takeWord();
-        else
-            word += character;
-    }
-    takeWord();
-    return found;
+    const auto status = readAs<Status>(response);
+    return status ? status->capabilities : std::nullopt;
 }
 
 std::optional<std::uint32_t> code(QStringView name, const QByteArray &response)
 {
-    const QString text = decoded(response);
-    const QString opening = QStringLiteral("[%1 ").arg(name);
-    const qsizetype at = text.indexOf(opening, 0, Qt::CaseInsensitive);
-    if (at < 0)
+    const auto status = readAs<Status>(response);
+    if (!status)
         return std::nullopt;
-    const auto rest = QStringView(text).sliced(at + opening.size());
-    const auto *end = std::find_if_not(rest.begin(), rest.end(),
-                                       [](QChar character) { return character.isNumber(); });
-    return decimal<std::uint32_t>(rest.first(end - rest.begin()));
+    for (const Status::Code &code : status->codes) {
+        if (name.compare(code.name, Qt::CaseInsensitive) == 0)
+            return code.number;
+    }
+    return std::nullopt;
 }
 
 QString quote(const QString &text)

@@ -10,11 +10,18 @@
 
 #include <cstdint>
 #include <optional>
+#include <variant>
 #include <vector>
 
 /// Reads a mail server's responses (RFC 3501), each a line with its literals in place. What isn't
 /// the response asked for, or can't be read, is absent.
 namespace velmo::IMAPResponse {
+
+/// "* 172 EXISTS"
+struct Count {
+    std::int64_t number;
+    QString keyword; ///< in upper case
+};
 
 /// A mailbox of a LIST response.
 struct Listing {
@@ -23,6 +30,28 @@ struct Listing {
 
     bool operator==(const Listing &) const = default;
 };
+
+/// "* SEARCH 2 5 9"
+struct Search {
+    std::vector<std::uint32_t> numbers;
+};
+
+/// Any other line: the answer to a command, a greeting, a list of capabilities, a remark.
+struct Status {
+    /// A response code with something behind its name, such as "[UIDVALIDITY 42]".
+    struct Code {
+        QString name;
+        std::optional<std::uint32_t> number;
+    };
+    std::vector<Code> codes;
+    /// The words behind CAPABILITY, of a line of its own or of a response code.
+    std::optional<QSet<QString>> capabilities;
+};
+
+using Response = std::variant<Status, IMAPFetch, Count, Listing, Search>;
+
+/// Every response is one of these.
+Response read(const QByteArray &response);
 
 std::optional<IMAPFetch> fetch(const QByteArray &response);
 

@@ -2,15 +2,18 @@
 
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoSystem/Linux/DBus/ControlCalls.h"
+#include "VelmoSystem/Linux/DBus/VerbObjects.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
 
 namespace velmo {
 
-ControlService::ControlService(QDBusConnection bus, std::vector<QUrl> files)
+ControlService::ControlService(QDBusConnection bus, std::vector<QUrl> files,
+                               std::vector<VerbSyntax> verbs)
     : m_bus(std::move(bus)), m_files(std::move(files)),
-      m_calls(std::make_unique<ControlCalls>(m_bus))
+      m_calls(std::make_unique<ControlCalls>(m_bus)),
+      m_verbs(std::make_unique<VerbObjects>(m_bus, std::move(verbs)))
 {
 }
 
@@ -29,16 +32,24 @@ ControlEndpoint::Registration ControlService::claim()
     }
     // Before the name: calls may come with it.
     m_bus.registerObject(ControlBus::path, m_calls.get(), QDBusConnection::ExportAdaptors);
+    m_verbs->registerObjects();
     // One that doesn't answer may be on its way out; then the name is ours.
     if (ownName() || (!activateOther() && ownName()))
         return Registration::first;
+    m_verbs->unregisterObjects();
     m_bus.unregisterObject(ControlBus::path);
     return Registration::second;
 }
 
-void ControlService::serve(Commands commands)
+void ControlService::serve(Commands commands, std::vector<Verb> verbs)
 {
     m_calls->serve(std::move(commands));
+    m_verbs->serve(std::move(verbs));
+}
+
+void ControlService::changed(const QString &noun, const QString &what)
+{
+    m_verbs->announceChange(noun, what);
 }
 
 bool ControlService::ownName()

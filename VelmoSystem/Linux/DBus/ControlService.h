@@ -9,6 +9,7 @@
 namespace velmo {
 
 class ControlCalls;
+class VerbObjects;
 
 /// Where the running Orvane is on the session bus.
 namespace ControlBus {
@@ -24,12 +25,15 @@ inline constexpr int timeout = 5000; ///< milliseconds a caller waits for an ans
 /// asks to quit when this object goes, so destroy it last, before the `QCoreApplication`.
 class ControlService : public ControlEndpoint {
 public:
-    /// `files` are those this process was started with. A `second` one hands them over.
-    explicit ControlService(QDBusConnection bus, std::vector<QUrl> files = {});
+    /// `files` are those this process was started with. A `second` one hands them over. `verbs` are
+    /// all that will be served.
+    explicit ControlService(QDBusConnection bus, std::vector<QUrl> files = {},
+                            std::vector<VerbSyntax> verbs = {});
     ~ControlService() override;
 
     Registration claim() override;
-    void serve(Commands commands) override;
+    void serve(Commands commands, std::vector<Verb> verbs) override;
+    void changed(const QString &noun, const QString &what) override;
 
 private:
     bool ownName();
@@ -38,6 +42,7 @@ private:
     QDBusConnection m_bus;
     std::vector<QUrl> m_files;
     std::unique_ptr<ControlCalls> m_calls;
+    std::unique_ptr<VerbObjects> m_verbs;
 };
 
 } // namespace velmo

@@ -1,14 +1,26 @@
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
 
-#include "VelmoUI/App/AppServices.h"
 #include "VelmoUI/Modules/Activity/ActivityPageModel.h"
+#include "VelmoUI/Modules/Activity/ActivityVerbs.h"
 
 namespace velmo {
 
-NotchModule::View ActivityModule::makeView(const ModuleContext &context)
+ActivityModule::ActivityModule(ActivityCenter &activity, FileViewer &fileViewer,
+                               Scheduler &scheduler)
+    : m_activity(activity), m_fileViewer(fileViewer), m_scheduler(scheduler)
+{
+    ActivityVerbs::connectChanges(activity, this, contentListener());
+}
+
+NotchModule::View ActivityModule::makeView(PanelPort &)
 {
     return {QUrl(QStringLiteral("qrc:/qt/qml/Velmo/Modules/Activity/ActivityPage.qml")),
-            std::make_unique<ActivityPageModel>(context.services)};
+            std::make_unique<ActivityPageModel>(m_activity, m_fileViewer, m_scheduler)};
+}
+
+std::vector<Verb> ActivityModule::verbs()
+{
+    return ActivityVerbs::make(m_activity);
 }
 
 } // namespace velmo

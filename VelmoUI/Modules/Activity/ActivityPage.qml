@@ -1,28 +1,18 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Activity
 
 /// What is going on, then what has just happened, in columns that scroll sideways.
 FocusScope {
     id: view
 
-    property ActivityPageModel page: null
-    property bool watched: false
-    readonly property bool hasLive: page !== null && page.hasLive
-    readonly property bool hasRecent: page !== null && page.hasRecent
-
-    onWatchedChanged: tell()
-    onPageChanged: tell()
-    Component.onDestruction: if (page !== null)
-        page.setWatched(false)
-
-    function tell() {
-        if (page !== null)
-            page.setWatched(watched);
-    }
+    required property ActivityPageModel page
+    readonly property bool hasLive: page.hasLive
+    readonly property bool hasRecent: page.hasRecent
 
     EmptyState {
         anchors.centerIn: parent
-        visible: view.page !== null && !view.hasLive && !view.hasRecent
+        visible: !view.hasLive && !view.hasRecent
         symbol: "waveform.path.ecg"
         title: "Nenhuma atividade ainda"
         detail: "Operações com arquivos, conversões e timers aparecerão aqui, com progresso e resultado."
@@ -31,7 +21,7 @@ FocusScope {
     Item {
         id: liveSection
         visible: view.hasLive
-        width: view.page === null || !view.hasLive ? 0
+        width: !view.hasLive ? 0
              : Math.min(view.page.liveWidth, view.hasRecent ? view.width / 2 : view.width)
         height: parent.height
 
@@ -44,7 +34,7 @@ FocusScope {
             y: Theme.controlHeight
             width: parent.width
             height: parent.height - y
-            model: view.page !== null ? view.page.live : null
+            model: view.page.live
             Accessible.role: Accessible.List
             Accessible.name: liveTitle.text
 
@@ -82,7 +72,7 @@ FocusScope {
             width: parent.width + Theme.gap
             height: parent.height - y + Theme.gap
             cellWidth: 276
-            model: view.page !== null ? view.page.recent : null
+            model: view.page.recent
             Accessible.role: Accessible.List
             Accessible.name: recentTitle.text
 

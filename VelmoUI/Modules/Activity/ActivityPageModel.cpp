@@ -1,9 +1,7 @@
 #include "VelmoUI/Modules/Activity/ActivityPageModel.h"
 
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoSystem/Ports/FileViewer.h"
-#include "VelmoUI/App/AppServices.h"
-
-#include <QLocale>
 
 #include <algorithm>
 
@@ -11,23 +9,9 @@ namespace velmo {
 
 namespace {
 
-QString timeText(Date date, Date now)
-{
-    const QDateTime then = localDateTime(date);
-    const qint64 daysAgo = then.date().daysTo(localDateTime(now).date());
-    const QLocale locale;
-    const QString time = locale.toString(then.time(), QLocale::ShortFormat);
-    if (daysAgo == 0)
-        return time;
-    if (daysAgo == 1)
-        return QStringLiteral("ontem, %1").arg(time);
-    return QStringLiteral("%1, %2").arg(locale.toString(then.date(), QStringLiteral("d MMM")),
-                                        time);
-}
-
 HistoryRow historyRow(const ActivityEvent &event, Date now)
 {
-    const QString time = timeText(event.date, now);
+    const QString time = Words::timeOrDayAndTime(event.date, now);
     const QString detail = event.detail.value_or(QString());
     const QString summary = detail.isEmpty() ? time : QStringLiteral("%1 · %2").arg(time, detail);
     return {uuidText(event.id),
@@ -35,7 +19,7 @@ HistoryRow historyRow(const ActivityEvent &event, Date now)
             event.title,
             detail,
             time,
-            QString::fromLatin1(boost::describe::enum_to_string(event.style, "")),
+            Feedback::of(event.style),
             event.fileURLs.has_value(),
             summary,
             QStringLiteral("%1, %2").arg(event.title, summary)};
@@ -43,46 +27,47 @@ HistoryRow historyRow(const ActivityEvent &event, Date now)
 
 } // namespace
 
-ActivityPageModel::ActivityPageModel(AppServices &services)
-    : m_services(services), m_live(services.activity, services.platform.scheduler)
+ActivityPageModel::ActivityPageModel(ActivityCenter &activity, FileViewer &fileViewer,
+                                     Scheduler &scheduler)
+    : m_activity(activity), m_fileViewer(fileViewer), m_scheduler(scheduler),
+      m_live(activity, scheduler)
 {
     connect(&m_live, &LiveRows::changed, this, &ActivityPageModel::changed);
-    connect(&services.activity, &ActivityCenter::historyChanged, this,
-            &ActivityPageModel::updateRecent);
+    connect(&activity, &ActivityCenter::historyChanged, this, &ActivityPageModel::updateRecent);
     updateRecent();
 }
 
-void ActivityPageModel::setWatched(bool watched)
+void ActivityPageModel::watch(bool isWatched)
 {
-    m_live.setWatched(watched);
-    if (watched)
+    m_live.setWatched(isWatched); // rows that count time run only then
+    if (isWatched)
         updateRecent();
 }
 
 void ActivityPageModel::cancel(const QString &id)
 {
-    m_services.activity.cancel(id);
+    m_activity.cancel(id);
 }
 
 void ActivityPageModel::reveal(const QString &id)
 {
-    const auto &history = m_services.activity.history();
+    const auto &history = m_activity.history();
     const auto event = std::ranges::find(
         history, id, [](const ActivityEvent &candidate) { return uuidText(candidate.id); });
     if (event != history.end() && event->fileURLs)
-        m_services.platform.fileViewer.reveal(*event->fileURLs);
+        m_fileViewer.reveal(*event->fileURLs);
 }
 
 void ActivityPageModel::clearHistory()
 {
-    m_services.activity.clearHistory();
+    m_activity.clearHistory();
 }
 
 void ActivityPageModel::updateRecent()
 {
-    const Date now = m_services.platform.scheduler.now();
+    const Date now = m_scheduler.now();
     std::vector<HistoryRow> rows;
-    for (const ActivityEvent &event : m_services.activity.history())
+    for (const ActivityEvent &event : m_activity.history())
         rows.push_back(historyRow(event, now));
     m_recent.setRecords(rows);
     Q_EMIT changed();

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "VelmoUI/Design/Feedback.h"
 #include "VelmoUI/Design/PanelMetrics.h"
-#include "VelmoUI/Modules/Activity/LiveRows.h"
+#include "VelmoUI/Modules/Frame/LiveRows.h"
+#include "VelmoUI/Modules/Frame/ModulePage.h"
 
 #include <QtQml/qqmlregistration.h>
 
 namespace velmo {
 
-class AppServices;
+class FileViewer;
 
 /// A finished event as the page shows it.
 struct HistoryRow {
@@ -16,7 +18,7 @@ struct HistoryRow {
     QString title;
     QString detail;
     QString time; ///< "14:32" today, "ontem, 14:32", else "12 mar., 14:32"
-    QString style;
+    Feedback::Style style = Feedback::Info;
     bool hasFiles = false;
     QString summary; ///< time and detail in one line
     QString spoken;  ///< for screen readers
@@ -27,7 +29,7 @@ BOOST_DESCRIBE_STRUCT(HistoryRow, (),
                       (id, symbol, title, detail, time, style, hasFiles, summary, spoken))
 
 /// The Activity page of one panel.
-class ActivityPageModel : public QObject {
+class ActivityPageModel : public velmo::ModulePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by its module")
@@ -40,7 +42,7 @@ class ActivityPageModel : public QObject {
     Q_PROPERTY(bool hasRecent READ hasRecent NOTIFY changed)
 
 public:
-    explicit ActivityPageModel(AppServices &services);
+    ActivityPageModel(ActivityCenter &activity, FileViewer &fileViewer, Scheduler &scheduler);
 
     QAbstractItemModel *live() { return &m_live.model(); }
     QAbstractItemModel *recent() { return &m_recent; }
@@ -49,8 +51,6 @@ public:
     bool hasLive() { return m_live.model().rowCount() > 0; }
     bool hasRecent() const { return m_recent.rowCount() > 0; }
 
-    /// Whether the page can be seen; rows that count time run only then.
-    Q_INVOKABLE void setWatched(bool watched);
     Q_INVOKABLE void cancel(const QString &id);
     Q_INVOKABLE void reveal(const QString &id);
     Q_INVOKABLE void clearHistory();
@@ -59,9 +59,12 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void watch(bool isWatched) override;
     void updateRecent();
 
-    AppServices &m_services;
+    ActivityCenter &m_activity;
+    FileViewer &m_fileViewer;
+    Scheduler &m_scheduler;
     LiveRows m_live;
     RecordListModel<HistoryRow> m_recent;
 };

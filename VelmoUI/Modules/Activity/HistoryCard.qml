@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Activity
 
 /// One finished event.
 Card {
@@ -10,7 +11,7 @@ Card {
     required property string symbol
     required property string title
     required property string summary
-    required property string style
+    required property int style
     required property bool hasFiles
     required property string spoken
 
@@ -25,7 +26,7 @@ Card {
         x: Theme.cardPadding
         height: parent.height
         name: card.symbol
-        color: Theme.styles[card.style]
+        color: Theme.feedbackColor(card.style)
     }
 
     Column {

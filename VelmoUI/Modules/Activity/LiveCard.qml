@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Activity
 
 /// One live activity with its progress.
 Card {

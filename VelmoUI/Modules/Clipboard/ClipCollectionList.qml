@@ -1,12 +1,13 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Clipboard
 
 /// The whole history, favourites and collections, one below the other. Tiles can be dropped on them.
 FocusScope {
     id: rail
 
     required property ClipboardPageModel page
-    readonly property ClipCollections collections: page ? page.collections : null
+    readonly property ClipCollections collections: page.collections
 
     /// The keyboard is to go back to the items.
     signal finished
@@ -18,7 +19,7 @@ FocusScope {
 
     CardSurface {
         anchors.fill: parent
-        border.color: rail.collections?.isCollecting ? Theme.accent : Theme.hairline
+        border.color: rail.page.collections.isCollecting ? Theme.accent : Theme.hairline
     }
 
     ListView {
@@ -30,9 +31,9 @@ FocusScope {
         activeFocusOnTab: true
         boundsBehavior: Flickable.StopAtBounds
         highlightMoveDuration: Theme.glide
-        model: rail.collections ? rail.collections.rows : null
+        model: rail.collections.rows
         Accessible.role: Accessible.List
-        Accessible.name: rail.collections?.isCollecting ? "Coleções do item" : "Coleções"
+        Accessible.name: rail.page.collections.isCollecting ? "Coleções do item" : "Coleções"
         Keys.onEscapePressed: event => {
             event.accepted = rail.collections.isCollecting;
             rail.collections.stopCollecting();

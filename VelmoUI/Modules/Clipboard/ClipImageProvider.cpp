@@ -1,6 +1,6 @@
 #include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 
-#include "VelmoUI/Design/ImageWish.h"
+#include "VelmoUI/Design/ImageRequest.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -43,8 +43,8 @@ QString ClipImageProvider::urlFor(const QString &name)
 QQuickImageResponse *ClipImageProvider::requestImageResponse(const QString &id,
                                                              const QSize &requestedSize)
 {
-    const auto wish = std::make_shared<ImageWish>();
-    auto *const response = ImageWish::respond(wish);
+    const auto wish = std::make_shared<ImageRequest>();
+    auto *const response = ImageRequest::respond(wish);
     m_pool.start([this, wish, name = QUrl::fromPercentEncoding(id.toUtf8()), requestedSize] {
         const auto png = wish->isStopped() ? std::nullopt : m_images.read(name);
         wish->answer(png ? unpacked(*png, requestedSize) : QImage());

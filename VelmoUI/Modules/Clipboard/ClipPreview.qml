@@ -1,17 +1,19 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Clipboard
 
 /// What is in a copy, as far as a tile shows it.
 Loader {
     id: preview
 
-    required property string kind
     required property string title
     required property string text
     required property string picture
     required property string swatch
+    required property bool isLink
+    required property bool isImage
 
-    sourceComponent: kind === "text" ? words : kind === "link" ? link : things
+    sourceComponent: isLink ? link : picture.length > 0 || swatch.length > 0 ? things : words
 
     Component {
         id: words
@@ -93,8 +95,8 @@ Loader {
                 text: preview.title
                 elide: Text.ElideMiddle
                 font.pixelSize: Theme.smallSize
-                font.weight: preview.kind === "image" ? Font.Normal : Font.Medium
-                color: preview.kind === "image" ? Theme.secondaryText : Theme.text
+                font.weight: preview.isImage ? Font.Normal : Font.Medium
+                color: preview.isImage ? Theme.secondaryText : Theme.text
                 Accessible.ignored: true
             }
             Label {

@@ -2,11 +2,11 @@
 
 #include "VelmoCore/Clipboard/ClipboardClassifier.h"
 #include "VelmoCore/Files/FileNaming.h"
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
 #include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 
 #include <QColor>
-#include <QLocale>
 #include <QStringList>
 
 namespace velmo {
@@ -59,33 +59,16 @@ void describeFiles(ClipRow &row, const ClipItem &item)
         return;
     row.picture = ThumbnailProvider::urlFor(files.front().toLocalFile());
     row.title = files.size() == 1 ? FileNaming::nameOf(files.front())
-                                  : QStringLiteral("%L1 arquivos").arg(files.size());
+                                  : QStringLiteral("%1 arquivos").arg(Words::number(files.size()));
     QStringList names;
     for (std::size_t i = 0; files.size() > 1 && i < std::min(files.size(), mostNames); ++i)
         names.append(FileNaming::nameOf(files[i]));
     row.text = names.join(QStringLiteral(", "));
 }
 
-QString kindWord(ClipKind kind)
-{
-    switch (kind) {
-    case ClipKind::text:
-        return QStringLiteral("texto");
-    case ClipKind::link:
-        return QStringLiteral("link");
-    case ClipKind::color:
-        return QStringLiteral("cor");
-    case ClipKind::image:
-        return QStringLiteral("imagem");
-    case ClipKind::files:
-        return QStringLiteral("arquivo");
-    }
-    Q_UNREACHABLE();
-}
-
 QString spoken(const ClipRow &row, ClipKind kind)
 {
-    QStringList parts{row.title, kindWord(kind), (row.origin + u' ' + row.age).trimmed()};
+    QStringList parts{row.title, ClipRows::kindWord(kind), (row.origin + u' ' + row.age).trimmed()};
     if (row.isPinned)
         parts.append(QStringLiteral("fixado"));
     if (row.isFavorite)
@@ -99,7 +82,8 @@ QString spoken(const ClipRow &row, ClipKind kind)
 ClipRow ClipRows::make(const ClipItem &item, Date now)
 {
     ClipRow row{.id = uuidText(item.id),
-                .kind = QString::fromLatin1(boost::describe::enum_to_string(item.kind, "")),
+                .isLink = item.kind == ClipKind::link,
+                .isImage = item.kind == ClipKind::image,
                 .isPinned = item.isPinned,
                 .isFavorite = item.isFavorite,
                 .isCollected = !item.collectionIDs.empty()};
@@ -122,24 +106,27 @@ ClipRow ClipRows::make(const ClipItem &item, Date now)
         break;
     }
     row.origin = item.sourceAppName.value_or(QString());
-    row.age = row.origin.isEmpty() ? age(item.date, now)
-                                   : QStringLiteral("· %1").arg(age(item.date, now));
+    const QString age = Words::age(item.date, now);
+    row.age = row.origin.isEmpty() ? age : QStringLiteral("· %1").arg(age);
     row.spoken = velmo::spoken(row, item.kind);
     return row;
 }
 
-QString ClipRows::age(Date date, Date now)
+QString ClipRows::kindWord(ClipKind kind)
 {
-    const auto minutes = qint64((now - date) / 60s);
-    if (minutes < 1)
-        return QStringLiteral("agora");
-    if (minutes < 60)
-        return QStringLiteral("%1 min").arg(minutes);
-    if (minutes < 24 * 60)
-        return QStringLiteral("%1 h").arg(minutes / 60);
-    if (minutes < 7 * 24 * 60)
-        return QStringLiteral("%1 d").arg(minutes / (24 * 60));
-    return QLocale().toString(localDateTime(date).date(), QLocale::ShortFormat);
+    switch (kind) {
+    case ClipKind::text:
+        return QStringLiteral("texto");
+    case ClipKind::link:
+        return QStringLiteral("link");
+    case ClipKind::color:
+        return QStringLiteral("cor");
+    case ClipKind::image:
+        return QStringLiteral("imagem");
+    case ClipKind::files:
+        return QStringLiteral("arquivo");
+    }
+    Q_UNREACHABLE();
 }
 
 } // namespace velmo

@@ -9,13 +9,14 @@ namespace velmo {
 /// An item of the clipboard's history as a tile shows it.
 struct ClipRow {
     QString id;
-    QString kind;  ///< the name of its `ClipKind`
     QString title; ///< a link's host, a colour, an image's size, a file's name; a text in one line
     QString text;  ///< how a text begins, the rest of an address, the names of several files
     QString picture; ///< where an image or a file's picture comes from, else empty
     QString swatch;  ///< a colour as QML reads it, else empty
-    QString origin;  ///< the application, empty if it isn't known
-    QString age;     ///< "5 min", "· 5 min" after an application
+    bool isLink = false;
+    bool isImage = false;
+    QString origin; ///< the application, empty if it isn't known
+    QString age;    ///< "5 min", "· 5 min" after an application
     bool isPinned = false;
     bool isFavorite = false;
     bool isCollected = false;
@@ -24,16 +25,16 @@ struct ClipRow {
     bool operator==(const ClipRow &) const = default;
 };
 BOOST_DESCRIBE_STRUCT(ClipRow, (),
-                      (id, kind, title, text, picture, swatch, origin, age, isPinned, isFavorite,
-                       isCollected, spoken))
+                      (id, title, text, picture, swatch, isLink, isImage, origin, age, isPinned,
+                       isFavorite, isCollected, spoken))
 
 namespace ClipRows {
 
 /// Asks the file system nothing.
 ClipRow make(const ClipItem &item, Date now);
 
-/// "agora", "5 min", "3 h", "2 d", then the day.
-QString age(Date date, Date now);
+/// "texto", "link", "cor" …
+QString kindWord(ClipKind kind);
 
 } // namespace ClipRows
 } // namespace velmo

@@ -1,68 +1,47 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Clipboard
+import Velmo.Modules.Frame
 
 /// A copy: a click puts it back on the clipboard, a drag takes it elsewhere.
-Item {
+Tile {
     id: tile
 
-    required property int index
-    required property string kind
     required property string title
     required property string text
     required property string picture
     required property string swatch
+    required property bool isLink
+    required property bool isImage
     required property string origin
     required property string age
     required property bool isPinned
     required property bool isFavorite
     required property bool isCollected
-    required property string spoken
     required property ClipboardPageModel page
-    /// Of the picture that is dragged.
-    readonly property real radius: Theme.cardRadius
-    readonly property bool isCurrent: GridView.isCurrentItem
-    readonly property bool isFocused: isCurrent && GridView.view.activeFocus
-    readonly property bool isRinged: (isFocused && FocusCue.byKeys) || (isCurrent && page.collections.isCollecting)
-    readonly property bool hovered: hover.hovered
-
-    signal menuRequested(point at)
 
     function run(command: string) {
-        page.setCurrent(index);
+        page.press(index, 0);
         page.run(command);
     }
 
-    Accessible.role: Accessible.ListItem
-    Accessible.name: spoken
-    Accessible.selectable: true
-    Accessible.selected: isCurrent
-    Accessible.focusable: true
-    Accessible.focused: isFocused
+    isSelected: GridView.isCurrentItem
+    isRinged: (isFocused && FocusCue.byKeys) || (isSelected && page.collections.isCollecting)
+    color: pressed ? Theme.surfacePressed : hovered ? Theme.surfaceHover : Theme.surface
+    onClicked: page.copy()
     Accessible.onPressAction: run("copy")
-
-    CardSurface {
-        anchors.fill: parent
-        color: area.pressed ? Theme.surfacePressed : tile.hovered ? Theme.surfaceHover : Theme.surface
-        border.width: tile.isRinged ? Theme.ringWidth : 1
-        border.color: tile.isRinged ? Theme.accent : Theme.hairline
-
-        Behavior on color {
-            ColorAnimation {
-                duration: Theme.hover
-            }
-        }
-    }
 
     ClipPreview {
         x: Theme.cardPadding
         y: 2 * Theme.grid
         width: parent.width - 2 * x
         height: footer.y - y - Theme.grid
-        kind: tile.kind
         title: tile.title
         text: tile.text
         picture: tile.picture
         swatch: tile.swatch
+        isLink: tile.isLink
+        isImage: tile.isImage
     }
 
     // A long name gives way; the age stays.
@@ -116,47 +95,13 @@ Item {
         }
     }
 
-    HoverHandler {
-        id: hover
-    }
-
-    MouseArea {
-        id: area
-
-        property point start
-        property bool hasDragged: false
-
-        anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
-        preventStealing: true
-        onPressed: mouse => {
-            start = Qt.point(mouse.x, mouse.y);
-            hasDragged = false;
-            tile.GridView.view.forceActiveFocus();
-            tile.page.setCurrent(tile.index);
-            if (mouse.button === Qt.RightButton)
-                tile.menuRequested(start);
-        }
-        onPositionChanged: mouse => {
-            const way = Math.abs(mouse.x - start.x) + Math.abs(mouse.y - start.y);
-            if (hasDragged || !(pressedButtons & Qt.LeftButton) || way < Application.styleHints.startDragDistance)
-                return;
-            hasDragged = true;
-            tile.page.drag(tile);
-        }
-        onClicked: mouse => {
-            if (!hasDragged && mouse.button === Qt.LeftButton)
-                tile.page.copy();
-        }
-    }
-
     // In place of the marks, so that nothing of the content is under them.
     Loader {
         id: buttons
         anchors.right: parent.right
         anchors.rightMargin: Theme.iconInset
         y: footer.y
-        active: tile.hovered && !area.pressed
+        active: tile.hovered && !tile.pressed
         sourceComponent: Row {
             IconButton {
                 activeFocusOnTab: false

@@ -1,35 +1,37 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardCardModel.h"
 
-#include "VelmoUI/App/AppServices.h"
-
 #include <algorithm>
 
 namespace velmo {
 
-ClipboardCardModel::ClipboardCardModel(const ModuleContext &context) : m_context(context)
+ClipboardCardModel::ClipboardCardModel(const ClipboardServices &services, PanelPort &panel)
+    : m_services(services), m_panel(panel)
 {
-    connect(&context.services.clipboard, &ClipboardStore::itemsChanged, this,
-            &ClipboardCardModel::update);
+    connect(&services.store, &ClipboardStore::itemsChanged, this, &ClipboardCardModel::update);
     update();
 }
 
 void ClipboardCardModel::copy(int index)
 {
-    AppServices &services = m_context.services;
-    const auto &items = services.clipboard.items();
+    const auto &items = m_services.store.items();
     if (index < 0 || index >= int(std::min(items.size(), mostItems)))
         return;
-    services.clipboardMonitor.copy(ClipItem(items[std::size_t(index)]));
-    m_context.close();
+    m_services.monitor.copy(ClipItem(items[std::size_t(index)]));
+    m_panel.close();
+}
+
+void ClipboardCardModel::watch(bool isWatched)
+{
+    if (isWatched)
+        update(); // the ages
 }
 
 void ClipboardCardModel::update()
 {
-    AppServices &services = m_context.services;
-    const auto &items = services.clipboard.items();
+    const auto &items = m_services.store.items();
     std::vector<ClipRow> rows;
     for (std::size_t i = 0; i < std::min(items.size(), mostItems); ++i)
-        rows.push_back(ClipRows::make(items[i], services.platform.scheduler.now()));
+        rows.push_back(ClipRows::make(items[i], m_services.scheduler.now()));
     m_rows.setRecords(rows);
     Q_EMIT changed();
 }

@@ -2,14 +2,16 @@
 
 #include "VelmoUI/Design/RecordListModel.h"
 #include "VelmoUI/Modules/Clipboard/ClipRow.h"
-#include "VelmoUI/Modules/NotchModule.h"
+#include "VelmoUI/Modules/Clipboard/ClipboardServices.h"
+#include "VelmoUI/Modules/Frame/ModulePage.h"
+#include "VelmoUI/Modules/Frame/PanelPort.h"
 
 #include <QtQml/qqmlregistration.h>
 
 namespace velmo {
 
 /// The latest copies, for Home.
-class ClipboardCardModel : public QObject {
+class ClipboardCardModel : public velmo::ModulePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by Home")
@@ -19,21 +21,24 @@ class ClipboardCardModel : public QObject {
 public:
     static constexpr std::size_t mostItems = 4;
 
-    explicit ClipboardCardModel(const ModuleContext &context);
+    /// `panel` outlives the card.
+    ClipboardCardModel(const ClipboardServices &services, PanelPort &panel);
 
     QAbstractItemModel *items() { return &m_rows; }
     bool isEmpty() const { return m_rows.rowCount() == 0; }
 
     /// Puts it back on the pasteboard and closes the panel, ready to paste.
     Q_INVOKABLE void copy(int index);
-    /// Tells the ages anew.
-    Q_INVOKABLE void update();
 
 Q_SIGNALS:
     void changed();
 
 private:
-    const ModuleContext m_context;
+    void watch(bool isWatched) override;
+    void update();
+
+    const ClipboardServices m_services;
+    PanelPort &m_panel;
     RecordListModel<ClipRow> m_rows;
 };
 

@@ -1,48 +1,28 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Clipboard
+import Velmo.Modules.Frame
 
 /// What the user copied, in a row that scrolls sideways, beside the collections.
 FocusScope {
     id: view
 
-    property ClipboardPageModel page: null
-    property bool watched: false
-    /// Until then the tiles aren't made, so that they are made once.
-    property bool wasWatched: false
-    readonly property bool hasHistory: page !== null && (!page.isEmpty || page.canUndo)
-    readonly property bool isAsked: page !== null && page.question.length > 0
-
-    onWatchedChanged: tell()
-    onPageChanged: tell()
-    Component.onDestruction: if (page !== null)
-        page.setWatched(false)
-
-    function tell() {
-        if (page === null)
-            return;
-        if (watched)
-            search.text = "";
-        page.setWatched(watched);
-        wasWatched = wasWatched || watched;
-    }
-
-    function openMenu(tile: Item, at: point) {
-        menu.open(tile.mapToItem(view, at));
-    }
+    required property ClipboardPageModel page
+    readonly property bool isAsked: page.question.length > 0
 
     Loader {
         anchors.centerIn: parent
-        active: view.page !== null && !view.hasHistory
+        active: !view.page.hasTiles
         sourceComponent: EmptyState {
             width: Math.min(view.width, Theme.paneWidth)
             symbol: "doc.on.clipboard"
-            title: view.page?.isEnabled ? "Nada copiado ainda" : "O histórico do clipboard está desligado"
-            detail: view.page?.isCapturing ? "Textos, links, cores, imagens e arquivos que você copiar aparecem aqui."
-                  : view.page?.isEnabled ? "A captura está pausada." : "Ligado, ele guarda o que você copiar, só neste computador."
+            title: view.page.isEnabled ? "Nada copiado ainda" : "O histórico do clipboard está desligado"
+            detail: view.page.isCapturing ? "Textos, links, cores, imagens e arquivos que você copiar aparecem aqui."
+                  : view.page.isEnabled ? "A captura está pausada." : "Ligado, ele guarda o que você copiar, só neste computador."
 
             ActionButton {
-                visible: !view.page?.isCapturing
-                name: view.page?.isEnabled ? "Retomar" : "Ligar"
+                visible: !view.page.isCapturing
+                name: view.page.isEnabled ? "Retomar" : "Ligar"
                 onTriggered: view.page.toggleCapture()
             }
             ActionButton {
@@ -54,11 +34,11 @@ FocusScope {
 
     ClipCollectionList {
         id: rail
-        visible: view.hasHistory
+        visible: view.page.hasTiles
         width: Theme.railWidth
         height: parent.height
         page: view.page
-        onFinished: grid.forceActiveFocus()
+        onFinished: tiles.forceActiveFocus()
     }
 
     Item {
@@ -66,27 +46,18 @@ FocusScope {
         anchors.left: rail.right
         anchors.leftMargin: Theme.gap
         anchors.right: parent.right
-        visible: view.hasHistory
+        visible: view.page.hasTiles
         height: Theme.controlHeight
         z: 1
 
-        TextEntry {
+        SearchField {
             id: search
             visible: !view.isAsked
             width: Theme.searchWidth
             name: "Buscar no clipboard"
-            placeholder: "Buscar"
+            results: tiles
             onEdited: text => view.page.search(text)
             onAccepted: view.page.copy()
-            Keys.onDownPressed: grid.forceActiveFocus()
-            Keys.onEscapePressed: event => {
-                event.accepted = text.length > 0;
-                if (event.accepted) {
-                    text = "";
-                    view.page.search("");
-                    grid.forceActiveFocus();
-                }
-            }
         }
 
         Flickable {
@@ -105,9 +76,9 @@ FocusScope {
             Picker {
                 id: picker
                 name: "Tipo"
-                options: view.page?.kinds ?? []
-                symbols: view.page?.kindSymbols ?? []
-                current: view.page?.kindIndex ?? 0
+                options: view.page.kinds
+                symbols: view.page.kindSymbols
+                current: view.page.kindIndex
                 onPicked: index => view.page.kindIndex = index
             }
             SidewaysWheel {
@@ -121,25 +92,14 @@ FocusScope {
             anchors.rightMargin: Theme.iconInset
             visible: !view.isAsked
 
-            Label {
-                height: Theme.controlHeight
-                rightPadding: 2 * Theme.grid
-                text: view.page?.summary ?? ""
-                color: view.page?.isCapturing ? Theme.secondaryText : Theme.warning
-                font.pixelSize: Theme.smallSize
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
-            ActionButton {
-                visible: view.page?.canUndo ?? false
-                name: "Desfazer"
-                textColor: Theme.accent
-                onTriggered: view.page.undoRemove()
+            TileSummary {
+                page: view.page
+                color: view.page.isCapturing ? Theme.secondaryText : Theme.warning
             }
             IconButton {
                 id: pause
-                name: view.page?.isCapturing ? "Pausar captura" : view.page?.isEnabled ? "Retomar captura" : "Ligar histórico"
-                symbol: view.page?.isCapturing ? "pause.fill" : "play.fill"
+                name: view.page.isCapturing ? "Pausar captura" : view.page.isEnabled ? "Retomar captura" : "Ligar histórico"
+                symbol: view.page.isCapturing ? "pause.fill" : "play.fill"
                 onTriggered: view.page.toggleCapture()
             }
             IconButton {
@@ -160,7 +120,7 @@ FocusScope {
             anchors.right: parent.right
             active: view.isAsked
             onActiveChanged: if (!active)
-                grid.forceActiveFocus()
+                tiles.forceActiveFocus()
             sourceComponent: Row {
                 spacing: 2 * Theme.grid
                 Keys.onEscapePressed: view.page.answer(false)
@@ -189,68 +149,33 @@ FocusScope {
         }
     }
 
-    Label {
-        anchors.centerIn: grid
-        visible: view.hasHistory && !view.page.hasFound
-        text: "Nada encontrado"
-        color: Theme.secondaryText
-    }
-
-    CardGrid {
-        id: grid
+    TileGrid {
+        id: tiles
         anchors.left: header.left
         anchors.right: parent.right
         anchors.rightMargin: -Theme.gap
         anchors.top: header.bottom
         anchors.topMargin: 2 * Theme.grid
         anchors.bottom: parent.bottom
-        visible: view.hasHistory
-        rows: 1
         cellWidth: Theme.clipWidth
-        interactive: false
-        keyNavigationEnabled: false
-        focus: true
-        cacheBuffer: 0
-        model: view.wasWatched ? view.page.items : null
-        currentIndex: view.page?.currentIndex ?? -1
-        Accessible.role: Accessible.List
-        Accessible.name: "Clipboard"
-        Keys.onPressed: event => {
-            event.accepted = view.page.handleKey(event.key, event.modifiers);
-            if (event.accepted)
-                return;
-            const isMenu = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier);
-            if (isMenu && currentItem) {
-                view.openMenu(currentItem, Qt.point(currentItem.width / 2, currentItem.height / 4));
-                event.accepted = true;
-            } else if (view.hasHistory && event.text > " " && event.key !== Qt.Key_Delete && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))) {
-                search.text += event.text;
-                view.page.search(search.text);
-                search.forceActiveFocus();
-                event.accepted = true;
-            }
-        }
+        name: "Clipboard"
+        page: view.page
+        search: search
 
         delegate: ClipTile {
-            width: grid.cellWidth - Theme.gap
-            height: grid.cellHeight
+            grid: tiles
             page: view.page
-            onMenuRequested: at => view.openMenu(this, at)
         }
-    }
-
-    ContextMenu {
-        id: menu
-        model: view.page ? view.page.commands : null
-        onChosen: id => view.page.run(id)
-        onVisibleChanged: if (!visible && !view.page.collections.isCollecting)
-            grid.forceActiveFocus()
     }
 
     Connections {
         target: view.page
         function onCollecting() {
             rail.enter();
+        }
+        function onWatchedChanged() {
+            if (view.page.isWatched)
+                search.text = "";
         }
     }
 }

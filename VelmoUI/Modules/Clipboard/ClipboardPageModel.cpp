@@ -1,10 +1,11 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardPageModel.h"
 
 #include "VelmoCore/Foundation/PlatformNames.h"
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoUI/Design/TileDrag.h"
 #include "VelmoUI/Modules/Clipboard/ClipDrag.h"
-#include "VelmoUI/Modules/TileSelection.h"
+#include "VelmoUI/Modules/Frame/TileSelection.h"
 
 #include <QFileInfo>
 
@@ -15,7 +16,7 @@ namespace velmo {
 
 namespace {
 
-/// Ages are told in minutes.
+/// The ages on show change this often at most.
 constexpr Seconds minute = 60s;
 
 constexpr std::array kindsInOrder = {ClipKind::text, ClipKind::link, ClipKind::color,
@@ -60,7 +61,7 @@ std::vector<Command> commandsFor(const ClipItem &item)
     return commands;
 }
 
-/// Nothing if one of them is there no more.
+/// Nothing if one of them is gone.
 std::optional<std::vector<QUrl>> targetsOf(const ClipItem &item)
 {
     if (item.kind == ClipKind::link)
@@ -73,19 +74,20 @@ std::optional<std::vector<QUrl>> targetsOf(const ClipItem &item)
 
 } // namespace
 
-ClipboardPageModel::ClipboardPageModel(const ModuleContext &context)
-    : m_context(context), m_collections(context.services.clipboard)
+ClipboardPageModel::ClipboardPageModel(const ClipboardServices &services, PanelPort &panel)
+    : TilePage(services.scheduler), m_services(services), m_panel(panel),
+      m_collections(services.store)
 {
     connect(&store(), &ClipboardStore::itemsChanged, this, &ClipboardPageModel::update);
     connect(&m_collections, &ClipCollections::shownChanged, this, &ClipboardPageModel::showFirst);
-    connect(&context.services.settings, &SettingsStore::settingsChanged, this,
+    connect(&services.settings, &SettingsStore::settingsChanged, this,
             &ClipboardPageModel::changed);
 }
 
 ClipboardPageModel::~ClipboardPageModel()
 {
     disconnect(&store(), nullptr, this, nullptr);
-    removeForGood();
+    m_undo.commitAll();
 }
 
 bool ClipboardPageModel::isEmpty() const
@@ -116,34 +118,28 @@ void ClipboardPageModel::setKindIndex(int index)
     showFirst();
 }
 
-QString ClipboardPageModel::summary() const
+QString ClipboardPageModel::state() const
 {
-    if (canUndo())
-        return QStringLiteral("Removido");
-    if (!m_notice.isEmpty())
-        return m_notice;
     if (!isCapturing())
         return isEnabled() ? QStringLiteral("Pausado") : QStringLiteral("Desligado");
-    const auto count = m_list.items().size();
-    return count == 1 ? QStringLiteral("1 item") : QStringLiteral("%L1 itens").arg(count);
+    return Words::items(m_rows.records().size());
 }
 
 bool ClipboardPageModel::isCapturing() const
 {
-    return isEnabled() && !m_context.services.settings.settings().clipboardPaused;
+    return isEnabled() && !m_services.settings.settings().clipboardPaused;
 }
 
 bool ClipboardPageModel::isEnabled() const
 {
-    return m_context.services.settings.settings().clipboardEnabled;
+    return m_services.settings.settings().clipboardEnabled;
 }
 
-void ClipboardPageModel::setWatched(bool watched)
+void ClipboardPageModel::watch(bool isWatched)
 {
-    m_isWatched = watched;
-    if (!watched) {
+    if (!isWatched) {
         m_aging.cancel();
-        removeForGood();
+        m_undo.commitAll();
         return;
     }
     m_query.clear();
@@ -161,9 +157,9 @@ void ClipboardPageModel::search(const QString &text)
     showFirst();
 }
 
-void ClipboardPageModel::setCurrent(int index)
+void ClipboardPageModel::press(int index, int)
 {
-    const auto &items = m_list.items();
+    const auto &items = m_rows.records();
     if (index < 0 || index >= int(items.size()))
         return;
     m_current = items[std::size_t(index)].id;
@@ -175,7 +171,7 @@ void ClipboardPageModel::setCurrent(int index)
 bool ClipboardPageModel::handleKey(int key, int modifiers)
 {
     const int pressed = modifiers & ~Qt::KeypadModifier;
-    const int last = int(m_list.items().size()) - 1;
+    const int last = m_rows.rowCount() - 1;
     if (key == Qt::Key_Z && pressed == ctrl && canUndo()) {
         undoRemove();
         return true;
@@ -184,7 +180,7 @@ bool ClipboardPageModel::handleKey(int key, int modifiers)
         return false;
     const auto place = pressed == 0 ? tileAfter(key, currentIndex(), last) : std::nullopt;
     if (place) {
-        setCurrent(*place);
+        press(*place, 0);
         return true;
     }
     const int wanted = key == Qt::Key_Enter ? int(Qt::Key_Return) : key;
@@ -203,8 +199,8 @@ void ClipboardPageModel::copy()
     const auto item = current();
     if (!item)
         return;
-    m_context.services.clipboardMonitor.copy(*item);
-    m_context.close();
+    m_services.monitor.copy(*item);
+    m_panel.close();
 }
 
 void ClipboardPageModel::run(const QString &command)
@@ -232,16 +228,6 @@ void ClipboardPageModel::run(const QString &command)
     }
 }
 
-void ClipboardPageModel::undoRemove()
-{
-    m_removal.cancel();
-    const auto back = std::exchange(m_removed, std::nullopt);
-    if (!back)
-        return;
-    m_current = back->id;
-    update();
-}
-
 void ClipboardPageModel::drag(QQuickItem *tile)
 {
     const auto item = current();
@@ -252,7 +238,7 @@ void ClipboardPageModel::drag(QQuickItem *tile)
 
 void ClipboardPageModel::toggleCapture()
 {
-    m_context.services.settings.update([](AppSettings &settings) {
+    m_services.settings.update([](AppSettings &settings) {
         settings.clipboardPaused = settings.clipboardEnabled && !settings.clipboardPaused;
         settings.clipboardEnabled = true;
     });
@@ -260,15 +246,14 @@ void ClipboardPageModel::toggleCapture()
 
 void ClipboardPageModel::openSettings()
 {
-    m_context.close();
-    m_context.services.openSettings(SettingsPane::privacy);
+    m_panel.openSettings(SettingsPane::privacy);
 }
 
 void ClipboardPageModel::askToClear()
 {
     m_question = {QStringLiteral("Apagar o histórico do clipboard?"),
                   QStringLiteral("Apagar, exceto fixados e coleções"), [this] {
-                      removeForGood();
+                      m_undo.commitAll();
                       store().clear(false);
                   }};
     Q_EMIT changed();
@@ -296,13 +281,13 @@ void ClipboardPageModel::answer(bool isConfirmed)
 
 void ClipboardPageModel::update()
 {
-    if (!m_isWatched)
+    if (!isWatched())
         return;
-    if (m_removed) { // until it is copied anew
+    if (m_removed) { // until it is copied again
         const auto item = store().item(m_removed->id);
         if (!item || item->date != m_removed->date) {
             m_removed.reset();
-            m_removal.cancel();
+            m_undo.clear();
         }
     }
     auto items =
@@ -310,9 +295,10 @@ void ClipboardPageModel::update()
     if (m_removed)
         std::erase_if(items, [this](const ClipItem &item) { return item.id == m_removed->id; });
     const int place = std::max(currentIndex(), 0);
-    m_list.setItems(std::move(items), m_context.services.platform.scheduler.now());
+    m_rows.setRecords(std::move(items));
+    const auto &rows = m_rows.records();
     if (currentIndex() < 0 && hasFound()) // near where it was
-        m_current = m_list.items()[std::min(std::size_t(place), m_list.items().size() - 1)].id;
+        m_current = rows[std::min(std::size_t(place), rows.size() - 1)].id;
     updateCommands();
     Q_EMIT changed();
 }
@@ -335,7 +321,7 @@ void ClipboardPageModel::updateCommands()
 
 void ClipboardPageModel::keepAges()
 {
-    m_aging = m_context.services.platform.scheduler.after(minute, [this] {
+    m_aging = m_services.scheduler.after(minute, [this] {
         update();
         keepAges();
     });
@@ -344,7 +330,7 @@ void ClipboardPageModel::keepAges()
 std::optional<ClipItem> ClipboardPageModel::current() const
 {
     const int place = currentIndex();
-    return place < 0 ? std::nullopt : std::optional(m_list.items()[std::size_t(place)]);
+    return place < 0 ? std::nullopt : std::optional(m_rows.records()[std::size_t(place)]);
 }
 
 void ClipboardPageModel::open(const ClipItem &item)
@@ -355,8 +341,8 @@ void ClipboardPageModel::open(const ClipItem &item)
         return;
     }
     for (const QUrl &target : *targets)
-        m_context.services.platform.fileViewer.open(target);
-    m_context.close();
+        m_services.fileViewer.open(target);
+    m_panel.close();
 }
 
 void ClipboardPageModel::reveal(const ClipItem &item)
@@ -366,33 +352,24 @@ void ClipboardPageModel::reveal(const ClipItem &item)
         say(QStringLiteral("Arquivo não encontrado"));
         return;
     }
-    m_context.services.platform.fileViewer.reveal(*files);
-    m_context.close();
+    m_services.fileViewer.reveal(*files);
+    m_panel.close();
 }
 
 void ClipboardPageModel::remove(const ClipItem &item)
 {
-    removeForGood();
+    m_undo.commitAll();
     m_removed = {item.id, item.date};
-    m_removal = m_context.services.platform.scheduler.after(undoTime, [this] { removeForGood(); });
-    update();
-}
-
-void ClipboardPageModel::removeForGood()
-{
-    m_removal.cancel();
-    // Hidden until the history has let it go.
-    if (const auto removed = m_removed) {
-        store().remove(removed->id);
+    const auto bringBack = [this] {
+        m_current = std::exchange(m_removed, std::nullopt)->id;
+        update();
+    };
+    const auto letGo = [this, id = item.id] {
+        store().remove(id); // hidden until then
         m_removed.reset();
-        Q_EMIT changed();
-    }
-}
-
-void ClipboardPageModel::say(const QString &notice)
-{
-    m_notice = notice;
-    Q_EMIT changed();
+    };
+    m_undo.offer(QStringLiteral("Removido"), bringBack, letGo);
+    update();
 }
 
 } // namespace velmo

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoSystem/Ports/Applications.h"
 
 #include <QUrl>
@@ -8,25 +10,45 @@
 
 namespace velmo {
 
-class AppServices;
-
 /// The user's favourite applications: ids of desktop entries in the settings' `favoriteApps`. Ids
 /// of applications that aren't installed stay there, but neither show nor count.
-namespace FavoriteApps {
+class FavoriteApps {
+public:
+    static constexpr std::size_t limit = 12;
 
-inline constexpr std::size_t limit = 12;
+    /// All of them outlive this object.
+    FavoriteApps(SettingsStore &settings, Applications &applications, ActivityCenter &activity,
+                 Scheduler &scheduler)
+        : m_settings(settings), m_applications(applications), m_activity(activity),
+          m_scheduler(scheduler)
+    {
+    }
 
-/// Adds what the files are the desktop entries of; known ones stay where they are. What doesn't fit
-/// or is no installed application is told to the user as feedback ("Favoritos cheios").
-void add(const std::vector<QUrl> &urls, AppServices &services);
-/// The same by ids.
-void add(const std::vector<QString> &ids, AppServices &services);
-void remove(const QString &id, AppServices &services);
-/// Moves a favourite to the place `index` of `rows`, or to the nearest one there is.
-void move(const QString &id, int index, AppServices &services);
+    /// Adds what the files are the desktop entries of; known ones stay where they are. The user
+    /// hears of what doesn't fit or is no installed application ("Favoritos cheios").
+    void add(const std::vector<QUrl> &urls);
+    /// The same by ids.
+    void add(const std::vector<QString> &ids);
+    void remove(const QString &id);
+    /// Moves a favourite to the place `index` of `rows`, or to the nearest one there is.
+    void move(const QString &id, int index);
+    /// Starts an application. The user hears of a failure.
+    void launch(const QString &id);
 
-/// The favourites to show, in the user's order.
-std::vector<Applications::Application> rows(const AppServices &services);
+    /// The favourites to show, in the user's order.
+    std::vector<Applications::Application> rows() const;
+    Applications &applications() const { return m_applications; }
+    SettingsStore &settings() const { return m_settings; }
 
-} // namespace FavoriteApps
+private:
+    void addInstalled(const std::vector<std::optional<QString>> &ids);
+    void notify(FeedbackStyle style, const QString &symbol, const QString &title,
+                const std::optional<QString> &detail);
+
+    SettingsStore &m_settings;
+    Applications &m_applications;
+    ActivityCenter &m_activity;
+    Scheduler &m_scheduler;
+};
+
 } // namespace velmo

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Home
 
 /// Finds applications and makes them favourites.
 FocusScope {

@@ -1,20 +1,19 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Home
 
 /// The favourite applications, a click away.
 CardSurface {
     id: favorites
 
-    required property HomePage home
     required property string title
     required property FavoritesModel card
-    property bool watched: false
+    /// Home's, which gives it.
+    property HomeMenu menu: null
     property Item pointed: null
 
     Accessible.role: Accessible.Grouping
     Accessible.name: title
-    Component.onDestruction: if (card)
-        card.forgetRemoved()
 
     // Names the application that the pointer or the keyboard is on.
     SectionTitle {
@@ -42,12 +41,7 @@ CardSurface {
         visible: !favorites.card.isEmpty
         name: "Adicionar favorito"
         symbol: "plus"
-        onTriggered: favorites.pick()
-    }
-
-    function pick() {
-        home.picking = card;
-        card.startPicking();
+        onTriggered: favorites.card.startPicking()
     }
 
     GridView {
@@ -79,7 +73,7 @@ CardSurface {
             required property var model
 
             function openMenu(at: point) {
-                favorites.home.openMenu(icon, at, favorites.card.commands);
+                favorites.menu.openFor(icon, at, favorites.card.commands);
             }
             function run(command: string) {
                 favorites.card.run(command, id);
@@ -99,7 +93,7 @@ CardSurface {
             onTriggered: favorites.card.launch(icon.id)
             Keys.onDeletePressed: favorites.card.remove(icon.id)
             Keys.onPressed: event => {
-                const asks = favorites.home.isMenuKey(event);
+                const asks = favorites.menu.isCalledBy(event);
                 const moves = event.modifiers === (Qt.ControlModifier | Qt.ShiftModifier);
                 const by = event.key === Qt.Key_Left ? -1 : event.key === Qt.Key_Right ? 1 : 0;
                 event.accepted = asks || (moves && by !== 0);
@@ -145,7 +139,7 @@ CardSurface {
         ActionButton {
             anchors.horizontalCenter: parent.horizontalCenter
             name: "Adicionar"
-            onTriggered: favorites.pick()
+            onTriggered: favorites.card.startPicking()
         }
     }
 }

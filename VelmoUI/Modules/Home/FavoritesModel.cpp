@@ -1,8 +1,6 @@
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
 
-#include "VelmoUI/App/AppServices.h"
-#include "VelmoUI/App/ApplicationSearch.h"
-#include "VelmoUI/Modules/Home/FavoriteApps.h"
+#include "VelmoSystem/Applications/ApplicationSearch.h"
 
 #include <algorithm>
 
@@ -29,17 +27,21 @@ QString removeCommand()
 
 } // namespace
 
-FavoritesModel::FavoritesModel(const ModuleContext &context) : m_context(context)
+FavoritesModel::FavoritesModel(FavoriteApps &apps, PanelPort &panel) : m_apps(apps), m_panel(panel)
 {
-    connect(&context.services.settings, &SettingsStore::settingsChanged, this,
-            &FavoritesModel::update);
-    connect(&context.services.platform.applications, &Applications::changed, this,
-            &FavoritesModel::update);
+    connect(&apps.settings(), &SettingsStore::settingsChanged, this, &FavoritesModel::update);
+    connect(&apps.applications(), &Applications::changed, this, &FavoritesModel::update);
     m_commands.setRecords({{openCommand(), QStringLiteral("Abrir"),
                             QStringLiteral("arrow.up.forward.app"), QStringLiteral("Enter")},
                            {removeCommand(), QStringLiteral("Tirar dos favoritos"),
                             QStringLiteral("star.fill"), QStringLiteral("Delete")}});
     update();
+}
+
+void FavoritesModel::watch(bool isWatched)
+{
+    if (!isWatched)
+        forgetRemoved();
 }
 
 QString FavoritesModel::count() const
@@ -52,14 +54,8 @@ QString FavoritesModel::count() const
 
 void FavoritesModel::launch(const QString &id)
 {
-    AppServices &services = m_context.services;
-    try {
-        services.platform.applications.launch(id);
-    } catch (const LocalizedError &error) {
-        services.activity.postFailure(QStringLiteral("Não foi possível abrir"),
-                                      QStringLiteral("home"), error.description());
-    }
-    m_context.close();
+    m_apps.launch(id);
+    m_panel.close();
 }
 
 void FavoritesModel::remove(const QString &id)
@@ -68,7 +64,7 @@ void FavoritesModel::remove(const QString &id)
     if (place < 0)
         return;
     m_removed = {id, m_favorites.records()[std::size_t(place)].name, place};
-    FavoriteApps::remove(id, m_context.services);
+    m_apps.remove(id);
 }
 
 void FavoritesModel::run(const QString &command, const QString &id)
@@ -82,8 +78,8 @@ void FavoritesModel::run(const QString &command, const QString &id)
 void FavoritesModel::undoRemove()
 {
     const Removed removed = std::exchange(m_removed, {});
-    FavoriteApps::add(std::vector{removed.id}, m_context.services);
-    FavoriteApps::move(removed.id, removed.place, m_context.services);
+    m_apps.add(std::vector{removed.id});
+    m_apps.move(removed.id, removed.place);
 }
 
 void FavoritesModel::forgetRemoved()
@@ -94,7 +90,7 @@ void FavoritesModel::forgetRemoved()
 
 void FavoritesModel::move(const QString &id, int by)
 {
-    FavoriteApps::move(id, placeOf(id) + by, m_context.services);
+    m_apps.move(id, placeOf(id) + by);
 }
 
 void FavoritesModel::startPicking()
@@ -122,21 +118,21 @@ void FavoritesModel::search(const QString &text)
 void FavoritesModel::toggle(const QString &id)
 {
     if (placeOf(id) >= 0)
-        FavoriteApps::remove(id, m_context.services);
+        m_apps.remove(id);
     else
-        FavoriteApps::add(std::vector{id}, m_context.services);
+        m_apps.add(std::vector{id});
 }
 
 void FavoritesModel::addFirst()
 {
     if (hasFound())
-        FavoriteApps::add(std::vector{m_found.records().front().id}, m_context.services);
+        m_apps.add(std::vector{m_found.records().front().id});
 }
 
 void FavoritesModel::update()
 {
     std::vector<ApplicationRow> rows;
-    for (const auto &application : FavoriteApps::rows(m_context.services))
+    for (const auto &application : m_apps.rows())
         rows.push_back(row(application, true));
     m_favorites.setRecords(rows);
     if (placeOf(m_removed.id) >= 0)
@@ -149,8 +145,7 @@ void FavoritesModel::update()
 void FavoritesModel::updateFound()
 {
     std::vector<ApplicationRow> rows;
-    for (const auto &application :
-         ApplicationSearch::find(m_context.services.platform.applications, m_query))
+    for (const auto &application : ApplicationSearch::find(m_apps.applications(), m_query))
         rows.push_back(row(application, placeOf(application.id) >= 0));
     m_found.setRecords(rows);
     Q_EMIT foundChanged();

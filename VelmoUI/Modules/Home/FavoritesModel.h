@@ -2,8 +2,10 @@
 
 #include "VelmoCore/Home/HomeCard.h"
 #include "VelmoUI/Design/RecordListModel.h"
-#include "VelmoUI/Modules/NotchModule.h"
-#include "VelmoUI/Modules/PageCommand.h"
+#include "VelmoUI/Modules/Frame/ModulePage.h"
+#include "VelmoUI/Modules/Frame/PageCommand.h"
+#include "VelmoUI/Modules/Frame/PanelPort.h"
+#include "VelmoUI/Modules/Home/FavoriteApps.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -22,7 +24,7 @@ struct ApplicationRow {
 BOOST_DESCRIBE_STRUCT(ApplicationRow, (), (id, name, icon, isFavorite, spoken))
 
 /// The favourite applications of Home, and the search for more.
-class FavoritesModel : public QObject {
+class FavoritesModel : public velmo::ModulePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by Home")
@@ -41,7 +43,8 @@ class FavoritesModel : public QObject {
     Q_PROPERTY(QString removedName READ removedName NOTIFY changed)
 
 public:
-    explicit FavoritesModel(const ModuleContext &context);
+    /// Both outlive this object.
+    FavoritesModel(FavoriteApps &apps, PanelPort &panel);
 
     QAbstractItemModel *favorites() { return &m_favorites; }
     bool isEmpty() const { return m_favorites.rowCount() == 0; }
@@ -82,6 +85,8 @@ Q_SIGNALS:
     void foundChanged();
 
 private:
+    void watch(bool isWatched) override;
+
     struct Removed {
         QString id;
         QString name;
@@ -92,7 +97,8 @@ private:
     void updateFound();
     int placeOf(const QString &id) const;
 
-    const ModuleContext m_context;
+    FavoriteApps &m_apps;
+    PanelPort &m_panel;
     RecordListModel<ApplicationRow> m_favorites;
     RecordListModel<ApplicationRow> m_found;
     RecordListModel<PageCommand> m_commands;

@@ -1,41 +1,28 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Modules.Home
 
 /// Cards that show what matters, on as many pages as they need.
 FocusScope {
     id: home
 
-    property HomePageModel page
-    property bool watched: false
-    /// Whose applications are being chosen, in place of the cards.
-    property FavoritesModel picking: null
+    required property HomePageModel page
 
     focus: true
-    onWidthChanged: if (page)
-        page.setWidth(width, Theme.gap)
-    onPageChanged: if (page)
-        page.setWidth(width, Theme.gap)
-
-    /// Opens the menu of something on a card, which runs what is chosen.
-    function openMenu(item: Item, at: point, commands: var) {
-        menu.model = commands;
-        menu.item = item;
-        menu.user = Window.activeFocusItem;
-        menu.open(item.mapToItem(home, at));
-    }
-    function isMenuKey(event: KeyEvent): bool {
-        return menu.isCalledBy(event);
-    }
+    // The loader sizes it before it gives it its page.
+    onWidthChanged: page?.setWidth(width, Theme.gap)
+    Component.onCompleted: page.setWidth(width, Theme.gap)
 
     Item {
         id: pages
         width: parent.width
         height: parent.height - (dotRow.visible ? dotRow.height : 0)
-        clip: home.page && home.page.pageCount > 1
-        visible: !home.picking
+        clip: home.page.pageCount > 1
+        visible: !home.page.picking
 
         Row {
-            x: home.page ? -home.page.pageIndex * pages.width : 0
+            x: -home.page.pageIndex * pages.width
             height: parent.height
 
             Behavior on x {
@@ -46,7 +33,7 @@ FocusScope {
             }
 
             Repeater {
-                model: home.page ? home.page.pageCount : 0
+                model: home.page.pageCount
 
                 delegate: Item {
                     id: sheet
@@ -80,7 +67,9 @@ FocusScope {
                                 required property string title
                                 required property int page
                                 required property url source
-                                required property var model
+                                required property ModulePage content
+                                required property string module
+                                required property var model // `width` is the item's own
 
                                 active: page === sheet.index
                                 visible: active
@@ -92,22 +81,27 @@ FocusScope {
                                     load()
 
                                 function load() {
-                                    setSource(model.source, {
-                                        "home": home,
+                                    setSource(source, {
                                         "title": title,
-                                        "card": model.content
+                                        "card": content
                                     });
                                 }
+
                                 function openMenu(at: point) {
                                     home.page.askAbout(id);
-                                    home.openMenu(card, at, home.page.commands);
+                                    menu.openFor(card, at, home.page.commands);
                                 }
                                 function run(command: string) {
                                     home.page.run(command, id);
                                 }
 
+                                onLoaded: {
+                                    const favorites = item as FavoritesCard;
+                                    if (favorites)
+                                        favorites.menu = menu;
+                                }
                                 Keys.onPressed: event => {
-                                    event.accepted = home.isMenuKey(event);
+                                    event.accepted = menu.isCalledBy(event);
                                     if (event.accepted)
                                         openMenu(Qt.point(width / 2, height / 4));
                                 }
@@ -120,11 +114,12 @@ FocusScope {
                                     onPressed: mouse => card.openMenu(Qt.point(mouse.x, mouse.y))
                                 }
 
-                                Binding {
+                                Connections {
                                     target: card.item
-                                    property: "watched"
-                                    value: home.watched && sheet.isShown
-                                    when: card.status === Loader.Ready
+                                    ignoreUnknownSignals: true // a card may open nothing
+                                    function onOpened() {
+                                        home.page.openModule(card.module);
+                                    }
                                 }
                             }
                         }
@@ -149,11 +144,11 @@ FocusScope {
         id: dotRow
         anchors.horizontalCenter: parent.horizontalCenter
         y: parent.height - height + Theme.grid
-        visible: !home.picking && dots.count > 1
+        visible: !home.page.picking && dots.count > 1
 
         Repeater {
             id: dots
-            model: home.page && home.page.pageCount > 1 ? home.page.pageCount : 0
+            model: home.page.pageCount > 1 ? home.page.pageCount : 0
 
             delegate: ControlSurface {
                 id: dot
@@ -183,7 +178,7 @@ FocusScope {
     Column {
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width
-        visible: home.page ? home.page.isEmpty : false
+        visible: home.page.isEmpty
         spacing: 2 * Theme.grid
 
         Row {
@@ -193,7 +188,7 @@ FocusScope {
 
             Repeater {
                 id: lessons
-                model: home.page ? home.page.tips : null
+                model: home.page.tips
 
                 delegate: Column {
                     id: lesson
@@ -237,31 +232,15 @@ FocusScope {
 
     Loader {
         anchors.fill: parent
-        active: home.picking !== null
+        active: home.page.picking !== null
         focus: active
         sourceComponent: FavoritePicker {
-            favorites: home.picking
-            onDone: home.picking.stopPicking()
+            favorites: home.page.picking
+            onDone: home.page.picking.stopPicking()
         }
     }
 
-    ContextMenu {
+    HomeMenu {
         id: menu
-
-        property var item: null
-        /// What had the keyboard before, while it is there.
-        property Item user: null
-
-        onChosen: id => item?.run(id)
-        onVisibleChanged: if (!visible)
-            (user ?? home).forceActiveFocus()
-    }
-
-    Connections {
-        target: home.picking
-        function onPickingChanged() {
-            if (!home.picking.isPicking)
-                home.picking = null;
-        }
     }
 }

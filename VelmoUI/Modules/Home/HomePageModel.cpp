@@ -1,15 +1,5 @@
 #include "VelmoUI/Modules/Home/HomePageModel.h"
 
-#include "VelmoSystem/Ports/PowerInfo.h"
-#include "VelmoUI/Modules/Clipboard/ClipboardCardModel.h"
-#include "VelmoUI/Modules/Home/FavoritesModel.h"
-#include "VelmoUI/Modules/Home/HomeView.h"
-#include "VelmoUI/Modules/Notes/NotesPageModel.h"
-#include "VelmoUI/Modules/Shelf/ShelfCardModel.h"
-#include "VelmoUI/Modules/System/SystemPageModel.h"
-#include "VelmoUI/Modules/Timers/TimersPageModel.h"
-#include "VelmoUI/Notch/NotchViewModel.h"
-
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -18,12 +8,6 @@
 namespace velmo {
 
 namespace {
-
-QUrl cardSource(const char16_t *name)
-{
-    return QUrl(
-        QStringLiteral("qrc:/qt/qml/Velmo/Modules/Home/%1.qml").arg(QString::fromUtf16(name)));
-}
 
 QString openCommand()
 {
@@ -42,16 +26,15 @@ QString chooseCommand()
 
 } // namespace
 
-HomePageModel::HomePageModel(const ModuleContext &context) : m_context(context)
+HomePageModel::HomePageModel(const HomeCardSources &sources, HotKeyController &hotKeys,
+                             PanelPort &panel)
+    : m_sources(sources), m_settings(sources.settings), m_hotKeys(hotKeys), m_panel(panel)
 {
-    connect(&context.services.settings, &SettingsStore::settingsChanged, this,
-            &HomePageModel::update);
-    connect(&context.services.platform.power, &PowerInfo::changed, this, &HomePageModel::update);
-    connect(&context.services.notes, &NotesStore::changed, this, &HomePageModel::update);
-    connect(&context.services.timers, &TimerCenter::changed, this, &HomePageModel::update);
-    connect(&context.services.hotKeys, &HotKeyController::errorsChanged, this,
-            &HomePageModel::updateTips);
-    connect(&context.panel, &NotchViewModel::homePageRequested, this,
+    connect(&m_settings, &SettingsStore::settingsChanged, this, &HomePageModel::update);
+    for (NotchModule *module : sources.modules.all())
+        connect(module, &NotchModule::cardsChanged, this, &HomePageModel::update);
+    connect(&hotKeys, &HotKeyController::errorsChanged, this, &HomePageModel::updateTips);
+    connect(&panel, &PanelPort::pageTurned, this,
             [this](int direction) { setPageIndex(m_pageIndex + direction); });
     update();
 }
@@ -64,22 +47,23 @@ void HomePageModel::setPageIndex(int index)
     if (nearest == m_pageIndex)
         return;
     m_pageIndex = nearest;
+    watchCards();
     Q_EMIT changed();
 }
 
 bool HomePageModel::hasWelcome() const
 {
-    return !m_context.services.settings.settings().hasCompletedOnboarding;
+    return !m_settings.settings().hasCompletedOnboarding;
 }
 
 int HomePageModel::hoverBehavior() const
 {
-    return int(m_context.services.settings.settings().hoverBehavior);
+    return int(m_settings.settings().hoverBehavior);
 }
 
 void HomePageModel::setHoverBehavior(int place)
 {
-    m_context.services.settings.update(
+    m_settings.update(
         [&](AppSettings &settings) { settings.hoverBehavior = HoverBehavior(place); });
 }
 
@@ -104,7 +88,7 @@ void HomePageModel::turnWheel(int angle)
 
 void HomePageModel::openModule(const QString &id)
 {
-    m_context.select(id);
+    m_panel.go({.module = id});
 }
 
 const NotchModule *HomePageModel::moduleOf(const QString &card) const
@@ -112,8 +96,7 @@ const NotchModule *HomePageModel::moduleOf(const QString &card) const
     HomeCard known{};
     if (!boost::describe::enum_from_string(card.toUtf8().constData(), known))
         return nullptr;
-    const auto &services = m_context.services;
-    const auto modules = services.modules.visible(services.settings.settings());
+    const auto modules = m_sources.modules.visible(m_settings.settings());
     const auto found = std::ranges::find(modules, HomeCards::moduleID(known), &NotchModule::id);
     return found == modules.end() ? nullptr : *found;
 }
@@ -143,7 +126,7 @@ void HomePageModel::run(const QString &command, const QString &card)
 
 void HomePageModel::hide(const QString &card)
 {
-    m_context.services.settings.update([&](AppSettings &settings) {
+    m_settings.update([&](AppSettings &settings) {
         if (std::ranges::count(settings.hiddenHomeCards, card) == 0)
             settings.hiddenHomeCards.push_back(card);
     });
@@ -151,52 +134,60 @@ void HomePageModel::hide(const QString &card)
 
 void HomePageModel::openSettings()
 {
-    m_context.close();
-    m_context.services.openSettings(std::nullopt);
+    m_panel.openSettings(std::nullopt);
 }
 
 void HomePageModel::chooseCards()
 {
-    m_context.close();
-    m_context.services.openSettings(SettingsPane::modules);
+    m_panel.openSettings(SettingsPane::modules);
 }
 
 void HomePageModel::finishOnboarding()
 {
-    m_context.services.settings.update(
-        [](AppSettings &settings) { settings.hasCompletedOnboarding = true; });
+    m_settings.update([](AppSettings &settings) { settings.hasCompletedOnboarding = true; });
 }
 
-NotchModule::View HomePageModel::makeCard(HomeCard card)
+void HomePageModel::watch(bool)
 {
-    switch (card) {
-    case HomeCard::favorites:
-        return {cardSource(u"FavoritesCard"), std::make_unique<FavoritesModel>(m_context)};
-    case HomeCard::clipboard:
-        return {cardSource(u"ClipboardCard"), std::make_unique<ClipboardCardModel>(m_context)};
-    case HomeCard::focus:
-        return {cardSource(u"FocusCard"), std::make_unique<TimersPageModel>(m_context.services)};
-    case HomeCard::notes:
-        return {cardSource(u"NotesCard"), std::make_unique<NotesPageModel>(m_context.services)};
-    case HomeCard::shelf:
-        return {cardSource(u"ShelfCard"), std::make_unique<ShelfCardModel>(m_context)};
-    case HomeCard::system:
-        return {cardSource(u"SystemSummaryCard"),
-                std::make_unique<SystemPageModel>(m_context.services)};
-    default: // not available yet
-        Q_UNREACHABLE();
-    }
+    watchCards();
+}
+
+void HomePageModel::watchCards()
+{
+    for (const HomeCardRow &row : m_cards.records())
+        row.content->setWatched(isWatched() && row.page == m_pageIndex);
+}
+
+const NotchModule::View &HomePageModel::view(const NotchModule::Card &card)
+{
+    const auto [place, isNew] = m_views.try_emplace(card.card);
+    if (!isNew)
+        return place->second;
+    place->second = card.make(m_panel);
+    if (const auto *favorites = qobject_cast<FavoritesModel *>(place->second.page.get()))
+        connect(favorites, &FavoritesModel::pickingChanged, this, &HomePageModel::pickingChanged);
+    return place->second;
+}
+
+FavoritesModel *HomePageModel::picking() const
+{
+    const auto view = m_views.find(HomeCard::favorites);
+    auto *favorites =
+        view == m_views.end() ? nullptr : qobject_cast<FavoritesModel *>(view->second.page.get());
+    return favorites && favorites->isPicking() ? favorites : nullptr;
 }
 
 void HomePageModel::update()
 {
     layOut();
-    m_context.panel.contentWidthChanged();
+    m_panel.contentWidthChanged();
 }
 
 void HomePageModel::layOut()
 {
-    const std::vector<HomeCard> cards = HomeView::cards(m_context.services);
+    const std::vector<NotchModule::Card> sources = m_sources.shown();
+    std::vector<HomeCard> cards;
+    std::ranges::transform(sources, std::back_inserter(cards), &NotchModule::Card::card);
     // Before QML has said how wide it is, everything stands on one page.
     const double width = m_width > 0 ? m_width : HomeLayout::idealWidth(cards, hasWelcome());
     const auto pages = HomeLayout::pages(cards, hasWelcome(), width, m_gap);
@@ -204,25 +195,24 @@ void HomePageModel::layOut()
     for (int page = 0; page < int(pages.size()); ++page) {
         for (const auto &[card, cardWidth] : pages[std::size_t(page)].cards) {
             const QString id = HomeCards::name(card);
-            if (!m_views.contains(id))
-                m_views.emplace(id, makeCard(card));
-            const NotchModule::View &view = m_views.at(id);
-            rows.push_back(
-                {id, HomeCards::title(card), cardWidth, page, view.source, view.page.get()});
+            const auto source = std::ranges::find(sources, card, &NotchModule::Card::card);
+            const auto &[qml, content] = view(*source);
+            rows.push_back({id, HomeCards::title(card), cardWidth, page, qml, content.get(),
+                            HomeCards::moduleID(card).value_or(QString())});
         }
     }
     m_cards.setRecords(rows);
     m_welcomeWidth = pages.front().welcomeWidth;
     m_pageCount = int(pages.size());
     m_pageIndex = std::min(m_pageIndex, m_pageCount - 1);
+    watchCards();
     updateTips();
     Q_EMIT changed();
 }
 
 void HomePageModel::updateTips()
 {
-    const AppServices &services = m_context.services;
-    const AppSettings &settings = services.settings.settings();
+    const AppSettings &settings = m_settings.settings();
     std::vector<HomeTip> tips{{QStringLiteral("drag"), QStringLiteral("tray.and.arrow.down"),
                                QStringLiteral("Arraste até aqui"),
                                QStringLiteral("Arquivos, links e textos")}};
@@ -232,12 +222,11 @@ void HomePageModel::updateTips()
                         settings.hoverBehavior == HoverBehavior::expand
                             ? QStringLiteral("Abrir o painel")
                             : QStringLiteral("Ver uma prévia")});
-    for (const auto &[action, handler] : services.hotKeys.handlers) {
+    for (const auto &[action, handler] : m_hotKeys.handlers) {
         if (settings.*HotKeyController::setting(action).isEnabled &&
-            !services.hotKeys.errors().contains(action))
-            tips.push_back({services.hotKeys.displayString(action), QStringLiteral("keyboard"),
-                            services.hotKeys.displayString(action),
-                            HotKeyController::title(action)});
+            !m_hotKeys.errors().contains(action))
+            tips.push_back({m_hotKeys.displayString(action), QStringLiteral("keyboard"),
+                            m_hotKeys.displayString(action), HotKeyController::title(action)});
     }
     m_tips.setRecords(tips);
 }

@@ -2,8 +2,10 @@
 
 #include "VelmoCore/Home/HomeCard.h"
 #include "VelmoUI/Design/RecordListModel.h"
-#include "VelmoUI/Modules/NotchModule.h"
-#include "VelmoUI/Modules/PageCommand.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
+#include "VelmoUI/Modules/Frame/PageCommand.h"
+#include "VelmoUI/Modules/Home/FavoritesModel.h"
+#include "VelmoUI/Modules/Home/HomeCardSources.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -18,11 +20,12 @@ struct HomeCardRow {
     double width = 0; ///< points
     int page = 0;
     QUrl source;
-    QObject *content = nullptr; ///< what the card shows; Home's
+    ModulePage *content = nullptr; ///< what the card shows; Home's
+    QString module;                ///< that the card opens; empty for none
 
     bool operator==(const HomeCardRow &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(HomeCardRow, (), (id, title, width, page, source, content))
+BOOST_DESCRIBE_STRUCT(HomeCardRow, (), (id, title, width, page, source, content, module))
 
 /// How something is begun, for whoever sees an empty Home.
 struct HomeTip {
@@ -36,7 +39,7 @@ struct HomeTip {
 BOOST_DESCRIBE_STRUCT(HomeTip, (), (id, symbol, title, detail))
 
 /// Home as one panel shows it.
-class HomePageModel : public QObject {
+class HomePageModel : public velmo::ModulePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by its module")
@@ -50,11 +53,15 @@ class HomePageModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *commands READ commands CONSTANT)
     /// What an empty Home teaches, as it is set now.
     Q_PROPERTY(QAbstractItemModel *tips READ tips CONSTANT)
+    /// The favourites for which applications are being chosen, in place of the cards; null for
+    /// none.
+    Q_PROPERTY(velmo::FavoritesModel *picking READ picking NOTIFY pickingChanged)
     /// The place of the setting among "Nada", "Prévia" and "Abrir".
     Q_PROPERTY(int hoverBehavior READ hoverBehavior WRITE setHoverBehavior NOTIFY changed)
 
 public:
-    explicit HomePageModel(const ModuleContext &context);
+    /// All of them outlive this object.
+    HomePageModel(const HomeCardSources &sources, HotKeyController &hotKeys, PanelPort &panel);
     ~HomePageModel() override;
 
     QAbstractItemModel *cards() { return &m_cards; }
@@ -67,6 +74,7 @@ public:
     qreal welcomeWidth() const { return m_welcomeWidth; }
     QAbstractItemModel *commands() { return &m_commands; }
     QAbstractItemModel *tips() { return &m_tips; }
+    FavoritesModel *picking() const;
     int hoverBehavior() const;
     void setHoverBehavior(int place);
 
@@ -84,9 +92,13 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void pickingChanged();
 
 private:
-    NotchModule::View makeCard(HomeCard card);
+    void watch(bool isWatched) override;
+    /// Cards on the page on show are watched.
+    void watchCards();
+    const NotchModule::View &view(const NotchModule::Card &card);
     /// What stands behind the card and can be gone to; null for none.
     const NotchModule *moduleOf(const QString &card) const;
     void hide(const QString &card);
@@ -94,8 +106,11 @@ private:
     void layOut();
     void updateTips();
 
-    const ModuleContext m_context;
-    std::map<QString, NotchModule::View> m_views;
+    const HomeCardSources m_sources;
+    SettingsStore &m_settings;
+    HotKeyController &m_hotKeys;
+    PanelPort &m_panel;
+    std::map<HomeCard, NotchModule::View> m_views;
     RecordListModel<HomeCardRow> m_cards;
     RecordListModel<PageCommand> m_commands;
     RecordListModel<HomeTip> m_tips;

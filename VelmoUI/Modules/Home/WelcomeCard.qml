@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Home
 
 /// Greets whoever is here for the first time.
 CardSurface {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VelmoCore/Notes/Note.h"
-#include "VelmoUI/Modules/PageCommand.h"
+#include "VelmoUI/Modules/Frame/PageCommand.h"
 
 #include <vector>
 

@@ -1,5 +1,7 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Modules.Notes
 
 /// All notes, or those that the search and the chosen tag leave.
 Item {
@@ -10,11 +12,12 @@ Item {
     signal written
     signal menuRequested(item: Item, row: string, at: point)
 
-    TextEntry {
+    SearchField {
         id: search
         width: parent.width - create.width - Theme.grid
         name: "Buscar notas"
         placeholder: "Buscar notas"
+        results: grid
         onEdited: text => list.page.search(text)
     }
     IconButton {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Notes
 
 /// The note that is written in, with its addresses below.
 FocusScope {

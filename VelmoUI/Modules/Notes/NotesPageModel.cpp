@@ -1,12 +1,11 @@
 #include "VelmoUI/Modules/Notes/NotesPageModel.h"
 
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Notes/DueText.h"
 #include "VelmoCore/Notes/NoteParsing.h"
 #include "VelmoSystem/Ports/FileViewer.h"
-#include "VelmoUI/App/AppServices.h"
 #include "VelmoUI/Modules/Notes/NoteCommands.h"
 
-#include <QLocale>
 #include <QScopedValueRollback>
 #include <QTextDocument>
 
@@ -19,20 +18,6 @@ namespace {
 /// The list follows what is typed a moment after the last key.
 constexpr Seconds refreshDelay = 0.2s;
 constexpr qsizetype previewLength = 120;
-
-/// "14:32", "hoje, 14:32" where the day must be said, "amanhã, 9:00", "12 de mar., 9:00".
-QString dayAndTime(Date date, Date now, bool saysToday)
-{
-    const QDateTime then = localDateTime(date);
-    const QLocale locale;
-    const QString time = locale.toString(then.time(), QLocale::ShortFormat);
-    const qint64 days = localDateTime(now).date().daysTo(then.date());
-    const QString day = days == 0    ? QStringLiteral("hoje")
-                        : days == 1  ? QStringLiteral("amanhã")
-                        : days == -1 ? QStringLiteral("ontem")
-                                     : locale.toString(then.date(), QStringLiteral("d MMM"));
-    return days == 0 && !saysToday ? time : QStringLiteral("%1, %2").arg(day, time);
-}
 
 /// Short enough to stand in a row of others.
 QString elided(const QString &address)
@@ -54,7 +39,7 @@ NoteRow noteRow(const Note &note, Date now, bool isSelected)
     const QString title = NoteParsing::title(note.text);
     const QString shown =
         title.isEmpty() ? QStringLiteral("Nota vazia") : title.left(previewLength);
-    const QString time = dayAndTime(note.updated, now, false);
+    const QString time = Words::timeOrDayAndTime(note.updated, now);
     const QString next = preview(note.text);
     return {.id = uuidText(note.id),
             .title = shown,
@@ -66,7 +51,7 @@ NoteRow noteRow(const Note &note, Date now, bool isSelected)
 
 TaskRow taskRow(const TaskItem &task, Date now)
 {
-    const QString due = task.due ? dayAndTime(*task.due, now, true) : QString();
+    const QString due = task.due ? Words::dayAndTime(*task.due, now) : QString();
     const bool isOverdue = task.isOverdue(now);
     QString spoken = task.title;
     if (task.isDone)
@@ -84,7 +69,7 @@ TaskRow taskRow(const TaskItem &task, Date now)
             .spoken = spoken};
 }
 
-/// Nothing if it is there no more.
+/// Nothing if it is gone.
 const TaskItem *taskOf(const NotesStore &store, const Uuid &id)
 {
     const auto found = std::ranges::find(store.tasks(), id, &TaskItem::id);
@@ -93,34 +78,16 @@ const TaskItem *taskOf(const NotesStore &store, const Uuid &id)
 
 } // namespace
 
-void NoteList::show(const std::vector<Note> &notes, const std::optional<Uuid> &selected, Date now)
+NotesPageModel::NotesPageModel(const NotesServices &services, PanelPort &panel)
+    : m_services(services), m_panel(panel),
+      m_editor(services.scheduler, [this](const QString &text) { edited(text); }),
+      m_notes([this](const Note &note) {
+          return noteRow(note, m_services.scheduler.now(), note.id == m_selected);
+      }),
+      m_undo(services.scheduler)
 {
-    m_selected = selected;
-    m_now = now;
-    setRecords(notes);
-    if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1));
-}
-
-QHash<int, QByteArray> NoteList::roleNames() const
-{
-    return RecordListModel<NoteRow>::namesOfRoles();
-}
-
-QVariant NoteList::data(const QModelIndex &index, int role) const
-{
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
-        return {};
-    const Note &note = records()[std::size_t(index.row())];
-    return RecordListModel<NoteRow>::field(noteRow(note, m_now, note.id == m_selected), role);
-}
-
-NotesPageModel::NotesPageModel(AppServices &services)
-    : m_services(services),
-      m_editor(services.platform.scheduler, [this](const QString &text) { edited(text); })
-{
+    connect(&m_undo, &UndoStack::changed, this, &NotesPageModel::changed);
     connect(&services.notes, &NotesStore::changed, this, &NotesPageModel::storeChanged);
-    connect(&services.notes, &NotesStore::requested, this, &NotesPageModel::requested);
     connect(&services.notes, &NotesStore::flushing, &m_editor, &NoteEditor::flush);
     connect(&services.notes, &NotesStore::loaded, this, [this] {
         if (!m_selected)
@@ -162,9 +129,7 @@ bool NotesPageModel::hasOpenTasks() const
 QString NotesPageModel::doneText() const
 {
     const auto count = std::ranges::count(m_services.notes.tasks(), true, &TaskItem::isDone);
-    return count == 0   ? QString()
-           : count == 1 ? QStringLiteral("1 concluída")
-                        : QStringLiteral("%L1 concluídas").arg(count);
+    return count == 0 ? QString() : Words::count(count, u"1 concluída", u"%1 concluídas");
 }
 
 void NotesPageModel::setShowsDone(bool shows)
@@ -173,9 +138,9 @@ void NotesPageModel::setShowsDone(bool shows)
     update();
 }
 
-void NotesPageModel::setWatched(bool watched)
+void NotesPageModel::watch(bool isWatched)
 {
-    if (watched) {
+    if (isWatched) {
         update();
         return;
     }
@@ -183,21 +148,25 @@ void NotesPageModel::setWatched(bool watched)
     m_services.notes.discardEmptyNotes();
 }
 
-bool NotesPageModel::takeRequest()
+Route NotesPageModel::composing()
 {
-    if (const auto id = m_services.notes.consumeSelectionRequest())
-        select(uuidText(*id));
-    else if (m_services.notes.consumeComposeRequest())
+    return {.module = QStringLiteral("notes"), .verb = QStringLiteral("compose")};
+}
+
+void NotesPageModel::go(const Route &route)
+{
+    if (route.verb == composing().verb)
         create();
+    else if (const auto id = uuidFromText(route.item); id && m_services.notes.note(*id))
+        select(route.item);
     else
-        return false;
-    return true;
+        return;
+    Q_EMIT opened();
 }
 
 void NotesPageModel::compose()
 {
-    m_services.notes.requestCompose();
-    m_services.openModule(QStringLiteral("notes"));
+    m_panel.go(composing());
 }
 
 void NotesPageModel::search(const QString &query)
@@ -240,7 +209,7 @@ bool NotesPageModel::openLinkAt(int place)
     for (const NoteParsing::Link &link : NoteParsing::linksWithPlaces(line)) {
         if (place - start < link.start || place - start >= link.start + link.length)
             continue;
-        m_services.platform.fileViewer.open(link.url);
+        m_services.fileViewer.open(link.url);
         return true;
     }
     return false;
@@ -248,7 +217,7 @@ bool NotesPageModel::openLinkAt(int place)
 
 void NotesPageModel::openLink(const QString &url)
 {
-    m_services.platform.fileViewer.open(QUrl(url));
+    m_services.fileViewer.open(QUrl(url));
 }
 
 void NotesPageModel::togglePin(const QString &id)
@@ -274,7 +243,7 @@ void NotesPageModel::remove(const QString &id)
     }
     m_services.notes.deleteNote(note.id);
     if (!note.text.trimmed().isEmpty())
-        offerUndo(QStringLiteral("Desfazer: nota apagada"), [this, note] {
+        m_undo.offer(QStringLiteral("Desfazer: nota apagada"), [this, note] {
             m_services.notes.restore(note);
             select(uuidText(note.id));
         });
@@ -319,8 +288,8 @@ void NotesPageModel::removeTask(const QString &id)
         return;
     const TaskItem task = *found;
     m_services.notes.deleteTask(task.id);
-    offerUndo(QStringLiteral("Desfazer: tarefa apagada"),
-              [this, task] { m_services.notes.restore(std::vector{task}); });
+    m_undo.offer(QStringLiteral("Desfazer: tarefa apagada"),
+                 [this, task] { m_services.notes.restore(std::vector{task}); });
 }
 
 QString NotesPageModel::reminderTitle(const QString &id) const
@@ -335,8 +304,8 @@ void NotesPageModel::clearCompleted()
     std::vector<TaskItem> done;
     std::ranges::copy_if(m_services.notes.tasks(), std::back_inserter(done), &TaskItem::isDone);
     m_services.notes.clearCompletedTasks();
-    offerUndo(QStringLiteral("Desfazer: tarefas apagadas"),
-              [this, done] { m_services.notes.restore(done); });
+    m_undo.offer(QStringLiteral("Desfazer: tarefas apagadas"),
+                 [this, done] { m_services.notes.restore(done); });
 }
 
 void NotesPageModel::offerCommands(const QString &id)
@@ -366,20 +335,10 @@ void NotesPageModel::run(const QString &command)
     } else if (command == NoteCommands::remind) {
         Q_EMIT reminderWanted(id);
     } else if (command == NoteCommands::copy) {
-        m_services.platform.pasteboard.writeText(note ? note->text : task->title);
+        m_services.pasteboard.writeText(note ? note->text : task->title);
     } else if (command == NoteCommands::remove) {
         note ? remove(id) : removeTask(id);
     }
-}
-
-void NotesPageModel::undo()
-{
-    if (m_removals.empty())
-        return;
-    const auto undo = std::move(m_removals.back().undo);
-    m_removals.pop_back();
-    undo();
-    Q_EMIT changed();
 }
 
 void NotesPageModel::edited(const QString &text)
@@ -387,7 +346,7 @@ void NotesPageModel::edited(const QString &text)
     if (!m_selected) {
         if (text.isEmpty())
             return;
-        m_selected = m_services.notes.createNote().id; // one writes into the empty page
+        m_selected = m_services.notes.createNote().id; // typing into the empty page starts a note
     }
     const QScopedValueRollback typing(m_isTyping, true);
     m_services.notes.updateNote(*m_selected, text);
@@ -395,23 +354,12 @@ void NotesPageModel::edited(const QString &text)
 
 bool NotesPageModel::readDue(const QString &text, std::optional<Date> &due)
 {
-    due = dueFromText(text, m_services.platform.scheduler.now());
+    due = dueFromText(text, m_services.scheduler.now());
     const bool isRead = due || text.trimmed().isEmpty();
     m_dueIssue =
         isRead ? QString() : QStringLiteral("Digite quando, como 18h, amanhã 9h ou 25/12 9:30.");
     Q_EMIT changed();
     return isRead;
-}
-
-void NotesPageModel::offerUndo(const QString &title, std::function<void()> undo)
-{
-    const auto end = [this] {
-        m_removals.pop_front();
-        Q_EMIT changed();
-    };
-    m_removals.push_back(
-        {title, std::move(undo), m_services.platform.scheduler.after(undoTime, end)});
-    Q_EMIT changed();
 }
 
 void NotesPageModel::selectFirst()
@@ -426,7 +374,7 @@ void NotesPageModel::selectFirst()
 void NotesPageModel::storeChanged()
 {
     if (m_isTyping)
-        m_refresh = m_services.platform.scheduler.after(refreshDelay, [this] { update(); });
+        m_refresh = m_services.scheduler.after(refreshDelay, [this] { update(); });
     else
         update();
 }
@@ -434,8 +382,8 @@ void NotesPageModel::storeChanged()
 void NotesPageModel::update()
 {
     m_refresh.cancel();
-    const Date now = m_services.platform.scheduler.now();
-    m_notes.show(m_services.notes.notes(m_query, m_tag), m_selected, now);
+    const Date now = m_services.scheduler.now();
+    m_notes.setRecords(m_services.notes.notes(m_query, m_tag));
     std::vector<TagRow> tags;
     for (const QString &tag : m_services.notes.allTags())
         tags.push_back({tag, u'#' + tag, tag == m_tag});

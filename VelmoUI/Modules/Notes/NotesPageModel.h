@@ -1,17 +1,16 @@
 #pragma once
 
-#include "VelmoCore/Notes/NotesStore.h"
-#include "VelmoUI/Design/RecordListModel.h"
+#include "VelmoUI/Design/LazyListModel.h"
+#include "VelmoUI/Modules/Frame/ModulePage.h"
+#include "VelmoUI/Modules/Frame/PageCommand.h"
+#include "VelmoUI/Modules/Frame/PanelPort.h"
+#include "VelmoUI/Modules/Frame/UndoStack.h"
 #include "VelmoUI/Modules/Notes/NoteEditor.h"
-#include "VelmoUI/Modules/PageCommand.h"
+#include "VelmoUI/Modules/Notes/NotesServices.h"
 
 #include <QtQml/qqmlregistration.h>
 
-#include <deque>
-
 namespace velmo {
-
-class AppServices;
 
 /// A note in the list.
 struct NoteRow {
@@ -25,19 +24,6 @@ struct NoteRow {
     bool operator==(const NoteRow &) const = default;
 };
 BOOST_DESCRIBE_STRUCT(NoteRow, (), (id, title, summary, isPinned, isSelected, spoken))
-
-/// Notes, of which only those in view are made into rows.
-class NoteList : public RecordListModel<Note> {
-public:
-    void show(const std::vector<Note> &notes, const std::optional<Uuid> &selected, Date now);
-
-    QHash<int, QByteArray> roleNames() const override;
-    QVariant data(const QModelIndex &index, int role) const override;
-
-private:
-    std::optional<Uuid> m_selected;
-    Date m_now;
-};
 
 struct TagRow {
     QString id; ///< the tag
@@ -70,9 +56,9 @@ struct TaskRow {
 };
 BOOST_DESCRIBE_STRUCT(TaskRow, (), (id, title, due, isDone, isOverdue, removal, spoken))
 
-/// The Notes page of one panel, and Home's card of it. What is removed can come back for
-/// `undoTime`.
-class NotesPageModel : public QObject {
+/// The Notes page of one panel, and Home's card of it. What is removed can come back for a while,
+/// though the page closes.
+class NotesPageModel : public velmo::ModulePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by its module")
@@ -99,9 +85,13 @@ class NotesPageModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *commands READ commands CONSTANT)
 
 public:
-    static constexpr Seconds undoTime = 8s;
+    /// `panel` outlives the page.
+    NotesPageModel(const NotesServices &services, PanelPort &panel);
 
-    explicit NotesPageModel(AppServices &services);
+    /// The page on a new note.
+    static Route composing();
+    /// Writes a new note, or selects the one that is the route's item.
+    void go(const Route &route) override;
 
     QAbstractItemModel *notes() { return &m_notes; }
     QAbstractItemModel *tags() { return &m_tags; }
@@ -120,15 +110,9 @@ public:
     bool showsDone() const { return m_showsDone; }
     void setShowsDone(bool shows);
     QString dueIssue() const { return m_dueIssue; }
-    QString undoTitle() const { return m_removals.empty() ? QString() : m_removals.back().title; }
+    QString undoTitle() const { return m_undo.title(); }
     QAbstractItemModel *commands() { return &m_commands; }
 
-    /// Whether the page can be seen. One that closes forgets empty notes.
-    Q_INVOKABLE void setWatched(bool watched);
-    /// Whether somebody wants to write a new note, or to see one: it is selected then.
-    Q_INVOKABLE bool takeRequest();
-
-    Q_INVOKABLE void refresh() { update(); }
     /// Opens the page on a new note.
     Q_INVOKABLE void compose();
 
@@ -151,7 +135,7 @@ public:
     Q_INVOKABLE void clearDueIssue();
     Q_INVOKABLE void toggleTask(const QString &id);
     Q_INVOKABLE void removeTask(const QString &id);
-    /// What names the reminder of the task, or of the new one for an empty id.
+    /// The title of the field for the task's reminder; of a new task's for an empty id.
     Q_INVOKABLE QString reminderTitle(const QString &id) const;
     Q_INVOKABLE void clearCompleted();
 
@@ -160,38 +144,34 @@ public:
     /// Does what one of `commands` stands for.
     Q_INVOKABLE void run(const QString &command);
     /// Takes back the last removal that hasn't been.
-    Q_INVOKABLE void undo();
+    Q_INVOKABLE void undo() { m_undo.undo(); }
 
 Q_SIGNALS:
     void changed();
     void selected();
-    void requested();
     /// The selected note is to be written in.
     void opened();
     /// The user wants to set when to be reminded of the task.
     void reminderWanted(const QString &id);
 
 private:
-    struct Removal {
-        QString title;
-        std::function<void()> undo;
-        ScheduledTask end;
-    };
+    /// Closing the page removes empty notes.
+    void watch(bool isWatched) override;
 
     QString selectedText() const;
     void edited(const QString &text);
     /// False for a text that is neither empty nor a date.
     bool readDue(const QString &text, std::optional<Date> &due);
-    void offerUndo(const QString &title, std::function<void()> undo);
     void selectFirst();
     void storeChanged();
     void update();
     void updateLinks();
     void updateTasks(Date now);
 
-    AppServices &m_services;
+    const NotesServices m_services;
+    PanelPort &m_panel;
     NoteEditor m_editor;
-    NoteList m_notes;
+    LazyListModel<Note, NoteRow> m_notes;
     RecordListModel<TagRow> m_tags;
     RecordListModel<LinkRow> m_links;
     RecordListModel<TaskRow> m_tasks;
@@ -200,7 +180,7 @@ private:
     std::optional<Uuid> m_selected;
     bool m_showsDone = false;
     QString m_dueIssue;
-    std::deque<Removal> m_removals; ///< the last one comes back first
+    UndoStack m_undo;
     RecordListModel<PageCommand> m_commands;
     Uuid m_commanded; ///< what `m_commands` are of
     bool m_isTyping = false;

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Notes
 
 /// One task: Space ticks it off, Delete removes it.
 ControlSurface {

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Notes
 
 /// The tasks, a line to add one, and when to be reminded.
 Item {

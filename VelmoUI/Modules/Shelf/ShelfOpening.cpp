@@ -1,37 +1,34 @@
 #include "VelmoUI/Modules/Shelf/ShelfOpening.h"
 
-#include "VelmoSystem/Ports/FileViewer.h"
-#include "VelmoSystem/Ports/Pasteboard.h"
-#include "VelmoUI/App/AppServices.h"
 #include "VelmoUI/Modules/Shelf/ShelfRow.h"
-
-#include <QStringList>
 
 namespace velmo {
 
-QString ShelfOpening::open(const std::vector<ShelfItem> &items, const ModuleContext &context)
+QString ShelfOpening::open(const std::vector<ShelfItem> &items, const ShelfServices &services,
+                           PanelPort &panel)
 {
-    AppServices &services = context.services;
-    QStringList texts;
-    std::vector<QUrl> targets;
+    const QString source = QStringLiteral("shelf");
+    std::vector<DroppedItem> texts;
+    std::vector<DroppedItem> targets;
     for (const ShelfItem &item : items) {
-        if (const auto *text = std::get_if<ShelfItem::Text>(&item.content.value)) {
-            texts.append(text->value);
-        } else if (const auto *link = std::get_if<ShelfItem::Link>(&item.content.value)) {
-            targets.push_back(link->value);
-        } else if (const auto file = services.shelf.resolve(item)) {
-            targets.push_back(*file);
-        } else {
+        const bool isFile = std::holds_alternative<ShelfItem::File>(item.content.value);
+        if (isFile && !services.shelf.resolve(item))
             return ShelfRows::detail(item);
-        }
+        const bool isText = std::holds_alternative<ShelfItem::Text>(item.content.value);
+        (isText ? texts : targets).push_back(ShelfRows::dropped(item));
     }
-    if (!texts.isEmpty())
-        services.platform.pasteboard.writeText(texts.join(QLatin1Char('\n')));
-    for (const QUrl &target : targets)
-        services.platform.fileViewer.open(target);
-    if (!targets.empty())
-        context.close();
-    return texts.isEmpty() ? QString() : QStringLiteral("Copiado");
+    QString notice;
+    try {
+        if (const auto copied = services.actions.run(QStringLiteral("content.copy"), texts, source))
+            notice = copied->message;
+        for (const DroppedItem &target : targets) // the action takes one
+            services.actions.run(QStringLiteral("files.open"), {target}, source);
+        if (!targets.empty())
+            panel.close();
+    } catch (const LocalizedError &error) {
+        return error.description();
+    }
+    return notice;
 }
 
 } // namespace velmo

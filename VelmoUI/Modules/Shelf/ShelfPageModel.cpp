@@ -1,10 +1,10 @@
 #include "VelmoUI/Modules/Shelf/ShelfPageModel.h"
 
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoSystem/FileProcessing/FileOperations.h"
 #include "VelmoUI/Design/TileDrag.h"
 #include "VelmoUI/Modules/Shelf/ShelfDrag.h"
 #include "VelmoUI/Modules/Shelf/ShelfOpening.h"
-#include "VelmoUI/Notch/ShelfTransfer.h"
 
 #include <QFileInfo>
 
@@ -73,7 +73,8 @@ bool goHome(const std::vector<ShelfItem> &items)
 
 } // namespace
 
-ShelfPageModel::ShelfPageModel(const ModuleContext &context) : m_context(context)
+ShelfPageModel::ShelfPageModel(const ShelfServices &services, PanelPort &panel)
+    : TilePage(services.scheduler), m_services(services), m_panel(panel)
 {
     connect(&shelf(), &ShelfStore::itemsChanged, this, &ShelfPageModel::update);
     update();
@@ -82,7 +83,7 @@ ShelfPageModel::ShelfPageModel(const ModuleContext &context) : m_context(context
 ShelfPageModel::~ShelfPageModel()
 {
     disconnect(&shelf(), nullptr, this, nullptr);
-    removeForGood();
+    m_undo.commitAll();
 }
 
 bool ShelfPageModel::isEmpty() const
@@ -118,22 +119,15 @@ void ShelfPageModel::setGroupIndex(int index)
     update();
 }
 
-QString ShelfPageModel::summary() const
+QString ShelfPageModel::state() const
 {
-    if (canUndo())
-        return m_areGoingHome
-                   ? ShelfRows::count(m_removed.size(), u"1 item volta à pasta",
-                                      u"%1 itens voltam à pasta")
-                   : ShelfRows::count(m_removed.size(), u"1 item removido", u"%1 itens removidos");
-    if (!m_notice.isEmpty())
-        return m_notice;
     const auto items = selected();
     if (items.size() == 1)
         return ShelfRows::detail(items.front());
     if (items.size() > 1)
-        return QStringLiteral("%L1 selecionados").arg(items.size());
+        return QStringLiteral("%1 selecionados").arg(Words::number(items.size()));
     const QString arriving = ShelfRows::arriving(shelf().arrivingCount());
-    const QString count = ShelfRows::count(m_shown.size(), u"1 item", u"%1 itens");
+    const QString count = Words::items(shown().size());
     return arriving.isEmpty() ? count : count + QStringLiteral(" · ") + arriving;
 }
 
@@ -143,16 +137,14 @@ QString ShelfPageModel::selectedGroup() const
     return items.empty() ? QString() : items.front().group.value_or(QString());
 }
 
-void ShelfPageModel::setWatched(bool watched)
+void ShelfPageModel::watch(bool isWatched)
 {
-    const bool wasWatched = std::exchange(m_isWatched, watched);
-    if (watched) {
-        if (!wasWatched)
-            update();
+    if (isWatched) {
+        update();
         shelf().lookForMissingFiles();
         return;
     }
-    removeForGood();
+    m_undo.commitAll();
     m_renaming.reset();
     m_isGrouping = false;
     say({});
@@ -164,11 +156,10 @@ void ShelfPageModel::search(const QString &text)
     update();
 }
 
-QString ShelfPageModel::detail(int index) const
+QString ShelfPageModel::detail(const QString &id) const
 {
-    return index >= 0 && index < int(m_shown.size())
-               ? ShelfRows::briefDetail(m_shown[std::size_t(index)])
-               : QString();
+    const int place = m_rows.placeOf(uuidFromText(id));
+    return place < 0 ? QString() : ShelfRows::briefDetail(shown()[std::size_t(place)]);
 }
 
 void ShelfPageModel::press(int index, int modifiers)
@@ -181,12 +172,6 @@ void ShelfPageModel::release(int index, int modifiers)
 {
     if (m_selection.release(index, modifiers))
         reselect();
-}
-
-void ShelfPageModel::clearSelection()
-{
-    m_selection.clear();
-    reselect();
 }
 
 bool ShelfPageModel::handleKey(int key, int modifiers)
@@ -219,13 +204,12 @@ bool ShelfPageModel::handleKey(int key, int modifiers)
 
 void ShelfPageModel::open()
 {
-    say(ShelfOpening::open(selected(), m_context));
+    say(ShelfOpening::open(selected(), m_services, m_panel));
 }
 
 void ShelfPageModel::openSettings()
 {
-    m_context.close();
-    m_context.services.openSettings(SettingsPane::data);
+    m_panel.openSettings(SettingsPane::data);
 }
 
 void ShelfPageModel::run(const QString &command)
@@ -238,13 +222,13 @@ void ShelfPageModel::run(const QString &command)
         ask(false);
     else if (command == QStringView(removeCommand.id))
         remove();
-    else if (NotchAction *action = m_context.services.actions.find(command))
-        perform(*action);
+    else
+        perform(command);
     Q_EMIT changed();
 }
 
-/// For a group's name or an item's. Only one field at a time: where the second took the keyboard of
-/// the first, that would end while the page is still at showing the second.
+/// For a group's name or an item's, only one at a time: a second field would take the keyboard from
+/// the first, which then ends its edit while the second is still opening.
 void ShelfPageModel::ask(bool forGroup)
 {
     m_isGrouping = forGroup;
@@ -253,10 +237,10 @@ void ShelfPageModel::ask(bool forGroup)
 
 int ShelfPageModel::renamingLength() const
 {
-    const int place = m_renaming ? m_selection.placeOf(*m_renaming) : -1;
+    const int place = m_rows.placeOf(m_renaming);
     if (place < 0)
         return 0;
-    const ShelfItem &item = m_shown[std::size_t(place)];
+    const ShelfItem &item = shown()[std::size_t(place)];
     const QFileInfo file(item.name);
     const bool hasExtension = std::holds_alternative<ShelfItem::File>(item.content.value) &&
                               !file.suffix().isEmpty() && !file.completeBaseName().isEmpty();
@@ -265,11 +249,10 @@ int ShelfPageModel::renamingLength() const
 
 void ShelfPageModel::rename(const QString &name)
 {
-    const auto id = std::exchange(m_renaming, std::nullopt);
-    const int place = id ? m_selection.placeOf(*id) : -1;
+    const int place = m_rows.placeOf(std::exchange(m_renaming, std::nullopt));
     if (place < 0)
         return;
-    const ShelfItem item = m_shown[std::size_t(place)];
+    const ShelfItem item = shown()[std::size_t(place)];
     try {
         if (!std::holds_alternative<ShelfItem::File>(item.content.value))
             shelf().setName(item.id, name);
@@ -299,16 +282,6 @@ void ShelfPageModel::stopGrouping()
         Q_EMIT changed();
 }
 
-void ShelfPageModel::undoRemove()
-{
-    m_removal.cancel();
-    const auto back = std::exchange(m_removed, {});
-    if (back.empty())
-        return;
-    m_selection.select(back);
-    update();
-}
-
 void ShelfPageModel::drag(QQuickItem *tile)
 {
     const auto items = selected();
@@ -327,7 +300,7 @@ void ShelfPageModel::dragged()
 void ShelfPageModel::lookAgain(Seconds delay)
 {
     static constexpr Seconds longest = 64s;
-    m_lookAgain = m_context.services.platform.scheduler.after(delay, [this, delay] {
+    m_lookAgain = m_services.scheduler.after(delay, [this, delay] {
         shelf().lookForMissingFiles();
         if (delay < longest)
             lookAgain(delay * 2);
@@ -336,25 +309,19 @@ void ShelfPageModel::lookAgain(Seconds delay)
 
 void ShelfPageModel::update()
 {
-    if (!m_isWatched) // nobody sees it, and a drop of thousands changes it often
+    if (!isWatched()) // and a drop of thousands changes it often
         return;
     if (m_group && groupIndex() == 0)
         m_group.reset(); // its last item has gone
-    m_shown = shelf().items(m_query, m_group);
+    auto items = shelf().items(m_query, m_group);
     if (!m_removed.empty())
-        std::erase_if(m_shown, [this](const ShelfItem &item) {
+        std::erase_if(items, [this](const ShelfItem &item) {
             return std::ranges::find(m_removed, item.id) != m_removed.end();
         });
     std::vector<Uuid> ids;
-    std::vector<ShelfRow> rows;
-    ids.reserve(m_shown.size());
-    rows.reserve(m_shown.size());
-    for (const ShelfItem &item : m_shown) {
-        ids.push_back(item.id);
-        rows.push_back(ShelfRows::make(item, m_selection.contains(item.id)));
-    }
+    std::ranges::transform(items, std::back_inserter(ids), &ShelfItem::id);
     m_selection.setShown(std::move(ids));
-    m_rows.setRecords(rows);
+    m_rows.setRecords(std::move(items));
     updateCommands();
     Q_EMIT changed();
 }
@@ -362,7 +329,7 @@ void ShelfPageModel::update()
 void ShelfPageModel::updateCommands()
 {
     std::vector<PageCommand> commands;
-    for (const NotchAction *action : m_context.services.actions.actions(dropped()))
+    for (const NotchAction *action : m_services.actions.available(dropped()))
         commands.push_back(commandOf(action->id(), action->title(), action->symbol()));
     const auto items = selected();
     if (!items.empty()) {
@@ -382,46 +349,46 @@ void ShelfPageModel::reselect()
     update();
 }
 
-void ShelfPageModel::perform(NotchAction &action)
+void ShelfPageModel::perform(const QString &action)
 {
-    AppServices &services = m_context.services;
     try {
-        const ActionOutcome outcome = action.perform(dropped());
-        shelf().lookForMissingFiles();
-        say(outcome.message);
-        if (outcome.dismissesPanel)
-            m_context.close();
+        const auto outcome = m_services.actions.run(action, dropped(), QStringLiteral("shelf"));
+        if (!outcome)
+            return;
+        say(outcome->message);
+        if (outcome->dismissesPanel)
+            m_panel.close();
     } catch (const LocalizedError &error) {
-        const QString title = QStringLiteral("%1: falhou").arg(action.title());
-        services.activity.postFailure(title, QStringLiteral("shelf"), error.description());
         say(error.description());
     }
 }
 
 void ShelfPageModel::remove()
 {
-    removeForGood();
-    m_areGoingHome = goHome(selected());
+    m_undo.commitAll();
+    const auto items = selected();
+    if (items.empty())
+        return;
     m_removed = m_selection.ids();
-    const int place = m_removed.empty() ? -1 : m_selection.placeOf(m_removed.front());
-    reselect();
-    if (!m_shown.empty() && place >= 0) { // the keyboard stays near where it was
-        m_selection.moveTo(std::min(place, int(m_shown.size()) - 1));
+    const int place = m_rows.placeOf(m_removed.front());
+    const auto title =
+        goHome(items)
+            ? Words::count(items.size(), u"1 item volta à pasta", u"%1 itens voltam à pasta")
+            : Words::count(items.size(), u"1 item removido", u"%1 itens removidos");
+    const auto bringBack = [this] {
+        m_selection.select(std::exchange(m_removed, {}));
         update();
-    }
-    m_removal = m_context.services.platform.scheduler.after(undoTime, [this] {
-        removeForGood();
-        Q_EMIT changed();
-    });
-}
-
-void ShelfPageModel::removeForGood()
-{
-    m_removal.cancel();
-    // Kept hidden until the shelf has let them go; what can't go shows again.
-    if (const auto ids = m_removed; !ids.empty()) {
-        takeOffShelf(m_context.services, ids);
+    };
+    const auto letGo = [this] {
+        // Hidden until the shelf has let them go; what can't go shows again.
+        m_services.mover.remove(m_removed);
         m_removed.clear();
+        update();
+    };
+    m_undo.offer(title, bringBack, letGo);
+    reselect();
+    if (hasFound()) { // the keyboard stays near where it was
+        m_selection.moveTo(std::min(place, int(shown().size()) - 1));
         update();
     }
 }
@@ -436,16 +403,10 @@ void ShelfPageModel::togglePin()
     }
 }
 
-void ShelfPageModel::say(const QString &notice)
-{
-    m_notice = notice;
-    Q_EMIT changed();
-}
-
 std::vector<ShelfItem> ShelfPageModel::selected() const
 {
     std::vector<ShelfItem> items;
-    std::ranges::copy_if(m_shown, std::back_inserter(items),
+    std::ranges::copy_if(shown(), std::back_inserter(items),
                          [this](const ShelfItem &item) { return m_selection.contains(item.id); });
     return items;
 }

@@ -1,39 +1,24 @@
 #pragma once
 
-#include "VelmoUI/App/AppServices.h"
-#include "VelmoUI/Design/RecordListModel.h"
-#include "VelmoUI/Modules/NotchModule.h"
-#include "VelmoUI/Modules/PageCommand.h"
+#include "VelmoUI/Design/LazyListModel.h"
+#include "VelmoUI/Modules/Frame/PanelPort.h"
+#include "VelmoUI/Modules/Frame/TilePage.h"
+#include "VelmoUI/Modules/Frame/TileSelection.h"
 #include "VelmoUI/Modules/Shelf/ShelfRow.h"
-#include "VelmoUI/Modules/TileSelection.h"
-
-#include <QQuickItem>
-#include <QtQml/qqmlregistration.h>
+#include "VelmoUI/Modules/Shelf/ShelfServices.h"
 
 namespace velmo {
 
-/// The Shelf page of one panel. What is removed only leaves the page at first, so that it can come
-/// back; it leaves the shelf after `undoTime`, or when the page can't be seen any more.
-class ShelfPageModel : public QObject {
+/// The Shelf page of one panel. What is removed also goes when the page can't be seen any more.
+class ShelfPageModel : public velmo::TilePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by its module")
-    Q_PROPERTY(QAbstractItemModel *items READ items CONSTANT)
-    /// Whether the shelf holds nothing, and whether it holds nothing of what is searched for.
-    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
     /// Why there is nothing to see.
     Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY changed)
-    Q_PROPERTY(bool hasFound READ hasFound NOTIFY changed)
     /// "Tudo", then the groups; empty without groups.
     Q_PROPERTY(QStringList groups READ groups NOTIFY changed)
     Q_PROPERTY(int groupIndex READ groupIndex WRITE setGroupIndex NOTIFY changed)
-    /// The place of the item that has the keyboard.
-    Q_PROPERTY(int currentIndex READ currentIndex NOTIFY changed)
-    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY changed)
-    /// What has just happened, else what is selected or how many items there are.
-    Q_PROPERTY(QString summary READ summary NOTIFY changed)
-    Q_PROPERTY(bool canUndo READ canUndo NOTIFY changed)
-    Q_PROPERTY(QAbstractItemModel *commands READ commands CONSTANT)
     /// The id of the item whose name is being changed; empty for none.
     Q_PROPERTY(QString renaming READ renaming NOTIFY changed)
     /// How much of that item's name a new one replaces: all but a file's extension.
@@ -43,88 +28,72 @@ class ShelfPageModel : public QObject {
     Q_PROPERTY(QString selectedGroup READ selectedGroup NOTIFY changed)
 
 public:
-    static constexpr Seconds undoTime = 8s;
-
-    explicit ShelfPageModel(const ModuleContext &context);
+    /// `panel` outlives the page.
+    ShelfPageModel(const ShelfServices &services, PanelPort &panel);
     ~ShelfPageModel() override;
 
-    QAbstractItemModel *items() { return &m_rows; }
-    bool isEmpty() const;
+    QAbstractItemModel *items() override { return &m_rows; }
+    bool isEmpty() const override;
+    bool hasFound() const override { return !shown().empty(); }
+    int currentIndex() const override { return m_selection.currentIndex(); }
+    bool hasSelection() const override { return !m_selection.isEmpty(); }
     QString emptyTitle() const;
-    bool hasFound() const { return !m_shown.empty(); }
     QStringList groups() const;
     int groupIndex() const;
     void setGroupIndex(int index);
-    int currentIndex() const { return m_selection.currentIndex(); }
-    bool hasSelection() const { return !m_selection.isEmpty(); }
-    QString summary() const;
-    bool canUndo() const { return !m_removed.empty(); }
-    QAbstractItemModel *commands() { return &m_commands; }
     QString renaming() const { return m_renaming ? uuidText(*m_renaming) : QString(); }
     int renamingLength() const;
     bool isGrouping() const { return m_isGrouping; }
     QString selectedGroup() const;
 
-    /// Whether the page can be seen.
-    Q_INVOKABLE void setWatched(bool watched);
-    Q_INVOKABLE void search(const QString &text);
-    /// What there is to say of an item in a word or two; looks at its file.
-    Q_INVOKABLE QString detail(int index) const;
-
-    /// What `TileSelection` makes of it.
-    Q_INVOKABLE void press(int index, int modifiers);
+    void search(const QString &text) override;
+    void press(int index, int modifiers) override;
+    /// The end of a press that became no drag.
     Q_INVOKABLE void release(int index, int modifiers);
-    Q_INVOKABLE void clearSelection();
-    /// Whether the key, with these modifiers, means something on the page.
-    Q_INVOKABLE bool handleKey(int key, int modifiers);
+    bool handleKey(int key, int modifiers) override;
+    void run(const QString &command) override;
+    void drag(QQuickItem *tile) override;
+    /// What there is to say of an item in a word or two; looks at its file.
+    Q_INVOKABLE QString detail(const QString &id) const;
 
     Q_INVOKABLE void open();
     Q_INVOKABLE void openSettings();
-    /// Does what one of `commands` stands for with the selection.
-    Q_INVOKABLE void run(const QString &command);
     Q_INVOKABLE void rename(const QString &name);
     Q_INVOKABLE void stopRenaming();
     /// An empty name takes the selection out of its groups.
     Q_INVOKABLE void group(const QString &name);
     Q_INVOKABLE void stopGrouping();
-    Q_INVOKABLE void undoRemove();
-    /// Drags the selection, seen as `tile`, until it is dropped.
-    Q_INVOKABLE void drag(QQuickItem *tile);
-
-Q_SIGNALS:
-    void changed();
 
 private:
+    void watch(bool isWatched) override;
+    /// What is selected, or how many items there are.
+    QString state() const override;
     void dragged();
     void lookAgain(Seconds delay);
-    ShelfStore &shelf() const { return m_context.services.shelf; }
+    ShelfStore &shelf() const { return m_services.shelf; }
+    const std::vector<ShelfItem> &shown() const { return m_rows.records(); }
     void update();
     void updateCommands();
-    /// The selection isn't what it was.
+    /// The selection has changed.
     void reselect();
     void ask(bool forGroup);
-    void perform(NotchAction &action);
+    void perform(const QString &action);
     void remove();
-    void removeForGood();
     void togglePin();
-    void say(const QString &notice);
     std::vector<ShelfItem> selected() const;
     std::vector<DroppedItem> dropped() const;
 
-    const ModuleContext m_context;
+    const ShelfServices m_services;
+    PanelPort &m_panel;
     QString m_query;
     std::optional<QString> m_group;
-    std::vector<ShelfItem> m_shown; ///< as `m_rows` shows them
-    RecordListModel<ShelfRow> m_rows;
-    RecordListModel<PageCommand> m_commands;
     TileSelection m_selection;
+    LazyListModel<ShelfItem, ShelfRow> m_rows{[this](const ShelfItem &item) {
+        return ShelfRows::make(item, m_selection.contains(item.id));
+    }};
     std::optional<Uuid> m_renaming;
     bool m_isGrouping = false;
-    QString m_notice;
-    bool m_isWatched = true; ///< until the page says otherwise
-    ShelfStore::IDs m_removed;
-    bool m_areGoingHome = false; ///< those removed
-    ScheduledTask m_removal;
+    ShelfStore::IDs m_removed; ///< hidden until they are gone or back
     ScheduledTask m_lookAgain;
 };
 

@@ -1,12 +1,11 @@
 #include "VelmoUI/Modules/Shelf/ShelfRow.h"
 
 #include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoSystem/FileProcessing/FileSummary.h"
-#include "VelmoSystem/Storage/StorageInspector.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
 
 #include <QFileInfo>
-#include <QLocale>
 
 namespace velmo {
 
@@ -16,29 +15,32 @@ namespace {
 constexpr qsizetype longestText = 200;
 
 struct Looks {
-    const char16_t *kind;
-    QString title;
+    QString kind; ///< as a screen reader says it
+    QString symbol;
     QString text;
     QString picture;
 };
 
 Looks looks(const ShelfItem &item)
 {
-    return std::visit(
-        overloaded{
-            [](const ShelfItem::File &file) {
-                return Looks{u"file", QStringLiteral("arquivo"), QFileInfo(file.path).suffix(),
-                             ThumbnailProvider::urlFor(file.path)};
-            },
-            [](const ShelfItem::Link &link) {
-                return Looks{u"link", QStringLiteral("link"), link.value.toDisplayString(), {}};
-            },
-            [](const ShelfItem::Text &text) {
-                return Looks{
-                    u"text", QStringLiteral("texto"), text.value.trimmed().left(longestText), {}};
-            },
-        },
-        item.content.value);
+    return std::visit(overloaded{
+                          [](const ShelfItem::File &file) {
+                              return Looks{QStringLiteral("arquivo"),
+                                           {},
+                                           {},
+                                           ThumbnailProvider::urlFor(file.path)};
+                          },
+                          [](const ShelfItem::Link &) {
+                              return Looks{QStringLiteral("link"), QStringLiteral("link"), {}, {}};
+                          },
+                          [](const ShelfItem::Text &text) {
+                              return Looks{QStringLiteral("texto"),
+                                           QStringLiteral("text.alignleft"),
+                                           text.value.trimmed().left(longestText),
+                                           {}};
+                          },
+                      },
+                      item.content.value);
 }
 
 } // namespace
@@ -46,13 +48,11 @@ Looks looks(const ShelfItem &item)
 ShelfRow ShelfRows::make(const ShelfItem &item, bool isSelected)
 {
     const Looks looks = velmo::looks(item);
-    QString spoken = QStringLiteral("%1, %2").arg(item.name, looks.title);
+    QString spoken = QStringLiteral("%1, %2").arg(item.name, looks.kind);
     if (item.isPinned)
         spoken += QStringLiteral(", fixado");
-    return {uuidText(item.id), QString::fromUtf16(looks.kind),
-            item.name,         looks.text,
-            looks.picture,     item.isPinned,
-            isSelected,        spoken};
+    return {uuidText(item.id), looks.symbol,  item.name,  looks.text,
+            looks.picture,     item.isPinned, isSelected, spoken};
 }
 
 QString ShelfRows::detail(const ShelfItem &item)
@@ -63,9 +63,8 @@ QString ShelfRows::detail(const ShelfItem &item)
                           },
                           [](const ShelfItem::Link &link) { return link.value.toDisplayString(); },
                           [](const ShelfItem::Text &text) {
-                              return text.value.size() == 1
-                                         ? QStringLiteral("1 caractere")
-                                         : QStringLiteral("%L1 caracteres").arg(text.value.size());
+                              return Words::count(text.value.size(), u"1 caractere",
+                                                  u"%1 caracteres");
                           },
                       },
                       item.content.value);
@@ -79,19 +78,13 @@ QString ShelfRows::briefDetail(const ShelfItem &item)
     const QFileInfo info(file->path);
     if (!info.exists())
         return QStringLiteral("Não encontrado");
-    return info.isDir() ? QStringLiteral("Pasta") : StorageInspector::format(info.size());
-}
-
-QString ShelfRows::count(std::size_t count, const char16_t *one, const char16_t *more)
-{
-    return count == 1 ? QString::fromUtf16(one)
-                      : QString::fromUtf16(more).arg(QLocale().toString(qulonglong(count)));
+    return info.isDir() ? QStringLiteral("Pasta") : Words::size(info.size());
 }
 
 QString ShelfRows::arriving(int arriving)
 {
     return arriving == 0 ? QString()
-                         : count(std::size_t(arriving), u"1 item a caminho", u"%1 itens a caminho");
+                         : Words::count(arriving, u"1 item a caminho", u"%1 itens a caminho");
 }
 
 DroppedItem ShelfRows::dropped(const ShelfItem &item)

@@ -10,9 +10,9 @@ namespace velmo {
 /// An item of the shelf as a tile shows it.
 struct ShelfRow {
     QString id;
-    QString kind; ///< "file", "link" or "text"
-    QString name;
-    QString text;    ///< how a text begins, a link's address, a file's extension
+    QString symbol; ///< of a link or a text; empty for a file, which has a picture
+    QString title;
+    QString text;    ///< how a text begins, else empty
     QString picture; ///< where the image of a file comes from, else empty
     bool isPinned = false;
     bool isSelected = false;
@@ -20,7 +20,8 @@ struct ShelfRow {
 
     bool operator==(const ShelfRow &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(ShelfRow, (), (id, kind, name, text, picture, isPinned, isSelected, spoken))
+BOOST_DESCRIBE_STRUCT(ShelfRow, (),
+                      (id, symbol, title, text, picture, isPinned, isSelected, spoken))
 
 namespace ShelfRows {
 
@@ -33,8 +34,6 @@ QString detail(const ShelfItem &item);
 /// The same in a word or two: "1,2 MB", "Pasta", "Não encontrado".
 QString briefDetail(const ShelfItem &item);
 
-/// `one`, or `more` with its %1 filled in.
-QString count(std::size_t count, const char16_t *one, const char16_t *more);
 /// "2 itens a caminho"; empty for none.
 QString arriving(int count);
 

@@ -1,55 +1,33 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Modules.Shelf
 
-/// An item of the shelf: pressed to select, dragged out, double-clicked to open.
-Item {
+/// An item of the shelf, double-clicked to open.
+Tile {
     id: tile
 
-    required property int index
     required property string id
-    required property string kind
-    required property string name
+    required property string symbol
+    required property string title
     required property string text
     required property string picture
     required property bool isPinned
-    required property bool isSelected
-    required property string spoken
+    required isSelected
     required property ShelfPageModel page
-    /// Of the picture that is dragged.
-    readonly property real radius: Theme.cardRadius
-    readonly property bool isFocused: GridView.isCurrentItem && GridView.view.activeFocus
-    readonly property bool isRinged: isFocused && FocusCue.byKeys
     readonly property bool isRenaming: page.renaming === id
 
-    signal menuRequested(point at)
-
-    Accessible.role: Accessible.ListItem
-    Accessible.name: spoken
-    Accessible.selectable: true
-    Accessible.selected: isSelected
-    Accessible.focusable: true
-    Accessible.focused: isFocused
+    color: isSelected ? Theme.surfaceSelected : hovered ? Theme.surfaceHover : Theme.surface
+    onClicked: modifiers => page.release(index, modifiers)
+    onDoubleClicked: page.open()
     Accessible.onPressAction: page.press(index, 0)
-
-    CardSurface {
-        anchors.fill: parent
-        color: tile.isSelected ? Theme.surfaceSelected : hover.hovered ? Theme.surfaceHover : Theme.surface
-        border.width: tile.isRinged ? Theme.ringWidth : 1
-        border.color: tile.isRinged ? Theme.accent : Theme.hairline
-
-        Behavior on color {
-            ColorAnimation {
-                duration: Theme.hover
-            }
-        }
-    }
 
     Loader {
         x: 2 * Theme.grid
         y: 2 * Theme.grid
         width: parent.width - 2 * x
         height: lines.y - y - Theme.grid
-        sourceComponent: tile.kind === "file" ? picture : tile.kind === "link" ? link : words
+        sourceComponent: tile.picture.length > 0 ? picture : tile.text.length > 0 ? words : link
 
         Component {
             id: picture
@@ -72,7 +50,7 @@ Item {
             id: link
 
             Symbol {
-                name: "link"
+                name: tile.symbol
                 size: Theme.bigNumberSize
                 color: Theme.secondaryText
             }
@@ -114,53 +92,17 @@ Item {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
             elide: Text.ElideMiddle
-            text: tile.name
+            text: tile.title
             font.pixelSize: Theme.smallSize
             Accessible.ignored: true
         }
         Label {
             width: parent.width
             horizontalAlignment: Text.AlignHCenter
-            text: tile.page.detail(tile.index)
+            text: tile.page.detail(tile.id)
             color: Theme.secondaryText
             font.pixelSize: Theme.captionSize
             Accessible.ignored: true
-        }
-    }
-
-    HoverHandler {
-        id: hover
-    }
-
-    MouseArea {
-        property point start
-        property bool hasDragged: false
-
-        anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
-        preventStealing: true
-        onPressed: mouse => {
-            start = Qt.point(mouse.x, mouse.y);
-            hasDragged = false;
-            tile.GridView.view.forceActiveFocus();
-            tile.page.press(tile.index, mouse.modifiers);
-            if (mouse.button === Qt.RightButton)
-                tile.menuRequested(start);
-        }
-        onPositionChanged: mouse => {
-            const way = Math.abs(mouse.x - start.x) + Math.abs(mouse.y - start.y);
-            if (hasDragged || !(pressedButtons & Qt.LeftButton) || way < Application.styleHints.startDragDistance)
-                return;
-            hasDragged = true;
-            tile.page.drag(tile);
-        }
-        onReleased: mouse => {
-            if (!hasDragged && mouse.button === Qt.LeftButton)
-                tile.page.release(tile.index, mouse.modifiers);
-        }
-        onDoubleClicked: mouse => {
-            if (mouse.button === Qt.LeftButton)
-                tile.page.open();
         }
     }
 
@@ -172,14 +114,14 @@ Item {
         active: tile.isRenaming
         sourceComponent: TextEntry {
             name: "Novo nome"
-            text: tile.name
+            text: tile.title
             onAccepted: {
                 tile.page.rename(text);
-                tile.GridView.view.forceActiveFocus();
+                tile.grid.forceActiveFocus();
             }
             onActiveFocusChanged: if (!activeFocus)
                 tile.page.stopRenaming()
-            Keys.onEscapePressed: tile.GridView.view.forceActiveFocus()
+            Keys.onEscapePressed: tile.grid.forceActiveFocus()
             Component.onCompleted: {
                 forceActiveFocus();
                 selectFirst(tile.page.renamingLength);

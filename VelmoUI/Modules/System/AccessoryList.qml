@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.System
 
 /// Connected devices in columns.
 Grid {

@@ -1,22 +1,12 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.System
 
 /// The machine in one row of tiles, which share the width.
 FocusScope {
     id: view
 
-    property SystemPageModel page: null
-    property bool watched: false
-
-    onWatchedChanged: tell()
-    onPageChanged: tell()
-    Component.onDestruction: if (page !== null)
-        page.setWatched(false)
-
-    function tell() {
-        if (page !== null)
-            page.setWatched(watched);
-    }
+    required property SystemPageModel page
 
     CardList {
         id: tiles
@@ -25,8 +15,7 @@ FocusScope {
         readonly property real columnShare: 1.5
         readonly property int accessoryRows: Math.max(1, Math.floor(
             (height - 2 * Theme.cardPadding - Theme.symbolSize) / Theme.controlHeight))
-        readonly property int accessoryColumns: view.page === null ? 0
-            : Math.ceil(view.page.accessoryCount / accessoryRows)
+        readonly property int accessoryColumns: Math.ceil(view.page.accessoryCount / accessoryRows)
         readonly property int otherCount: count - (accessoryColumns > 0 ? 1 : 0)
         readonly property real tileWidth: Math.max(Theme.leastTileWidth, Math.floor(
             (width - (count - 1) * spacing) / (otherCount + columnShare * accessoryColumns)))
@@ -37,7 +26,7 @@ FocusScope {
 
         anchors.fill: parent
         focus: true
-        model: view.page !== null ? view.page.tiles : null
+        model: view.page.tiles
         Accessible.role: Accessible.List
         Accessible.name: "Sistema"
 

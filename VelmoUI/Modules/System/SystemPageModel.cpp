@@ -1,11 +1,8 @@
 #include "VelmoUI/Modules/System/SystemPageModel.h"
 
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoSystem/Ports/Accessories.h"
 #include "VelmoSystem/Ports/MachineLoad.h"
-#include "VelmoSystem/Storage/StorageInspector.h"
-#include "VelmoUI/App/AppServices.h"
-
-#include <QLocale>
 
 #include <algorithm>
 #include <cmath>
@@ -18,26 +15,9 @@ namespace {
 constexpr Seconds updateInterval = 2s;
 constexpr int lowBattery = 15;
 
-/// A size, which a line doesn't part from its unit.
 QString sizeText(qint64 bytes)
 {
-    return StorageInspector::format(bytes).replace(u' ', QChar::Nbsp);
-}
-
-QString percentText(int percent)
-{
-    return QStringLiteral("%1%").arg(QLocale().toString(percent));
-}
-
-/// "1 h 20 min", where a line parts hours from minutes at most.
-QString durationText(int minutes)
-{
-    const QLocale locale;
-    const QString rest = QStringLiteral("%1\u00a0min").arg(locale.toString(minutes % 60));
-    if (minutes < 60)
-        return rest;
-    const QString hours = QStringLiteral("%1\u00a0h").arg(locale.toString(minutes / 60));
-    return minutes % 60 == 0 ? hours : QStringLiteral("%1 %2").arg(hours, rest);
+    return Words::unbroken(Words::size(bytes));
 }
 
 /// Where a reading is missing, and why.
@@ -53,7 +33,7 @@ SystemTileRow battery(const BatteryInfo &info)
     SystemTileRow tile{.id = QStringLiteral("battery"),
                        .symbol = QStringLiteral("battery.100"),
                        .title = QStringLiteral("Bateria"),
-                       .value = percentText(info.percent),
+                       .value = Words::percent(info.percent),
                        .detail = batteryText(info),
                        .progress = info.percent / 100.0};
     if (info.isCharging) {
@@ -109,15 +89,15 @@ SystemTileRow processor(std::optional<double> load)
                        .title = QStringLiteral("Processador")};
     if (!load)
         return unknown(tile, QStringLiteral("A carga não pôde ser lida."));
-    tile.progress = std::min(*load, 1.0); // what waits for a busy processor makes it no busier
-    tile.value = percentText(int(std::lround(tile.progress * 100)));
+    tile.progress = std::min(*load, 1.0); // the load counts waiting tasks too
+    tile.value = Words::percent(int(std::lround(tile.progress * 100)));
     tile.detail = QStringLiteral("no último minuto");
     return tile;
 }
 
 AccessoryRow accessoryRow(const AccessoryInfo &info)
 {
-    const QString percent = info.batteryPercent ? percentText(*info.batteryPercent) : QString();
+    const QString percent = info.batteryPercent ? Words::percent(*info.batteryPercent) : QString();
     const QString spoken =
         percent.isEmpty() ? info.name : QStringLiteral("%1, %2").arg(info.name, percent);
     return {info.id, info.symbol, info.name, percent, spoken};
@@ -139,7 +119,8 @@ QString batteryText(const BatteryInfo &battery)
 {
     if (battery.isCharging) {
         return battery.minutesRemaining
-                   ? QStringLiteral("Carrega em %1").arg(durationText(*battery.minutesRemaining))
+                   ? QStringLiteral("Carrega em %1")
+                         .arg(Words::unbroken(Words::duration(*battery.minutesRemaining)))
                    : QStringLiteral("Carregando");
     }
     if (battery.isOnAC)
@@ -147,48 +128,43 @@ QString batteryText(const BatteryInfo &battery)
     return QStringLiteral("Fora da tomada");
 }
 
-SystemPageModel::SystemPageModel(AppServices &services) : m_services(services)
+SystemPageModel::SystemPageModel(const SystemSources &sources) : m_sources(sources)
 {
     const auto updateIfWatched = [this] {
-        if (m_isWatched)
+        if (isWatched())
             update();
     };
-    connect(&services.platform.power, &PowerInfo::changed, this, updateIfWatched);
-    connect(&services.platform.accessories, &Accessories::changed, this, updateIfWatched);
-    connect(&services.connectivity, &ConnectivityService::changed, this, updateIfWatched);
+    connect(&sources.power, &PowerInfo::changed, this, updateIfWatched);
+    connect(&sources.accessories, &Accessories::changed, this, updateIfWatched);
+    connect(&sources.connectivity, &ConnectivityService::changed, this, updateIfWatched);
 }
 
-void SystemPageModel::setWatched(bool watched)
+void SystemPageModel::watch(bool isWatched)
 {
-    if (watched == m_isWatched)
-        return;
-    m_isWatched = watched;
     m_nextUpdate.cancel();
-    if (watched)
+    if (isWatched)
         updateRegularly();
 }
 
 void SystemPageModel::checkBluetooth()
 {
-    m_services.connectivity.checkBluetooth();
-    m_services.permissions.refresh(PermissionKind::bluetooth);
+    m_sources.connectivity.checkBluetooth();
+    m_sources.permissions.refresh(PermissionKind::bluetooth);
 }
 
 void SystemPageModel::updateRegularly()
 {
     update();
-    m_nextUpdate =
-        m_services.platform.scheduler.after(updateInterval, [this] { updateRegularly(); });
+    m_nextUpdate = m_sources.scheduler.after(updateInterval, [this] { updateRegularly(); });
 }
 
 void SystemPageModel::update()
 {
     updateAccessories();
-    const Platform &platform = m_services.platform;
     std::vector<SystemTileRow> tiles;
-    if (const auto info = platform.power.battery()) {
+    if (const auto info = m_sources.power.battery()) {
         tiles.push_back(battery(*info));
-    } else if (const QString issue = platform.power.issue(); !issue.isEmpty()) {
+    } else if (const QString issue = m_sources.power.issue(); !issue.isEmpty()) {
         tiles.push_back(unknown({.id = QStringLiteral("battery"),
                                  .symbol = QStringLiteral("battery.unknown"),
                                  .title = QStringLiteral("Bateria")},
@@ -201,9 +177,9 @@ void SystemPageModel::update()
         tiles.push_back({.id = QStringLiteral("accessories"),
                          .symbol = QStringLiteral("headphones"),
                          .title = QStringLiteral("Acessórios")});
-    tiles.push_back(storage(platform.load.storage()));
-    tiles.push_back(memory(platform.load.memory()));
-    tiles.push_back(processor(platform.load.processor()));
+    tiles.push_back(storage(m_sources.load.storage()));
+    tiles.push_back(memory(m_sources.load.memory()));
+    tiles.push_back(processor(m_sources.load.processor()));
     for (SystemTileRow &tile : tiles) {
         if (tile.isWarning)
             tile.symbol = QStringLiteral("exclamationmark.triangle.fill");
@@ -218,7 +194,7 @@ void SystemPageModel::updateAccessories()
 {
     const int before = accessoryCount();
     std::vector<AccessoryRow> rows;
-    std::ranges::transform(m_services.platform.accessories.connected(), std::back_inserter(rows),
+    std::ranges::transform(m_sources.accessories.connected(), std::back_inserter(rows),
                            accessoryRow);
     m_accessories.setRecords(rows);
     if (accessoryCount() != before)
@@ -228,7 +204,7 @@ void SystemPageModel::updateAccessories()
 SystemTileRow SystemPageModel::network() const
 {
     using enum ConnectivityService::Link;
-    const ConnectivityService &connectivity = m_services.connectivity;
+    const ConnectivityService &connectivity = m_sources.connectivity;
     SystemTileRow tile{.id = QStringLiteral("network"),
                        .symbol = QStringLiteral("network"),
                        .title = QStringLiteral("Rede")};
@@ -275,13 +251,13 @@ SystemTileRow SystemPageModel::bluetooth() const
     SystemTileRow tile{.id = QStringLiteral("bluetooth"),
                        .symbol = QStringLiteral("dot.radiowaves.left.and.right"),
                        .title = QStringLiteral("Bluetooth")};
-    const auto &state = m_services.connectivity.bluetoothState();
+    const auto &state = m_sources.connectivity.bluetoothState();
     if (!state) {
         tile.value = QStringLiteral("Não verificado");
         tile.action = QStringLiteral("Verificar");
         return tile;
     }
-    if (!m_services.platform.bluetooth.issue().isEmpty())
+    if (!m_sources.connectivity.bluetoothIssue().isEmpty())
         return unknown(tile, *state);
     tile.value = *state;
     return tile;

@@ -1,14 +1,27 @@
 #pragma once
 
 #include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoSystem/Device/ConnectivityService.h"
+#include "VelmoSystem/Permissions/PermissionsCenter.h"
+#include "VelmoSystem/Ports/Accessories.h"
+#include "VelmoSystem/Ports/MachineLoad.h"
 #include "VelmoSystem/Ports/PowerInfo.h"
 #include "VelmoUI/Design/RecordListModel.h"
+#include "VelmoUI/Modules/Frame/ModulePage.h"
 
 #include <QtQml/qqmlregistration.h>
 
 namespace velmo {
 
-class AppServices;
+/// The sources of the readings. All of them outlive the module.
+struct SystemSources {
+    ConnectivityService &connectivity;
+    PermissionsCenter &permissions;
+    PowerInfo &power;
+    Accessories &accessories;
+    MachineLoad &load;
+    Scheduler &scheduler;
+};
 
 /// One aspect of the machine, ready to show.
 struct SystemTileRow {
@@ -32,16 +45,15 @@ struct AccessoryRow {
     QString id;
     QString symbol;
     QString name;
-    QString percent; ///< empty if the device doesn't tell
+    QString percent; ///< empty if the device doesn't report it
     QString spoken;  ///< for screen readers
 
     bool operator==(const AccessoryRow &) const = default;
 };
 BOOST_DESCRIBE_STRUCT(AccessoryRow, (), (id, symbol, name, percent, spoken))
 
-/// The System page of one panel. While somebody looks, it is up to date to two seconds; otherwise
-/// it rests.
-class SystemPageModel : public QObject {
+/// The System page of one panel. It reads every two seconds while it is seen, and never otherwise.
+class SystemPageModel : public velmo::ModulePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by its module")
@@ -51,7 +63,7 @@ class SystemPageModel : public QObject {
     Q_PROPERTY(int accessoryCount READ accessoryCount NOTIFY accessoryCountChanged)
 
 public:
-    explicit SystemPageModel(AppServices &services);
+    explicit SystemPageModel(const SystemSources &sources);
 
     RecordListModel<SystemTileRow> *tiles() { return &m_tiles; }
     RecordListModel<AccessoryRow> *accessories() { return &m_accessories; }
@@ -59,8 +71,6 @@ public:
     bool hasBattery() const { return m_hasBattery; }
     int accessoryCount() const { return m_accessories.rowCount(); }
 
-    /// Whether the page can be seen.
-    Q_INVOKABLE void setWatched(bool watched);
     /// Asks for Bluetooth's state, which nobody reads before.
     Q_INVOKABLE void checkBluetooth();
 
@@ -69,21 +79,21 @@ Q_SIGNALS:
     void hasBatteryChanged();
 
 private:
+    void watch(bool isWatched) override;
     void update();
     void updateAccessories();
     void updateRegularly();
     SystemTileRow network() const;
     SystemTileRow bluetooth() const;
 
-    AppServices &m_services;
+    const SystemSources m_sources;
     RecordListModel<SystemTileRow> m_tiles;
     RecordListModel<AccessoryRow> m_accessories;
-    bool m_isWatched = false;
     bool m_hasBattery = false;
     ScheduledTask m_nextUpdate;
 };
 
-/// What the battery does: "1 h 20 min restantes", "Carrega em 40 min", "Na tomada".
+/// What the battery does: "Carrega em 40 min", "Na tomada", "Fora da tomada".
 QString batteryText(const BatteryInfo &battery);
 
 } // namespace velmo

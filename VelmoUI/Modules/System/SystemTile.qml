@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.System
 
 /// One aspect of the machine: a number or a text, what it means, and how full that is.
 Card {

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Timers
 
 /// The focus of the last four weeks, a bar a day.
 CardSurface {

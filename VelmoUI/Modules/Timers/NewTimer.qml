@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Timers
 
 /// Starts a countdown, from a preset or from what is typed.
 CardSurface {

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Timers
 
 /// The pomodoro: its phase, what is left of it, and the cycle.
 CardSurface {

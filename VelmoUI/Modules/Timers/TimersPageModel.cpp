@@ -1,9 +1,7 @@
 #include "VelmoUI/Modules/Timers/TimersPageModel.h"
 
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Timers/DurationText.h"
-#include "VelmoUI/App/AppServices.h"
-
-#include <QLocale>
 
 #include <algorithm>
 #include <cmath>
@@ -42,46 +40,35 @@ TimerRow timerRow(const CountdownTimer &timer, Date now)
             .spoken = QStringLiteral("%1, %2").arg(timer.label, value)};
 }
 
-QString minutesText(int minutes)
-{
-    if (minutes < 60)
-        return QStringLiteral("%1 min").arg(minutes);
-    return minutes % 60 == 0 ? QStringLiteral("%1 h").arg(minutes / 60)
-                             : QStringLiteral("%1 h %2 min").arg(minutes / 60).arg(minutes % 60);
-}
-
 } // namespace
 
-TimersPageModel::TimersPageModel(AppServices &services) : m_services(services)
+TimersPageModel::TimersPageModel(TimerCenter &timers, SettingsStore &settings, Scheduler &scheduler)
+    : m_center(timers), m_settings(settings), m_scheduler(scheduler), m_undo(scheduler)
 {
-    connect(&services.timers, &TimerCenter::changed, this, &TimersPageModel::update);
-    connect(&services.settings, &SettingsStore::settingsChanged, this, &TimersPageModel::changed);
+    connect(&m_undo, &UndoStack::changed, this, &TimersPageModel::changed);
+    connect(&timers, &TimerCenter::changed, this, &TimersPageModel::update);
+    connect(&settings, &SettingsStore::settingsChanged, this, &TimersPageModel::changed);
     update();
-}
-
-TimerCenter &TimersPageModel::center() const
-{
-    return m_services.timers;
 }
 
 bool TimersPageModel::hasFinished() const
 {
-    return std::ranges::any_of(center().timers(), &CountdownTimer::isFinished);
+    return std::ranges::any_of(m_center.timers(), &CountdownTimer::isFinished);
 }
 
 bool TimersPageModel::isPomodoroRunning() const
 {
-    return hasPomodoro() && center().pomodoro()->timer.isRunning();
+    return hasPomodoro() && m_center.pomodoro()->timer.isRunning();
 }
 
 QString TimersPageModel::phase() const
 {
-    return Pomodoro::title(hasPomodoro() ? center().pomodoro()->phase : PomodoroPhase::focus);
+    return Pomodoro::title(hasPomodoro() ? m_center.pomodoro()->phase : PomodoroPhase::focus);
 }
 
 QString TimersPageModel::phaseSymbol() const
 {
-    return !hasPomodoro() || center().pomodoro()->phase == PomodoroPhase::focus
+    return !hasPomodoro() || m_center.pomodoro()->phase == PomodoroPhase::focus
                ? QStringLiteral("brain.head.profile")
                : QStringLiteral("cup.and.saucer.fill");
 }
@@ -89,27 +76,26 @@ QString TimersPageModel::phaseSymbol() const
 QString TimersPageModel::pomodoroTime() const
 {
     if (hasPomodoro())
-        return remainingText(center().pomodoro()->timer, m_services.platform.scheduler.now());
+        return remainingText(m_center.pomodoro()->timer, m_scheduler.now());
     return TimerCenter::format(
-        Pomodoro::duration(PomodoroPhase::focus, m_services.settings.settings().pomodoro));
+        Pomodoro::duration(PomodoroPhase::focus, m_settings.settings().pomodoro));
 }
 
 qreal TimersPageModel::pomodoroProgress() const
 {
-    return hasPomodoro() ? center().pomodoro()->timer.progress(m_services.platform.scheduler.now())
-                         : 0;
+    return hasPomodoro() ? m_center.pomodoro()->timer.progress(m_scheduler.now()) : 0;
 }
 
 int TimersPageModel::cycles() const
 {
-    return std::max(m_services.settings.settings().pomodoro.cyclesBeforeLongBreak, 1);
+    return std::max(m_settings.settings().pomodoro.cyclesBeforeLongBreak, 1);
 }
 
 int TimersPageModel::cyclesDone() const
 {
     if (!hasPomodoro())
         return 0;
-    const PomodoroSession &session = *center().pomodoro();
+    const PomodoroSession &session = *m_center.pomodoro();
     return session.phase == PomodoroPhase::longBreak ? cycles() : session.completedFocus % cycles();
 }
 
@@ -120,10 +106,9 @@ QString TimersPageModel::cyclesText() const
 
 QString TimersPageModel::today() const
 {
-    const int count = center().focusSessionsToday();
-    return count == 0   ? QStringLiteral("Hoje: nenhuma sessão")
-           : count == 1 ? QStringLiteral("Hoje: 1 sessão")
-                        : QStringLiteral("Hoje: %1 sessões").arg(count);
+    const int count = m_center.focusSessionsToday();
+    return count == 0 ? QStringLiteral("Hoje: nenhuma sessão")
+                      : Words::count(count, u"Hoje: 1 sessão", u"Hoje: %1 sessões");
 }
 
 QString TimersPageModel::leadTitle() const
@@ -135,40 +120,29 @@ QString TimersPageModel::leadTitle() const
 
 QString TimersPageModel::leadTime() const
 {
-    return lead() ? remainingText(*lead(), m_services.platform.scheduler.now()) : pomodoroTime();
+    return lead() ? remainingText(*lead(), m_scheduler.now()) : pomodoroTime();
 }
 
 qreal TimersPageModel::leadProgress() const
 {
-    return lead() ? lead()->progress(m_services.platform.scheduler.now()) : 0;
+    return lead() ? lead()->progress(m_scheduler.now()) : 0;
 }
 
 QString TimersPageModel::total() const
 {
-    const QDate first =
-        localDateTime(m_services.platform.scheduler.now()).date().addDays(1 - daysShown);
+    const QDate first = localDateTime(m_scheduler.now()).date().addDays(1 - daysShown);
     int minutes = 0;
-    for (const PomodoroRecord &record : center().history()) {
+    for (const PomodoroRecord &record : m_center.history()) {
         if (localDateTime(record.date).date() >= first)
             minutes += record.minutes;
     }
-    return QStringLiteral("%1 de foco").arg(minutesText(minutes));
+    return QStringLiteral("%1 de foco").arg(Words::duration(minutes));
 }
 
-QString TimersPageModel::undoTitle() const
+void TimersPageModel::watch(bool isWatched)
 {
-    return m_removed.empty()       ? QString()
-           : m_removed.size() == 1 ? QStringLiteral("Desfazer: timer removido")
-                                   : QStringLiteral("Desfazer: timers removidos");
-}
-
-void TimersPageModel::setWatched(bool watched)
-{
-    if (watched == m_isWatched)
-        return;
-    m_isWatched = watched;
-    if (!watched)
-        m_removed.clear();
+    if (!isWatched)
+        m_undo.commitAll();
     update();
 }
 
@@ -176,26 +150,26 @@ bool TimersPageModel::start(const QString &text, const QString &label)
 {
     const auto length = duration(text);
     if (length)
-        center().startTimer(*length, label.trimmed());
+        m_center.startTimer(*length, label.trimmed());
     return length.has_value();
 }
 
 void TimersPageModel::startPreset(const QString &id)
 {
-    center().startTimer(Seconds(id.toDouble()));
+    m_center.startTimer(Seconds(id.toDouble()));
 }
 
 bool TimersPageModel::addPreset(const QString &text)
 {
     const auto length = duration(text);
     if (length)
-        center().addPreset(*length);
+        m_center.addPreset(*length);
     return length.has_value();
 }
 
 void TimersPageModel::removePreset(const QString &id)
 {
-    center().removePreset(Seconds(id.toDouble()));
+    m_center.removePreset(Seconds(id.toDouble()));
 }
 
 void TimersPageModel::clearIssue()
@@ -207,66 +181,61 @@ void TimersPageModel::clearIssue()
 void TimersPageModel::togglePause(const QString &id)
 {
     const Uuid uuid = Uuid::fromString(id);
-    const auto timer = std::ranges::find(center().timers(), uuid, &CountdownTimer::id);
-    if (timer == center().timers().end())
+    const auto timer = std::ranges::find(m_center.timers(), uuid, &CountdownTimer::id);
+    if (timer == m_center.timers().end())
         return;
     if (timer->isRunning())
-        center().pause(uuid);
+        m_center.pause(uuid);
     else
-        center().resume(uuid);
+        m_center.resume(uuid);
 }
 
 void TimersPageModel::restart(const QString &id)
 {
-    center().restart(Uuid::fromString(id));
+    m_center.restart(Uuid::fromString(id));
 }
 
 void TimersPageModel::remove(const QString &id)
 {
-    offerUndo(center().remove(Uuid::fromString(id)));
+    offerUndo(m_center.remove(Uuid::fromString(id)));
 }
 
 void TimersPageModel::clearFinished()
 {
-    offerUndo(center().clearFinished());
-}
-
-void TimersPageModel::undo()
-{
-    center().restore(std::exchange(m_removed, {}));
+    offerUndo(m_center.clearFinished());
 }
 
 void TimersPageModel::startPomodoro()
 {
-    center().startPomodoro();
+    m_center.startPomodoro();
 }
 
 void TimersPageModel::togglePomodoroPause()
 {
-    center().togglePomodoroPause();
+    m_center.togglePomodoroPause();
 }
 
 void TimersPageModel::skipPhase()
 {
-    center().skipPomodoroPhase();
+    m_center.skipPomodoroPhase();
 }
 
 void TimersPageModel::stopPomodoro()
 {
-    center().stopPomodoro();
+    m_center.stopPomodoro();
 }
 
 void TimersPageModel::clearHistory()
 {
-    center().clearHistory();
+    m_center.clearHistory();
 }
 
 const CountdownTimer *TimersPageModel::lead() const
 {
     if (hasPomodoro())
-        return &center().pomodoro()->timer;
-    const auto open = std::ranges::find(center().timers(), false, &CountdownTimer::isFinished);
-    return open == center().timers().end() ? nullptr : &*open;
+        return &m_center.pomodoro()->timer;
+    const auto open = std::ranges::find(m_center.timers(), false, &CountdownTimer::isFinished);
+    return open == m_center.timers().end() ? nullptr : &*open;
 }
 
 std::optional<Seconds> TimersPageModel::duration(const QString &text)
@@ -281,17 +250,18 @@ void TimersPageModel::offerUndo(const TimerCenter::Removed &removed)
 {
     if (removed.empty())
         return;
-    m_removed = removed;
-    Q_EMIT changed();
+    const auto title = removed.size() == 1 ? QStringLiteral("Desfazer: timer removido")
+                                           : QStringLiteral("Desfazer: timers removidos");
+    m_undo.offer(title, [this, removed] { m_center.restore(removed); });
 }
 
 void TimersPageModel::update()
 {
-    const Date now = m_services.platform.scheduler.now();
+    const Date now = m_scheduler.now();
     updateTimers(now);
     updateDays(now);
     std::vector<PresetRow> presets;
-    for (const Seconds seconds : center().presets()) {
+    for (const Seconds seconds : m_center.presets()) {
         const QString title = TimerCenter::format(seconds);
         presets.push_back({QString::number(seconds.count()), title, removalText(title)});
     }
@@ -303,7 +273,7 @@ void TimersPageModel::update()
 void TimersPageModel::updateTimers(Date now)
 {
     std::vector<TimerRow> rows;
-    for (const CountdownTimer &timer : center().timers())
+    for (const CountdownTimer &timer : m_center.timers())
         rows.push_back(timerRow(timer, now));
     m_timers.setRecords(rows);
 }
@@ -315,7 +285,7 @@ void TimersPageModel::updateDays(Date now)
     for (int day = 0; day < daysShown; ++day)
         minutes[today.addDays(-day)] = 0;
     int most = 1;
-    for (const PomodoroRecord &record : center().history()) {
+    for (const PomodoroRecord &record : m_center.history()) {
         const auto day = minutes.find(localDateTime(record.date).date());
         if (day == minutes.end())
             continue;
@@ -328,8 +298,7 @@ void TimersPageModel::updateDays(Date now)
             {.id = date.toString(Qt::ISODate),
              .share = double(focus) / most,
              .isToday = date == today,
-             .text = QStringLiteral("%1: %2").arg(QLocale().toString(date, QStringLiteral("d MMM")),
-                                                  minutesText(focus))});
+             .text = QStringLiteral("%1: %2").arg(Words::day(date), Words::duration(focus))});
     m_days.setRecords(days);
 }
 
@@ -338,19 +307,19 @@ void TimersPageModel::scheduleTick(Date now)
 {
     constexpr Seconds leeway = 1ms;
     m_nextSecond.cancel();
-    if (!m_isWatched)
+    if (!isWatched())
         return;
     std::optional<Seconds> left;
     if (isPomodoroRunning())
-        left = center().pomodoro()->timer.remaining(now);
-    const auto running = std::ranges::find_if(center().timers(), &CountdownTimer::isRunning);
-    if (!left && running != center().timers().end())
+        left = m_center.pomodoro()->timer.remaining(now);
+    const auto running = std::ranges::find_if(m_center.timers(), &CountdownTimer::isRunning);
+    if (!left && running != m_center.timers().end())
         left = running->remaining(now);
     if (!left)
         return;
     const Seconds fraction(left->count() - std::floor(left->count()));
-    m_nextSecond = m_services.platform.scheduler.after(
-        fraction > Seconds(0) ? fraction + leeway : Seconds(1s), [this] { update(); });
+    m_nextSecond = m_scheduler.after(fraction > Seconds(0) ? fraction + leeway : Seconds(1s),
+                                     [this] { update(); });
 }
 
 } // namespace velmo

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Timers/TimerCenter.h"
 #include "VelmoUI/Design/RecordListModel.h"
+#include "VelmoUI/Modules/Frame/ModulePage.h"
+#include "VelmoUI/Modules/Frame/UndoStack.h"
 
 #include <QtQml/qqmlregistration.h>
 
 namespace velmo {
-
-class AppServices;
 
 /// A countdown as the page shows it.
 struct TimerRow {
@@ -46,8 +47,8 @@ struct FocusDay {
 BOOST_DESCRIBE_STRUCT(FocusDay, (), (id, share, isToday, text))
 
 /// The Timers page, and Home's card of it. While it is watched and something counts down, it is
-/// made anew each second.
-class TimersPageModel : public QObject {
+/// made again each second.
+class TimersPageModel : public velmo::ModulePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by its module")
@@ -75,17 +76,17 @@ class TimersPageModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *days READ days CONSTANT) ///< of the last four weeks
     Q_PROPERTY(QString total READ total NOTIFY changed)     ///< "6 h 40 min de foco"
     Q_PROPERTY(bool hasHistory READ hasHistory NOTIFY changed)
-    Q_PROPERTY(QString undoTitle READ undoTitle NOTIFY changed) ///< empty if nothing can come back
+    Q_PROPERTY(QString undoTitle READ undoTitle NOTIFY changed) ///< empty if nothing can be undone
 
 public:
-    explicit TimersPageModel(AppServices &services);
+    TimersPageModel(TimerCenter &timers, SettingsStore &settings, Scheduler &scheduler);
 
     QAbstractItemModel *timers() { return &m_timers; }
     bool hasTimers() const { return m_timers.rowCount() > 0; }
     bool hasFinished() const;
     QAbstractItemModel *presets() { return &m_presets; }
     QString issue() const { return m_issue; }
-    bool hasPomodoro() const { return center().pomodoro().has_value(); }
+    bool hasPomodoro() const { return m_center.pomodoro().has_value(); }
     bool isPomodoroRunning() const;
     QString phase() const;
     QString phaseSymbol() const;
@@ -101,11 +102,8 @@ public:
     qreal leadProgress() const;
     QAbstractItemModel *days() { return &m_days; }
     QString total() const;
-    bool hasHistory() const { return !center().history().empty(); }
-    QString undoTitle() const;
-
-    /// Whether the page can be seen. One that closes forgets what could come back.
-    Q_INVOKABLE void setWatched(bool watched);
+    bool hasHistory() const { return !m_center.history().empty(); }
+    QString undoTitle() const { return m_undo.title(); }
 
     /// False for a text that is no duration; then `issue` says so.
     Q_INVOKABLE bool start(const QString &duration, const QString &label);
@@ -118,7 +116,7 @@ public:
     Q_INVOKABLE void restart(const QString &id);
     Q_INVOKABLE void remove(const QString &id);
     Q_INVOKABLE void clearFinished();
-    Q_INVOKABLE void undo();
+    Q_INVOKABLE void undo() { m_undo.undo(); }
 
     Q_INVOKABLE void startPomodoro();
     Q_INVOKABLE void togglePomodoroPause();
@@ -131,7 +129,8 @@ Q_SIGNALS:
     void issueChanged();
 
 private:
-    TimerCenter &center() const;
+    /// Closing the page ends the undo.
+    void watch(bool isWatched) override;
     const CountdownTimer *lead() const;
     std::optional<Seconds> duration(const QString &text);
     void offerUndo(const TimerCenter::Removed &removed);
@@ -140,13 +139,14 @@ private:
     void updateDays(Date now);
     void scheduleTick(Date now);
 
-    AppServices &m_services;
+    TimerCenter &m_center;
+    SettingsStore &m_settings;
+    Scheduler &m_scheduler;
     RecordListModel<TimerRow> m_timers;
     RecordListModel<PresetRow> m_presets;
     RecordListModel<FocusDay> m_days;
     QString m_issue;
-    TimerCenter::Removed m_removed;
-    bool m_isWatched = false;
+    UndoStack m_undo;
     ScheduledTask m_nextSecond;
 };
 

@@ -1,7 +1,7 @@
 #include "VelmoUI/Modules/Tools/ArchiveContents.h"
 
 #include "VelmoCore/Foundation/Text.h"
-#include "VelmoSystem/Storage/StorageInspector.h"
+#include "VelmoCore/Foundation/Words.h"
 
 #include <utility>
 
@@ -34,7 +34,7 @@ QVariant ArchiveContents::data(const QModelIndex &index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const ArchiveEntry &entry = m_entries[m_shown[std::size_t(index.row())]];
-    const QString size = entry.isDirectory ? QString() : StorageInspector::format(entry.size);
+    const QString size = entry.isDirectory ? QString() : Words::size(entry.size);
     switch (role) {
     case pathRole:
         return entry.path;

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// What an archive holds, with a search.
 ToolForm {
@@ -10,7 +11,7 @@ ToolForm {
             anchors.right: query.left
             anchors.rightMargin: Theme.gap
             height: Theme.controlHeight
-            text: tool.page !== null ? tool.page.entriesDetail : ""
+            text: tool.page.entriesDetail
             color: Theme.secondaryText
             font.pixelSize: Theme.smallSize
         },
@@ -34,7 +35,7 @@ ToolForm {
         height: parent.height
         rows: Math.max(1, Math.floor(height / Theme.controlHeight))
         cellWidth: Math.floor(width / 2)
-        model: tool.page !== null ? tool.page.entries : null
+        model: tool.page.entries
         Accessible.role: Accessible.List
         Accessible.name: "Conteúdo"
 

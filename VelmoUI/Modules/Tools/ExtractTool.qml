@@ -1,11 +1,12 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// Where the content of archives goes, and the password where one is needed.
 ToolForm {
     id: tool
 
-    readonly property bool isFree: page !== null && !page.isRunning
+    readonly property bool isFree: !page.isRunning
 
     fields: [
         ActionButton {
@@ -32,7 +33,7 @@ ToolForm {
     Label {
         width: parent.width
         wrapMode: Text.Wrap
-        text: tool.page !== null ? tool.page.extractDetail : ""
+        text: tool.page.extractDetail
         color: Theme.secondaryText
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// Says of which archive a password is needed and why, and takes it.
 FocusScope {
@@ -19,7 +20,7 @@ FocusScope {
         width: parent.width - skip.width - Theme.gap
         height: Theme.controlHeight
         elide: Text.ElideMiddle
-        text: tool.page !== null ? tool.page.passwordTitle : ""
+        text: tool.page.passwordTitle
         font.weight: Font.Medium
         Accessible.role: Accessible.Heading
         Accessible.name: text
@@ -38,7 +39,7 @@ FocusScope {
         Label {
             width: parent.width
             wrapMode: Text.Wrap
-            text: tool.page !== null ? tool.page.passwordQuestion : ""
+            text: tool.page.passwordQuestion
             color: Theme.warning
             Accessible.role: Accessible.AlertMessage
             Accessible.name: text

@@ -1,6 +1,6 @@
 #include "VelmoUI/Modules/Tools/RenamePreview.h"
 
-#include <QLocale>
+#include "VelmoCore/Foundation/Words.h"
 
 #include <algorithm>
 #include <set>
@@ -52,16 +52,13 @@ RenamePreview RenamePreview::make(const std::vector<QUrl> &urls, const QString &
 QString RenamePreview::summary() const
 {
     if (invalidCount > 0)
-        return invalidCount == 1 ? QStringLiteral("1 nome inválido")
-                                 : QStringLiteral("%L1 nomes inválidos").arg(invalidCount);
-    QString text = QStringLiteral("Nenhum nome muda");
-    if (changedCount == 1)
-        text = QStringLiteral("1 nome muda");
-    else if (changedCount > 1)
-        text = QStringLiteral("%L1 nomes mudam").arg(changedCount);
+        return Words::count(invalidCount, u"1 nome inválido", u"%1 nomes inválidos");
+    const QString text = changedCount == 0
+                             ? QStringLiteral("Nenhum nome muda")
+                             : Words::count(changedCount, u"1 nome muda", u"%1 nomes mudam");
     return problemCount == 0
                ? text
-               : QStringLiteral("%1 · %2 com aviso").arg(text, QLocale().toString(problemCount));
+               : QStringLiteral("%1 · %2 com aviso").arg(text, Words::number(problemCount));
 }
 
 } // namespace velmo

@@ -26,7 +26,7 @@ struct RenamePreview {
     int problemCount = 0; ///< of any kind
     int invalidCount = 0;
 
-    /// The names that `FileOperations::batchRename` would give, told beforehand.
+    /// The names that `FileOperations::batchRename` would give.
     static RenamePreview make(const std::vector<QUrl> &urls, const QString &pattern, int start,
                               Date date, const FileNaming::Exists &exists = FileNaming::exists);
 

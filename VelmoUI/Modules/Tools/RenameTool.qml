@@ -1,11 +1,12 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// A pattern for many names, and each name that it gives.
 ToolForm {
     id: tool
 
-    readonly property RenameForm form: page !== null ? page.renameForm : null
+    readonly property RenameForm form: page.renameForm
 
     function append(token: string) {
         form.pattern = form.pattern + token;
@@ -82,7 +83,7 @@ ToolForm {
         ActionButton {
             id: apply
             anchors.right: parent.right
-            enabled: tool.form !== null && tool.form.isPossible && !tool.page.isRunning
+            enabled: tool.form.isPossible && !tool.page.isRunning
             opacity: enabled ? 1 : 0.4
             name: "Renomear"
             idleColor: Theme.surfaceSelected
@@ -94,7 +95,7 @@ ToolForm {
         id: count
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        text: tool.form !== null ? tool.form.summary : ""
+        text: tool.form.summary
         color: Theme.secondaryText
         font.pixelSize: Theme.captionSize
         Accessible.role: Accessible.StaticText
@@ -107,7 +108,7 @@ ToolForm {
         height: parent.height + Theme.grid - count.height
         rows: Math.max(1, Math.floor(height / Theme.rowHeight))
         cellWidth: Math.floor(width / 3)
-        model: tool.form !== null ? tool.form.rows : null
+        model: tool.form.rows
         Accessible.role: Accessible.List
         Accessible.name: "Nomes novos"
 

@@ -1,16 +1,17 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// How many files are chosen, and below what is done with them or what came of it.
 CardSurface {
     id: card
 
     required property ToolsPageModel page
-    readonly property bool isRunning: page !== null && page.isRunning
-    readonly property string names: page !== null ? page.filesNames : ""
+    readonly property bool isRunning: page.isRunning
+    readonly property string names: page.filesNames
     /// Nothing is going on or has happened.
     readonly property bool isQuiet: !isRunning && message.length === 0
-    readonly property string message: page !== null ? page.note : ""
+    readonly property string message: page.note
 
     Label {
         id: title
@@ -18,7 +19,7 @@ CardSurface {
         y: 2 * Theme.grid
         width: add.x - x - Theme.grid
         height: Theme.controlHeight
-        text: card.page !== null ? card.page.filesTitle : ""
+        text: card.page.filesTitle
         elide: Text.ElideMiddle
         font.pixelSize: Theme.titleSize
         font.weight: Font.Medium
@@ -51,7 +52,7 @@ CardSurface {
         width: parent.width - 2 * x
         wrapMode: Text.Wrap
         maximumLineCount: 2
-        text: card.page !== null ? card.page.filesDetail : ""
+        text: card.page.filesDetail
         color: Theme.secondaryText
         font.pixelSize: Theme.smallSize
     }
@@ -102,14 +103,14 @@ CardSurface {
 
             ActionButton {
                 id: reveal
-                visible: card.page !== null && card.page.canReveal
+                visible: card.page.canReveal
                 name: "Mostrar"
                 onTriggered: card.page.reveal()
             }
             // Last: it goes by itself, and nothing may move under the pointer then.
             ActionButton {
                 id: undo
-                visible: card.page !== null && card.page.canUndo
+                visible: card.page.canUndo
                 name: "Desfazer"
                 onTriggered: card.page.undo()
             }

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// Each file with its kind and size.
 ToolForm {
@@ -11,7 +12,7 @@ ToolForm {
         height: parent.height + Theme.gap
         cellWidth: Math.floor(width / 3)
         focus: true
-        model: tool.page !== null ? tool.page.files : null
+        model: tool.page.files
         Accessible.role: Accessible.List
         Accessible.name: "Arquivos escolhidos"
         Component.onCompleted: forceActiveFocus()

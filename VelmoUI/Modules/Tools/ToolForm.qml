@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// An open tool: its name and a way back, its fields in the same row, the rest below.
 FocusScope {
@@ -23,7 +24,7 @@ FocusScope {
         anchors.left: back.right
         anchors.leftMargin: Theme.grid
         height: Theme.controlHeight
-        text: form.page !== null ? form.page.toolTitle : ""
+        text: form.page.toolTitle
         font.weight: Font.Medium
         Accessible.role: Accessible.Heading
         Accessible.name: text

@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// All tools; those that don't fit the files say why.
 FocusScope {
@@ -19,7 +20,7 @@ FocusScope {
         interactive: contentWidth > width
         keyNavigationEnabled: true
         focus: true
-        model: tiles.page !== null ? tiles.page.tools : null
+        model: tiles.page.tools
         Accessible.role: Accessible.List
         Accessible.name: "Ferramentas"
 

@@ -1,30 +1,20 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// The files chosen on the left; on the right what can be done with them, or the tool that is open.
 FocusScope {
     id: view
 
-    property ToolsPageModel page: null
-    property bool watched: false
+    required property ToolsPageModel page
     property int lastTile: 0
-    readonly property bool hasFiles: page !== null && page.hasFiles
+    readonly property bool hasFiles: page.hasFiles
     /// A password is asked for, maybe that of an archive which isn't chosen any more.
-    readonly property bool asks: page !== null && page.passwordQuestion.length > 0
-
-    onWatchedChanged: tell()
-    onPageChanged: tell()
-    Component.onDestruction: if (page !== null)
-        page.setWatched(false)
-
-    function tell() {
-        if (page !== null)
-            page.setWatched(watched);
-    }
+    readonly property bool asks: page.passwordQuestion.length > 0
 
     EmptyState {
         anchors.centerIn: parent
-        visible: view.page !== null && !view.hasFiles && !view.asks
+        visible: !view.hasFiles && !view.asks
         isOfKept: false
         symbol: "wrench.and.screwdriver"
         title: "Nenhum arquivo escolhido"
@@ -47,7 +37,7 @@ FocusScope {
     Loader {
         id: tool
 
-        readonly property string id: view.page === null ? "" : view.asks ? "password" : view.page.tool
+        readonly property string id: view.asks ? "password" : view.page.tool
         property string idBefore: ""
 
         x: selection.visible ? selection.width + Theme.gap : 0
@@ -55,7 +45,6 @@ FocusScope {
         height: parent.height
         visible: view.hasFiles || view.asks
         focus: visible
-        active: view.page !== null
         sourceComponent: id === "password" ? password : id === "rename" ? rename : id === "zip" ? zip : id === "extract" ? extract
                        : id === "list" ? contents : id === "summary" ? summary : all
         // The keyboard goes into a tool that opens, and back to the tiles.

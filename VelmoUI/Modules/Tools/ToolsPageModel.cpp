@@ -1,11 +1,11 @@
 #include "VelmoUI/Modules/Tools/ToolsPageModel.h"
 
+#include "VelmoCore/Foundation/Words.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoSystem/Storage/StorageInspector.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
@@ -36,34 +36,32 @@ FileRow fileRow(const FileSummary &summary)
 
 } // namespace
 
-ToolsPageModel::ToolsPageModel(const ModuleContext &context)
-    : m_context(context), m_dialog(context.panel), m_renameForm(context.services.platform.scheduler)
+ToolsPageModel::ToolsPageModel(ToolsSelection &selection, ToolsWork &work, ActivityCenter &activity,
+                               FileViewer &fileViewer, Scheduler &scheduler, PanelPort &panel)
+    : m_selection(selection), m_work(work), m_activity(activity), m_fileViewer(fileViewer),
+      m_scheduler(scheduler), m_dialog(panel), m_renameForm(scheduler)
 {
-    ToolsSelection &selection = context.services.tools;
     connect(&selection, &ToolsSelection::urlsChanged, this, &ToolsPageModel::takeFiles);
     connect(&selection, &ToolsSelection::toolChanged, this, [this] {
         Q_EMIT toolChanged();
         startTool();
     });
-    connect(&work(), &ToolsWork::changed, this, [this] {
+    connect(&work, &ToolsWork::changed, this, [this] {
         m_progress = -1;
         updateProgress();
         Q_EMIT jobChanged();
     });
-    connect(&work(), &ToolsWork::finished, this, &ToolsPageModel::startTool);
-    connect(&work(), &ToolsWork::passwordChanged, this, &ToolsPageModel::passwordChanged);
-    connect(&work(), &ToolsWork::entriesChanged, this, &ToolsPageModel::showEntries);
-    connect(&context.services.activity, &ActivityCenter::liveChanged, this,
-            &ToolsPageModel::updateProgress);
+    connect(&work, &ToolsWork::finished, this, &ToolsPageModel::startTool);
+    connect(&work, &ToolsWork::passwordChanged, this, &ToolsPageModel::passwordChanged);
+    connect(&work, &ToolsWork::entriesChanged, this, &ToolsPageModel::showEntries);
+    connect(&activity, &ActivityCenter::liveChanged, this, &ToolsPageModel::updateProgress);
     showEntries();
     takeFiles();
 }
 
 QString ToolsPageModel::filesTitle() const
 {
-    if (urls().size() == 1)
-        return urls().front().fileName();
-    return QStringLiteral("%L1 itens").arg(urls().size());
+    return urls().size() == 1 ? urls().front().fileName() : Words::items(urls().size());
 }
 
 QString ToolsPageModel::filesNames() const
@@ -80,7 +78,7 @@ QString ToolsPageModel::filesNames() const
 
 QString ToolsPageModel::tool() const
 {
-    return m_context.services.tools.tool().value_or(QString());
+    return m_selection.tool().value_or(QString());
 }
 
 QString ToolsPageModel::toolTitle() const
@@ -90,12 +88,9 @@ QString ToolsPageModel::toolTitle() const
     return row == rows.end() ? QString() : row->title;
 }
 
-void ToolsPageModel::setWatched(bool watched)
+void ToolsPageModel::watch(bool isWatched)
 {
-    if (watched == m_isWatched)
-        return;
-    m_isWatched = watched;
-    if (!watched)
+    if (!isWatched)
         return;
     summarize();
     m_renameForm.update();
@@ -110,13 +105,13 @@ void ToolsPageModel::chooseFiles()
                   QStringLiteral("Escolher"), folder, [this](const std::vector<QUrl> &chosen) {
                       std::vector<QUrl> all = urls();
                       all.insert(all.end(), chosen.begin(), chosen.end());
-                      m_context.services.tools.replace(std::move(all));
+                      m_selection.replace(std::move(all));
                   });
 }
 
 void ToolsPageModel::clear()
 {
-    m_context.services.tools.open({}, std::nullopt);
+    m_selection.open({}, std::nullopt);
 }
 
 void ToolsPageModel::remove(const QString &path)
@@ -124,7 +119,7 @@ void ToolsPageModel::remove(const QString &path)
     std::vector<QUrl> rest = urls();
     std::erase(rest, QUrl::fromLocalFile(path));
     const bool isLast = rest.empty();
-    m_context.services.tools.replace(std::move(rest));
+    m_selection.replace(std::move(rest));
     if (isLast)
         closeTool();
 }
@@ -132,12 +127,12 @@ void ToolsPageModel::remove(const QString &path)
 void ToolsPageModel::open(const QString &tool)
 {
     if (!isRunning())
-        m_context.services.tools.setTool(tool);
+        m_selection.setTool(tool);
 }
 
 void ToolsPageModel::closeTool()
 {
-    m_context.services.tools.setTool(std::nullopt);
+    m_selection.setTool(std::nullopt);
 }
 
 void ToolsPageModel::setZipName(const QString &name)
@@ -171,7 +166,7 @@ QString ToolsPageModel::extractDetail() const
 
 QString ToolsPageModel::entriesDetail() const
 {
-    if (!work().listed())
+    if (!m_work.listed())
         return {};
     const int all = m_entries.entryCount();
     const int shown = m_entries.rowCount();
@@ -179,20 +174,19 @@ QString ToolsPageModel::entriesDetail() const
         return QStringLiteral("Vazio");
     if (shown == 0)
         return QStringLiteral("Nada encontrado");
-    const QString total =
-        all == 1 ? QStringLiteral("1 item") : QStringLiteral("%L1 itens").arg(all);
-    return shown == all ? total : QStringLiteral("%1 de %2").arg(QLocale().toString(shown), total);
+    const QString total = Words::items(all);
+    return shown == all ? total : QStringLiteral("%1 de %2").arg(Words::number(shown), total);
 }
 
 QString ToolsPageModel::passwordTitle() const
 {
-    const auto archive = work().lockedArchive();
+    const auto archive = m_work.lockedArchive();
     return archive ? QStringLiteral("Senha de “") + archive->fileName() + u'”' : QString();
 }
 
 void ToolsPageModel::showEntries()
 {
-    m_entries.setEntries(work().entries());
+    m_entries.setEntries(m_work.entries());
     Q_EMIT entriesChanged();
 }
 
@@ -205,7 +199,7 @@ void ToolsPageModel::searchEntries(const QString &query)
 void ToolsPageModel::rename()
 {
     if (m_renameForm.isPossible())
-        work().rename(m_renameForm.pattern(), m_renameForm.start());
+        m_work.rename(m_renameForm.pattern(), m_renameForm.start());
 }
 
 void ToolsPageModel::zip()
@@ -215,29 +209,29 @@ void ToolsPageModel::zip()
     QString name = m_zipName.trimmed();
     if (name.endsWith(u".zip", Qt::CaseInsensitive) && name.size() > 4)
         name.chop(4);
-    work().zip(name);
+    m_work.zip(name);
 }
 
 void ToolsPageModel::extract()
 {
-    work().extract(std::nullopt);
+    m_work.extract(std::nullopt);
 }
 
 void ToolsPageModel::chooseExtractFolder()
 {
     askForFolder(QStringLiteral("Extrair para"), QStringLiteral("Extrair"),
-                 [this](const QUrl &folder) { work().extract(folder); });
+                 [this](const QUrl &folder) { m_work.extract(folder); });
 }
 
 void ToolsPageModel::reveal()
 {
-    m_context.services.platform.fileViewer.reveal(work().outputs());
+    m_fileViewer.reveal(m_work.outputs());
 }
 
 void ToolsPageModel::updateProgress()
 {
-    const auto &live = m_context.services.activity.live();
-    const auto row = std::ranges::find(live, work().jobID(), &LiveActivity::id);
+    const auto &live = m_activity.live();
+    const auto row = std::ranges::find(live, m_work.jobID(), &LiveActivity::id);
     const qreal progress = row == live.end() ? -1 : row->progress.value_or(-1);
     if (isRunning() && std::exchange(m_progress, progress) != progress)
         Q_EMIT jobChanged();
@@ -246,7 +240,7 @@ void ToolsPageModel::updateProgress()
 void ToolsPageModel::startTool()
 {
     const QString id = tool();
-    if (id.isEmpty() || !m_isWatched || isRunning())
+    if (id.isEmpty() || !isWatched() || isRunning())
         return;
     const auto &rows = m_tools.records();
     const auto row = std::ranges::find(rows, id, &ToolRow::id);
@@ -254,22 +248,22 @@ void ToolsPageModel::startTool()
         const QString reason = row == rows.end() || !hasFiles() ? QString() : row->detail;
         closeTool();
         if (!reason.isEmpty())
-            work().tell(QStringLiteral("%1: %2").arg(row->title, reason), true);
+            m_work.report(QStringLiteral("%1: %2").arg(row->title, reason), true);
         return;
     }
     if (id == u"duplicate") {
         closeTool();
-        work().duplicate();
+        m_work.duplicate();
     } else if (id == u"organize") {
         closeTool();
-        work().organize();
+        m_work.organize();
     } else if (id == u"move") {
         closeTool();
         askForFolder(QStringLiteral("Mover para"), QStringLiteral("Mover"),
                      [this](const QUrl &folder) { moveTo(folder); });
-    } else if (id == u"list" && work().listed() != urls().front() &&
-               work().lockedArchive() != urls().front()) {
-        work().list();
+    } else if (id == u"list" && m_work.listed() != urls().front() &&
+               m_work.lockedArchive() != urls().front()) {
+        m_work.list();
     }
 }
 
@@ -304,27 +298,26 @@ void ToolsPageModel::summarize()
 {
     m_filesDetail = QStringLiteral("Calculando…");
     Q_EMIT filesChanged();
-    m_summarizing = std::jthread(
-        [self = QPointer(this), files = urls(),
-         &scheduler = m_context.services.platform.scheduler](const std::stop_token &stop) {
-            std::vector<FileSummary> summaries;
-            qint64 size = 0;
-            for (const QUrl &file : files) {
-                if (stop.stop_requested())
-                    return;
-                FileSummary summary = FileSummary::make(file);
-                if (summary.isDirectory)
-                    summary.byteSize = StorageInspector::size(file.toLocalFile(), stop);
-                size += summary.byteSize.value_or(0);
-                summaries.push_back(summary);
-            }
+    m_summarizing = std::jthread([self = QPointer(this), files = urls(),
+                                  &scheduler = m_scheduler](const std::stop_token &stop) {
+        std::vector<FileSummary> summaries;
+        qint64 size = 0;
+        for (const QUrl &file : files) {
             if (stop.stop_requested())
                 return;
-            scheduler.post([self, files, summaries, size] {
-                if (self && self->urls() == files)
-                    self->showSummaries(summaries, size);
-            });
+            FileSummary summary = FileSummary::make(file);
+            if (summary.isDirectory)
+                summary.byteSize = StorageInspector::size(file.toLocalFile(), stop);
+            size += summary.byteSize.value_or(0);
+            summaries.push_back(summary);
+        }
+        if (stop.stop_requested())
+            return;
+        scheduler.post([self, files, summaries, size] {
+            if (self && self->urls() == files)
+                self->showSummaries(summaries, size);
         });
+    });
 }
 
 void ToolsPageModel::showSummaries(const std::vector<FileSummary> &summaries, qint64 size)
@@ -335,7 +328,7 @@ void ToolsPageModel::showSummaries(const std::vector<FileSummary> &summaries, qi
     if (rows.size() == 1)
         m_filesDetail = rows.front().detail;
     else
-        m_filesDetail = QStringLiteral("%1 ao todo").arg(StorageInspector::format(size));
+        m_filesDetail = QStringLiteral("%1 ao todo").arg(Words::size(size));
     Q_EMIT filesChanged();
 }
 

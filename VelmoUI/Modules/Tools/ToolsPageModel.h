@@ -1,18 +1,21 @@
 #pragma once
 
 #include "VelmoSystem/FileProcessing/FileSummary.h"
-#include "VelmoUI/App/AppServices.h"
-#include "VelmoUI/Modules/NotchModule.h"
+#include "VelmoSystem/FileProcessing/ToolsWork.h"
+#include "VelmoUI/Modules/Frame/ModulePage.h"
+#include "VelmoUI/Modules/Frame/PanelFileDialog.h"
 #include "VelmoUI/Modules/Tools/ArchiveContents.h"
 #include "VelmoUI/Modules/Tools/RenameForm.h"
 #include "VelmoUI/Modules/Tools/ToolRows.h"
-#include "VelmoUI/Notch/PanelFileDialog.h"
 
 #include <QtQml/qqmlregistration.h>
 
 #include <thread>
 
 namespace velmo {
+
+class FileViewer;
+class PanelPort;
 
 /// A chosen file as the summary shows it.
 struct FileRow {
@@ -27,9 +30,9 @@ struct FileRow {
 };
 BOOST_DESCRIBE_STRUCT(FileRow, (), (id, symbol, name, detail, removal, spoken))
 
-/// The Tools page of one panel: files, what can be done with them, and what came of it. The work is
-/// that of `ToolsWork`, and so goes on without the page.
-class ToolsPageModel : public QObject {
+/// The Tools page of one panel: files, what can be done with them, and the result. `ToolsWork` does
+/// the work, so it goes on without the page.
+class ToolsPageModel : public velmo::ModulePage {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by its module")
@@ -50,7 +53,7 @@ class ToolsPageModel : public QObject {
     Q_PROPERTY(QString jobTitle READ jobTitle NOTIFY jobChanged)
     /// 0 to 1, negative if it isn't known.
     Q_PROPERTY(qreal progress READ progress NOTIFY jobChanged)
-    /// What came of the last job, or why nothing did.
+    /// The result of the last job, or why it failed.
     Q_PROPERTY(QString note READ note NOTIFY jobChanged)
     Q_PROPERTY(bool isNoteError READ isNoteError NOTIFY jobChanged)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY jobChanged)
@@ -70,7 +73,9 @@ class ToolsPageModel : public QObject {
     Q_PROPERTY(QString entriesDetail READ entriesDetail NOTIFY entriesChanged)
 
 public:
-    explicit ToolsPageModel(const ModuleContext &context);
+    /// All of them outlive this object.
+    ToolsPageModel(ToolsSelection &selection, ToolsWork &work, ActivityCenter &activity,
+                   FileViewer &fileViewer, Scheduler &scheduler, PanelPort &panel);
 
     bool hasFiles() const { return !urls().empty(); }
     QString filesTitle() const;
@@ -81,13 +86,13 @@ public:
     QString tool() const;
     QString toolTitle() const;
 
-    bool isRunning() const { return work().isRunning(); }
-    QString jobTitle() const { return work().jobTitle(); }
+    bool isRunning() const { return m_work.isRunning(); }
+    QString jobTitle() const { return m_work.jobTitle(); }
     qreal progress() const { return m_progress; }
-    QString note() const { return work().note(); }
-    bool isNoteError() const { return work().isNoteError(); }
-    bool canUndo() const { return work().canUndo(); }
-    bool canReveal() const { return !isRunning() && !work().outputs().empty(); }
+    QString note() const { return m_work.note(); }
+    bool isNoteError() const { return m_work.isNoteError(); }
+    bool canUndo() const { return m_work.canUndo(); }
+    bool canReveal() const { return !isRunning() && !m_work.outputs().empty(); }
 
     RenameForm *renameForm() { return &m_renameForm; }
     QString zipName() const { return m_zipName; }
@@ -95,13 +100,10 @@ public:
     QString zipDetail() const;
     bool canZip() const;
     QString extractDetail() const;
-    QString passwordQuestion() const { return work().passwordQuestion(); }
+    QString passwordQuestion() const { return m_work.passwordQuestion(); }
     QString passwordTitle() const;
     ArchiveContents *entries() { return &m_entries; }
     QString entriesDetail() const;
-
-    /// Whether the page can be seen. A tool that another view asked for starts only then.
-    Q_INVOKABLE void setWatched(bool watched);
 
     /// Asks for files, which join those chosen.
     Q_INVOKABLE void chooseFiles();
@@ -116,14 +118,14 @@ public:
     /// Beside each archive.
     Q_INVOKABLE void extract();
     Q_INVOKABLE void chooseExtractFolder();
-    void moveTo(const QUrl &folder) { work().moveTo(folder); }
+    void moveTo(const QUrl &folder) { m_work.moveTo(folder); }
     /// Tries again what a password was asked for.
-    Q_INVOKABLE void usePassword(const QString &password) { work().usePassword(password); }
-    Q_INVOKABLE void declinePassword() { work().declinePassword(); }
+    Q_INVOKABLE void usePassword(const QString &password) { m_work.usePassword(password); }
+    Q_INVOKABLE void declinePassword() { m_work.declinePassword(); }
     Q_INVOKABLE void searchEntries(const QString &query);
 
-    Q_INVOKABLE void cancel() { work().cancel(); }
-    Q_INVOKABLE void undo() { work().undo(); }
+    Q_INVOKABLE void cancel() { m_work.cancel(); }
+    Q_INVOKABLE void undo() { m_work.undo(); }
     /// Shows what the last job made.
     Q_INVOKABLE void reveal();
 
@@ -136,8 +138,9 @@ Q_SIGNALS:
     void entriesChanged();
 
 private:
-    ToolsWork &work() const { return m_context.services.toolsWork; }
-    const std::vector<QUrl> &urls() const { return m_context.services.tools.urls(); }
+    /// A tool that another view asked for starts only when the page is seen.
+    void watch(bool isWatched) override;
+    const std::vector<QUrl> &urls() const { return m_selection.urls(); }
     void takeFiles();
     void summarize();
     void showSummaries(const std::vector<FileSummary> &summaries, qint64 size);
@@ -148,9 +151,12 @@ private:
     void updateProgress();
     void showEntries();
 
-    const ModuleContext m_context;
+    ToolsSelection &m_selection;
+    ToolsWork &m_work;
+    ActivityCenter &m_activity;
+    FileViewer &m_fileViewer;
+    Scheduler &m_scheduler;
     PanelFileDialog m_dialog;
-    bool m_isWatched = false;
     std::jthread m_summarizing;
     QString m_filesDetail;
     RecordListModel<FileRow> m_files;

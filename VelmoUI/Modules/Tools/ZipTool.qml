@@ -1,5 +1,6 @@
 import QtQuick
-import Velmo
+import Velmo.Design
+import Velmo.Modules.Tools
 
 /// The name of the archive to make.
 ToolForm {
@@ -30,7 +31,7 @@ ToolForm {
         ActionButton {
             id: apply
             anchors.right: parent.right
-            enabled: tool.page !== null && tool.page.canZip && !tool.page.isRunning
+            enabled: tool.page.canZip && !tool.page.isRunning
             opacity: enabled ? 1 : 0.4
             name: "Compactar"
             idleColor: Theme.surfaceSelected
@@ -41,7 +42,7 @@ ToolForm {
     Label {
         width: parent.width
         wrapMode: Text.Wrap
-        text: tool.page !== null ? tool.page.zipDetail : ""
-        color: tool.page === null || tool.page.canZip ? Theme.secondaryText : Theme.error
+        text: tool.page.zipDetail
+        color: tool.page.canZip ? Theme.secondaryText : Theme.error
     }
 }

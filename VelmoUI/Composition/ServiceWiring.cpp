@@ -1,0 +1,45 @@
+#include "VelmoUI/Composition/ServiceWiring.h"
+
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoCore/Foundation/Words.h"
+#include "VelmoSystem/Ports/FileViewer.h"
+#include "VelmoUI/Composition/AppServices.h"
+
+namespace velmo::ServiceWiring {
+
+void start(AppServices &services)
+{
+    services.platform.fileViewer.onFailure = [&services](const QString &description) {
+        services.activity.postFailure(QStringLiteral("Não foi possível abrir"),
+                                      QStringLiteral("files"), description);
+    };
+    services.notifier.onActivated = [&services](const QString &moduleID) {
+        if (moduleID.isEmpty())
+            services.showNotch();
+        else
+            services.openModule(moduleID);
+    };
+    services.jobs.onOutputs = [&services](const std::vector<QUrl> &urls) {
+        services.shelf.adoptOutputs(urls);
+    };
+    // A job may have removed files, even one that failed.
+    QObject::connect(&services.jobs, &JobCenter::runningCountChanged, &services.shelf,
+                     &ShelfStore::lookForMissingFiles);
+    for (NotchModule *module : services.modules.all())
+        module->start();
+}
+
+void finishRestoring(AppServices &services, const PendingFiles::Restored &restored)
+{
+    services.shelf.forgetMissingFiles();
+    if (restored.named.empty())
+        return;
+    const QString title = Words::count(restored.named.size(), u"1 item tem de novo o nome de antes",
+                                       u"%1 itens têm de novo o nome de antes");
+    services.activity.post(ActivityEvent::make(
+        services.platform.scheduler.now(), QStringLiteral("arrow.uturn.backward"), title,
+        FeedbackStyle::info, QStringLiteral("files"),
+        QStringLiteral("O Orvane foi encerrado no meio do trabalho."), restored.named));
+}
+
+} // namespace velmo::ServiceWiring

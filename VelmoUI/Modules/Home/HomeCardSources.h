@@ -1,0 +1,19 @@
+#pragma once
+
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
+
+namespace velmo {
+
+/// The cards that the modules bring. Both outlive this object.
+struct HomeCardSources {
+    ModuleRegistry &modules;
+    SettingsStore &settings;
+
+    /// All that there are, in the order of the modules.
+    std::vector<NotchModule::Card> all() const;
+    /// Those to show, in order.
+    std::vector<NotchModule::Card> shown() const;
+};
+
+} // namespace velmo
