@@ -258,11 +258,11 @@ TEST_P(ArchiveProcessor_, TakesLittleSpaceForWhatIsRefused)
     files.write("in/0", noise);
     for (int i = 1; i <= count; ++i)
         files.write(QString("in/%1").arg(i), QByteArray(8 << 20, 'x'));
-    run("bsdtar", {"--options", "compression-level=1", "-czf", "long.tar.gz", "in"});
+    run("bsdtar", {"--options", "compression-level=1", "-czf", "large.tar.gz", "in"});
     // Looked at a few hundred times a second.
     qint64 most = 0;
     int emptyAtLast = 0;
-    const auto watched = [&](qint64 limit) {
+    const auto watched = [&](const QString &archive, qint64 limit) {
         most = 0;
         const std::jthread watcher([&](const std::stop_token &stop) {
             for (; !stop.stop_requested(); ::poll(nullptr, 0, 2)) {
@@ -271,21 +271,21 @@ TEST_P(ArchiveProcessor_, TakesLittleSpaceForWhatIsRefused)
                 emptyAtLast = size == 0 ? emptyAtLast + 1 : 0;
             }
         });
-        return refusal(files.path("long.tar.gz"), limit);
+        return refusal(archive, limit);
     };
     const qint64 limit = 300 << 20;
-    EXPECT_EQ(watched(limit), Error::Value(Error::TooLarge{limit}));
+    EXPECT_EQ(watched(files.path("large.tar.gz"), limit), Error::Value(Error::TooLarge{limit}));
     EXPECT_LT(most, 250 << 20);
 
     // A tool that ends by the limit of a file's size leaves its space while the listing goes on.
+    if (GetParam() == Kind::sevenZip)
+        return; // lists before it unpacks
     const rlimit small = {4 << 20, RLIM_INFINITY};
     const rlimit none = {RLIM_INFINITY, RLIM_INFINITY};
     ::setrlimit(RLIMIT_FSIZE, &small);
-    EXPECT_TRUE(watched(ArchiveProcessor::defaultSizeLimit).has_value());
+    EXPECT_TRUE(watched(world().archives.path("long.tar.gz"), ArchiveProcessor::defaultSizeLimit));
     ::setrlimit(RLIMIT_FSIZE, &none);
-    if (GetParam() == Kind::bsdtar) {
-        EXPECT_GT(emptyAtLast, 3);
-    }
+    EXPECT_GT(emptyAtLast, 3);
 }
 
 TEST_P(ArchiveProcessor_, RefusesOrUnpacksAHundredThousandEntries)

@@ -119,6 +119,12 @@ with gzip.GzipFile("backup", "wb", fileobj=open(os.path.join(folder, "other.tar.
 for page, path in {"cp850": "ação/São.txt", "cp437": "ñandú/5√2.txt", "cp932": "表.txt", "gbk": "新建/测试.txt"}.items():
     pack(page + ".zip", [(path, FILE, b"x"), ("plain", FILE, b"y")], RawInfo)
 
+# A single file of zeros, whose listing takes far longer than to write what a small limit allows.
+info = tarfile.TarInfo("zeros")
+info.size = 1088 << 20
+with open(os.path.join(folder, "long.tar.gz"), "wb") as file:
+    file.write(gzip.compress(info.tobuf()) + gzip.compress(bytes(16 << 20)) * 68 + gzip.compress(bytes(1024)))
+
 # Says one byte and holds forty million: in both headers, so that a listing believes it.
 path = os.path.join(folder, "liar.zip")
 pack("liar.zip", [("big", FILE, os.urandom(1 << 20) * 40)])
