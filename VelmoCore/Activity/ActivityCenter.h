@@ -46,7 +46,7 @@ public:
     void cancel(const QString &id);
 
     void post(ActivityEvent event, Presentation presentation = Presentation::standard);
-    /// Tells that something has failed just now, and why.
+    /// Posts that something has failed just now, and why.
     void postFailure(const QString &title, const QString &source,
                      const std::optional<QString> &reason = std::nullopt);
     /// Clears the message on show; with an id, only if it is that one.

@@ -16,7 +16,7 @@ namespace velmo {
 enum class FeedbackStyle { success, error, info };
 BOOST_DESCRIBE_ENUM(FeedbackStyle, success, error, info)
 
-/// Something that has just happened, as the user is told of it.
+/// Something that has just happened, as the user sees it.
 struct ActivityEvent {
     Uuid id;
     Date date;

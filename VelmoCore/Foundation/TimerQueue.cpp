@@ -48,7 +48,7 @@ bool TimerQueue::runNext(Seconds time)
         return false;
     const auto next = m_bodies.extract(m_bodies.begin());
     m_deadlines.erase(next.key().second);
-    // Told before the body runs: an event loop inside the body needs the next deadline.
+    // Announced before the body runs: an event loop inside the body needs the next deadline.
     m_deadlineChanged();
     next.mapped()();
     return true;

@@ -20,7 +20,7 @@ struct KeyModifiers {
 };
 
 /// A key and its modifiers, as a shortcut is stored. Key codes are a fixed virtual code a key,
-/// whatever the layout (45 is N); `KeyNames` tells their names.
+/// whatever the layout (45 is N); `KeyNames` has their names.
 struct KeyCombo {
     using Modifiers = KeyModifiers;
 

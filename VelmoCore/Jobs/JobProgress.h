@@ -10,7 +10,7 @@
 
 namespace velmo {
 
-/// How a job tells how far it is, from any thread. At most ten updates a second get through; the
+/// How a job reports how far it is, from any thread. At most ten updates a second get through; the
 /// others are dropped, so a phase ends with a forced one.
 class JobProgress {
 public:

@@ -37,7 +37,7 @@ inline QString nameOf(const QUrl &url)
 }
 
 /// Whether anything stands there, a dangling link too. What can't be asked counts as standing: its
-/// record is all that tells where it is.
+/// record is all that says where it is.
 inline bool stands(const QString &path)
 {
     struct stat entry = {};

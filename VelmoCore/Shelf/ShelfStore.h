@@ -109,7 +109,7 @@ public:
     std::vector<Departure> removeAtOnce(const IDs &ids);
     /// The same for moved files, none of which it takes home itself.
     std::vector<Departure> depart(const IDs &ids);
-    /// Tells the user that so many moved files could not go back.
+    /// Reports to the user that so many moved files could not go back.
     void reportReturnFailures(int count);
     /// Removes what is older, but nothing pinned and no moved file. Gives how many.
     int autoClean(int olderThanDays, Date now);

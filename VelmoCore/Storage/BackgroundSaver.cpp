@@ -37,7 +37,7 @@ public:
         m_result.reset();
     }
 
-    /// Tells what the last save came to, once.
+    /// Reports the result of the last save, once.
     void tell()
     {
         std::unique_lock lock(m_mutex);
@@ -76,7 +76,7 @@ private:
     std::condition_variable m_saved;
     Save m_next;
     bool m_isSaving = false;
-    std::optional<std::exception_ptr> m_result; ///< not told yet
+    std::optional<std::exception_ptr> m_result; ///< not reported yet
 };
 
 BackgroundSaver::BackgroundSaver(Scheduler &scheduler, Finished finished)

@@ -22,7 +22,7 @@ public:
     ~BackgroundSaver();
 
     void save(Save save);
-    /// Waits until all is saved, and tells.
+    /// Waits until all is saved, and reports the result.
     void flush();
 
 private:

@@ -16,7 +16,7 @@ namespace velmo {
 /// `waitForCipher`.
 class DataFiles {
 public:
-    /// Who keeps a file. It is heard, flushed and told of the key by being made.
+    /// Who keeps a file. Being made is enough: its issues show, it is flushed and gets the key.
     class Keeper {
     public:
         virtual ~Keeper() = default;

@@ -210,10 +210,10 @@ void StateSaving::tellWaiting()
     }
     const auto later = std::ranges::find_if(
         m_waiting, [&](const Waiting &waiting) { return waiting.number > number; });
-    std::vector<Waiting> told(std::make_move_iterator(m_waiting.begin()),
-                              std::make_move_iterator(later));
-    m_waiting.erase(m_waiting.begin(), later); // before anybody saves anew
-    for (const Waiting &waiting : told)
+    std::vector<Waiting> answered(std::make_move_iterator(m_waiting.begin()),
+                                  std::make_move_iterator(later));
+    m_waiting.erase(m_waiting.begin(), later); // before anybody saves again
+    for (const Waiting &waiting : answered)
         waiting.done(failure);
 }
 

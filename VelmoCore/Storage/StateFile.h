@@ -22,7 +22,7 @@ public:
     };
 
     const std::optional<QString> &loadIssue() const { return m_loadIssue; }
-    /// Of the last save; nothing where it succeeded, or failed for what `loadIssue` tells.
+    /// Of the last save; nothing where it succeeded, or failed for what `loadIssue` says.
     const std::optional<QString> &lastSaveError() const { return m_lastSaveError; }
     QStringList issues() const override;
     void dismissIssues() override;
@@ -40,7 +40,7 @@ public:
     /// On another thread, at once, or after the loading. `done` hears of this save or of a later
     /// one that had all of it.
     void save(Done done = {});
-    /// Waits for what is being written, and tells.
+    /// Waits for what is being written, and reports the result.
     void finishSaving() { m_saver.flush(); }
     /// On another thread, `delay` after the last of a burst of changes, and after the loading.
     void saveAfter(Seconds delay);

@@ -9,7 +9,7 @@
 
 namespace velmo {
 
-/// The user's wish that Orvane starts with the session.
+/// Whether Orvane starts with the session, as the user asked.
 class LaunchAtLoginService : public QObject {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
     QString message() const;
 
     void setEnabled(bool isEnabled);
-    /// Reads the status anew; others may have changed it, which settles an earlier failure.
+    /// Reads the status again: others may have changed it, which ends an earlier failure.
     void refresh();
 
 Q_SIGNALS:

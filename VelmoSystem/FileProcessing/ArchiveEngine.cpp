@@ -75,11 +75,11 @@ ToolCommand tarGzip(const QString &tool, const QString &archive, const QStringLi
 /// The first lines of what a tool says went wrong: it says one for every entry.
 QString firstLines(const QString &text)
 {
-    constexpr int told = 3;
-    return text.trimmed().section(u'\n', 0, told - 1);
+    constexpr int lines = 3;
+    return text.trimmed().section(u'\n', 0, lines - 1);
 }
 
-/// Tells bsdtar how names are written.
+/// Says to bsdtar how names are written.
 QStringList charset(const QByteArray &codePage)
 {
     if (codePage.isEmpty())
@@ -265,9 +265,9 @@ ArchiveError ArchiveEngine::error(const ProcessResult &result, bool passwordGive
 
 QString ArchiveEngine::compressionFailure(const ProcessResult &result)
 {
-    const QString told = firstLines(result.standardError);
-    return told.isEmpty() ? QStringLiteral("A compactação falhou (código %1).").arg(result.status)
-                          : told;
+    const QString reason = firstLines(result.standardError);
+    return reason.isEmpty() ? QStringLiteral("A compactação falhou (código %1).").arg(result.status)
+                            : reason;
 }
 
 bool ArchiveEngine::isCompressedTar(const QString &fileName)

@@ -34,7 +34,7 @@ public:
         const qsizetype end = std::max(output.lastIndexOf(ending) + 1, m_seen);
         m_sum += sizes(output.mid(m_seen, end - m_seen));
         m_seen = end;
-        // The last entry is told before it is read, which may be what takes long.
+        // The last entry is reported before it is read, which may be what takes long.
         sizes(output.mid(end));
     }
 

@@ -159,7 +159,7 @@ void repairName(const fs::path &path, const QByteArray &codePage)
         throw fileError(path, error.value());
 }
 
-/// What is to be told of and done to the entries of some folders.
+/// What is to be reported of and done to the entries of some folders.
 class Survey {
 public:
     explicit Survey(const QByteArray &codePage) : m_codePage(codePage) {}

@@ -46,7 +46,7 @@ using Progress = std::function<void(double)>;
 /// Give the new URLs, in the order given.
 QUrl rename(const QUrl &url, const QString &name);
 /// All or none: after a failure every file has its first name again, and those that can't have it
-/// are told by `NotUndone`. `date` is today's.
+/// are named by `NotUndone`. `date` is today's.
 std::vector<QUrl> batchRename(const std::vector<QUrl> &urls, const QString &pattern, int start,
                               Date date, const Progress &progress, std::stop_token stop = {});
 std::vector<QUrl> duplicate(const std::vector<QUrl> &urls, std::stop_token stop = {});

@@ -4,7 +4,7 @@
 
 namespace velmo {
 
-/// Tells a real drag of content from an ordinary press and move.
+/// Distinguishes a real drag of content from an ordinary press and move.
 class DragSessionWatcher {
 public:
     explicit DragSessionWatcher(const DragPasteboard &pasteboard);

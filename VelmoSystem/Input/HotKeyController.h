@@ -43,13 +43,13 @@ public:
     static HotKeySetting setting(HotKeyAction action);
     /// What the user calls the action.
     static QString title(HotKeyAction action);
-    /// Tells the user that the action has a shortcut already.
+    /// Says to the user that the action has a shortcut already.
     static QString sameAs(HotKeyAction action);
 
     /// What each action runs. An action without a handler isn't registered.
     std::map<HotKeyAction, std::function<void()>> handlers;
 
-    /// Registers the enabled shortcuts anew, or none while suspended. Failures go to `errors`.
+    /// Registers the enabled shortcuts again, or none while suspended. Failures go to `errors`.
     void apply();
     /// Tries what was refused or lost once more.
     void retry();

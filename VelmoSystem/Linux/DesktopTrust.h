@@ -8,7 +8,7 @@ namespace velmo {
 struct DesktopTrust {
     bool accessibility = false; ///< the accessibility bus (AT-SPI) answers
     bool screen = false;        ///< the X server shows us its screen
-    bool keyboard = false;      ///< XInput 2.2 tells of keys pressed elsewhere
+    bool keyboard = false;      ///< XInput 2.2 reports keys pressed elsewhere
 
     static DesktopTrust ofThisDesktop();
 

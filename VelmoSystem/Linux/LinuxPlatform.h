@@ -35,7 +35,7 @@ public:
     explicit LinuxPlatform(Scheduler &scheduler);
 
     Platform ports();
-    /// The text that is selected somewhere; its changes aren't told.
+    /// The text that is selected somewhere; its changes aren't reported.
     Pasteboard &primarySelection() { return m_primarySelection; }
 
 private:

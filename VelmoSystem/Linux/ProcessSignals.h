@@ -7,8 +7,8 @@
 
 namespace velmo {
 
-/// The signals that ask a process to end (SIGTERM, SIGINT, SIGHUP), told on the main thread. One
-/// that was ignored at the start (`nohup`) stays so. At most one object at a time.
+/// The signals that ask a process to end (SIGTERM, SIGINT, SIGHUP), reported on the main thread.
+/// One that was ignored at the start (`nohup`) stays so. At most one object at a time.
 class ProcessSignals {
 public:
     /// Throws `LocalizedError` where the system has no file descriptor left.

@@ -14,7 +14,7 @@ class BluetoothAdapter : public QObject {
 public:
     using QObject::QObject;
 
-    /// Begins to ask and to follow. Further calls ask anew.
+    /// Begins to ask and to follow. Further calls ask again.
     virtual void start() = 0;
     /// Whether it is on; nothing before an answer or without an adapter.
     virtual std::optional<bool> isPoweredOn() const = 0;

@@ -11,7 +11,7 @@ public:
         bool hasFiles = false;
         bool hasLinks = false;
         bool hasText = false;
-        bool isUntold = false; ///< the source tells only the window that the drag is over
+        bool isUntold = false; ///< the source answers only the window that the drag is over
     };
 
     virtual ~DragPasteboard() = default;

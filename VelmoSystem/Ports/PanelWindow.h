@@ -14,7 +14,7 @@ class QWindow;
 namespace velmo {
 
 /// A borderless window above all others, on every desktop, that the user's window list doesn't show
-/// and that never takes the focus unless told to.
+/// and that takes the focus only when asked to.
 class PanelWindow {
 public:
     /// What to do with a drop that the window has accepted. Its source is asked without waiting.

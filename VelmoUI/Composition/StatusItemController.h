@@ -14,7 +14,7 @@ class AppServices;
 class NotchCoordinator;
 
 /// Orvane's item in the desktop's status area, while `showMenuBarIcon` is on and the desktop has
-/// one. Its menu is built anew each time it opens.
+/// one. Its menu is built each time it opens.
 class StatusItemController : public QObject {
     Q_OBJECT
 

@@ -4,22 +4,22 @@ namespace velmo {
 
 class ImageRequest::Response : public QQuickImageResponse {
 public:
-    explicit Response(std::shared_ptr<ImageRequest> wish) : m_wish(std::move(wish))
+    explicit Response(std::shared_ptr<ImageRequest> request) : m_request(std::move(request))
     {
-        m_wish->m_response = this;
+        m_request->m_response = this;
     }
     ~Response() override
     {
-        m_wish->stop();
-        const std::scoped_lock lock(m_wish->m_lock);
-        m_wish->m_response = nullptr;
+        m_request->stop();
+        const std::scoped_lock lock(m_request->m_lock);
+        m_request->m_response = nullptr;
     }
 
     QQuickTextureFactory *textureFactory() const override
     {
         return QQuickTextureFactory::textureFactoryForImage(m_image);
     }
-    void cancel() override { m_wish->stop(); }
+    void cancel() override { m_request->stop(); }
 
     void finish(const QImage &image)
     {
@@ -28,13 +28,13 @@ public:
     }
 
 private:
-    const std::shared_ptr<ImageRequest> m_wish;
+    const std::shared_ptr<ImageRequest> m_request;
     QImage m_image;
 };
 
-QQuickImageResponse *ImageRequest::respond(const std::shared_ptr<ImageRequest> &wish)
+QQuickImageResponse *ImageRequest::respond(const std::shared_ptr<ImageRequest> &request)
 {
-    return new Response(wish);
+    return new Response(request);
 }
 
 void ImageRequest::answer(const QImage &image)

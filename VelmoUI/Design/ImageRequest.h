@@ -8,17 +8,17 @@
 
 namespace velmo {
 
-/// What Qt's wish for an image shares with the thread that works for it: either may end first.
+/// What Qt's request for an image shares with the thread that works for it: either may end first.
 class ImageRequest {
 public:
     /// What Qt gets, and owns, as long as it waits for the image.
-    static QQuickImageResponse *respond(const std::shared_ptr<ImageRequest> &wish);
+    static QQuickImageResponse *respond(const std::shared_ptr<ImageRequest> &request);
 
     /// Nobody waits any more. Any thread.
     bool isStopped() const { return m_stop.stop_requested(); }
     void stop() { m_stop.request_stop(); }
     std::stop_token token() const { return m_stop.get_token(); }
-    /// Ends the wish; once, on any thread. A null image stands for none.
+    /// Answers the request; once, on any thread. A null image stands for none.
     void answer(const QImage &image);
 
 private:

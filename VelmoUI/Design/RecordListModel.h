@@ -58,8 +58,8 @@ public:
 
     const std::vector<Record> &records() const { return m_records; }
 
-    /// Shows `records`. Rows that come or go together are told as one change, so a list that only
-    /// grows, shrinks or changes costs time in proportion to its length.
+    /// Shows `records`. Rows that come or go together are announced as one change, so a list that
+    /// only grows, shrinks or changes costs time in proportion to its length.
     void setRecords(const std::vector<Record> &records)
     {
         if (records == m_records)

@@ -64,17 +64,17 @@ QQuickImageResponse *ThumbnailProvider::requestImageResponse(const QString &id,
     const int requested = std::max(requestedSize.width(), requestedSize.height());
     const int side = requested > 0 ? requested : defaultSide;
     const QString path = QUrl::fromPercentEncoding(id.toUtf8());
-    const auto wish = std::make_shared<ImageRequest>();
-    auto *const response = ImageRequest::respond(wish);
-    m_pool.start([this, wish, path, side] {
-        const std::stop_callback atEnd(m_end.get_token(), [&] { wish->stop(); });
-        const QImage picture = m_thumbnailer.picture(path, side, wish->token());
-        if (!picture.isNull() || wish->isStopped()) {
-            wish->answer(picture);
+    const auto request = std::make_shared<ImageRequest>();
+    auto *const response = ImageRequest::respond(request);
+    m_pool.start([this, request, path, side] {
+        const std::stop_callback atEnd(m_end.get_token(), [&] { request->stop(); });
+        const QImage picture = m_thumbnailer.picture(path, side, request->token());
+        if (!picture.isNull() || request->isStopped()) {
+            request->answer(picture);
             return;
         }
         m_scheduler.post(
-            [wish, names = iconNames(path), side] { wish->answer(iconOf(names, side)); });
+            [request, names = iconNames(path), side] { request->answer(iconOf(names, side)); });
     });
     return response;
 }

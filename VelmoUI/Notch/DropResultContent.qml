@@ -8,10 +8,10 @@ FocusScope {
 
     required property NotchContent content
     readonly property bool shown: content.presentation === NotchContent.DropResult
-    /// What the drop moved is told as long as it can be taken back, unless something else is.
+    /// What the drop moved shows as long as it can be taken back, unless something else is.
     readonly property bool tellsMove: content.drop.canUndo && (!content.hasFeedback || content.feedbackTitle === content.drop.undoTitle)
 
-    // Another drop shows here before this has faded: the keyboard begins anew, as the list does.
+    // Another drop shows here before this has faded: the keyboard starts again, as the list does.
     onShownChanged: if (shown) {
         actions.focus = true;
         actions.currentIndex = 0;

@@ -36,7 +36,7 @@ struct NotchShape::Node : QSGNode {
 
 namespace {
 
-/// Without a change nothing is drawn anew: at the end of a spring only the edges still move.
+/// Without a change nothing is drawn again: at the end of a spring only the edges still move.
 void fill(QSGRectangleNode &node, const QRectF &rect, const QColor &color)
 {
     if (node.rect() != rect)

@@ -31,7 +31,7 @@ class HotKeysModel : public QObject {
     Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
 
 public:
-    /// `keyboard` tells a key by its place. All three must outlive the model.
+    /// `keyboard` knows a key by its place. All three must outlive the model.
     HotKeysModel(SettingsStore &settings, HotKeyController &hotKeys, const HotKeyGrabber &keyboard);
     ~HotKeysModel() override;
 

@@ -63,7 +63,7 @@ public:
     int retentionIndex() const;
     bool hasHistory() const;
 
-    /// Reads all permissions anew and forgets what didn't open.
+    /// Reads all permissions again and forgets what didn't open.
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void request(const QString &id);
     Q_INVOKABLE void openSettings(const QString &id);

@@ -9,7 +9,7 @@ namespace velmo {
 
 namespace {
 
-/// Of all that Qt tells screen readers.
+/// Of all that Qt exposes to screen readers.
 QString root()
 {
     return QStringLiteral("/org/a11y/atspi/accessible");
@@ -31,7 +31,7 @@ AccessiblePaste::~AccessiblePaste()
 
 void AccessiblePaste::accessibilityActiveChanged(bool isActive)
 {
-    if (isActive && !m_qt) // Qt's object comes right after it has told this
+    if (isActive && !m_qt) // Qt's object comes right after this change
         m_scheduler.post([self = QPointer(this)] {
             if (self)
                 self->takePlace();

@@ -8,9 +8,9 @@
 
 namespace velmo {
 
-/// The user's wishes from `org.freedesktop.portal.Settings`: "reduced-motion" and "color-scheme" of
-/// `org.freedesktop.appearance`, and GNOME's "enable-animations" switched off. Followed as they
-/// change.
+/// The user's preferences from `org.freedesktop.portal.Settings`: "reduced-motion" and
+/// "color-scheme" of `org.freedesktop.appearance`, and GNOME's "enable-animations" switched off.
+/// Followed as they change.
 class AppearancePortal : public DesktopAppearance {
     Q_OBJECT
 

@@ -19,7 +19,7 @@ ControlService::ControlService(QDBusConnection bus, std::vector<QUrl> files,
 
 ControlService::~ControlService()
 {
-    // The name goes first: who is told that we have quit may start the next one at once.
+    // The name goes first: who hears that we have quit may start the next one at once.
     if (m_bus.isConnected())
         m_bus.unregisterService(ControlBus::service);
 }

@@ -8,7 +8,7 @@
 namespace velmo {
 
 /// `FileViewer` with `org.freedesktop.FileManager1` and the desktop's openers. Returns before
-/// anything shows; what fails is logged and told to `onFailure`.
+/// anything shows; what fails is logged and reported to `onFailure`.
 class FileManagerViewer : public FileViewer {
 public:
     explicit FileManagerViewer(QDBusConnection bus);

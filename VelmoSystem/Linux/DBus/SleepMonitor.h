@@ -5,7 +5,7 @@
 
 namespace velmo {
 
-/// Tells when the machine woke from sleep, as logind says it. Without logind or a system bus it
+/// Reports when the machine woke from sleep, by logind. Without logind or a system bus it
 /// stays silent.
 class SleepMonitor : public QObject {
     Q_OBJECT

@@ -92,7 +92,7 @@ std::optional<QString> idByPath(const QString &path, const QString &canonicalPat
     return std::nullopt;
 }
 
-/// Without GLib's main loop nothing tells when a list has become old.
+/// Without GLib's main loop nothing says when a list has become old.
 bool hearsOfChanges()
 {
     const auto *dispatcher = QAbstractEventDispatcher::instance();

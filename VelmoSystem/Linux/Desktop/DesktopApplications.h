@@ -7,7 +7,7 @@
 namespace velmo {
 
 /// `Applications` with GIO's desktop entries. `changed` comes with GLib's main loop only, which Qt
-/// has unless it is told otherwise; what is asked for is right with any. Main thread only.
+/// has unless it is set otherwise; what is asked for is right with any. Main thread only.
 class DesktopApplications : public Applications {
     Q_OBJECT
 

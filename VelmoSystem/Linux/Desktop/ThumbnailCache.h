@@ -18,7 +18,7 @@ public:
     /// Keeps a picture of the size that `sizeFor` gives. What can't be kept is made again later.
     void keep(const QString &path, const QImage &picture, int size) const;
 
-    /// The pixels that a kept picture has at most, for a wish of `side`.
+    /// The pixels that a kept picture has at most, for a request of `side`.
     static int sizeFor(int side);
 
 private:

@@ -27,7 +27,7 @@ private:
 
     RemoteObjects m_objects;
     bool m_isStarted = false;
-    bool m_isListed = false; ///< BlueZ has told its adapters
+    bool m_isListed = false; ///< BlueZ has listed its adapters
     std::optional<bool> m_isPoweredOn;
     QString m_issue;
 };

@@ -237,7 +237,7 @@ AccessoryInfo UPowerDevices::accessory(const QString &device, uint type) const
     const QString model =
         m_objects.value<QString>(device, QStringLiteral("Model")).value_or(QString()).trimmed();
     auto level = percent(m_objects.value<double>(device, QStringLiteral("Percentage")));
-    // A device that hasn't told its charge yet stands at 0 in an unknown state.
+    // A device that hasn't reported its charge yet stands at 0 in an unknown state.
     if (level == 0 &&
         m_objects.value<uint>(device, QStringLiteral("State")).value_or(State::unknown) ==
             State::unknown)

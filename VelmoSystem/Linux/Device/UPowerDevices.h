@@ -42,7 +42,7 @@ private:
 
     RemoteObjects m_objects;
     bool m_isStarted = false;
-    bool m_isListed = false; ///< UPower has told its devices
+    bool m_isListed = false; ///< UPower has listed its devices
     Reading m_reading;
 };
 

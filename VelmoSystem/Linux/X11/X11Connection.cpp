@@ -124,7 +124,7 @@ void X11Connection::handleQueued()
 
 void X11Connection::handle(const xcb_generic_event_t &event)
 {
-    const int type = event.response_type & 0x7f; // the top bit tells what a client sent
+    const int type = event.response_type & 0x7f; // the top bit marks what a client sent
     if (type == 0) {
         // The usual one is a window that went before our request reached it.
         const auto &error = reinterpret_cast<const xcb_generic_error_t &>(event);

@@ -28,7 +28,7 @@ private:
     xcb_atom_t m_selection;
     xcb_window_t m_owner = 0;
     xcb_atom_t m_asked = 0;          ///< what the owner hasn't answered yet, 0 for nothing
-    xcb_timestamp_t m_askedTime = 0; ///< tells its answer from late ones
+    xcb_timestamp_t m_askedTime = 0; ///< distinguishes its answer from late ones
     std::uint64_t m_changeCount = 0;
     Contents m_contents;
     X11Connection::Subscription m_ownerChanges;

@@ -47,7 +47,7 @@ X11HotKeyGrabber::~X11HotKeyGrabber()
         release(m_entries.begin()->first);
 }
 
-// XKB keeps the releases out of a held key's repetition, and tells of layout changes.
+// XKB keeps the releases out of a held key's repetition, and reports layout changes.
 void X11HotKeyGrabber::watchKeyboard()
 {
     auto *server = m_connection.handle();

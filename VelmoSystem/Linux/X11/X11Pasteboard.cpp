@@ -225,7 +225,7 @@ QByteArray X11Pasteboard::utf8(const X11SelectionRead::Result &result) const
     const QString text = decode(bytes); // without a character that was cut at the end
     const bool isLatin1 =
         result.type == XCB_ATOM_STRING ||
-        (decode.hasError() && result.type == m_connection.atom("text/plain")); // no charset told
+        (decode.hasError() && result.type == m_connection.atom("text/plain")); // no charset given
     return (isLatin1 ? QString::fromLatin1(bytes) : text).toUtf8();
 }
 

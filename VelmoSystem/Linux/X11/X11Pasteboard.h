@@ -8,7 +8,7 @@
 
 namespace velmo {
 
-/// The selection CLIPBOARD, or PRIMARY. XFixes tells each new owner, so that nothing is polled; a
+/// The selection CLIPBOARD, or PRIMARY. XFixes reports each new owner, so that nothing is polled; a
 /// server without it shows no changes.
 class X11Pasteboard : public Pasteboard {
     Q_OBJECT

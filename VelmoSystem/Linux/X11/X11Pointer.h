@@ -12,12 +12,13 @@ class X11Displays;
 /// grab. They carry no position, so each sample asks for it.
 class X11Pointer : public Pointer {
 public:
-    /// Moves are told at most this often: faster than any screen shows, slower than a gaming mouse.
+    /// Moves are reported at most this often: faster than any screen shows, slower than a gaming
+    /// mouse.
     static constexpr Seconds moveInterval = 0.008s;
 
     X11Pointer(X11Connection &connection, const X11Displays &displays, Scheduler &scheduler);
 
-    /// Presses and releases of the wheel aren't told.
+    /// Presses and releases of the wheel aren't reported.
     void start(std::function<void(const Sample &)> observer) override;
     /// The last known one while the pointer is on another X screen.
     Point location() const override;

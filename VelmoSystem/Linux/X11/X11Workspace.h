@@ -7,8 +7,8 @@ namespace velmo {
 
 class X11Displays;
 
-/// What the window manager tells on the root window and on its clients (EWMH). Without one there
-/// are no windows.
+/// What the window manager publishes on the root window and on its clients (EWMH). Without one
+/// there are no windows.
 class X11Workspace : public Workspace {
     Q_OBJECT
 

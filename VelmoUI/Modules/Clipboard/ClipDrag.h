@@ -9,7 +9,7 @@
 
 namespace velmo::ClipDrag {
 
-/// Under which a drag tells Orvane's own pages the item's id.
+/// Under which a drag gives Orvane's own pages the item's id.
 inline constexpr QStringView idType = u"application/x-orvane-clip";
 
 /// A text as text, a link as URL too, files as URLs, an image as PNG, which is read once a target

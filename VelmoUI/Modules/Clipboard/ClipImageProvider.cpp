@@ -43,11 +43,11 @@ QString ClipImageProvider::urlFor(const QString &name)
 QQuickImageResponse *ClipImageProvider::requestImageResponse(const QString &id,
                                                              const QSize &requestedSize)
 {
-    const auto wish = std::make_shared<ImageRequest>();
-    auto *const response = ImageRequest::respond(wish);
-    m_pool.start([this, wish, name = QUrl::fromPercentEncoding(id.toUtf8()), requestedSize] {
-        const auto png = wish->isStopped() ? std::nullopt : m_images.read(name);
-        wish->answer(png ? unpacked(*png, requestedSize) : QImage());
+    const auto request = std::make_shared<ImageRequest>();
+    auto *const response = ImageRequest::respond(request);
+    m_pool.start([this, request, name = QUrl::fromPercentEncoding(id.toUtf8()), requestedSize] {
+        const auto png = request->isStopped() ? std::nullopt : m_images.read(name);
+        request->answer(png ? unpacked(*png, requestedSize) : QImage());
     });
     return response;
 }

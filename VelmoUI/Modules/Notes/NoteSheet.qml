@@ -63,7 +63,7 @@ FocusScope {
             selectByMouse: true
             wrapMode: TextEdit.Wrap
             textFormat: TextEdit.PlainText
-            // Set at once: each change lays out the whole text anew.
+            // Set at once: each change lays out the whole text again.
             font: Qt.font({
                 family: Theme.face,
                 pixelSize: Theme.bodySize,
