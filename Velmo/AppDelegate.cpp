@@ -1,13 +1,17 @@
 #include "Velmo/AppDelegate.h"
 
 #include "Velmo/Probes.h"
+#include "VelmoCore/Actions/ActionCatalog.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoSystem/FileProcessing/PrivateFolder.h"
 #include "VelmoSystem/FileProcessing/QuickActions.h"
+#include "VelmoSystem/Input/HotKeyController.h"
 #include "VelmoSystem/Linux/Keys/KeyItemStores.h"
 #include "VelmoUI/Composition/BuiltInModules.h"
 #include "VelmoUI/Composition/ServiceWiring.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
 #include <QGuiApplication>
 #include <QSessionManager>
@@ -64,8 +68,8 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     m_pendingFiles.emplace(paths.supportFile(QStringLiteral("Pending")));
     m_services.emplace(paths, dataProtection(), m_platform.ports());
     for (auto &module : makeBuiltInModules(*m_services))
-        m_services->modules.add(std::move(module));
-    addQuickActions(m_services->actions, m_services->platform.fileViewer,
+        m_services->modules->add(std::move(module));
+    addQuickActions(*m_services->actions, m_services->platform.fileViewer,
                     m_services->platform.pasteboard);
     m_settingsWindow.emplace(m_services->settingsWindow());
     m_coordinator.emplace(m_services->panels());
@@ -74,11 +78,11 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     ServiceWiring::start(*m_services);
     restorePendingFiles();
     m_coordinator->start();
-    m_services->hotKeys.apply();
+    m_services->hotKeys->apply();
     m_statusItem.emplace(*m_services, *m_coordinator);
     serveScripts();
     startPanelProbes(arguments);
-    if (!m_services->settings.settings().hasCompletedOnboarding)
+    if (!m_services->settings->settings().hasCompletedOnboarding)
         after(onboardingDelay, [this] { m_coordinator->open(); });
     m_services->openFilesInNotch(files);
     qCInfo(Log::app).noquote() << "Orvane iniciado";
@@ -146,9 +150,9 @@ void AppDelegate::fillCallbacks()
 
 void AppDelegate::fillHotKeys()
 {
-    auto &handlers = m_services->hotKeys.handlers;
+    auto &handlers = m_services->hotKeys->handlers;
     handlers[HotKeyAction::toggle] = [this] { m_coordinator->toggleFromHotKey(); };
-    for (const NotchModule *module : m_services->modules.all()) {
+    for (const NotchModule *module : m_services->modules->all()) {
         for (const auto &[action, route] : module->hotKeys())
             handlers[action] = [this, route = route] { m_coordinator->open(route); };
     }
@@ -169,7 +173,7 @@ ControlEndpoint::Commands AppDelegate::controlCommands()
             },
         .hasModule =
             [&services](const QString &moduleID) {
-                return services.modules.find(moduleID) != nullptr;
+                return services.modules->find(moduleID) != nullptr;
             },
         .settings = [&services](const QString &pane) { services.openSettings(settingsPane(pane)); },
         .hasSettingsPane = [](const QString &pane) { return settingsPane(pane).has_value(); },
@@ -184,16 +188,16 @@ ControlEndpoint::Commands AppDelegate::controlCommands()
 void AppDelegate::serveScripts()
 {
     AppServices &services = *m_services;
-    m_settingsVerbs.emplace(services.settings, m_scheduler);
+    m_settingsVerbs.emplace(*services.settings, m_scheduler);
     std::vector<Verb> verbs = m_settingsVerbs->verbs();
-    for (NotchModule *module : services.modules.all()) {
+    for (NotchModule *module : services.modules->all()) {
         std::ranges::move(module->verbs(), std::back_inserter(verbs));
         connect(
             module, &NotchModule::contentChanged, this,
             [this](const QString &noun, const QString &what) { m_control.changed(noun, what); });
     }
     m_control.serve(controlCommands(), std::move(verbs));
-    m_settings = services.settings.observe([this](const auto &before, const auto &after) {
+    m_settings = services.settings->observe([this](const auto &before, const auto &after) {
         for (const QString &key : SettingsVerbs::changedKeys(before, after))
             m_control.changed(QStringLiteral("settings"), key);
     });

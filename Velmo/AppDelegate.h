@@ -7,11 +7,11 @@
 #include "VelmoSystem/Linux/ProcessSignals.h"
 #include "VelmoSystem/Ports/ControlEndpoint.h"
 #include "VelmoSystem/Storage/DataProtectionReader.h"
+#include "VelmoSystem/Verbs/SettingsVerbs.h"
 #include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Composition/StatusItemController.h"
 #include "VelmoUI/Design/FieldClipboard.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
-#include "VelmoUI/Settings/SettingsVerbs.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
 #include <QObject>

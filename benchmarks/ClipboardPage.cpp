@@ -43,10 +43,10 @@ ClipItem copy(int number, Date date)
 
 void fill(AppServices &services)
 {
-    services.settings.update([](AppSettings &settings) { settings.clipboardMaxItems = count; });
-    services.clipboard.setLimits(count, services.settings.settings().clipboardRetentionDays);
+    services.settings->update([](AppSettings &settings) { settings.clipboardMaxItems = count; });
+    services.clipboard->setLimits(count, services.settings->settings().clipboardRetentionDays);
     for (int number = 0; number < count; ++number)
-        services.clipboard.add(copy(number, services.platform.scheduler.now()));
+        services.clipboard->add(copy(number, services.platform.scheduler.now()));
 }
 
 void print(PanelWork &panel)

@@ -23,7 +23,7 @@ double processorMilliseconds()
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
-/// Measures what it is told of.
+/// Measures what it is given.
 class MeasuredApplication : public QApplication {
 public:
     using QApplication::QApplication;

@@ -91,18 +91,18 @@ private:
 void fill(AppServices &services)
 {
     const Date now = services.platform.scheduler.now();
-    services.activity.upsert({.id = QStringLiteral("job"),
-                              .symbol = QStringLiteral("doc.zipper"),
-                              .title = QStringLiteral("Compactando 12 arquivos"),
-                              .progress = 0.4,
-                              .isCancellable = true});
+    services.activity->upsert({.id = QStringLiteral("job"),
+                               .symbol = QStringLiteral("doc.zipper"),
+                               .title = QStringLiteral("Compactando 12 arquivos"),
+                               .progress = 0.4,
+                               .isCancellable = true});
     for (int i = 0; i < 20; ++i) {
-        services.activity.post(ActivityEvent::make(now, QStringLiteral("checkmark.circle.fill"),
-                                                   QStringLiteral("Conversão concluída"),
-                                                   FeedbackStyle::success, QStringLiteral("files"),
-                                                   QStringLiteral("relatório.pdf"),
-                                                   {QUrl(QStringLiteral("file:///relatório.pdf"))}),
-                               ActivityCenter::Presentation::historyOnly);
+        services.activity->post(
+            ActivityEvent::make(now, QStringLiteral("checkmark.circle.fill"),
+                                QStringLiteral("Conversão concluída"), FeedbackStyle::success,
+                                QStringLiteral("files"), QStringLiteral("relatório.pdf"),
+                                {QUrl(QStringLiteral("file:///relatório.pdf"))}),
+            ActivityCenter::Presentation::historyOnly);
     }
 }
 
@@ -122,7 +122,7 @@ void measure(int runs)
     LinuxPlatform platform(scheduler);
     AppServices services({folder.path(), folder.path(), folder.path()},
                          {DataProtectionStatus::Disabled{}}, platform.ports());
-    services.modules.add(std::make_unique<ActivityModule>());
+    services.modules->add(std::make_unique<ActivityModule>());
     fill(services);
     NotchCoordinator coordinator(services);
     coordinator.start();

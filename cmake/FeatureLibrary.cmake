@@ -25,6 +25,7 @@ function(orvane_add_feature)
                 list(APPEND dependencies ${library_uri})
             endif()
         endforeach()
+        set(CMAKE_AUTOMOC OFF) # for the targets beside ours
         qt_add_qml_module(
             ${target}
             URI ${uri}
@@ -40,7 +41,10 @@ function(orvane_add_feature)
         # The generated registration includes our headers by their bare names.
         target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
         # Compiled QML is a small file for each of ours that includes much of Qt.
-        set_target_properties(${target}_qmlcache PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+        get_target_property(compiled_qml ${target} SOURCES)
+        list(FILTER compiled_qml INCLUDE REGEX "/qmlcache/.*_qml\\.cpp$")
+        set_source_files_properties(${compiled_qml} PROPERTIES UNITY_GROUP qml)
+        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
     else()
         target_sources(${target} PRIVATE ${sources})
     endif()

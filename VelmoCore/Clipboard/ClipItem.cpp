@@ -14,12 +14,14 @@ namespace {
 
 struct Looks {
     QStringView title;
+    QStringView word;
     QStringView symbol;
 };
 
-constexpr std::array looks{Looks{u"Textos", u"text.alignleft"}, Looks{u"Links", u"link"},
-                           Looks{u"Cores", u"paintpalette"}, Looks{u"Imagens", u"photo"},
-                           Looks{u"Arquivos", u"doc"}};
+constexpr std::array looks{
+    Looks{u"Textos", u"texto", u"text.alignleft"}, Looks{u"Links", u"link", u"link"},
+    Looks{u"Cores", u"cor", u"paintpalette"}, Looks{u"Imagens", u"imagem", u"photo"},
+    Looks{u"Arquivos", u"arquivo", u"doc"}};
 
 const Looks &looksOf(ClipKind kind)
 {
@@ -56,6 +58,11 @@ QString shortened(const QString &text)
 QString ClipKinds::title(ClipKind kind)
 {
     return looksOf(kind).title.toString();
+}
+
+QString ClipKinds::word(ClipKind kind)
+{
+    return looksOf(kind).word.toString();
 }
 
 QString ClipKinds::symbol(ClipKind kind)

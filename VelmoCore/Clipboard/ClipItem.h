@@ -16,7 +16,8 @@ BOOST_DESCRIBE_ENUM(ClipKind, text, link, color, image, files)
 
 namespace ClipKinds {
 
-QString title(ClipKind kind);
+QString title(ClipKind kind); ///< of many: "Textos"
+QString word(ClipKind kind);  ///< of one, within a sentence: "texto"
 QString symbol(ClipKind kind);
 
 } // namespace ClipKinds

@@ -117,7 +117,7 @@ public:
     /// The same, but for what has gone away from the main thread.
     void lookForMissingFiles();
     int removeDuplicateFiles();
-    /// Brings files of earlier versions into `notchFolder`. Gives how many. Without the records of
+    /// Moves files of earlier versions into `notchFolder`. Gives how many. Without the records of
     /// where they came from none.
     int migrateIntoNotchFolder();
     /// Saves at once, and returns when all of it is on disk.

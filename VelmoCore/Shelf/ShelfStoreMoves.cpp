@@ -14,8 +14,8 @@ using namespace ShelfPaths;
 
 namespace {
 
-/// Until then more files may settle.
-constexpr Seconds settleDelay = 0.5s;
+/// Until then more files may arrive.
+constexpr Seconds batchDelay = 0.5s;
 
 /// What a file manager leaves in folders doesn't count.
 bool holdsNothing(const QString &folder)
@@ -138,7 +138,7 @@ void ShelfStore::completeTransfers(const std::vector<TransferEnd> &ends)
     if (isElsewhere || m_underway.empty())
         save();
     else // what is on disk is as good until the last of them
-        m_file.saveAfter(settleDelay);
+        m_file.saveAfter(batchDelay);
     Q_EMIT itemsChanged();
 }
 

@@ -111,7 +111,7 @@ void writeAll(int file, const QByteArray &data, const QString &path)
         throw FileError(path, errno);
 }
 
-/// Brings a finished, synced file to `target` by `move`, which gives 0 or an errno value.
+/// Moves a finished, synced file to `target` by `move`, which gives 0 or an errno value.
 template <class Move>
 int place(const QByteArray &data, const QString &target, Move move)
 {

@@ -38,7 +38,7 @@ public:
     }
 
     /// Reports the result of the last save, once.
-    void tell()
+    void notify()
     {
         std::unique_lock lock(m_mutex);
         const auto result = std::exchange(m_result, std::nullopt);
@@ -63,7 +63,7 @@ private:
             m_result = failure;
             m_scheduler.post([state = weak_from_this()] {
                 if (const auto self = state.lock())
-                    self->tell();
+                    self->notify();
             });
         }
         m_isSaving = false;
@@ -98,7 +98,7 @@ void BackgroundSaver::save(Save save)
 void BackgroundSaver::flush()
 {
     m_state->wait();
-    m_state->tell();
+    m_state->notify();
 }
 
 } // namespace velmo

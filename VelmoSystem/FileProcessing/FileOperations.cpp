@@ -151,7 +151,7 @@ bool isSameFile(const QUrl &one, const QUrl &other)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-/// By a name in between where the old name takes the new one, as case doesn't tell names apart.
+/// Where names that differ only in case are the same file, a name in between is needed.
 void changeCase(const QUrl &url, const QUrl &target)
 {
     if (!isSameFile(url, target))

@@ -17,7 +17,7 @@ struct ScreenCutout {
     bool operator==(const ScreenCutout &) const = default;
 };
 
-/// Where the screens have a cut-out, which X11 doesn't tell: from the environment, else from a
+/// Where the screens have a cut-out, which X11 doesn't report: from the environment, else from a
 /// table of devices.
 class ScreenCutouts {
 public:

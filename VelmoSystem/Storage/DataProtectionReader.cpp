@@ -56,12 +56,12 @@ void DataProtectionReader::ask()
         m_answered.notify_all();
         m_scheduler.post([this, alive] {
             if (alive.lock())
-                tell();
+                notify();
         });
     });
 }
 
-void DataProtectionReader::tell()
+void DataProtectionReader::notify()
 {
     const bool wasRefused = m_wasRefused;
     const auto status = take();

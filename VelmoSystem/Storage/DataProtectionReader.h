@@ -33,7 +33,7 @@ public:
 
 private:
     void ask();
-    void tell();
+    void notify();
     /// Nothing if it was taken before.
     std::optional<DataProtectionStatus> take();
     void askAgainAfter(const DataProtectionStatus &status);

@@ -1,5 +1,28 @@
 #include "VelmoUI/Composition/AppServices.h"
 
+#include "VelmoCore/Actions/ActionCatalog.h"
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoCore/Notes/NotesStore.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Shelf/DropUndo.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoCore/Timers/TimerCenter.h"
+#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
+#include "VelmoSystem/Device/ConnectivityService.h"
+#include "VelmoSystem/Device/LaunchAtLoginService.h"
+#include "VelmoSystem/FileProcessing/ActionRunner.h"
+#include "VelmoSystem/FileProcessing/ToolsWork.h"
+#include "VelmoSystem/Input/GlobalHotKeyCenter.h"
+#include "VelmoSystem/Input/HotKeyController.h"
+#include "VelmoSystem/Notifications/SystemNotifier.h"
+#include "VelmoSystem/Permissions/PermissionsCenter.h"
+#include "VelmoSystem/Shelf/ShelfMover.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
+#include "VelmoUI/Notch/PanelServices.h"
+#include "VelmoUI/Settings/SettingsServices.h"
+
 #include <QDir>
 #include <QStandardPaths>
 
@@ -25,27 +48,42 @@ ShelfStore::Places shelfPlaces(const AppPaths &paths)
 AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &protection,
                          const Platform &desktop)
     : platform(desktop), paths(appPaths), dataProtection(protection), files(protection.files()),
-      settings(appPaths.settingsFile(), files, desktop.scheduler),
-      activity(appPaths.activityHistoryFile(), files, desktop.scheduler,
-               settings.settings().activityRetentionDays),
-      permissions(desktop.permissions), notifier(desktop.notifications, desktop.scheduler),
-      launchAtLogin(desktop.loginItem), hotKeyCenter(desktop.hotKeyGrabber),
-      hotKeys(settings, hotKeyCenter, desktop.workspace, desktop.scheduler),
-      timers(appPaths.supportFile(QStringLiteral("timers.json")), files, desktop.scheduler,
-             activity, [this] { return settings.settings().pomodoro; }),
-      notes(appPaths.supportFile(QStringLiteral("notes.json")), files, desktop.scheduler),
-      clipboard(appPaths.supportFile(QStringLiteral("Clipboard")), files, desktop.scheduler),
-      clipboardMonitor(clipboard, desktop.pasteboard, desktop.frontApplication, desktop.scheduler,
-                       [this]() -> const AppSettings & { return settings.settings(); }),
-      connectivity(desktop.network, desktop.bluetooth), jobs(activity, desktop.scheduler),
-      shelf(shelfPlaces(appPaths), files, desktop.scheduler), dropUndo(desktop.scheduler),
-      shelfMover(shelf, dropUndo, jobs, activity, desktop.scheduler),
-      actionRunner(actions, activity, shelf), toolsWork(tools, jobs, activity, desktop.scheduler),
-      m_retention(settings.observe([this](const AppSettings &before, const AppSettings &after) {
+      settings(std::make_unique<SettingsStore>(appPaths.settingsFile(), files, desktop.scheduler)),
+      activity(std::make_unique<ActivityCenter>(appPaths.activityHistoryFile(), files,
+                                                desktop.scheduler,
+                                                settings->settings().activityRetentionDays)),
+      permissions(std::make_unique<PermissionsCenter>(desktop.permissions)),
+      notifier(std::make_unique<SystemNotifier>(desktop.notifications, desktop.scheduler)),
+      launchAtLogin(std::make_unique<LaunchAtLoginService>(desktop.loginItem)),
+      actions(std::make_unique<ActionCatalog>()),
+      hotKeyCenter(std::make_unique<GlobalHotKeyCenter>(desktop.hotKeyGrabber)),
+      hotKeys(std::make_unique<HotKeyController>(*settings, *hotKeyCenter, desktop.workspace,
+                                                 desktop.scheduler)),
+      timers(std::make_unique<TimerCenter>(appPaths.supportFile(QStringLiteral("timers.json")),
+                                           files, desktop.scheduler, *activity,
+                                           [this] { return settings->settings().pomodoro; })),
+      notes(std::make_unique<NotesStore>(appPaths.supportFile(QStringLiteral("notes.json")), files,
+                                         desktop.scheduler)),
+      clipboard(std::make_unique<ClipboardStore>(appPaths.supportFile(QStringLiteral("Clipboard")),
+                                                 files, desktop.scheduler)),
+      clipboardMonitor(std::make_unique<ClipboardMonitor>(
+          *clipboard, desktop.pasteboard, desktop.frontApplication, desktop.scheduler,
+          [this]() -> const AppSettings & { return settings->settings(); })),
+      connectivity(std::make_unique<ConnectivityService>(desktop.network, desktop.bluetooth)),
+      jobs(std::make_unique<JobCenter>(*activity, desktop.scheduler)),
+      shelf(std::make_unique<ShelfStore>(shelfPlaces(appPaths), files, desktop.scheduler)),
+      dropUndo(std::make_unique<DropUndo>(desktop.scheduler)),
+      shelfMover(
+          std::make_unique<ShelfMover>(*shelf, *dropUndo, *jobs, *activity, desktop.scheduler)),
+      actionRunner(std::make_unique<ActionRunner>(*actions, *activity, *shelf)),
+      tools(std::make_unique<ToolsSelection>()),
+      toolsWork(std::make_unique<ToolsWork>(*tools, *jobs, *activity, desktop.scheduler)),
+      modules(std::make_unique<ModuleRegistry>()),
+      m_retention(settings->observe([this](const AppSettings &before, const AppSettings &after) {
           if (before.activityRetentionDays == after.activityRetentionDays)
               return;
-          activity.setRetentionDays(after.activityRetentionDays);
-          activity.prune(platform.scheduler.now());
+          activity->setRetentionDays(after.activityRetentionDays);
+          activity->prune(platform.scheduler.now());
       }))
 {
 }
@@ -70,19 +108,19 @@ PanelServices AppServices::panels()
 {
     return {
         .platform = platform,
-        .settings = settings,
-        .activity = activity,
-        .modules = modules,
+        .settings = *settings,
+        .activity = *activity,
+        .modules = *modules,
         .files = files,
-        .drop = {shelf, shelfMover, dropUndo, actionRunner, tools},
+        .drop = {*shelf, *shelfMover, *dropUndo, *actionRunner, *tools},
         .openSettings = [this](std::optional<SettingsPane> pane) { openSettings(pane); },
     };
 }
 
 SettingsServices AppServices::settingsWindow()
 {
-    return {platform, paths,       settings, hotKeys, launchAtLogin,
-            modules,  permissions, activity, files,   dataProtection};
+    return {platform, paths,        *settings, *hotKeys, *launchAtLogin,
+            *modules, *permissions, *activity, files,    dataProtection};
 }
 
 } // namespace velmo

@@ -1,43 +1,48 @@
 #pragma once
 
-#include "VelmoCore/Actions/ActionCatalog.h"
-#include "VelmoCore/Activity/ActivityCenter.h"
-#include "VelmoCore/Clipboard/ClipboardStore.h"
-#include "VelmoCore/Jobs/JobCenter.h"
-#include "VelmoCore/Notes/NotesStore.h"
 #include "VelmoCore/Settings/SettingsPane.h"
-#include "VelmoCore/Settings/SettingsStore.h"
-#include "VelmoCore/Shelf/DropUndo.h"
-#include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoCore/Storage/AppPaths.h"
-#include "VelmoCore/Timers/TimerCenter.h"
-#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
-#include "VelmoSystem/Device/ConnectivityService.h"
-#include "VelmoSystem/Device/LaunchAtLoginService.h"
-#include "VelmoSystem/FileProcessing/ActionRunner.h"
-#include "VelmoSystem/FileProcessing/ToolsWork.h"
-#include "VelmoSystem/Input/GlobalHotKeyCenter.h"
-#include "VelmoSystem/Input/HotKeyController.h"
-#include "VelmoSystem/Notifications/SystemNotifier.h"
-#include "VelmoSystem/Permissions/PermissionsCenter.h"
+#include "VelmoCore/Storage/DataFiles.h"
 #include "VelmoSystem/Ports/Platform.h"
-#include "VelmoSystem/Shelf/ShelfMover.h"
 #include "VelmoSystem/Storage/DataProtectionStatus.h"
-#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
-#include "VelmoUI/Notch/PanelServices.h"
-#include "VelmoUI/Settings/SettingsServices.h"
 
 #include <QUrl>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace velmo {
 
+class ActionCatalog;
+class ActionRunner;
+class ActivityCenter;
+class ClipboardMonitor;
+class ClipboardStore;
+class ConnectivityService;
+class DropUndo;
+class GlobalHotKeyCenter;
+class HotKeyController;
+class JobCenter;
+class LaunchAtLoginService;
+class ModuleRegistry;
+class NotesStore;
+class PermissionsCenter;
+class SettingsStore;
+class ShelfMover;
+class ShelfStore;
+class SystemNotifier;
+class TimerCenter;
+class ToolsSelection;
+class ToolsWork;
+struct PanelServices;
+struct SettingsServices;
+
 /// The single owner of every store and service, for the whole run. Later members may take earlier
-/// ones, so their order is the order of creation. Nothing but the composition knows it: a module
-/// gets what it works with. Main thread only.
+/// ones, so their order is the order of creation. They are pointers, so that this header includes
+/// none of them. Nothing but the composition knows it: a module gets what it works with. Main
+/// thread only.
 class AppServices {
 public:
     /// Loads what is on disk, but what is sealed only when its key comes. `platform`'s objects
@@ -61,27 +66,27 @@ public:
     const AppPaths paths;
     DataProtectionStatus dataProtection;
     DataFiles files; ///< who of the stores keeps what
-    SettingsStore settings;
-    ActivityCenter activity;
-    PermissionsCenter permissions;
-    SystemNotifier notifier;
-    LaunchAtLoginService launchAtLogin;
-    ActionCatalog actions;
-    GlobalHotKeyCenter hotKeyCenter;
-    HotKeyController hotKeys;
-    TimerCenter timers;
-    NotesStore notes;
-    ClipboardStore clipboard;
-    ClipboardMonitor clipboardMonitor;
-    ConnectivityService connectivity;
-    JobCenter jobs;
-    ShelfStore shelf;
-    DropUndo dropUndo;
-    ShelfMover shelfMover;
-    ActionRunner actionRunner;
-    ToolsSelection tools;
-    ToolsWork toolsWork;
-    ModuleRegistry modules; ///< goes first
+    const std::unique_ptr<SettingsStore> settings;
+    const std::unique_ptr<ActivityCenter> activity;
+    const std::unique_ptr<PermissionsCenter> permissions;
+    const std::unique_ptr<SystemNotifier> notifier;
+    const std::unique_ptr<LaunchAtLoginService> launchAtLogin;
+    const std::unique_ptr<ActionCatalog> actions;
+    const std::unique_ptr<GlobalHotKeyCenter> hotKeyCenter;
+    const std::unique_ptr<HotKeyController> hotKeys;
+    const std::unique_ptr<TimerCenter> timers;
+    const std::unique_ptr<NotesStore> notes;
+    const std::unique_ptr<ClipboardStore> clipboard;
+    const std::unique_ptr<ClipboardMonitor> clipboardMonitor;
+    const std::unique_ptr<ConnectivityService> connectivity;
+    const std::unique_ptr<JobCenter> jobs;
+    const std::unique_ptr<ShelfStore> shelf;
+    const std::unique_ptr<DropUndo> dropUndo;
+    const std::unique_ptr<ShelfMover> shelfMover;
+    const std::unique_ptr<ActionRunner> actionRunner;
+    const std::unique_ptr<ToolsSelection> tools;
+    const std::unique_ptr<ToolsWork> toolsWork;
+    const std::unique_ptr<ModuleRegistry> modules; ///< goes first
 
     /// Views and services call upward through these only. Until the panels exist they do nothing.
     std::function<void(std::optional<SettingsPane>)> openSettings = [](auto) {};
@@ -93,7 +98,7 @@ public:
     std::function<void()> openRadial = [] {};
 
 private:
-    SettingsStore::Observation m_retention;
+    std::shared_ptr<const void> m_retention; ///< takes the history's length from the settings
 };
 
 } // namespace velmo

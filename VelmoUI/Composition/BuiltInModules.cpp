@@ -1,21 +1,21 @@
 #include "VelmoUI/Composition/BuiltInModules.h"
 
+#include "VelmoSystem/Verbs/ActivityVerbs.h"
+#include "VelmoSystem/Verbs/ClipboardVerbs.h"
+#include "VelmoSystem/Verbs/FilesVerbs.h"
+#include "VelmoSystem/Verbs/NoteVerbs.h"
+#include "VelmoSystem/Verbs/SettingsVerbs.h"
+#include "VelmoSystem/Verbs/ShelfVerbs.h"
+#include "VelmoSystem/Verbs/TimerVerbs.h"
 #include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
-#include "VelmoUI/Modules/Activity/ActivityVerbs.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
-#include "VelmoUI/Modules/Clipboard/ClipboardVerbs.h"
 #include "VelmoUI/Modules/Home/HomeModule.h"
-#include "VelmoUI/Modules/Notes/NoteVerbs.h"
 #include "VelmoUI/Modules/Notes/NotesModule.h"
 #include "VelmoUI/Modules/Shelf/ShelfModule.h"
-#include "VelmoUI/Modules/Shelf/ShelfVerbs.h"
 #include "VelmoUI/Modules/System/SystemModule.h"
-#include "VelmoUI/Modules/Timers/TimerVerbs.h"
 #include "VelmoUI/Modules/Timers/TimersModule.h"
-#include "VelmoUI/Modules/Tools/FilesVerbs.h"
 #include "VelmoUI/Modules/Tools/ToolsModule.h"
-#include "VelmoUI/Settings/SettingsVerbs.h"
 
 #include <array>
 
@@ -39,52 +39,52 @@ Syntaxes noVerbs()
 
 const std::array modules = {
     BuiltIn{[](AppServices &all) -> Module {
-                return std::make_unique<HomeModule>(all.settings, all.modules, all.hotKeys,
-                                                    all.activity, all.platform.applications,
+                return std::make_unique<HomeModule>(*all.settings, *all.modules, *all.hotKeys,
+                                                    *all.activity, all.platform.applications,
                                                     all.platform.scheduler);
             },
             noVerbs},
     BuiltIn{[](AppServices &all) -> Module {
-                return std::make_unique<ToolsModule>(all.tools, all.toolsWork, all.jobs,
-                                                     all.activity, all.platform.fileViewer,
+                return std::make_unique<ToolsModule>(*all.tools, *all.toolsWork, *all.jobs,
+                                                     *all.activity, all.platform.fileViewer,
                                                      all.platform.scheduler);
             },
             FilesVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
-                return std::make_unique<ShelfModule>(ShelfServices{all.shelf, all.shelfMover,
-                                                                   all.actionRunner,
+                return std::make_unique<ShelfModule>(ShelfServices{*all.shelf, *all.shelfMover,
+                                                                   *all.actionRunner,
                                                                    all.platform.scheduler},
-                                                     all.settings, all.jobs, all.activity);
+                                                     *all.settings, *all.jobs, *all.activity);
             },
             ShelfVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
                 return std::make_unique<ClipboardModule>(
-                    ClipboardServices{all.clipboard, all.clipboardMonitor, all.settings,
+                    ClipboardServices{*all.clipboard, *all.clipboardMonitor, *all.settings,
                                       all.platform.fileViewer, all.platform.scheduler},
                     all.platform.applications);
             },
             ClipboardVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
                 return std::make_unique<NotesModule>(
-                    NotesServices{all.notes, all.platform.fileViewer, all.platform.pasteboard,
+                    NotesServices{*all.notes, all.platform.fileViewer, all.platform.pasteboard,
                                   all.platform.scheduler},
-                    all.notifier);
+                    *all.notifier);
             },
             NoteVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
-                return std::make_unique<TimersModule>(all.timers, all.settings, all.activity,
-                                                      all.notifier, all.platform.sounds,
+                return std::make_unique<TimersModule>(*all.timers, *all.settings, *all.activity,
+                                                      *all.notifier, all.platform.sounds,
                                                       all.platform.scheduler);
             },
             TimerVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
                 return std::make_unique<SystemModule>(SystemSources{
-                    all.connectivity, all.permissions, all.platform.power, all.platform.accessories,
-                    all.platform.load, all.platform.scheduler});
+                    *all.connectivity, *all.permissions, all.platform.power,
+                    all.platform.accessories, all.platform.load, all.platform.scheduler});
             },
             noVerbs},
     BuiltIn{[](AppServices &all) -> Module {
-                return std::make_unique<ActivityModule>(all.activity, all.platform.fileViewer,
+                return std::make_unique<ActivityModule>(*all.activity, all.platform.fileViewer,
                                                         all.platform.scheduler);
             },
             ActivityVerbs::syntaxes},

@@ -1,42 +1,47 @@
 #include "VelmoUI/Composition/ServiceWiring.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Foundation/Words.h"
+#include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoUI/Composition/AppServices.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
 namespace velmo::ServiceWiring {
 
 void start(AppServices &services)
 {
     services.platform.fileViewer.onFailure = [&services](const QString &description) {
-        services.activity.postFailure(QStringLiteral("Não foi possível abrir"),
-                                      QStringLiteral("files"), description);
+        services.activity->postFailure(QStringLiteral("Não foi possível abrir"),
+                                       QStringLiteral("files"), description);
     };
-    services.notifier.onActivated = [&services](const QString &moduleID) {
+    services.notifier->onActivated = [&services](const QString &moduleID) {
         if (moduleID.isEmpty())
             services.showNotch();
         else
             services.openModule(moduleID);
     };
-    services.jobs.onOutputs = [&services](const std::vector<QUrl> &urls) {
-        services.shelf.adoptOutputs(urls);
+    services.jobs->onOutputs = [&services](const std::vector<QUrl> &urls) {
+        services.shelf->adoptOutputs(urls);
     };
     // A job may have removed files, even one that failed.
-    QObject::connect(&services.jobs, &JobCenter::runningCountChanged, &services.shelf,
+    QObject::connect(services.jobs.get(), &JobCenter::runningCountChanged, services.shelf.get(),
                      &ShelfStore::lookForMissingFiles);
-    for (NotchModule *module : services.modules.all())
+    for (NotchModule *module : services.modules->all())
         module->start();
 }
 
 void finishRestoring(AppServices &services, const PendingFiles::Restored &restored)
 {
-    services.shelf.forgetMissingFiles();
+    services.shelf->forgetMissingFiles();
     if (restored.named.empty())
         return;
     const QString title = Words::count(restored.named.size(), u"1 item tem de novo o nome de antes",
                                        u"%1 itens têm de novo o nome de antes");
-    services.activity.post(ActivityEvent::make(
+    services.activity->post(ActivityEvent::make(
         services.platform.scheduler.now(), QStringLiteral("arrow.uturn.backward"), title,
         FeedbackStyle::info, QStringLiteral("files"),
         QStringLiteral("O Orvane foi encerrado no meio do trabalho."), restored.named));

@@ -1,5 +1,7 @@
 #include "VelmoUI/Composition/StatusItemController.h"
 
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoSystem/Input/HotKeyController.h"
 #include "VelmoSystem/Ports/StatusArea.h"
 #include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Design/Symbols.h"
@@ -56,7 +58,7 @@ QIcon notchIcon()
 
 StatusItemController::StatusItemController(AppServices &services, NotchCoordinator &coordinator)
     : m_services(services), m_coordinator(coordinator),
-      m_observer(services.settings.observe([this](const auto &, const auto &) { update(); }))
+      m_observer(services.settings->observe([this](const auto &, const auto &) { update(); }))
 {
     // A status area that holds a copy of the menu doesn't say when it opens.
     connect(&coordinator, &NotchCoordinator::userHiddenChanged, this,
@@ -70,7 +72,7 @@ StatusItemController::StatusItemController(AppServices &services, NotchCoordinat
 void StatusItemController::update()
 {
     buildMenu();
-    if (!m_services.settings.settings().showMenuBarIcon) {
+    if (!m_services.settings->settings().showMenuBarIcon) {
         m_item.reset();
         return;
     }
@@ -90,10 +92,10 @@ void StatusItemController::update()
 void StatusItemController::buildMenu()
 {
     m_menu.clear();
-    const HotKeySettings &keys = m_services.settings.settings();
+    const HotKeySettings &keys = m_services.settings->settings();
     QString open = QStringLiteral("Abrir painel");
     if (keys.toggleHotKeyEnabled)
-        open += QStringLiteral("    ") + m_services.hotKeys.displayString(HotKeyAction::toggle);
+        open += QStringLiteral("    ") + m_services.hotKeys->displayString(HotKeyAction::toggle);
     m_menu.addAction(open, this, [this] { m_coordinator.open(); });
     const bool isHidden = m_coordinator.isUserHidden();
     m_menu.addAction(menuIcon(isHidden ? QStringLiteral("eye") : QStringLiteral("eye.slash"),

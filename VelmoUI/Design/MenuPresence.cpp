@@ -30,14 +30,14 @@ void MenuPresence::setHost(QQuickWindow *host)
 {
     if (m_host == host)
         return;
-    const auto tell = [this](QQuickWindow *window, bool begins) {
+    const auto notify = [this](QQuickWindow *window, bool begins) {
         MenuEvent event(*this, begins);
         if (window)
             QCoreApplication::sendEvent(window, &event);
     };
     const QPointer<QQuickWindow> before = std::exchange(m_host, host);
-    tell(before, false);
-    tell(host, true);
+    notify(before, false);
+    notify(host, true);
 }
 
 } // namespace velmo

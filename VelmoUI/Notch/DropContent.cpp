@@ -3,7 +3,12 @@
 #include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/Foundation/Words.h"
+#include "VelmoCore/Shelf/DropUndo.h"
+#include "VelmoCore/Shelf/DroppedItem.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoSystem/FileProcessing/ActionRunner.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"
+#include "VelmoUI/Notch/DropSurface.h"
 
 #include <algorithm>
 #include <ranges>

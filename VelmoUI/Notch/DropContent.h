@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoCore/Shelf/DropUndo.h"
 #include "VelmoUI/Design/RecordListModel.h"
 #include "VelmoUI/Modules/Frame/LiveRows.h"
 #include "VelmoUI/Notch/DropSurface.h"

@@ -76,7 +76,7 @@ FocusScope {
         }
     }
 
-    // What an action came to, which nothing else would tell while the panel is open.
+    // What an action came to, which nothing else shows while the panel is open.
     Row {
         anchors.right: close.left
         anchors.rightMargin: Theme.gap

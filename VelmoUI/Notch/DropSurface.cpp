@@ -1,7 +1,19 @@
 #include "VelmoUI/Notch/DropSurface.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Activity/ActivityEvent.h"
+#include "VelmoCore/Foundation/Geometry.h"
+#include "VelmoCore/Foundation/LocalizedError.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Shelf/DroppedItem.h"
+#include "VelmoSystem/FileProcessing/ActionRunner.h"
+#include "VelmoSystem/FileProcessing/ToolsSelection.h"
 #include "VelmoSystem/Ports/DragPasteboard.h"
+#include "VelmoSystem/Ports/Platform.h"
 #include "VelmoSystem/Ports/ShareService.h"
+#include "VelmoSystem/Shelf/ShelfMover.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
+#include "VelmoUI/Modules/Frame/NotchModule.h"
 
 #include <QPointer>
 

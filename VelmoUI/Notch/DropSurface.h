@@ -1,7 +1,11 @@
 #pragma once
 
+#include "VelmoCore/Foundation/Geometry.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Notch/NotchStateMachine.h"
+#include "VelmoCore/Shelf/DroppedItem.h"
+#include "VelmoSystem/Shelf/ShelfMover.h"
+#include "VelmoUI/Modules/Frame/PanelPort.h"
 #include "VelmoUI/Notch/PanelServices.h"
 
 #include <boost/describe.hpp>

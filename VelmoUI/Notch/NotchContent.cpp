@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Foundation/Words.h"
+#include "VelmoSystem/Ports/Platform.h"
 
 #include <cmath>
 

@@ -3,6 +3,7 @@
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoCore/HotKeys/KeyNames.h"
 #include "VelmoCore/Notch/DisplaySelection.h"
+#include "VelmoSystem/Ports/Platform.h"
 #include "VelmoUI/Design/IconProvider.h"
 #include "VelmoUI/Design/MenuPresence.h"
 #include "VelmoUI/Design/ThumbnailProvider.h"

@@ -1,7 +1,9 @@
 #include "VelmoUI/Notch/NotchViewModel.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoSystem/Ports/DesktopAppearance.h"
+#include "VelmoSystem/Ports/Platform.h"
 
 #include <algorithm>
 

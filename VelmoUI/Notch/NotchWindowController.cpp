@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/HotKeys/KeyNames.h"
+#include "VelmoSystem/Ports/Platform.h"
 #include "VelmoSystem/Ports/Pointer.h"
 #include "VelmoUI/Design/MenuPresence.h"
 #include "VelmoUI/Notch/NotchContainerView.h"

@@ -1,19 +1,22 @@
 #pragma once
 
-#include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Settings/SettingsPane.h"
-#include "VelmoCore/Settings/SettingsStore.h"
-#include "VelmoCore/Storage/DataFiles.h"
-#include "VelmoSystem/FileProcessing/ActionRunner.h"
-#include "VelmoSystem/FileProcessing/ToolsSelection.h"
-#include "VelmoSystem/Ports/Platform.h"
-#include "VelmoSystem/Shelf/ShelfMover.h"
-#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
 #include <functional>
 #include <optional>
 
 namespace velmo {
+
+class ActionRunner;
+class ActivityCenter;
+class DataFiles;
+class DropUndo;
+class ModuleRegistry;
+class SettingsStore;
+class ShelfMover;
+class ShelfStore;
+class ToolsSelection;
+struct Platform;
 
 /// What becomes of dropped things.
 struct DropServices {

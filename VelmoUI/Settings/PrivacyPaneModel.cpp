@@ -1,6 +1,11 @@
 #include "VelmoUI/Settings/PrivacyPaneModel.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Foundation/Overloaded.h"
+#include "VelmoCore/Permissions/PermissionStatus.h"
+#include "VelmoSystem/Permissions/PermissionsCenter.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
+#include "VelmoUI/Modules/Frame/NotchModule.h"
 #include "VelmoUI/Modules/Frame/NumberChoices.h"
 #include "VelmoUI/Settings/SettingsServices.h"
 

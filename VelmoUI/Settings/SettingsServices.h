@@ -1,16 +1,17 @@
 #pragma once
 
-#include "VelmoCore/Activity/ActivityCenter.h"
-#include "VelmoCore/Settings/SettingsStore.h"
-#include "VelmoCore/Storage/AppPaths.h"
-#include "VelmoSystem/Device/LaunchAtLoginService.h"
-#include "VelmoSystem/Input/HotKeyController.h"
-#include "VelmoSystem/Permissions/PermissionsCenter.h"
-#include "VelmoSystem/Ports/Platform.h"
 #include "VelmoSystem/Storage/DataProtectionStatus.h"
-#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
 namespace velmo {
+
+class ActivityCenter;
+class HotKeyController;
+class LaunchAtLoginService;
+class ModuleRegistry;
+class PermissionsCenter;
+class SettingsStore;
+struct AppPaths;
+struct Platform;
 
 /// What the panes of the settings window work with. All of them outlive it.
 struct SettingsServices {

@@ -1,5 +1,6 @@
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
+#include "VelmoSystem/Ports/Platform.h"
 #include "VelmoUI/Design/IconProvider.h"
 #include "VelmoUI/Settings/SettingsWindowModel.h"
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoCore/Settings/SettingsPane.h"
 #include "VelmoUI/Settings/SettingsServices.h"
 
 #include <QObject>

@@ -1,6 +1,9 @@
 #include "VelmoUI/Settings/SettingsWindowModel.h"
 
+#include "VelmoSystem/Device/LaunchAtLoginService.h"
 #include "VelmoSystem/Ports/DesktopAppearance.h"
+#include "VelmoSystem/Ports/LoginItem.h"
+#include "VelmoSystem/Ports/Platform.h"
 
 #include <QCoreApplication>
 #include <QQmlEngine>

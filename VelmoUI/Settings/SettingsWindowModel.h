@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoSystem/Device/LaunchAtLoginService.h"
 #include "VelmoUI/Modules/Frame/SettingsModel.h"
 #include "VelmoUI/Settings/DataPaneModel.h"
 #include "VelmoUI/Settings/DisplaysPaneModel.h"
@@ -21,7 +22,7 @@ struct SettingsPaneRow {
 };
 BOOST_DESCRIBE_STRUCT(SettingsPaneRow, (), (id, title, symbol, isSelected))
 
-/// A section of a pane that a module brings.
+/// A section of a pane that a module adds.
 struct SettingsSectionRow {
     int id = 0;
     QUrl source;

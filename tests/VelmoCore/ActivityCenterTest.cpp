@@ -65,10 +65,10 @@ TEST_F(ActivityCenterTest, SortsByPriorityAndKeepsUpdatedRowsInPlace)
 
 TEST_F(ActivityCenterTest, TellsObserversOfRealChangesOnly)
 {
-    QString told;
-    QObject::connect(&m_center, &ActivityCenter::liveChanged, [&] { told += 'l'; });
-    QObject::connect(&m_center, &ActivityCenter::feedbackChanged, [&] { told += 'f'; });
-    QObject::connect(&m_center, &ActivityCenter::historyChanged, [&] { told += 'h'; });
+    QString notified;
+    QObject::connect(&m_center, &ActivityCenter::liveChanged, [&] { notified += 'l'; });
+    QObject::connect(&m_center, &ActivityCenter::feedbackChanged, [&] { notified += 'f'; });
+    QObject::connect(&m_center, &ActivityCenter::historyChanged, [&] { notified += 'h'; });
     const auto same = event("um");
     for (int twice = 0; twice < 2; ++twice)
         m_center.upsert({.id = "a"}, [] {});
@@ -78,12 +78,12 @@ TEST_F(ActivityCenterTest, TellsObserversOfRealChangesOnly)
         m_center.post(same, Presentation::transientOnly);
     for (int twice = 0; twice < 2; ++twice)
         m_center.dismissFeedback();
-    EXPECT_EQ(told, "llff");
+    EXPECT_EQ(notified, "llff");
     m_center.prune(m_scheduler.now());
     m_center.clearHistory();
-    EXPECT_EQ(told, "llff");
+    EXPECT_EQ(notified, "llff");
     m_center.post(same, Presentation::historyOnly);
-    EXPECT_EQ(told, "llffh");
+    EXPECT_EQ(notified, "llffh");
 }
 
 TEST_F(ActivityCenterTest, CancelsThroughTheHandlerThatWasGivenLast)

@@ -157,7 +157,7 @@ TEST_F(ClipboardStoreTest, SavesAMomentLaterAndOpensSealed)
     EXPECT_TRUE(locked.loadIssue());
     locked.add(store.items()[0]);
     locked.flush();
-    EXPECT_EQ(locked.lastSaveError(), std::nullopt) << "told already";
+    EXPECT_EQ(locked.lastSaveError(), std::nullopt) << "reported already";
     EXPECT_EQ(ClipboardStore(folder.path(), cipher, scheduler).items(), store.items());
 }
 

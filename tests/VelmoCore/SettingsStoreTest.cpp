@@ -129,9 +129,9 @@ TEST_F(SettingsStoreTest, TellsNobodyOfAnEqualRecord)
 TEST_F(SettingsStoreTest, TellsEveryObserverTheChangesInTheirOrder)
 {
     SettingsStore store = makeStore();
-    QString told;
+    QString notified;
     const auto note = [&](char who, const AppSettings &before, const AppSettings &after) {
-        told +=
+        notified +=
             QString("%1%2%3 ").arg(who).arg(before.eventAlertMinutes).arg(after.eventAlertMinutes);
     };
     const auto first = store.observe([&](const AppSettings &before, const AppSettings &after) {
@@ -140,27 +140,27 @@ TEST_F(SettingsStoreTest, TellsEveryObserverTheChangesInTheirOrder)
             store.update(setMinutes(7));
     });
     const auto second = store.observe([&](auto &before, auto &after) { note('b', before, after); });
-    QObject::connect(&store, &SettingsStore::settingsChanged, [&] { told += "signal "; });
+    QObject::connect(&store, &SettingsStore::settingsChanged, [&] { notified += "signal "; });
     store.update(setMinutes(6));
-    EXPECT_EQ(told, "a56 b56 signal a67 b67 signal ");
+    EXPECT_EQ(notified, "a56 b56 signal a67 b67 signal ");
 }
 
 TEST_F(SettingsStoreTest, LetsObserversEndTheirOwnObservationAndOthers)
 {
     SettingsStore store = makeStore();
-    QString told;
+    QString notified;
     SettingsStore::Observation first;
     SettingsStore::Observation second;
     first = store.observe([&, name = QString("a name that lives on the heap")](auto &, auto &) {
         first.reset();
         second.reset();
-        told += name;
+        notified += name;
     });
     second = store.observe([&](auto &, auto &) { ADD_FAILURE(); });
-    const auto third = store.observe([&](auto &, auto &) { told += '!'; });
+    const auto third = store.observe([&](auto &, auto &) { notified += '!'; });
     store.update(setMinutes(6));
     store.update(setMinutes(7));
-    EXPECT_EQ(told, "a name that lives on the heap!!");
+    EXPECT_EQ(notified, "a name that lives on the heap!!");
 }
 
 TEST_F(SettingsStoreTest, NeverBringsTheWelcomeBackByResetOrImport)

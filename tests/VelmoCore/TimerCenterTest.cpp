@@ -180,7 +180,7 @@ TEST_F(TimerCenterTest, SetsADamagedFileAside)
     EXPECT_FALSE(center->loadIssue());
 }
 
-/// The same rules, told second by second.
+/// The same rules, applied second by second.
 struct PlainTimer {
     int left = 0;
     int duration = 0;

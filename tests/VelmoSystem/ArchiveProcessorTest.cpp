@@ -127,8 +127,9 @@ protected:
     TemporaryFolder target;
     TemporaryFolder files;
     ManualScheduler scheduler;
-    std::vector<std::optional<double>> told;
-    JobProgress progress{scheduler, [this](auto share, const auto &) { told.push_back(share); }};
+    std::vector<std::optional<double>> reported;
+    JobProgress progress{scheduler,
+                         [this](auto share, const auto &) { reported.push_back(share); }};
 };
 
 TEST_P(ArchiveProcessor_, GivesWhatAnArchiveHolds)
@@ -146,7 +147,7 @@ TEST_P(ArchiveProcessor_, GivesWhatAnArchiveHolds)
     EXPECT_EQ(tree(target.path()),
               QStringList({"a", "a/..b=x", "fotos", "fotos 2", "fotos 2/b=2", "fotos 2/ção=1",
                            "fotos/b=2", "fotos/ção=1", "onlylink", "pasta", "pasta/x=x"}));
-    EXPECT_EQ(told.back(), 1.0);
+    EXPECT_EQ(reported.back(), 1.0);
 }
 
 TEST_P(ArchiveProcessor_, KeepsLinksWithinTheArchiveOnly)

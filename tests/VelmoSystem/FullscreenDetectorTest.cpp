@@ -33,12 +33,12 @@ TEST_F(FullscreenDetectorTest, CountsAChangeOnceItHasStoodForAWhile)
     const struct {
         Seconds wait; ///< since the line before
         std::vector<Workspace::Window> windows;
-        int changes; ///< told so far
+        int changes; ///< reported so far
     } course[] = {
         {0s, {fullscreen(left)}, 0},
         {0.2s, {}, 0}, // a flicker
         {1s, {fullscreen(left)}, 0},
-        {0.3s, {fullscreen(right)}, 0},         // starts anew
+        {0.3s, {fullscreen(right)}, 0},         // starts again
         {0.34s, {fullscreen(right), other}, 0}, // stirs, but no screen changes
         {0.01s, {fullscreen(right), other}, 1},
         {1s, {}, 1},

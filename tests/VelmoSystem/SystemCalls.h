@@ -9,7 +9,7 @@ namespace velmo::SystemCalls {
 /// What happens at the call number `at` (from 1 on): `before` runs and, where it gives an errno
 /// value, the call fails with it. With `isLasting` so do all after it.
 void interrupt(int at, bool isLasting, const std::function<int()> &before);
-/// Ends that, and tells whether there was such a call.
+/// Ends that, and gives whether there was such a call.
 bool stop();
 
 } // namespace velmo::SystemCalls

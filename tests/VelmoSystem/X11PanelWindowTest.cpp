@@ -83,7 +83,7 @@ TEST_F(X11PanelTest, TakesClicksInItsZoneAndLetsTheOthersThrough)
     ASSERT_TRUE(eventually([&] { return window.isExposed(); }));
     ASSERT_TRUE(panel->isOnActiveSpace());
     server->click(650, 50);
-    EXPECT_TRUE(wentBelow()) << "a window made anew";
+    EXPECT_TRUE(wentBelow()) << "a window made again";
     EXPECT_EQ(window.presses, 2);
 }
 

@@ -1,5 +1,8 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardPageModel.h"
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 #include "VelmoUI/Modules/Clipboard/ClipDrag.h"
 #include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardCardModel.h"
@@ -25,19 +28,19 @@ protected:
     ClipboardPageModelTest()
     {
         addModules(u"clipboard"_qs);
-        services.clipboardMonitor.start();
+        services.clipboardMonitor->start();
         page.setWatched(true);
     }
 
     ClipItem copy(const QString &text, const ClipSource &source = {})
     {
-        services.clipboard.add(ClipItems::fromText(text, source, desktop.scheduler.now()).value());
-        return services.clipboard.items().front();
+        services.clipboard->add(ClipItems::fromText(text, source, desktop.scheduler.now()).value());
+        return services.clipboard->items().front();
     }
     ClipItem copyFiles(const std::vector<QUrl> &files)
     {
-        services.clipboard.add(ClipItems::fromFiles(files, {}, desktop.scheduler.now()).value());
-        return services.clipboard.items().front();
+        services.clipboard->add(ClipItems::fromFiles(files, {}, desktop.scheduler.now()).value());
+        return services.clipboard->items().front();
     }
     /// One text a letter, so that they stand in the order given.
     void copyLetters(const char16_t *letters)
@@ -64,7 +67,7 @@ protected:
 
     ClipboardServices clipboard()
     {
-        return {services.clipboard, services.clipboardMonitor, services.settings,
+        return {*services.clipboard, *services.clipboardMonitor, *services.settings,
                 desktop.fileViewer, desktop.scheduler};
     }
 
@@ -147,7 +150,7 @@ TEST_F(ClipboardPageModelTest, FindsWhatTheUserTypesAndPutsItBack)
 TEST_F(ClipboardPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
 {
     copyLetters(u"abcd");
-    const auto kept = [this] { return services.clipboard.items().size(); };
+    const auto kept = [this] { return services.clipboard->items().size(); };
     page.press(1, noModifier);
     EXPECT_TRUE(page.handleKey(Qt::Key_Delete, noModifier));
     EXPECT_EQ(shown(), u"acd");
@@ -159,7 +162,7 @@ TEST_F(ClipboardPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
     wait(1s);
     copy(u"b"_qs);
     wait(UndoStack::time);
-    EXPECT_EQ(shown(), u"bacd") << "it has been copied anew";
+    EXPECT_EQ(shown(), u"bacd") << "it has been copied again";
     EXPECT_FALSE(page.canUndo());
     page.run(u"remove"_qs);
     page.run(u"remove"_qs);
@@ -177,7 +180,7 @@ TEST_F(ClipboardPageModelTest, AsksBeforeItLosesAnything)
     ClipCollections &collections = *page.collections();
     collections.startNaming(u"new"_qs);
     collections.finishNaming(u"Viagem"_qs);
-    const QString viagem = uuidText(services.clipboard.collections()[0].id);
+    const QString viagem = uuidText(services.clipboard->collections()[0].id);
     collections.add(viagem, field(1, "id").toString());
     page.press(2, noModifier);
     page.handleKey(Qt::Key_P, ctrl);
@@ -210,7 +213,7 @@ TEST_F(ClipboardPageModelTest, CollectsByMenuByDragAndUnderANewName)
     collections.choose(u"new"_qs);
     collections.finishNaming(u" Cores "_qs);
     EXPECT_EQ(this->collections(), u"FAVORITOS CORES") << "the item is in both";
-    const QString cores = uuidText(services.clipboard.collections()[0].id);
+    const QString cores = uuidText(services.clipboard->collections()[0].id);
     collections.choose(cores);
     EXPECT_EQ(this->collections(), u"FAVORITOS Cores");
     collections.stopCollecting();
@@ -227,7 +230,7 @@ TEST_F(ClipboardPageModelTest, CollectsByMenuByDragAndUnderANewName)
     EXPECT_EQ(shown(), u"ac");
     collections.startNaming(u"new"_qs);
     collections.finishNaming(u"  "_qs);
-    EXPECT_EQ(services.clipboard.collections().size(), 1U);
+    EXPECT_EQ(services.clipboard->collections().size(), 1U);
 }
 
 TEST_F(ClipboardPageModelTest, OpensWhatIsStillThere)
@@ -259,7 +262,7 @@ TEST_F(ClipboardPageModelTest, LeadsTheKeyboardThroughThePage)
     showView();
     coordinator.open({.module = u"clipboard"_qs});
     QCoreApplication::processEvents();
-    const auto items = [this] { return services.clipboard.items(); };
+    const auto items = [this] { return services.clipboard->items(); };
     press(XK_Right, {}, Qt::Key_Right);
     press(XK_g, Qt::ControlModifier, Qt::Key_G);
     press(XK_Return, {}, Qt::Key_Return); // the favourites
@@ -336,7 +339,7 @@ TEST_F(ClipboardPageModelTest, GivesHomeTheLatestCopies)
     EXPECT_EQ(card.items()->rowCount(), int(ClipboardCardModel::mostItems));
     card.copy(2);
     EXPECT_EQ(desktop.pasteboard.text, u"c");
-    EXPECT_EQ(services.clipboard.items()[0].text, u"c"_qs);
+    EXPECT_EQ(services.clipboard->items()[0].text, u"c"_qs);
     card.copy(int(ClipboardCardModel::mostItems));
     EXPECT_EQ(desktop.pasteboard.text, u"c") << "it isn't on the card";
 }

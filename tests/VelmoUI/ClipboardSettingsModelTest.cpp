@@ -1,5 +1,8 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardSettingsModel.h"
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
@@ -21,7 +24,7 @@ protected:
     }
     static QStringList titles(QAbstractItemModel *model) { return column(model, "spoken"); }
 
-    ClipboardSettingsModel section{services.clipboard, services.settings,
+    ClipboardSettingsModel section{*services.clipboard, *services.settings,
                                    services.platform.applications};
 };
 
@@ -61,8 +64,8 @@ TEST_F(ClipboardSettingsModelTest, OffersLimitsAndClearsWhatNothingKeeps)
     EXPECT_EQ(settings().clipboardMaxItems, 100);
     EXPECT_EQ(settings().clipboardRetentionDays, 1);
     for (const QString &text : {u"um"_qs, u"dois"_qs, u"três"_qs})
-        services.clipboard.add(ClipItems::fromText(text, {}, desktop.scheduler.now()).value());
-    services.clipboard.togglePin(services.clipboard.items().front().id);
+        services.clipboard->add(ClipItems::fromText(text, {}, desktop.scheduler.now()).value());
+    services.clipboard->togglePin(services.clipboard->items().front().id);
     EXPECT_EQ(section.kept(), u"3 itens");
     section.clear();
     EXPECT_EQ(section.kept(), u"1 item");

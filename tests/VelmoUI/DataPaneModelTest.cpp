@@ -1,5 +1,6 @@
 #include "VelmoUI/Settings/DataPaneModel.h"
 
+#include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Storage/AtomicFile.h"
 #include "VelmoSystem/Storage/StorageInspector.h"
 
@@ -36,7 +37,7 @@ protected:
         }
     }
 
-    std::optional<DataPaneModel> pane{std::in_place, services.settings, services.paths,
+    std::optional<DataPaneModel> pane{std::in_place, *services.settings, services.paths,
                                       desktop.fileViewer, desktop.scheduler};
 };
 

@@ -93,8 +93,8 @@ TEST(DataProtectionReader, WaitsNoLongerThanItMayAndAsksAgainWhereItIsRefused)
     scheduler.runPosted();
 
     DataProtectionReader reader(scheduler, open);
-    std::vector<DataProtectionStatus> told;
-    reader.onRead = [&](const DataProtectionStatus &status) { told.push_back(status); };
+    std::vector<DataProtectionStatus> notified;
+    reader.onRead = [&](const DataProtectionStatus &status) { notified.push_back(status); };
     const auto waitForAnswer = [&] {
         while (scheduler.pendingCount() == 0)
             scheduler.runPosted();
@@ -103,12 +103,12 @@ TEST(DataProtectionReader, WaitsNoLongerThanItMayAndAsksAgainWhereItIsRefused)
     waitForAnswer();
     scheduler.advance(30s);
     waitForAnswer();
-    EXPECT_EQ(told.size(), 1U) << "the second refusal is nothing new";
+    EXPECT_EQ(notified.size(), 1U) << "the second refusal is nothing new";
     items.refusal.reset();
     scheduler.advance(60s);
-    while (told.size() < 2)
+    while (notified.size() < 2)
         scheduler.runPosted();
-    EXPECT_TRUE(told.back().cipher());
+    EXPECT_TRUE(notified.back().cipher());
     EXPECT_EQ(scheduler.pendingCount(), 0U);
     EXPECT_TRUE(DataProtectionReader(scheduler, open).wait().cipher());
 }

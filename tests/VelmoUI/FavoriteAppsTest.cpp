@@ -1,5 +1,8 @@
 #include "VelmoUI/Modules/Home/FavoriteApps.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+
 #include "tests/VelmoUI/ServicesFixture.h"
 
 namespace velmo {
@@ -24,18 +27,18 @@ protected:
             ids += id;
         return ids;
     }
-    /// The title of what the user is told since the last time.
+    /// The title of what the user has been shown since the last time.
     QString takeFeedback()
     {
-        const auto feedback = services.activity.feedback();
-        services.activity.dismissFeedback();
-        EXPECT_TRUE(services.activity.history().empty());
+        const auto feedback = services.activity->feedback();
+        services.activity->dismissFeedback();
+        EXPECT_TRUE(services.activity->history().empty());
         EXPECT_EQ(feedback && feedback->style == FeedbackStyle::error,
                   feedback && feedback->title.startsWith("Só"));
         return feedback ? feedback->title : QString();
     }
 
-    FavoriteApps apps{services.settings, desktop.applications, services.activity,
+    FavoriteApps apps{*services.settings, desktop.applications, *services.activity,
                       desktop.scheduler};
 };
 

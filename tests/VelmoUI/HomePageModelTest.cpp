@@ -1,5 +1,11 @@
 #include "VelmoUI/Modules/Home/HomePageModel.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Notes/NotesStore.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Timers/TimerCenter.h"
+#include "VelmoSystem/Input/HotKeyController.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
 #include "VelmoUI/Modules/Home/HomeCardSources.h"
 
@@ -31,7 +37,7 @@ protected:
     QStringList shownCards()
     {
         QStringList names;
-        for (const auto &card : HomeCardSources{services.modules, services.settings}.shown())
+        for (const auto &card : HomeCardSources{*services.modules, *services.settings}.shown())
             names.append(HomeCards::name(card.card));
         return names;
     }
@@ -87,11 +93,11 @@ TEST_F(HomePageModelTest, BringsWhatMattersNowToTheFront)
     EXPECT_EQ(first(15, true), u"favorites");
     desktop.power.set(std::nullopt);
     EXPECT_EQ(shownCards().front(), u"favorites");
-    const Uuid timer = services.timers.startTimer(60s).id;
+    const Uuid timer = services.timers->startTimer(60s).id;
     EXPECT_EQ(shownCards().front(), u"focus");
-    services.timers.pause(timer);
+    services.timers->pause(timer);
     EXPECT_EQ(shownCards().front(), u"favorites");
-    services.notes.addTask(u"ler"_qs, desktop.scheduler.now() - 1s);
+    services.notes->addTask(u"ler"_qs, desktop.scheduler.now() - 1s);
     EXPECT_EQ(shownCards().front(), u"notes");
 }
 
@@ -117,7 +123,7 @@ TEST_F(HomePageModelTest, TeachesWhatWorksWhereNoCardIsShown)
         settings.hoverBehavior = HoverBehavior::preview;
     });
     for (const auto action : {HotKeyAction::toggle, HotKeyAction::newNote})
-        services.hotKeys.handlers[action] = [] {};
+        services.hotKeys->handlers[action] = [] {};
     open();
     EXPECT_TRUE(page().isEmpty());
     EXPECT_EQ(column(page().tips(), "title"),
@@ -262,7 +268,7 @@ TEST_F(HomePageModelTest, StartsKeepsAndBringsBackFavorites)
     coordinator.open();
     desktop.applications.entries.clear();
     favorites.launch(u"beta.desktop"_qs);
-    EXPECT_EQ(services.activity.feedback()->title, u"Não foi possível abrir");
+    EXPECT_EQ(services.activity->feedback()->title, u"Não foi possível abrir");
     EXPECT_EQ(shown(), u"collapsed"); // an open panel shows no feedback
 }
 

@@ -1,5 +1,7 @@
 #include "VelmoSystem/Input/HotKeyController.h"
 
+#include "VelmoCore/Settings/SettingsStore.h"
+
 #include "tests/support/FakeHotKeyGrabber.h"
 #include "tests/support/FakeWorkspace.h"
 #include "tests/support/ManualScheduler.h"
@@ -83,7 +85,7 @@ TEST_F(HotKeyControllerTest, TellsOfARefusedShortcutWhileItIsEnabled)
 TEST_F(HotKeyControllerTest, TellsOfALostShortcutAndTakesItBackWhenItCan)
 {
     const KeyCombo combo = settings.settings().clipboardHotKey;
-    const auto tells = [&] {
+    const auto reports = [&] {
         return controller.errors() ==
                std::map{std::pair(
                    HotKeyAction::clipboard,
@@ -105,9 +107,9 @@ TEST_F(HotKeyControllerTest, TellsOfALostShortcutAndTakesItBackWhenItCan)
     for (const auto &happens : moments) {
         grabber.refusals = {{combo, HotKeyGrabber::AlreadyTaken{}}};
         grabber.changeLayout();
-        EXPECT_TRUE(tells());
+        EXPECT_TRUE(reports());
         happens();
-        EXPECT_TRUE(tells());
+        EXPECT_TRUE(reports());
         grabber.refusals.clear();
         happens();
         scheduler.advance(1s); // of the longer wait after a try in vain

@@ -1,5 +1,8 @@
 #include "VelmoUI/Settings/ModulesPaneModel.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Modules/Home/HomeSettingsModel.h"
 
 #include "tests/VelmoUI/FakeModule.h"
@@ -21,7 +24,7 @@ protected:
     ModulesPaneModelTest()
     {
         for (const char16_t *id : {u"home", u"system", u"activity"})
-            FakeModule::addTo(services.modules, QString::fromUtf16(id));
+            FakeModule::addTo(*services.modules, QString::fromUtf16(id));
     }
 };
 
@@ -30,7 +33,7 @@ TEST_F(ModulesPaneModelTest, MovesRowsAndKeepsWhatThisVersionDoesNotKnow)
     change([](AppSettings &next) {
         next.moduleOrder = {u"later"_qs, u"home"_qs, u"latest"_qs, u"activity"_qs};
     });
-    ModulesPaneModel pane(services.settings, services.modules);
+    ModulesPaneModel pane(*services.settings, *services.modules);
     const QAbstractItemModelTester tester(pane.modules());
     ASSERT_THAT(column(pane.modules(), "id"), ElementsAre(u"home", u"activity", u"system"));
 
@@ -55,7 +58,7 @@ TEST_F(ModulesPaneModelTest, MovesRowsAndKeepsWhatThisVersionDoesNotKnow)
 TEST_F(ModulesPaneModelTest, HidesAllModulesButTheLast)
 {
     change([](AppSettings &next) { next.hiddenModules = {u"later"_qs}; });
-    ModulesPaneModel pane(services.settings, services.modules);
+    ModulesPaneModel pane(*services.settings, *services.modules);
     for (const int row : {0, 2, 1, 3, -1})
         pane.toggleModule(row);
     EXPECT_THAT(settings().hiddenModules, ElementsAre(u"later", u"home", u"activity"));
@@ -70,9 +73,9 @@ TEST_F(HomeSettingsModelTest, OffersTheCardsThatModulesBring)
 {
     addModules(u"home"_qs);
     addModules(u"system"_qs);
-    FavoriteApps favorites(services.settings, desktop.applications, services.activity,
+    FavoriteApps favorites(*services.settings, desktop.applications, *services.activity,
                            desktop.scheduler);
-    HomeSettingsModel pane({services.modules, services.settings}, favorites);
+    HomeSettingsModel pane({*services.modules, *services.settings}, favorites);
     EXPECT_THAT(column(pane.cards(), "id"), ElementsAre(u"favorites", u"system"));
     pane.moveCard(1, 0);
     EXPECT_THAT(column(pane.cards(), "id"), ElementsAre(u"system", u"favorites"));

@@ -1,3 +1,5 @@
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Notch/NotchContent.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
@@ -22,7 +24,7 @@ TEST_F(NotchCoordinatorTest, OpensUnderAPointerThatRestsAndTakesTheKeyboardByAPr
     desktop.movePointer({notchOf(1).x + 5, -4});
     EXPECT_EQ(shown(), u"collapsed");
     wait(0.01s);
-    EXPECT_EQ(shown(), u"expanded") << "a move inside starts nothing anew";
+    EXPECT_EQ(shown(), u"expanded") << "a move inside starts nothing again";
     EXPECT_FALSE(window().isKey()) << "the keyboard stays where it is";
     desktop.pointer.press(notchOf(1), window().id());
     EXPECT_TRUE(window().isKey());
@@ -68,7 +70,7 @@ TEST_F(NotchCoordinatorTest, ClosesSomeTimeAfterThePointerLeft)
 
 TEST_F(NotchCoordinatorTest, ClosesBehindAPointerThatItOpenedUnder)
 {
-    FakeModule &narrow = FakeModule::addTo(services.modules, u"estreito"_qs);
+    FakeModule &narrow = FakeModule::addTo(*services.modules, u"estreito"_qs);
     narrow.width = 600;
     start();
     desktop.movePointer({300, -100});
@@ -92,7 +94,7 @@ TEST_F(NotchCoordinatorTest, ClosesBehindAPointerThatItOpenedUnder)
 
 TEST_F(NotchCoordinatorTest, StaysOpenWhenItShrinksAwayFromAPointerThatRests)
 {
-    FakeModule &narrow = FakeModule::addTo(services.modules, u"estreito"_qs);
+    FakeModule &narrow = FakeModule::addTo(*services.modules, u"estreito"_qs);
     narrow.width = 600;
     start();
     hover();
@@ -123,7 +125,7 @@ TEST_F(NotchCoordinatorTest, StaysOpenWhenItShrinksAwayFromAPointerThatRests)
 
 TEST_F(NotchCoordinatorTest, HoldsItsWidthWhileThePointerIsAtItsSymbols)
 {
-    FakeModule &narrow = FakeModule::addTo(services.modules, u"estreito"_qs);
+    FakeModule &narrow = FakeModule::addTo(*services.modules, u"estreito"_qs);
     narrow.width = 700;
     start();
     coordinator.open({.module = u"um"_qs});
@@ -251,7 +253,7 @@ TEST_F(NotchCoordinatorTest, OpensTheDropSurfaceForARealDragOnly)
 
 TEST_F(NotchCoordinatorTest, StaysOpenBehindADialogOfItsOwn)
 {
-    const FakeModule &module = FakeModule::addTo(services.modules, u"arquivos"_qs);
+    const FakeModule &module = FakeModule::addTo(*services.modules, u"arquivos"_qs);
     start();
     coordinator.open({.module = u"arquivos"_qs});
     desktop.movePointer(notchOf(1));
@@ -449,9 +451,9 @@ TEST_F(NotchCoordinatorTest, StaysOnTopWhateverHappensToTheDesktop)
 TEST_F(NotchCoordinatorTest, TellsItsStateInThePixelsOfTheScreen)
 {
     start();
-    services.activity.upsert({.id = u"timer"_qs, .priority = 1});
-    services.activity.upsert({.id = u"job"_qs, .priority = 2});
-    services.activity.post(
+    services.activity->upsert({.id = u"timer"_qs, .priority = 1});
+    services.activity->upsert({.id = u"job"_qs, .priority = 2});
+    services.activity->post(
         ActivityEvent::make(desktop.scheduler.now(), {}, u"Oi"_qs, FeedbackStyle::info, {}));
     change([](AppSettings &next) { next.panelSize = PanelSize::compact; });
     coordinator.open({.module = u"dois"_qs});
@@ -463,7 +465,7 @@ TEST_F(NotchCoordinatorTest, TellsItsStateInThePixelsOfTheScreen)
     EXPECT_EQ(QJsonDocument(status()).toJson().toStdString(), expected.toJson().toStdString());
 
     coordinator.toggleFromHotKey();
-    services.activity.dismissFeedback();
+    services.activity->dismissFeedback();
     EXPECT_TRUE(display()[u"module"].isNull());
     EXPECT_TRUE(status()[u"feedback"].isNull());
 }

@@ -1,5 +1,8 @@
 #include "VelmoUI/Notch/NotchViewModel.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
+
 #include "tests/VelmoUI/FakeModule.h"
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
@@ -23,7 +26,7 @@ protected:
 
     FakeModule &add(const char *id)
     {
-        return FakeModule::addTo(services.modules, QString::fromLatin1(id));
+        return FakeModule::addTo(*services.modules, QString::fromLatin1(id));
     }
     QString selected() const
     {
@@ -32,8 +35,8 @@ protected:
     }
     void showMessage()
     {
-        services.activity.post(ActivityEvent::make(desktop.scheduler.now(), {}, u"Pronto"_qs,
-                                                   FeedbackStyle::info, {}));
+        services.activity->post(ActivityEvent::make(desktop.scheduler.now(), {}, u"Pronto"_qs,
+                                                    FeedbackStyle::info, {}));
     }
     /// Lets the shape arrive; how high it got on its way.
     double watchShape()
@@ -142,7 +145,7 @@ TEST_F(NotchViewModelTest, LetsAMessageComeWithoutASwingOnceThePanelIsAtRest)
         desktop.scheduler.advance(rest);
         showMessage();
         EXPECT_EQ(watchShape() > withMessage + 0.1, swings) << rest.count();
-        services.activity.dismissFeedback();
+        services.activity->dismissFeedback();
         watchShape();
     }
 }

@@ -1,5 +1,7 @@
 #include "VelmoUI/Modules/Notes/NotesPageModel.h"
 
+#include "VelmoCore/Notes/NotesStore.h"
+
 #include "tests/VelmoUI/FakePanelPort.h"
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
@@ -25,8 +27,8 @@ protected:
     }
 
     FakePanelPort panel;
-    NotesPageModel page{{services.notes, desktop.fileViewer, desktop.pasteboard, desktop.scheduler},
-                        panel};
+    NotesPageModel page{
+        {*services.notes, desktop.fileViewer, desktop.pasteboard, desktop.scheduler}, panel};
 };
 
 TEST_F(NotesPageModelTest, WritesListsFindsAndBringsBackNotes)
@@ -34,8 +36,8 @@ TEST_F(NotesPageModelTest, WritesListsFindsAndBringsBackNotes)
     page.setWatched(true);
     page.go(NotesPageModel::composing());
     ASSERT_TRUE(page.hasSelection());
-    services.notes.updateNote(services.notes.notes().front().id,
-                              u"Plano #Casa\nver https://exemplo.org/a"_qs);
+    services.notes->updateNote(services.notes->notes().front().id,
+                               u"Plano #Casa\nver https://exemplo.org/a"_qs);
     EXPECT_THAT(column(page.notes(), "title"), ElementsAre(u"Plano #Casa"_qs));
     EXPECT_THAT(column(page.tags(), "title"), ElementsAre(u"#casa"_qs));
     EXPECT_THAT(column(page.links(), "title"), ElementsAre(u"exemplo.org/a"_qs));
@@ -55,7 +57,7 @@ TEST_F(NotesPageModelTest, WritesListsFindsAndBringsBackNotes)
     page.undo();
     EXPECT_EQ(page.text(), u"Plano #Casa\nver https://exemplo.org/a");
     page.setWatched(false); // the empty one goes
-    EXPECT_EQ(services.notes.notes().size(), 1U);
+    EXPECT_EQ(services.notes->notes().size(), 1U);
 }
 
 TEST_F(NotesPageModelTest, HandsALongNoteOnOnlyWhenTheKeysRest)
@@ -113,12 +115,12 @@ TEST_F(NotesPageModelTest, KeepsTasksWithTheirReminders)
     page.removeTask(id);
     EXPECT_THAT(column(page.tasks(), "title"), ElementsAre(u"ler"_qs));
     page.undo();
-    EXPECT_EQ(services.notes.tasks().size(), 2U);
+    EXPECT_EQ(services.notes->tasks().size(), 2U);
 }
 
 TEST_F(NotesPageModelTest, TakesRemovalsBackOneByOneEachInItsTime)
 {
-    const QString note = uuidText(services.notes.createNote(u"Plano"_qs).id);
+    const QString note = uuidText(services.notes->createNote(u"Plano"_qs).id);
     page.addTask(u"regar"_qs, {});
     const auto remove = [&] {
         page.removeTask(column(page.tasks(), "id").at(0));
@@ -144,8 +146,8 @@ TEST_F(NotesPageModelTest, TakesRemovalsBackOneByOneEachInItsTime)
 
 TEST_F(NotesPageModelTest, OffersWhatCanBeDone)
 {
-    const Note note = services.notes.createNote(u"Plano"_qs);
-    const TaskItem task = services.notes.addTask(u"regar"_qs).value();
+    const Note note = services.notes->createNote(u"Plano"_qs);
+    const TaskItem task = services.notes->addTask(u"regar"_qs).value();
     const auto run = [&](const Uuid &id, const QString &command) {
         page.offerCommands(uuidText(id));
         page.run(command);

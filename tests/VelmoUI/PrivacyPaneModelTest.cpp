@@ -1,5 +1,8 @@
 #include "VelmoUI/Settings/PrivacyPaneModel.h"
 
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
+#include "VelmoUI/Settings/SettingsServices.h"
+
 #include "tests/VelmoUI/FakeModule.h"
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
@@ -19,7 +22,7 @@ struct RadioModule : FakeModule {
 
 class PrivacyPaneModelTest : public ServicesFixture {
 protected:
-    PrivacyPaneModelTest() { services.modules.add(std::make_unique<RadioModule>()); }
+    PrivacyPaneModelTest() { services.modules->add(std::make_unique<RadioModule>()); }
 
     SettingsServices window = services.settingsWindow();
 

@@ -30,10 +30,10 @@ TEST(RecordListModel, AnnouncesEveryChangeSoThatAViewCanFollow)
     RecordListModel<Row> model;
     const QAbstractItemModelTester tester(&model,
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
-    int told = 0;
+    int notified = 0;
     QObject::connect(&model, &QAbstractItemModel::dataChanged,
                      [&](const QModelIndex &first, const QModelIndex &last) {
-                         told += last.row() - first.row() + 1;
+                         notified += last.row() - first.row() + 1;
                      });
     std::mt19937 random(1);
     std::vector<Row> rows;
@@ -57,10 +57,10 @@ TEST(RecordListModel, AnnouncesEveryChangeSoThatAViewCanFollow)
         if (random() % 2 == 0)
             std::ranges::shuffle(next, random);
 
-        told = 0;
+        notified = 0;
         model.setRecords(next);
         ASSERT_EQ(model.records(), next);
-        ASSERT_EQ(told, changes) << "in round " << round;
+        ASSERT_EQ(notified, changes) << "in round " << round;
         for (const auto &[index, record] : kept)
             ASSERT_EQ(field(index, "id"), record.id) << "in round " << round;
         rows = next;
@@ -70,20 +70,20 @@ TEST(RecordListModel, AnnouncesEveryChangeSoThatAViewCanFollow)
 TEST(RecordListModel, TellsRowsThatComeAndGoTogetherAsOneChange)
 {
     RecordListModel<Row> model;
-    int told = 0;
-    const auto count = [&](auto...) { ++told; };
+    int notified = 0;
+    const auto count = [&](auto...) { ++notified; };
     QObject::connect(&model, &QAbstractItemModel::rowsInserted, count);
     QObject::connect(&model, &QAbstractItemModel::rowsRemoved, count);
     QObject::connect(&model, &QAbstractItemModel::rowsMoved, count);
     QObject::connect(&model, &QAbstractItemModel::dataChanged, count);
     const auto changesOf = [&](const char *ids, int value) {
-        told = 0;
+        notified = 0;
         std::vector<Row> rows;
         for (const QChar id : QString::fromLatin1(ids))
             rows.push_back({id, value, std::nullopt});
         model.setRecords(rows);
         EXPECT_EQ(model.records(), rows);
-        return told;
+        return notified;
     };
     EXPECT_EQ(changesOf("abcdef", 0), 1);
     EXPECT_EQ(changesOf("abcdef", 0), 0);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "VelmoCore/Settings/AppSettings.h"
 #include "VelmoUI/Composition/AppServices.h"
-#include "VelmoUI/Composition/BuiltInModules.h"
 
 #include "tests/support/FakeDesktop.h"
 
@@ -14,23 +14,16 @@ namespace velmo {
 /// All services on a desktop of fakes.
 class ServicesFixture : public testing::Test {
 protected:
-    const AppSettings &settings() const { return services.settings.settings(); }
-    void change(const std::function<void(AppSettings &)> &change)
-    {
-        services.settings.update(change);
-    }
+    ServicesFixture();
+    ~ServicesFixture() override;
 
+    const AppSettings &settings() const;
+    void change(const std::function<void(AppSettings &)> &change);
     /// Adds Orvane's own modules, all of them or the one.
-    void addModules(const QString &id = {})
-    {
-        for (auto &module : makeBuiltInModules(services)) {
-            if (id.isEmpty() || module->id() == id)
-                services.modules.add(std::move(module));
-        }
-    }
+    void addModules(const QString &id = {});
 
     FakeDesktop desktop;
-    AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
+    AppServices services;
 };
 
 /// A field of a list's row, by the name of its role.

@@ -1,6 +1,14 @@
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoCore/HotKeys/KeyNames.h"
 #include "VelmoCore/Settings/SettingsCoder.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoCore/Timers/TimerCenter.h"
+#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
+#include "VelmoSystem/Input/HotKeyController.h"
 #include "VelmoUI/Composition/ServiceWiring.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Modules/Home/FavoriteApps.h"
 #include "VelmoUI/Modules/Home/HomeCardSources.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
@@ -28,14 +36,14 @@ public:
         addModules();
         for (const HotKeyAction action :
              {HotKeyAction::toggle, HotKeyAction::newNote, HotKeyAction::clipboard})
-            services.hotKeys.handlers[action] = [] {};
+            services.hotKeys->handlers[action] = [] {};
         desktop.power.info = BatteryInfo{.percent = 5};
         desktop.applications.entries = {{u"a.desktop"_qs, u"A"_qs, {}, {}}};
         ServiceWiring::start(services);
         change([](AppSettings &settings) { settings.displayMode = {DisplayMode::All{}}; });
         desktop.displays.descriptors = {FakeDesktop::screen(1), FakeDesktop::screen(2)};
         coordinator.start();
-        services.hotKeys.apply();
+        services.hotKeys->apply();
     }
     void TestBody() override {}
     /// Sets the keys of a piece of a settings file.
@@ -90,29 +98,29 @@ public:
     QString modules() const
     {
         QStringList ids;
-        for (const auto *module : services.modules.visible(services.settings.settings()))
+        for (const auto *module : services.modules->visible(services.settings->settings()))
             ids.append(module->id());
         return ids.join(u' ');
     }
     QString cards()
     {
         QStringList names;
-        for (const auto &card : HomeCardSources{services.modules, services.settings}.shown())
+        for (const auto &card : HomeCardSources{*services.modules, *services.settings}.shown())
             names.append(HomeCards::name(card.card));
         return names.join(u' ');
     }
     QString favorites()
     {
-        return QString::number(FavoriteApps(services.settings, services.platform.applications,
-                                            services.activity, services.platform.scheduler)
+        return QString::number(FavoriteApps(*services.settings, services.platform.applications,
+                                            *services.activity, services.platform.scheduler)
                                    .rows()
                                    .size());
     }
     QString isThere(DisplayID id) const { return display(id).isEmpty() ? "no" : "yes"; }
     QString focusTime()
     {
-        services.timers.startPomodoro();
-        return TimerCenter::format(services.timers.pomodoro()->timer.duration);
+        services.timers->startPomodoro();
+        return TimerCenter::format(services.timers->pomodoro()->timer.duration);
     }
     QString open(int extent)
     {
@@ -147,13 +155,13 @@ public:
     QString eventsOfTwoDays()
     {
         const Date now = desktop.scheduler.now();
-        services.activity.post(
+        services.activity->post(
             ActivityEvent::make(now - 48h, {}, u"Antes"_qs, FeedbackStyle::info, u"test"_qs));
-        return QString::number(services.activity.history().size());
+        return QString::number(services.activity->history().size());
     }
     QString soundsAfterATimer()
     {
-        services.timers.startTimer(5s);
+        services.timers->startTimer(5s);
         wait(5s);
         return QString::number(desktop.sounds.played.size());
     }
@@ -166,21 +174,21 @@ public:
     {
         desktop.pasteboard.offer({{Pasteboard::textType.toString(), "a"}});
         wait(ClipboardMonitor::beat);
-        return QString::number(services.clipboard.items().size());
+        return QString::number(services.clipboard->items().size());
     }
     QString copiesAfterTwoDays()
     {
         for (const QString &text : {u"a"_qs, u"b"_qs})
-            services.clipboard.add(ClipItems::fromText(text, {}, desktop.scheduler.now()).value());
+            services.clipboard->add(ClipItems::fromText(text, {}, desktop.scheduler.now()).value());
         wait(48h);
-        services.clipboard.add(ClipItems::fromText(u"c"_qs, {}, desktop.scheduler.now()).value());
-        return QString::number(services.clipboard.items().size());
+        services.clipboard->add(ClipItems::fromText(u"c"_qs, {}, desktop.scheduler.now()).value());
+        return QString::number(services.clipboard->items().size());
     }
     QString shelfAfterTwoDays()
     {
-        services.shelf.addText(u"texto"_qs);
+        services.shelf->addText(u"texto"_qs);
         wait(48h);
-        return QString::number(services.shelf.items().size());
+        return QString::number(services.shelf->items().size());
     }
     /// What shows, how much is on the shelf, and whether the file is where it was.
     QString afterDrop()
@@ -189,7 +197,7 @@ public:
         desktop.folder.write(u"a.txt"_qs, "a");
         coordinator.openFiles({QUrl::fromLocalFile(file)});
         return u"%1 %2 %3"_qs.arg(shown())
-            .arg(services.shelf.items().size())
+            .arg(services.shelf->items().size())
             .arg(QFile::exists(file));
     }
     QString theme(const char *property)
@@ -204,12 +212,12 @@ public:
     }
 };
 
-/// A key, a value that isn't its default one, and where it tells.
+/// A key, a value that isn't its default one, and where it shows.
 struct Effect {
     const char *key;
     QByteArray value;
     std::function<QString(Orvane &)> see;
-    /// What else has to be set so that it tells.
+    /// What else has to be set so that it shows.
     QByteArray others = {};
 };
 

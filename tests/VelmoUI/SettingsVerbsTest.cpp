@@ -1,5 +1,6 @@
-#include "VelmoUI/Settings/SettingsVerbs.h"
+#include "VelmoSystem/Verbs/SettingsVerbs.h"
 
+#include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Storage/AtomicFile.h"
 
 #include "tests/VelmoUI/ServicesFixture.h"
@@ -40,7 +41,7 @@ protected:
         return answer.value_or(QString());
     }
 
-    SettingsVerbs verbs{services.settings, desktop.scheduler};
+    SettingsVerbs verbs{*services.settings, desktop.scheduler};
     QJsonArray records;
 };
 

@@ -1,3 +1,4 @@
+#include "VelmoSystem/Input/HotKeyController.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
 #include "tests/VelmoUI/ServicesFixture.h"
@@ -19,8 +20,8 @@ protected:
     SettingsWindowTest()
     {
         change([](AppSettings &next) { next.animationsEnabled = false; });
-        services.hotKeys.handlers[HotKeyAction::toggle] = [] {};
-        services.hotKeys.apply();
+        services.hotKeys->handlers[HotKeyAction::toggle] = [] {};
+        services.hotKeys->apply();
     }
 
     static std::vector<QQuickView *> windows()
@@ -178,18 +179,18 @@ TEST_F(SettingsWindowTest, RecordsAShortcut)
     EXPECT_TRUE(reads(u"Este atalho já está em uso por outro aplicativo ou pelo sistema."_qs));
     change([&](AppSettings &next) { next.toggleHotKey = before; });
 
-    services.hotKeys.handlers[HotKeyAction::newNote] = [] {};
+    services.hotKeys->handlers[HotKeyAction::newNote] = [] {};
     record();
     press(Qt::Key_M, Qt::ControlModifier | Qt::AltModifier, 'm');
     EXPECT_TRUE(reads(u"Mesmo atalho de “Nova nota”."_qs));
     EXPECT_EQ(settings().toggleHotKey, before);
-    services.hotKeys.handlers.erase(HotKeyAction::newNote);
+    services.hotKeys->handlers.erase(HotKeyAction::newNote);
     press(Qt::Key_Escape, {}, 0xff1b);
 
     record();
     desktop.hotKeyGrabber.keyCodes = {{10, 18}};
     press(Qt::Key_Exclam, Qt::ControlModifier | Qt::ShiftModifier, '!', 10);
-    EXPECT_EQ(services.hotKeys.displayString(HotKeyAction::toggle), u"Ctrl+Shift+1");
+    EXPECT_EQ(services.hotKeys->displayString(HotKeyAction::toggle), u"Ctrl+Shift+1");
     change([&](AppSettings &next) { next.toggleHotKey = before; });
 
     const struct {

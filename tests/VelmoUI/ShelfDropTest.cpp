@@ -1,4 +1,11 @@
+#include "VelmoCore/Actions/ActionCatalog.h"
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoSystem/FileProcessing/ToolsSelection.h"
+#include "VelmoSystem/Shelf/ShelfMover.h"
 #include "VelmoSystem/Storage/StorageInspector.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Notch/NotchContent.h"
 
 #include "tests/VelmoUI/FakeModule.h"
@@ -61,7 +68,7 @@ protected:
     DroppedItem inNotch(const QString &name) const
     {
         return {
-            DroppedItem::File{QUrl::fromLocalFile(*services.shelf.mesaDirectory() + u'/' + name)}};
+            DroppedItem::File{QUrl::fromLocalFile(*services.shelf->mesaDirectory() + u'/' + name)}};
     }
     void drop(DropZone zone, const std::vector<DroppedItem> &items)
     {
@@ -79,7 +86,7 @@ protected:
     }
     void finishJobs()
     {
-        waitFor([this] { return services.jobs.runningCount() == 0; });
+        waitFor([this] { return services.jobs->runningCount() == 0; });
     }
     /// Of this thread, in milliseconds, whatever else the machine does.
     static double processorTime()
@@ -97,9 +104,9 @@ protected:
     }
     QString lastEvent() const
     {
-        if (services.activity.history().empty())
+        if (services.activity->history().empty())
             return {};
-        const ActivityEvent &event = services.activity.history().front();
+        const ActivityEvent &event = services.activity->history().front();
         return event.title + u'|' + event.detail.value_or(QString());
     }
 
@@ -121,13 +128,13 @@ TEST_F(ShelfDropTest, MovesWhatFallsOnTheNotchAndShowsWhereItIs)
     finishJobs();
     EXPECT_THAT(model.drop().items(),
                 ElementsAre(inNotch(u"a.txt"_qs), gone, bundle, link, text, goneToo));
-    EXPECT_EQ(services.shelf.items().size(), 3U);
+    EXPECT_EQ(services.shelf->items().size(), 3U);
     EXPECT_EQ(lastEvent(), u"Não foi possível mover|b.txt, c.txt: o item não existe");
 
     drop(DropZone::notch, {inNotch(u"a.txt"_qs)});
-    EXPECT_EQ(services.shelf.items().size(), 3U) << "it is there already";
+    EXPECT_EQ(services.shelf->items().size(), 3U) << "it is there already";
     drop(DropZone::actions, {file(u"d.txt"_qs)});
-    EXPECT_EQ(services.shelf.items().size(), 3U) << "until the user says so";
+    EXPECT_EQ(services.shelf->items().size(), 3U) << "until the user says so";
     model.drop().keep();
     finishJobs();
     EXPECT_THAT(model.drop().items(), ElementsAre(inNotch(u"d.txt"_qs)));
@@ -179,7 +186,7 @@ TEST_F(ShelfDropTest, TakesBackWhatItMovedForAWhile)
     finishJobs();
     EXPECT_THAT(model.drop().items(), ElementsAre(a, b)) << "with their first names";
     EXPECT_EQ(desktop.folder.read(u"a.txt"_qs), "conteúdo");
-    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_TRUE(services.shelf->items().empty());
     EXPECT_TRUE(model.drop().canKeep());
     EXPECT_FALSE(content.drop()->canUndo());
 
@@ -187,7 +194,7 @@ TEST_F(ShelfDropTest, TakesBackWhatItMovedForAWhile)
     finishJobs();
     desktop.scheduler.advance(DropUndo::time - 0.1s);
     EXPECT_TRUE(content.drop()->canUndo());
-    EXPECT_EQ(services.activity.feedback()->title, movedFromHere());
+    EXPECT_EQ(services.activity->feedback()->title, movedFromHere());
     desktop.scheduler.advance(0.1s);
     EXPECT_FALSE(content.drop()->canUndo());
 }
@@ -200,7 +207,7 @@ TEST_F(ShelfDropTest, LeavesAFileWhereItIsThatTheShelfCannotRecord)
     finishJobs();
     EXPECT_THAT(model.drop().items(), ElementsAre(a));
     EXPECT_TRUE(QFile::exists(a.fileURL()->toLocalFile()));
-    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_TRUE(services.shelf->items().empty());
     EXPECT_TRUE(lastEvent().startsWith(
         u"Não foi possível mover|A prateleira não pôde ser salva: Falha em “shelf.json”"))
         << qPrintable(lastEvent());
@@ -224,24 +231,24 @@ TEST_F(ShelfDropTest, TakesThousandsOfFilesWithoutHoldingUpThePanel)
     EXPECT_TRUE(content.drop()->hasJob());
     finishJobs();
     EXPECT_LT(longestStep, 40) << "which took seconds at once";
-    EXPECT_EQ(services.shelf.items().size(), std::size_t(count));
+    EXPECT_EQ(services.shelf->items().size(), std::size_t(count));
     EXPECT_EQ(model.drop().items().back(), inNotch(QString::number(count - 1)));
     EXPECT_LT(content.drop()->items()->rowCount(), 100);
     EXPECT_EQ(content.drop()->title(), QLocale().toString(count) + u" itens"_qs);
-    services.shelf.flush();
+    services.shelf->flush();
     longestStep = 0;
 
     model.drop().undo();
-    EXPECT_GT(services.shelf.items().size(), 2000U) << "they go in small steps";
-    waitFor([this] { return services.shelf.items().empty(); });
-    services.activity.cancel(services.activity.live().front().id);
+    EXPECT_GT(services.shelf->items().size(), 2000U) << "they go in small steps";
+    waitFor([this] { return services.shelf->items().empty(); });
+    services.activity->cancel(services.activity->live().front().id);
     finishJobs();
     EXPECT_LT(longestStep, 40);
     int here = 0;
     for (const DroppedItem &item : files)
         here += QFile::exists(item.fileURL()->toLocalFile());
     EXPECT_LT(here, count) << "it was cancelled";
-    EXPECT_EQ(services.shelf.items().size() + std::size_t(here), std::size_t(count));
+    EXPECT_EQ(services.shelf->items().size() + std::size_t(here), std::size_t(count));
 }
 
 TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
@@ -251,37 +258,37 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     const QString name = QString::fromStdString(other.filename().string());
     drop(DropZone::notch,
          {{DroppedItem::File{QUrl::fromLocalFile(QString::fromStdString(other.string()))}}});
-    EXPECT_TRUE(services.shelf.items().empty()) << "never on the main thread";
+    EXPECT_TRUE(services.shelf->items().empty()) << "never on the main thread";
     finishJobs();
     EXPECT_THAT(model.drop().items(), ElementsAre(inNotch(name)));
-    ASSERT_EQ(services.shelf.items().size(), 1U);
-    EXPECT_EQ(services.shelf.items()[0].originalFolder, u"/dev/shm"_qs);
+    ASSERT_EQ(services.shelf->items().size(), 1U);
+    EXPECT_EQ(services.shelf->items()[0].originalFolder, u"/dev/shm"_qs);
     EXPECT_EQ(lastEvent(), u"Movido de shm|");
     EXPECT_FALSE(std::filesystem::exists(other));
 
-    const std::vector<ShelfItem> kept = services.shelf.items();
+    const std::vector<ShelfItem> kept = services.shelf->items();
     const std::filesystem::path here = inNotch(name).fileURL()->toLocalFile().toStdString();
     std::filesystem::resize_file(here, 1U << 30); // or it would be home before the cancel
-    services.shelfMover.remove({kept[0].id});
-    EXPECT_TRUE(services.shelf.items().empty());
-    services.activity.cancel(services.activity.live().front().id);
+    services.shelfMover->remove({kept[0].id});
+    EXPECT_TRUE(services.shelf->items().empty());
+    services.activity->cancel(services.activity->live().front().id);
     finishJobs();
-    EXPECT_EQ(services.shelf.items(), kept);
+    EXPECT_EQ(services.shelf->items(), kept);
     EXPECT_EQ(lastEvent(), u"Devolver à pasta de origem: cancelado|");
     std::filesystem::remove(here);
     ASSERT_EQ(::mkfifo(here.c_str(), 0600), 0) << "which no other disk takes";
-    services.shelfMover.remove({kept[0].id});
+    services.shelfMover->remove({kept[0].id});
     finishJobs();
-    EXPECT_EQ(services.shelf.items(), kept);
-    EXPECT_EQ(services.shelf.lastReturnFailure(), 1);
+    EXPECT_EQ(services.shelf->items(), kept);
+    EXPECT_EQ(services.shelf->lastReturnFailure(), 1);
     EXPECT_EQ(lastEvent(), u"Não foi possível devolver|"_qs + name +
                                u": não é um arquivo, uma pasta nem um link"_qs);
     std::filesystem::remove(here);
     std::ofstream(here) << "conteúdo";
-    services.shelfMover.remove({kept[0].id});
+    services.shelfMover->remove({kept[0].id});
     finishJobs();
     EXPECT_EQ(lastEvent(), u"Devolvido à pasta “shm”|");
-    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_TRUE(services.shelf->items().empty());
 
     std::filesystem::resize_file(other, 1U << 30);
     NotchContent content(model, services.panels());
@@ -296,7 +303,7 @@ TEST_F(ShelfDropTest, BringsFilesOfAnotherFileSystemByAJob)
     EXPECT_TRUE(model.drop().canKeep());
     finishJobs();
     EXPECT_EQ(lastEvent(), u"Mover para o notch: cancelado|");
-    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_TRUE(services.shelf->items().empty());
     EXPECT_TRUE(std::filesystem::remove(other));
 }
 
@@ -310,12 +317,12 @@ TEST_F(ShelfDropTest, SettlesEveryFileWhateverGoesWrong)
     drop(DropZone::notch, {{DroppedItem::File{url}}});
     finishJobs();
     refusesLargeBlocks = false;
-    EXPECT_EQ(services.shelf.arrivingCount(), 0);
-    EXPECT_TRUE(services.shelf.items().empty());
+    EXPECT_EQ(services.shelf->arrivingCount(), 0);
+    EXPECT_TRUE(services.shelf->items().empty());
     EXPECT_EQ(lastEvent(), u"Não foi possível mover|"_qs + url.fileName() +
                                u": erro inesperado (std::bad_alloc)"_qs);
     EXPECT_TRUE(std::filesystem::remove(other));
-    EXPECT_TRUE(QDir(*services.shelf.mesaDirectory())
+    EXPECT_TRUE(QDir(*services.shelf->mesaDirectory())
                     .isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
@@ -357,7 +364,7 @@ TEST_F(ShelfDropTest, TellsWhatAnActionCameTo)
             return {u"Abrindo…"_qs, {}, FeedbackStyle::success, true};
         }
     };
-    services.actions.add(std::make_unique<Action>());
+    services.actions->add(std::make_unique<Action>());
     drop(DropZone::actions, {link, file(u"a.txt"_qs)});
     model.drop().perform(u"a"_qs);
     EXPECT_EQ(lastEvent(), u"Abrir: falhou|Só um.");
@@ -370,15 +377,15 @@ TEST_F(ShelfDropTest, TellsWhatAnActionCameTo)
 
 TEST_F(ShelfDropTest, OpensTheToolsWithFilesOnly)
 {
-    FakeModule::addTo(services.modules, u"home"_qs);
-    FakeModule::addTo(services.modules, u"tools"_qs);
+    FakeModule::addTo(*services.modules, u"home"_qs);
+    FakeModule::addTo(*services.modules, u"tools"_qs);
     const DroppedItem a = file(u"a.txt"_qs);
     drop(DropZone::actions, {a, link});
     EXPECT_FALSE(model.drop().canOpenTools());
     model.drop().removeItem(link.id());
     ASSERT_TRUE(model.drop().canOpenTools());
     model.drop().openTools();
-    EXPECT_THAT(services.tools.urls(), ElementsAre(*a.fileURL()));
+    EXPECT_THAT(services.tools->urls(), ElementsAre(*a.fileURL()));
     EXPECT_EQ(model.modules().current()->id(), u"tools");
     EXPECT_EQ(model.presentation(), expanded);
 }

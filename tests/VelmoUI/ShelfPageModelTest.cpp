@@ -1,6 +1,11 @@
 #include "VelmoUI/Modules/Shelf/ShelfPageModel.h"
 
+#include "VelmoCore/Actions/ActionCatalog.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoSystem/FileProcessing/ActionRunner.h"
 #include "VelmoSystem/FileProcessing/QuickActions.h"
+#include "VelmoSystem/Shelf/ShelfMover.h"
 #include "VelmoUI/Modules/Shelf/ShelfDrag.h"
 #include "VelmoUI/Notch/PanelIssues.h"
 
@@ -21,7 +26,7 @@ class ShelfPageModelTest : public PanelFixture {
 protected:
     ShelfPageModelTest()
     {
-        addQuickActions(services.actions, desktop.fileViewer, desktop.pasteboard);
+        addQuickActions(*services.actions, desktop.fileViewer, desktop.pasteboard);
         addModules(u"shelf"_qs);
         page.setWatched(true);
     }
@@ -31,12 +36,12 @@ protected:
     {
         const QString letters = QString::fromUtf16(names);
         for (auto letter = letters.crbegin(); letter != letters.crend(); ++letter)
-            services.shelf.addText(*letter);
+            services.shelf->addText(*letter);
     }
     QUrl addFile(const QString &name)
     {
         desktop.folder.write(name, "?");
-        return services.shelf.moveIn(QUrl::fromLocalFile(desktop.folder.path(name)));
+        return services.shelf->moveIn(QUrl::fromLocalFile(desktop.folder.path(name)));
     }
     QString shown(bool selectedOnly = false)
     {
@@ -52,7 +57,7 @@ protected:
 
     NotchViewModel panel{1, NotchGeometry::metrics(FakeDesktop::screen(1)), services.panels()};
     ShelfPageModel page{
-        {services.shelf, services.shelfMover, services.actionRunner, desktop.scheduler}, panel};
+        {*services.shelf, *services.shelfMover, *services.actionRunner, desktop.scheduler}, panel};
 };
 
 constexpr int noModifier = Qt::NoModifier;
@@ -103,7 +108,7 @@ TEST_F(ShelfPageModelTest, SelectsByPressAndByKey)
 TEST_F(ShelfPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
 {
     addTexts(u"abc");
-    const auto kept = [this] { return services.shelf.items().size(); };
+    const auto kept = [this] { return services.shelf->items().size(); };
     page.press(1, noModifier);
     EXPECT_TRUE(page.handleKey(Qt::Key_Delete, noModifier));
     EXPECT_EQ(shown(), u"ac");
@@ -124,7 +129,7 @@ TEST_F(ShelfPageModelTest, RemovesForGoodOnlyOnceNothingCanBringItBack)
 
 TEST_F(ShelfPageModelTest, TellsWhatWentWrongWithAnyFileUntilTheUserHasReadIt)
 {
-    services.settings.update([](AppSettings &next) { next.mailSound = true; });
+    services.settings->update([](AppSettings &next) { next.mailSound = true; });
     services.flush();
     int count = 0;
     QDirIterator files(desktop.paths().support, {u"*.json"_qs}, QDir::Files,
@@ -133,21 +138,21 @@ TEST_F(ShelfPageModelTest, TellsWhatWentWrongWithAnyFileUntilTheUserHasReadIt)
         desktop.folder.write(QDir(desktop.folder.path()).relativeFilePath(files.next()), "{");
     EXPECT_GE(count, 6);
     AppServices others{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
-    PanelIssues issues(others.files, others.modules);
+    PanelIssues issues(others.files, *others.modules);
     EXPECT_EQ(issues.texts().size(), count);
-    EXPECT_TRUE(issues.texts().contains(others.shelf.loadIssue().value()));
+    EXPECT_TRUE(issues.texts().contains(others.shelf->loadIssue().value()));
     issues.dismiss();
     EXPECT_TRUE(issues.texts().isEmpty());
     desktop.folder.write(u"data/settings.json/inside"_qs, "in the way");
-    others.settings.update([](AppSettings &next) { next.mailSound = true; });
-    others.settings.flush();
+    others.settings->update([](AppSettings &next) { next.mailSound = true; });
+    others.settings->flush();
     EXPECT_EQ(issues.texts().size(), 1) << "it can't be saved";
 }
 
 TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
 {
-    services.shelf.addText(u"nota"_qs);
-    services.shelf.addLink(QUrl(u"https://example.org/a"_qs));
+    services.shelf->addText(u"nota"_qs);
+    services.shelf->addLink(QUrl(u"https://example.org/a"_qs));
     const QUrl file = addFile(u"a.txt"_qs);
     page.press(0, noModifier);
     EXPECT_EQ(commands(),
@@ -190,11 +195,11 @@ TEST_F(ShelfPageModelTest, DoesWithTheSelectionWhatSuitsAllOfIt)
 TEST_F(ShelfPageModelTest, GivesFilesLinksAndTextsToOtherApplications)
 {
     const QUrl original = QUrl::fromLocalFile(desktop.folder.path(u"ref.txt"_qs));
-    services.shelf.addText(u"nota"_qs);
-    services.shelf.addLink(QUrl(u"https://example.org"_qs));
-    services.shelf.addReferences({original});
+    services.shelf->addText(u"nota"_qs);
+    services.shelf->addLink(QUrl(u"https://example.org"_qs));
+    services.shelf->addReferences({original});
     const QUrl moved = addFile(u"a.txt"_qs);
-    const auto &items = services.shelf.items();
+    const auto &items = services.shelf->items();
     const auto data = ShelfDrag::mimeData(items);
     EXPECT_EQ(data->urls(), (QList<QUrl>{moved, original, QUrl(u"https://example.org"_qs)}));
     EXPECT_EQ(data->text(), u"https://example.org\nnota");
@@ -218,7 +223,7 @@ TEST_F(ShelfPageModelTest, ShowsEveryStateWithoutAWarning)
     start();
     showView();
     view().requestActivate();
-    services.shelf.addText(u"nota"_qs);
+    services.shelf->addText(u"nota"_qs);
     addFile(u"a.txt"_qs);
     coordinator.open({.module = u"shelf"_qs});
     QCoreApplication::processEvents();

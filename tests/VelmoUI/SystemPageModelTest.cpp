@@ -1,5 +1,8 @@
 #include "VelmoUI/Modules/System/SystemPageModel.h"
 
+#include "VelmoSystem/Device/ConnectivityService.h"
+#include "VelmoSystem/Permissions/PermissionsCenter.h"
+
 #include "tests/VelmoUI/ServicesFixture.h"
 
 namespace velmo {
@@ -9,7 +12,7 @@ class SystemPageModelTest : public ServicesFixture {
 protected:
     SystemPageModelTest()
     {
-        services.connectivity.start();
+        services.connectivity->start();
         QObject::connect(page.tiles(), &QAbstractItemModel::dataChanged, [this] { ++changes; });
     }
 
@@ -18,7 +21,7 @@ protected:
         const auto &rows = page.tiles()->records();
         return *std::ranges::find(rows, QString::fromLatin1(id), &SystemTileRow::id);
     }
-    SystemPageModel page{{services.connectivity, services.permissions, services.platform.power,
+    SystemPageModel page{{*services.connectivity, *services.permissions, services.platform.power,
                           services.platform.accessories, services.platform.load,
                           services.platform.scheduler}};
     int changes = 0;
@@ -91,7 +94,7 @@ TEST_F(SystemPageModelTest, AsksForBluetoothOnlyWhenTold)
     desktop.permissions.statuses[PermissionKind::bluetooth] = {PermissionStatus::Granted{}};
     page.checkBluetooth();
     EXPECT_EQ(desktop.bluetooth.starts, 1);
-    EXPECT_EQ(services.permissions.status(PermissionKind::bluetooth),
+    EXPECT_EQ(services.permissions->status(PermissionKind::bluetooth),
               desktop.permissions.statuses[PermissionKind::bluetooth]);
     desktop.bluetooth.set(true);
     EXPECT_EQ(tile("bluetooth").value, u"Ligado");

@@ -1,5 +1,7 @@
 #include "VelmoUI/Modules/Timers/TimersPageModel.h"
 
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoCore/Timers/TimerCenter.h"
 #include "VelmoUI/Composition/AppServices.h"
 
 #include "tests/support/FakeDesktop.h"
@@ -20,7 +22,7 @@ protected:
 
     FakeDesktop desktop;
     AppServices services{desktop.paths(), {DataProtectionStatus::Disabled{}}, desktop.platform};
-    TimersPageModel page{services.timers, services.settings, desktop.scheduler};
+    TimersPageModel page{*services.timers, *services.settings, desktop.scheduler};
 };
 
 TEST_F(TimersPageModelTest, StartsWhatIsTypedAndSaysWhatItCannotRead)

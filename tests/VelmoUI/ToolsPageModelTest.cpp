@@ -1,5 +1,9 @@
 #include "VelmoUI/Modules/Tools/ToolsPageModel.h"
 
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoSystem/FileProcessing/ToolsSelection.h"
+#include "VelmoSystem/FileProcessing/ToolsWork.h"
 #include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
 
@@ -35,7 +39,7 @@ protected:
                 folder.write(QString::fromUtf8(name), name);
             urls.push_back(url(name));
         }
-        services.tools.open(urls, std::move(tool));
+        services.tools->open(urls, std::move(tool));
     }
     void waitFor(const std::function<bool()> &isDone)
     {
@@ -46,7 +50,7 @@ protected:
     }
     void finish()
     {
-        waitFor([&] { return services.jobs.runningCount() == 0; });
+        waitFor([&] { return services.jobs->runningCount() == 0; });
     }
     QString state(const char *tool)
     {
@@ -57,8 +61,8 @@ protected:
 
     std::unique_ptr<ToolsPageModel> makePage()
     {
-        return std::make_unique<ToolsPageModel>(services.tools, services.toolsWork,
-                                                services.activity, desktop.fileViewer,
+        return std::make_unique<ToolsPageModel>(*services.tools, *services.toolsWork,
+                                                *services.activity, desktop.fileViewer,
                                                 desktop.scheduler, panel);
     }
     void archive(const char *name, const QString &password)
@@ -117,10 +121,10 @@ TEST_F(ToolsPageModelTest, SaysWhyAToolDoesNotApply)
     choose({"a.zip", "b.zip"});
     EXPECT_EQ(state("extract"), QString());
     EXPECT_EQ(state("list"), u"Só um por vez");
-    services.tools.open({QUrl::fromLocalFile(folder.path())}, QStringLiteral("organize"));
+    services.tools->open({QUrl::fromLocalFile(folder.path())}, QStringLiteral("organize"));
     EXPECT_EQ(page.tool(), QString());
     EXPECT_TRUE(page.isNoteError());
-    EXPECT_EQ(services.jobs.runningCount(), 0);
+    EXPECT_EQ(services.jobs->runningCount(), 0);
     choose({"a.txt"});
     EXPECT_EQ(page.note(), QString()) << "it was about other files";
 }
@@ -148,7 +152,7 @@ TEST_F(ToolsPageModelTest, RenamesAndTakesItBack)
     EXPECT_TRUE(page.isRunning());
     finish();
     EXPECT_THAT(folder.names(), ElementsAre(u"7.txt", u"8.txt"));
-    EXPECT_EQ(services.tools.urls(), (std::vector{url("7.txt"), url("8.txt")}));
+    EXPECT_EQ(services.tools->urls(), (std::vector{url("7.txt"), url("8.txt")}));
     EXPECT_EQ(page.note(), u"2 itens renomeados");
     EXPECT_EQ(page.tool(), QString());
 
@@ -163,7 +167,7 @@ TEST_F(ToolsPageModelTest, RenamesAndTakesItBack)
     page.undo();
     finish();
     EXPECT_EQ(folder.read(QStringLiteral("a.txt")), "a.txt");
-    EXPECT_EQ(services.tools.urls(), (std::vector{url("b.txt"), url("a.txt")}));
+    EXPECT_EQ(services.tools->urls(), (std::vector{url("b.txt"), url("a.txt")}));
     EXPECT_FALSE(page.canUndo());
 }
 
@@ -178,7 +182,7 @@ TEST_F(ToolsPageModelTest, TakesBackWhatMovedBeforeAFailure)
     page.moveTo(url("alvo"));
     finish();
     EXPECT_TRUE(page.isNoteError());
-    EXPECT_EQ(services.tools.urls(), (std::vector{url("alvo/a.txt"), url("b.txt")}));
+    EXPECT_EQ(services.tools->urls(), (std::vector{url("alvo/a.txt"), url("b.txt")}));
     page.undo();
     finish();
     EXPECT_THAT(folder.names(), ElementsAre(u"a.txt", u"alvo"));
@@ -203,7 +207,7 @@ TEST_F(ToolsPageModelTest, DoesOneThingAtATime)
     EXPECT_THAT(folder.names(), ElementsAre(u"a cópia.txt", u"a.txt"));
     page.reveal();
     EXPECT_EQ(desktop.fileViewer.revealed, std::vector{url("a cópia.txt")});
-    EXPECT_EQ(services.activity.history().front().title, u"1 cópia feita");
+    EXPECT_EQ(services.activity->history().front().title, u"1 cópia feita");
 }
 
 TEST_F(ToolsPageModelTest, MakesListsAndExtractsArchives)
@@ -255,8 +259,8 @@ TEST_F(ToolsPageModelTest, GoesOnWithoutThePage)
     finish();
     EXPECT_EQ(folder.read(QStringLiteral("um.txt")), "segredo");
     EXPECT_EQ(folder.read(QStringLiteral("um 2.txt")), "segredo") << "none waits for the password";
-    ASSERT_EQ(services.activity.live().size(), 1U);
-    EXPECT_EQ(services.activity.live()[0].title, u"Senha de “b.7z”, em Ferramentas");
+    ASSERT_EQ(services.activity->live().size(), 1U);
+    EXPECT_EQ(services.activity->live()[0].title, u"Senha de “b.7z”, em Ferramentas");
 
     choose({"a.txt"}); // whatever is chosen meanwhile
     const auto made = makePage();
@@ -265,12 +269,12 @@ TEST_F(ToolsPageModelTest, GoesOnWithoutThePage)
     again.usePassword(QStringLiteral("senha"));
     finish();
     EXPECT_EQ(folder.read(QStringLiteral("um 3.txt")), "segredo");
-    EXPECT_TRUE(services.activity.live().empty());
+    EXPECT_TRUE(services.activity->live().empty());
 
     choose({"b.7z"}, QStringLiteral("extract"));
     again.extract();
     finish();
-    services.activity.cancel(services.activity.live()[0].id);
+    services.activity->cancel(services.activity->live()[0].id);
     EXPECT_EQ(again.passwordQuestion(), QString()) << "it is left as it is";
 }
 

@@ -1,5 +1,13 @@
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoCore/Foundation/Cancelled.h"
+#include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoCore/Notes/NotesStore.h"
+#include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoCore/Timers/TimerCenter.h"
 #include "VelmoSystem/Control/VerbJob.h"
+#include "VelmoUI/Composition/BuiltInModules.h"
+#include "VelmoUI/Modules/Frame/NotchModule.h"
 
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
@@ -107,7 +115,7 @@ TEST_F(VerbsTest, GiveTheClipboardInTheOrderOfItsPage)
     run(u"clipboard add"_qs, {u"um"_qs, u"texto\n"_qs, u"longo "_qs.repeated(50)});
     desktop.scheduler.advance(1s);
     run(u"clipboard add"_qs, {u"https://orvane.app/a"_qs});
-    services.clipboard.add(*ClipItems::fromFiles(
+    services.clipboard->add(*ClipItems::fromFiles(
         {QUrl(u"file:///a/b.txt"_qs), QUrl(u"file:///c.txt"_qs)}, {}, desktop.scheduler.now()));
     EXPECT_EQ(list(u"clipboard list"_qs, "kind"), u"files|link|text");
     EXPECT_TRUE(field("text").startsWith(u"b.txt, c.txt|https://orvane.app/a|um texto longo"));
@@ -117,7 +125,7 @@ TEST_F(VerbsTest, GiveTheClipboardInTheOrderOfItsPage)
                     .hasMatch());
     EXPECT_EQ(run(u"clipboard show"_qs, {u"1"_qs}), u"/a/b.txt\n/c.txt");
 
-    services.clipboard.togglePin(services.clipboard.items().back().id);
+    services.clipboard->togglePin(services.clipboard->items().back().id);
     EXPECT_EQ(list(u"clipboard list"_qs, "kind", {{u"limit"_qs, u"2"_qs}}), u"text|files");
     EXPECT_EQ(field("number"), u"1|2");
     EXPECT_EQ(run(u"clipboard show"_qs, {u"1"_qs}).size(), 310);
@@ -127,11 +135,11 @@ TEST_F(VerbsTest, GiveTheClipboardInTheOrderOfItsPage)
     EXPECT_EQ(list(u"clipboard list"_qs, "kind"), u"text");
 }
 
-TEST_F(VerbsTest, TellWhenAnImageIsCopiedAndWhenItIsNot)
+TEST_F(VerbsTest, SayWhenAnImageIsCopiedAndWhenItIsNot)
 {
-    const QString kept = services.clipboard.storeImage("png");
+    const QString kept = services.clipboard->storeImage("png");
     const auto image = [&](const QString &name) {
-        services.clipboard.add(
+        services.clipboard->add(
             ClipItems::fromImage(name, name.toUtf8(), 8, 6, {}, desktop.scheduler.now()));
     };
     image(kept);
@@ -148,7 +156,7 @@ TEST_F(VerbsTest, MoveFilesOntoTheShelfAndHome)
     const QString first = file(u"a.txt"_qs);
     const QString second = file(u"b.txt"_qs);
     EXPECT_EQ(run(u"shelf add"_qs, {first, second}), u"Movido de home");
-    services.shelf.addText(u"lembrar"_qs);
+    services.shelf->addText(u"lembrar"_qs);
     EXPECT_EQ(list(u"shelf list"_qs, "name"), u"lembrar|b.txt|a.txt");
     EXPECT_EQ(field("kind"), u"text|file|file");
     const QString place = records[2].toObject()[u"content"].toString();
@@ -208,7 +216,7 @@ TEST_F(VerbsTest, RunTimersAndTheFocus)
     EXPECT_EQ(run(u"focus stop"_qs), u"! Não há foco em andamento.");
 }
 
-TEST_F(VerbsTest, WorkOnFilesAndTellWhatTheyMade)
+TEST_F(VerbsTest, WorkOnFilesAndReportWhatTheyMade)
 {
     const QString home = desktop.folder.path(u"home"_qs);
     EXPECT_EQ(run(u"files rename"_qs, {file(u"a.txt"_qs), file(u"b.txt"_qs)},
@@ -226,7 +234,7 @@ TEST_F(VerbsTest, WorkOnFilesAndTellWhatTheyMade)
     QDir().mkpath(folder);
     run(u"files extract"_qs, {archive, home + u"/x 2.zip"_qs}, {{u"to"_qs, folder}});
     EXPECT_EQ(field("path"), folder + u"/Foto 07.txt|"_qs + folder + u"/Foto 08.txt"_qs);
-    EXPECT_EQ(services.activity.history().front().title, u"2 arquivos extraídos");
+    EXPECT_EQ(services.activity->history().front().title, u"2 arquivos extraídos");
     EXPECT_TRUE(run(u"files extract"_qs, {file(u"c.zip"_qs), archive})
                     .startsWith(u"! Não foi possível extrair: c.zip: "));
     EXPECT_TRUE(QFile::exists(home + u"/Foto 8.txt"_qs)) << "the other one is";
@@ -249,22 +257,22 @@ TEST_F(VerbsTest, FollowAJobAndCancelItWithTheCall)
 {
     const auto answer = std::make_shared<Answer>();
     const VerbReply reply = replyTo(answer);
-    const QString job = services.jobs.run(u"Extrair"_qs, {}, {},
-                                          [](JobProgress &progress, const std::stop_token &stop) {
-                                              progress.update(0.5);
-                                              while (!stop.stop_requested())
-                                                  std::this_thread::yield();
-                                              throw Cancelled();
-                                              return JobOutcome();
-                                          });
-    VerbJob::follow(job, services.jobs, services.activity, reply, [](const auto &) {});
+    const QString job = services.jobs->run(u"Extrair"_qs, {}, {},
+                                           [](JobProgress &progress, const std::stop_token &stop) {
+                                               progress.update(0.5);
+                                               while (!stop.stop_requested())
+                                                   std::this_thread::yield();
+                                               throw Cancelled();
+                                               return JobOutcome();
+                                           });
+    VerbJob::follow(job, *services.jobs, *services.activity, reply, [](const auto &) {});
     while (answer->progress.empty())
         desktop.scheduler.runPosted();
     EXPECT_THAT(answer->progress, ElementsAre(0.5));
     reply.cancel();
     waitFor(*answer);
     EXPECT_EQ(answer->text, u"! Cancelado.");
-    EXPECT_EQ(services.activity.history().front().title, u"Extrair: cancelado");
+    EXPECT_EQ(services.activity->history().front().title, u"Extrair: cancelado");
 }
 
 TEST_F(VerbsTest, SayWhyTheyRefuse)
@@ -294,10 +302,10 @@ TEST_F(VerbsTest, SayWhyTheyRefuse)
         EXPECT_EQ(run(QString::fromUtf16(command), {QString::fromUtf16(word)}, options),
                   u"! "_qs + QString::fromUtf16(reason))
             << qPrintable(QString::fromUtf16(command));
-    EXPECT_TRUE(services.notes.tasks().empty() && services.timers.timers().empty());
+    EXPECT_TRUE(services.notes->tasks().empty() && services.timers->timers().empty());
 }
 
-TEST_F(VerbsTest, TellWhatHasChangedAndNothingElse)
+TEST_F(VerbsTest, ReportWhatHasChangedAndNothingElse)
 {
     QStringList changes;
     for (const auto &module : modules)

@@ -73,7 +73,7 @@ protected:
     ScreenReader reader{screen, bus, environment};
 
 private:
-    /// Presses Tab until it comes round; at each step the screen reader is told of one control.
+    /// Presses Tab until it comes round; at each step the screen reader hears of one control.
     void expectTabComesRound()
     {
         const auto hasFocus = [](const Node &node) { return node.is(ScreenReader::focused); };

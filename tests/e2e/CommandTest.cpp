@@ -46,8 +46,8 @@ TEST_F(CommandTest, IsCarriedOutWhenItReturns)
     EXPECT_EQ(unknown.exitCode, 1);
     EXPECT_TRUE(unknown.errors.contains("balloon"));
     EXPECT_EQ(run({"drop", home.path("gone.txt")}).exitCode, 1);
-    const Result told = run({"status"});
-    EXPECT_EQ(QJsonDocument::fromJson(told.output.toUtf8()).object(), status());
+    const Result printed = run({"status"});
+    EXPECT_EQ(QJsonDocument::fromJson(printed.output.toUtf8()).object(), status());
 
     EXPECT_TRUE(succeeds({"quit"}));
     EXPECT_EQ(exitCode(), 0);

@@ -17,7 +17,7 @@ public:
     /// Bits of AT-SPI's states.
     enum State { focusable = 11, focused = 12, selected = 23, visible = 30 };
 
-    /// One node of what Orvane tells.
+    /// One node of what Orvane exposes.
     struct Node {
         QString path; ///< on the bus
         QString name;
@@ -28,7 +28,7 @@ public:
         bool is(State state) const { return (states >> state & 1) != 0; }
     };
 
-    /// Before Orvane starts, which is told to speak to it.
+    /// Before Orvane starts, which then speaks to it.
     ScreenReader(XServer &screen, const PrivateBus &bus, QProcessEnvironment &environment);
     ~ScreenReader();
     Q_DISABLE_COPY_MOVE(ScreenReader)

@@ -23,12 +23,12 @@ QRect blackPart(const XServer &screen)
 }
 
 /// The corners at the top edge run out into points, which blend with what is behind.
-bool isAbout(const QRect &seen, const QRect &told, int scale = 1)
+bool isAbout(const QRect &seen, const QRect &reported, int scale = 1)
 {
     const int point = 6 * scale;
-    return std::abs(seen.left() - told.left()) <= point &&
-           std::abs(seen.right() - told.right()) <= point && seen.top() == told.top() &&
-           std::abs(seen.bottom() - told.bottom()) <= 1;
+    return std::abs(seen.left() - reported.left()) <= point &&
+           std::abs(seen.right() - reported.right()) <= point && seen.top() == reported.top() &&
+           std::abs(seen.bottom() - reported.bottom()) <= 1;
 }
 
 } // namespace
@@ -38,12 +38,13 @@ TEST_P(ScreenTest, IsBlackWhereTheStatusPlacesTheShape)
     makeGreenWindow();
     const auto isBlackThere = [&](int scale) {
         QRect seen;
-        QRect told;
-        if (eventually(
-                [&] { return isAbout(seen = blackPart(screen), told = frame("shape"), scale); }))
+        QRect reported;
+        if (eventually([&] {
+                return isAbout(seen = blackPart(screen), reported = frame("shape"), scale);
+            }))
             return testing::AssertionSuccess();
-        return testing::AssertionFailure()
-               << testing::PrintToString(seen) << " is black, not " << testing::PrintToString(told);
+        return testing::AssertionFailure() << testing::PrintToString(seen) << " is black, not "
+                                           << testing::PrintToString(reported);
     };
     for (const int scale : {1, 2}) {
         SCOPED_TRACE(scale);

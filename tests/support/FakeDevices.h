@@ -216,7 +216,7 @@ struct FakePasteboard : Pasteboard {
     std::uint64_t count = 0;
     std::map<QString, QByteArray> offered;
     QStringList asked;
-    bool isSilent = false; ///< the owner tells its types and nothing else
+    bool isSilent = false; ///< the owner gives its types and nothing else
     Contents written;
     QString text;
 };

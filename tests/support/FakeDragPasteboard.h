@@ -9,7 +9,7 @@ public:
     std::uint64_t changeCount() const override { return count; }
     Contents contents() const override { return offered; }
 
-    /// A drag session starts; what it offers is told at once.
+    /// A drag session starts; what it offers is reported at once.
     void begin(Contents what)
     {
         ++count;

@@ -32,7 +32,7 @@ public:
         return found == keyCodes.end() ? std::nullopt : std::optional(found->second);
     }
 
-    /// The user presses a combination; whoever grabbed it is told.
+    /// The user presses a combination; whoever grabbed it is notified.
     void press(const KeyCombo &combo)
     {
         for (const auto &[id, taken] : std::map(grabbed)) {

@@ -6,7 +6,7 @@
 
 namespace velmo {
 
-/// A key store in memory that can be told to refuse, or to be second in a race.
+/// A key store in memory that can be made to refuse, or to be second in a race.
 class FakeKeyItems : public KeyItemStore {
 public:
     struct Entry {

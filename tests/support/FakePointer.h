@@ -18,23 +18,23 @@ public:
     void moveTo(Point point)
     {
         m_location = point;
-        tell(Change::moved, 0);
+        notify(Change::moved, 0);
     }
     void press(Point point, WindowID window = 0)
     {
         m_location = point;
         m_isButtonDown = true;
-        tell(Change::pressed, window);
+        notify(Change::pressed, window);
     }
     void release(Point point)
     {
         m_location = point;
         m_isButtonDown = false;
-        tell(Change::released, 0);
+        notify(Change::released, 0);
     }
 
 private:
-    void tell(Change change, WindowID window)
+    void notify(Change change, WindowID window)
     {
         if (m_observer)
             m_observer({change, m_location, window, m_isButtonDown});

@@ -262,7 +262,7 @@ void XServer::fake(std::uint8_t type, std::uint8_t detail, int x, int y)
 
 bool eventually(const std::function<bool()> &condition, std::chrono::milliseconds patience)
 {
-    QTimer tick; // wakes the loop for conditions that no event of ours tells
+    QTimer tick; // wakes the loop for conditions that no event of ours reports
     tick.start(5);
     const QDeadlineTimer deadline(patience);
     while (!condition()) {

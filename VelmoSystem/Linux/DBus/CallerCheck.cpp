@@ -29,11 +29,11 @@ void CallerCheck::ask(const QString &caller, std::function<void(bool)> take)
                      [this, caller, watcher] {
                          const QDBusPendingReply<uint> user = *watcher;
                          watcher->deleteLater();
-                         settle(caller, !user.isError() && user.value() == m_user);
+                         answer(caller, !user.isError() && user.value() == m_user);
                      });
 }
 
-void CallerCheck::settle(const QString &caller, bool isOwn)
+void CallerCheck::answer(const QString &caller, bool isOwn)
 {
     m_known.insert(caller, new bool(isOwn));
     const auto waiting = m_asking.extract(caller);

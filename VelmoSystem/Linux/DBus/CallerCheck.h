@@ -21,7 +21,7 @@ public:
     void ask(const QString &caller, std::function<void(bool isOwn)> take);
 
 private:
-    void settle(const QString &caller, bool isOwn);
+    void answer(const QString &caller, bool isOwn);
 
     QDBusConnection m_bus;
     uid_t m_user;

@@ -226,7 +226,7 @@ void ControlClient::finish(int exitCode)
         return;
     }
     // Qt's thread for the bus still handles a failed call when we hear of it, and complains if the
-    // process ends meanwhile. Once it tells of another call, it is done with that one.
+    // process ends meanwhile. Once it reports another call, it is done with that one.
     const auto ping = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));

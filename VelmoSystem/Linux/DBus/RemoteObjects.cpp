@@ -28,7 +28,7 @@ RemoteObjects::RemoteObjects(QDBusConnection bus, QString service, Activation ac
     connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
         clear();
         m_isMissing = true;
-        settle();
+        emitIfComplete();
     });
 }
 
@@ -65,7 +65,7 @@ void RemoteObjects::call(const QString &path, const QString &interface, const QS
                            qUtf16Printable(watcher->error().message()));
                 take(watcher->isError() ? QVariant() : watcher->reply().arguments().value(0));
                 --m_pendingCount;
-                settle();
+                emitIfComplete();
             });
 }
 
@@ -103,7 +103,7 @@ void RemoteObjects::followOnly(const QList<QDBusObjectPath> &paths, const QStrin
 void RemoteObjects::forget(const QString &path)
 {
     if (m_objects.erase(path) > 0)
-        settle();
+        emitIfComplete();
 }
 
 QStringList RemoteObjects::paths(const QString &interface) const
@@ -125,7 +125,7 @@ void RemoteObjects::propertiesChanged(const QString &interface, const QVariantMa
     found->second.properties.insert(changed);
     if (!invalidated.isEmpty())
         askProperties(found->first, interface);
-    settle();
+    emitIfComplete();
 }
 
 void RemoteObjects::clear()
@@ -146,7 +146,7 @@ void RemoteObjects::askProperties(const QString &path, const QString &interface)
          });
 }
 
-void RemoteObjects::settle()
+void RemoteObjects::emitIfComplete()
 {
     if (!isWaiting())
         Q_EMIT changed();

@@ -73,7 +73,7 @@ private:
 
     void clear();
     void askProperties(const QString &path, const QString &interface);
-    void settle();
+    void emitIfComplete();
 
     QDBusConnection m_bus;
     QString m_service;

@@ -113,14 +113,14 @@ class DesktopApplications::Monitor {
 public:
     explicit Monitor(DesktopApplications &owner)
         : m_monitor(g_app_info_monitor_get()),
-          m_handler(g_signal_connect(m_monitor.get(), "changed", G_CALLBACK(&tell), &owner))
+          m_handler(g_signal_connect(m_monitor.get(), "changed", G_CALLBACK(&notify), &owner))
     {
     }
     ~Monitor() { g_signal_handler_disconnect(m_monitor.get(), m_handler); }
     Q_DISABLE_COPY_MOVE(Monitor)
 
 private:
-    static void tell(GAppInfoMonitor *, DesktopApplications *owner)
+    static void notify(GAppInfoMonitor *, DesktopApplications *owner)
     {
         owner->m_installed.reset();
         Q_EMIT owner->changed();

@@ -52,7 +52,7 @@ NetworkManagerMonitor::Reading NetworkManagerMonitor::read() const
     if (!state)
         return {.issue = QStringLiteral("O NetworkManager não respondeu.")};
     Reading reading{.path = readPath(*state)};
-    // Versions before 1.38 don't tell whether there is any Wi-Fi to switch on.
+    // Versions before 1.38 don't say whether there is any Wi-Fi to switch on.
     const auto radios = m_objects.value<uint>(managerPath, QStringLiteral("RadioFlags"));
     if ((radios.value_or(hasWiFi) & hasWiFi) != 0)
         reading.isWiFiPoweredOn =

@@ -28,7 +28,7 @@ constexpr uint battery = 2;
 
 struct Kind {
     const char16_t *symbol;
-    const char16_t *name; ///< for a device that doesn't tell its own
+    const char16_t *name; ///< for a device that doesn't give its own
 };
 
 /// By UPower's "Type".

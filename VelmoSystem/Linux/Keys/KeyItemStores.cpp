@@ -63,7 +63,7 @@ KeyItemStore::Place KeyItemStores::place() const
 try {
     return store(remembered().value_or(Kind::secretService)).place();
 } catch (const Refusal &) {
-    return Place::keyring; // whoever looks for the key is told
+    return Place::keyring; // whoever looks for the key gets the error
 }
 
 std::optional<QByteArray> KeyItemStores::find(const Item &item) const

@@ -67,8 +67,8 @@ void X11DragPasteboard::ask(xcb_atom_t target, xcb_timestamp_t time)
 
 // Sources differ: most answer TARGETS. Some only leave the drag protocol's list on their window,
 // where one of an earlier drag may still stand. That protocol lets a source with three types or
-// fewer have neither, so such a one is asked for files themselves. One that refuses that too tells
-// only the window that it is over.
+// fewer have neither, so such a one is asked for files themselves. One that refuses that too
+// offers its files only to the window that it is over.
 void X11DragPasteboard::answered(const xcb_generic_event_t &event)
 {
     const auto &answer = reinterpret_cast<const xcb_selection_notify_event_t &>(event);

@@ -49,7 +49,7 @@ void X11Drops::begin(const xcb_client_message_event_t &message)
     const xcb_timestamp_t time = message.data.data32[2];
     m_drop = {.window = message.window,
               .source = message.data.data32[0],
-              .types = m_data.expect(time, offeredTypes()),
+              .types = m_data.startOffer(time, offeredTypes()),
               .contents = {}};
     m_handlers(message.window)->began();
     read(QStringLiteral("text/uri-list"), [this](QByteArray urls) {

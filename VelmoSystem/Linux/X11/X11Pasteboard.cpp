@@ -151,7 +151,8 @@ void X11Pasteboard::write(const Contents &contents)
     ++m_changeCount;
 }
 
-std::vector<QString> X11Pasteboard::expect(xcb_timestamp_t time, std::span<const xcb_atom_t> types)
+std::vector<QString> X11Pasteboard::startOffer(xcb_timestamp_t time,
+                                               std::span<const xcb_atom_t> types)
 {
     endAll();
     m_time = time;

@@ -27,7 +27,7 @@ public:
 
     /// For a selection whose owners are ignored: what is read from now on was offered at `time`, in
     /// these types, whose names this gives.
-    std::vector<QString> expect(xcb_timestamp_t time, std::span<const xcb_atom_t> types);
+    std::vector<QString> startOffer(xcb_timestamp_t time, std::span<const xcb_atom_t> types);
 
 private:
     struct Reading {

@@ -72,11 +72,11 @@ void X11Pointer::handleRaw(const xcb_generic_event_t &event)
         break;
     case XCB_INPUT_RAW_BUTTON_PRESS:
         if (!isWheel(raw.detail))
-            tell(Change::pressed);
+            notify(Change::pressed);
         break;
     case XCB_INPUT_RAW_BUTTON_RELEASE:
         if (!isWheel(raw.detail))
-            tell(Change::released);
+            notify(Change::released);
         break;
     default:
         break;
@@ -89,10 +89,10 @@ void X11Pointer::tellMove()
         return;
     m_hasMoved = false;
     m_pause = m_scheduler.after(moveInterval, [this] { tellMove(); });
-    tell(Change::moved);
+    notify(Change::moved);
 }
 
-void X11Pointer::tell(Change change)
+void X11Pointer::notify(Change change)
 {
     auto *connection = m_connection.handle();
     const X11Reply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(

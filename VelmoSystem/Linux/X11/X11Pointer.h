@@ -26,7 +26,7 @@ public:
 private:
     void handleRaw(const xcb_generic_event_t &event);
     void tellMove();
-    void tell(Change change);
+    void notify(Change change);
 
     X11Connection &m_connection;
     const X11Displays &m_displays;

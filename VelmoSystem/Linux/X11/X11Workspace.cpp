@@ -124,7 +124,7 @@ void X11Workspace::readActiveWindow()
 void X11Workspace::readClients()
 {
     auto stack = m_connection.property(m_connection.root(), m_stackingList);
-    // Some window managers (xfwm4) don't tell of the stacking while there is one window.
+    // Some window managers (xfwm4) don't report the stacking while there is one window.
     for (const xcb_window_t window : m_connection.property(m_connection.root(), m_clientList))
         if (std::ranges::find(stack, window) == stack.end())
             stack.push_back(window);

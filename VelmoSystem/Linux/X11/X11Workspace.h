@@ -17,7 +17,7 @@ public:
 
     std::vector<Window> windows() const override;
 
-    /// To be called when the machine woke from sleep, which the X server doesn't tell.
+    /// To be called when the machine woke from sleep, which the X server doesn't report.
     void wake();
 
 private:

@@ -1,7 +1,7 @@
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
 
+#include "VelmoSystem/Verbs/ActivityVerbs.h"
 #include "VelmoUI/Modules/Activity/ActivityPageModel.h"
-#include "VelmoUI/Modules/Activity/ActivityVerbs.h"
 
 namespace velmo {
 

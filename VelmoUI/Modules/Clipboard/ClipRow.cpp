@@ -68,7 +68,7 @@ void describeFiles(ClipRow &row, const ClipItem &item)
 
 QString spoken(const ClipRow &row, ClipKind kind)
 {
-    QStringList parts{row.title, ClipRows::kindWord(kind), (row.origin + u' ' + row.age).trimmed()};
+    QStringList parts{row.title, ClipKinds::word(kind), (row.origin + u' ' + row.age).trimmed()};
     if (row.isPinned)
         parts.append(QStringLiteral("fixado"));
     if (row.isFavorite)
@@ -110,23 +110,6 @@ ClipRow ClipRows::make(const ClipItem &item, Date now)
     row.age = row.origin.isEmpty() ? age : QStringLiteral("· %1").arg(age);
     row.spoken = velmo::spoken(row, item.kind);
     return row;
-}
-
-QString ClipRows::kindWord(ClipKind kind)
-{
-    switch (kind) {
-    case ClipKind::text:
-        return QStringLiteral("texto");
-    case ClipKind::link:
-        return QStringLiteral("link");
-    case ClipKind::color:
-        return QStringLiteral("cor");
-    case ClipKind::image:
-        return QStringLiteral("imagem");
-    case ClipKind::files:
-        return QStringLiteral("arquivo");
-    }
-    Q_UNREACHABLE();
 }
 
 } // namespace velmo

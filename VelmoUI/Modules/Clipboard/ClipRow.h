@@ -33,8 +33,5 @@ namespace ClipRows {
 /// Asks the file system nothing.
 ClipRow make(const ClipItem &item, Date now);
 
-/// "texto", "link", "cor" …
-QString kindWord(ClipKind kind);
-
 } // namespace ClipRows
 } // namespace velmo

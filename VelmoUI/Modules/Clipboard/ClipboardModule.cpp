@@ -1,10 +1,10 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
 
+#include "VelmoSystem/Verbs/ClipboardVerbs.h"
 #include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardCardModel.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardPageModel.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardSettingsModel.h"
-#include "VelmoUI/Modules/Clipboard/ClipboardVerbs.h"
 
 #include <QQmlEngine>
 

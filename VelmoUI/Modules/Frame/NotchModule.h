@@ -20,7 +20,7 @@ class QQmlEngine;
 
 namespace velmo {
 
-/// Everything that one module brings to Orvane. One object a module for the run; it takes the
+/// Everything that one module adds to Orvane. One object a module for the run; it takes the
 /// services it works with in its constructor.
 class NotchModule : public QObject {
     Q_OBJECT

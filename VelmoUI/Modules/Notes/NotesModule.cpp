@@ -1,7 +1,7 @@
 #include "VelmoUI/Modules/Notes/NotesModule.h"
 
 #include "VelmoSystem/Notifications/SystemNotifier.h"
-#include "VelmoUI/Modules/Notes/NoteVerbs.h"
+#include "VelmoSystem/Verbs/NoteVerbs.h"
 #include "VelmoUI/Modules/Notes/NotesPageModel.h"
 
 #include <algorithm>

@@ -4,9 +4,9 @@
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoSystem/Verbs/ShelfVerbs.h"
 #include "VelmoUI/Modules/Shelf/ShelfCardModel.h"
 #include "VelmoUI/Modules/Shelf/ShelfPageModel.h"
-#include "VelmoUI/Modules/Shelf/ShelfVerbs.h"
 
 namespace velmo {
 

@@ -2,7 +2,7 @@
 
 #include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Ports/SoundPlayer.h"
-#include "VelmoUI/Modules/Timers/TimerVerbs.h"
+#include "VelmoSystem/Verbs/TimerVerbs.h"
 #include "VelmoUI/Modules/Timers/TimersPageModel.h"
 
 namespace velmo {

@@ -1,6 +1,6 @@
 #include "VelmoUI/Modules/Tools/ToolsModule.h"
 
-#include "VelmoUI/Modules/Tools/FilesVerbs.h"
+#include "VelmoSystem/Verbs/FilesVerbs.h"
 #include "VelmoUI/Modules/Tools/ToolsPageModel.h"
 
 namespace velmo {

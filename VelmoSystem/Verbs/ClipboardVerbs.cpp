@@ -1,8 +1,7 @@
-#include "VelmoUI/Modules/Clipboard/ClipboardVerbs.h"
+#include "VelmoSystem/Verbs/ClipboardVerbs.h"
 
 #include "VelmoCore/Files/FileNaming.h"
 #include "VelmoSystem/Clipboard/ClipboardMonitor.h"
-#include "VelmoUI/Modules/Clipboard/ClipRow.h"
 
 #include <QJsonObject>
 
@@ -54,7 +53,7 @@ QJsonObject record(const ClipItem &item, std::size_t place)
         marks.append(QStringLiteral("favorito"));
     return {{QStringLiteral("number"), int(place) + 1},
             {QStringLiteral("kind"), VerbTable::caseName(item.kind)},
-            {QStringLiteral("kindTitle"), ClipRows::kindWord(item.kind)},
+            {QStringLiteral("kindTitle"), ClipKinds::word(item.kind)},
             {QStringLiteral("text"), line(item)},
             {QStringLiteral("date"), VerbTable::date(item.date)},
             {QStringLiteral("isFavorite"), item.isFavorite},

@@ -1,4 +1,4 @@
-#include "VelmoUI/Modules/Activity/ActivityVerbs.h"
+#include "VelmoSystem/Verbs/ActivityVerbs.h"
 
 #include <QJsonObject>
 

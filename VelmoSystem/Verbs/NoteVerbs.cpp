@@ -1,4 +1,4 @@
-#include "VelmoUI/Modules/Notes/NoteVerbs.h"
+#include "VelmoSystem/Verbs/NoteVerbs.h"
 
 #include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Notes/DueText.h"

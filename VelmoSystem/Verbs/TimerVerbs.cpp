@@ -1,4 +1,4 @@
-#include "VelmoUI/Modules/Timers/TimerVerbs.h"
+#include "VelmoSystem/Verbs/TimerVerbs.h"
 
 #include "VelmoCore/Timers/DurationText.h"
 

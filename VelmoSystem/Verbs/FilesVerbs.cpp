@@ -1,4 +1,4 @@
-#include "VelmoUI/Modules/Tools/FilesVerbs.h"
+#include "VelmoSystem/Verbs/FilesVerbs.h"
 
 #include "VelmoCore/Files/FailedFiles.h"
 #include "VelmoCore/Foundation/Cancelled.h"

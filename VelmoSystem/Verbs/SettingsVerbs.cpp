@@ -1,4 +1,4 @@
-#include "VelmoUI/Settings/SettingsVerbs.h"
+#include "VelmoSystem/Verbs/SettingsVerbs.h"
 
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Settings/SettingsBounds.h"

@@ -1,4 +1,4 @@
-#include "VelmoUI/Modules/Shelf/ShelfVerbs.h"
+#include "VelmoSystem/Verbs/ShelfVerbs.h"
 
 #include "VelmoCore/Foundation/Overloaded.h"
 #include "VelmoSystem/Control/VerbJob.h"
