@@ -1,6 +1,7 @@
 #include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 
 #include "VelmoCore/Clipboard/ClipboardDefaults.h"
+#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoCore/Clipboard/UriList.h"
 #include "VelmoCore/Foundation/Log.h"
 #include "VelmoSystem/Clipboard/ImageEncoder.h"

@@ -1,13 +1,18 @@
 #pragma once
 
-#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoCore/Clipboard/ClipItem.h"
+#include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Settings/AppSettings.h"
 #include "VelmoSystem/Ports/FrontApplication.h"
 #include "VelmoSystem/Ports/Pasteboard.h"
 
+#include <QThreadPool>
+
 #include <memory>
 
 namespace velmo {
+
+class ClipboardStore;
 
 /// Takes what the user copies into the history, and puts an item of it back on the pasteboard. What
 /// its application marks as secret or passing isn't asked for. Main thread only; images are packed

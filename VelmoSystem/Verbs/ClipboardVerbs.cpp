@@ -1,5 +1,6 @@
 #include "VelmoSystem/Verbs/ClipboardVerbs.h"
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoCore/Files/FileNaming.h"
 #include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 

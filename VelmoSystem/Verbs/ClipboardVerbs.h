@@ -1,11 +1,12 @@
 #pragma once
 
-#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoSystem/Control/VerbTable.h"
 
 namespace velmo {
 
 class ClipboardMonitor;
+class ClipboardStore;
+class Scheduler;
 
 /// The clipboard's history for scripts.
 namespace ClipboardVerbs {

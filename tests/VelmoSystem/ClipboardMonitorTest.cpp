@@ -1,5 +1,6 @@
 #include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoSystem/Clipboard/ImageEncoder.h"
 
 #include "tests/support/FakeDevices.h"

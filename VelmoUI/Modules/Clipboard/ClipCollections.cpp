@@ -1,5 +1,8 @@
 #include "VelmoUI/Modules/Clipboard/ClipCollections.h"
 
+#include "VelmoCore/Clipboard/ClipItem.h"
+#include "VelmoCore/Clipboard/ClipboardStore.h"
+
 #include <algorithm>
 
 namespace velmo {

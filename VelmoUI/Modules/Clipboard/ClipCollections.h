@@ -1,11 +1,14 @@
 #pragma once
 
-#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoCore/Clipboard/ClipItem.h"
+#include "VelmoCore/Foundation/Uuid.h"
 #include "VelmoUI/Design/RecordListModel.h"
 
 #include <QtQml/qqmlregistration.h>
 
 namespace velmo {
+
+class ClipboardStore;
 
 /// A line of the list of collections.
 struct ClipCollectionRow {

@@ -1,5 +1,9 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardCardModel.h"
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
+
 #include <algorithm>
 
 namespace velmo {

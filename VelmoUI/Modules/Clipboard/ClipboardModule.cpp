@@ -1,5 +1,7 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 #include "VelmoSystem/Verbs/ClipboardVerbs.h"
 #include "VelmoUI/Modules/Clipboard/ClipImageProvider.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardCardModel.h"

@@ -1,7 +1,11 @@
 #include "VelmoUI/Modules/Clipboard/ClipboardPageModel.h"
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoCore/Foundation/PlatformNames.h"
 #include "VelmoCore/Foundation/Words.h"
+#include "VelmoCore/Settings/AppSettings.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoUI/Design/TileDrag.h"
 #include "VelmoUI/Modules/Clipboard/ClipDrag.h"

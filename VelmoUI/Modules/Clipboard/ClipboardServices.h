@@ -1,11 +1,12 @@
 #pragma once
 
-#include "VelmoCore/Clipboard/ClipboardStore.h"
-#include "VelmoCore/Settings/SettingsStore.h"
-#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
-#include "VelmoSystem/Ports/FileViewer.h"
-
 namespace velmo {
+
+class ClipboardMonitor;
+class ClipboardStore;
+class FileViewer;
+class Scheduler;
+class SettingsStore;
 
 /// What the clipboard's page and card work with. All of them outlive the module.
 struct ClipboardServices {
