@@ -14,6 +14,7 @@
 #include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
 #include <QGuiApplication>
+#include <QIcon>
 #include <QSessionManager>
 #include <QThreadPool>
 
@@ -26,6 +27,8 @@ namespace {
 
 /// How long the start stands still for the key.
 constexpr Seconds keyPatience = 0.05s;
+/// For what the first frame doesn't need.
+constexpr Seconds lateDelay = 0.4s;
 constexpr Seconds onboardingDelay = 0.8s;
 constexpr Seconds probeOpenDelay = 1.0s;
 constexpr Seconds probeDropDelay = 1.5s;
@@ -45,7 +48,8 @@ std::optional<SettingsPane> settingsPane(const QString &name)
 } // namespace
 
 AppDelegate::AppDelegate(ControlEndpoint &control)
-    : m_control(control), m_signals([] { QCoreApplication::quit(); }), m_platform(m_scheduler),
+    : m_control(control), m_engine(std::make_unique<PanelEngine>()),
+      m_signals([] { QCoreApplication::quit(); }), m_platform(m_scheduler),
       m_fieldClipboard(m_platform.ports().pasteboard, m_platform.primarySelection(), m_scheduler),
       m_accessiblePaste(m_scheduler, [this](QObject &field, int position) {
           m_fieldClipboard.pasteAt(field, position);
@@ -72,20 +76,27 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
     addQuickActions(*m_services->actions, m_services->platform.fileViewer,
                     m_services->platform.pasteboard);
     m_settingsWindow.emplace(m_services->settingsWindow());
-    m_coordinator.emplace(m_services->panels());
+    m_coordinator.emplace(m_services->panels(), std::move(m_engine));
     fillCallbacks();
     fillHotKeys();
     ServiceWiring::start(*m_services);
     restorePendingFiles();
     m_coordinator->start();
     m_services->hotKeys->apply();
-    m_statusItem.emplace(*m_services, *m_coordinator);
     serveScripts();
+    after(lateDelay, [this] { launchRest(); });
     startPanelProbes(arguments);
     if (!m_services->settings->settings().hasCompletedOnboarding)
         after(onboardingDelay, [this] { m_coordinator->open(); });
     m_services->openFilesInNotch(files);
     qCInfo(Log::app).noquote() << "Orvane iniciado";
+}
+
+void AppDelegate::launchRest()
+{
+    QGuiApplication::setWindowIcon(
+        QIcon(QStringLiteral(":/qt/qml/Velmo/Design/app.orvane.Orvane.svg")));
+    m_statusItem.emplace(*m_services, *m_coordinator);
 }
 
 DataProtectionStatus AppDelegate::dataProtection()

@@ -17,6 +17,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 #include <thread>
 
@@ -35,6 +36,7 @@ public:
     void launch(const QStringList &arguments, const std::vector<QUrl> &files);
 
 private:
+    void launchRest();
     AppPaths preparePaths() const;
     /// Asks for the key. It is worth a moment, lest pages show empty first.
     DataProtectionStatus dataProtection();
@@ -49,6 +51,7 @@ private:
     void after(Seconds delay, std::function<void()> step);
 
     ControlEndpoint &m_control;
+    std::unique_ptr<PanelEngine> m_engine; ///< until the coordinator has it; loads meanwhile
     SystemScheduler m_scheduler;
     ProcessSignals m_signals;
     LinuxPlatform m_platform;

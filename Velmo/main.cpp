@@ -21,7 +21,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QIcon>
 #include <QLibraryInfo>
 #include <QStringDecoder>
 #include <QTranslator>
@@ -64,8 +63,6 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
     auto application = std::make_unique<Application>(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral("app.orvane.Orvane"));
-    QApplication::setWindowIcon(
-        QIcon(QStringLiteral(":/qt/qml/Velmo/Design/app.orvane.Orvane.svg")));
     return application;
 }
 

@@ -2,6 +2,8 @@
 // searches key by key, pins, removes and goes to its end, and prints what each costs the main
 // thread until its frame is there: rows of a Markdown table. The highest of a few rounds counts.
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
+#include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardPageModel.h"
 
 #include "benchmarks/PanelWork.h"
@@ -80,7 +82,7 @@ void print(PanelWork &panel)
         panel.close();
     }
     std::printf("| step, %zu items | work, ms |\n|---|---:|\n",
-                panel.services().clipboard.items().size());
+                panel.services().clipboard->items().size());
     std::printf("| the panel's first opening, on another module | %.1f |\n"
                 "| opening, first time | %.1f |\n| opening again | %.1f |\n"
                 "| a key of the search | %.1f |\n| another kind | %.1f |\n"

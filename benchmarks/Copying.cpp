@@ -2,13 +2,17 @@
 // prints what keeping them costs Orvane's main thread, and how long a short one takes from the copy
 // to the history, beside CopyQ where that is installed: rows of Markdown tables.
 
+#include "VelmoCore/Clipboard/ClipboardStore.h"
 #include "VelmoCore/Foundation/SystemScheduler.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+#include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 #include "VelmoSystem/Linux/LinuxPlatform.h"
 #include "VelmoSystem/Linux/X11/X11Pasteboard.h"
 #include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Composition/BuiltInModules.h"
 #include "VelmoUI/Composition/Renderer.h"
 #include "VelmoUI/Composition/ServiceWiring.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -114,9 +118,10 @@ public:
                      {DataProtectionStatus::Enabled{DataCipher(DataCipher::generateKeyData())}},
                      m_platform.ports())
     {
-        m_services.settings.update([](AppSettings &settings) { settings.clipboardMaxItems = 500; });
+        m_services.settings->update(
+            [](AppSettings &settings) { settings.clipboardMaxItems = 500; });
         for (auto &module : makeBuiltInModules(m_services))
-            m_services.modules.add(std::move(module));
+            m_services.modules->add(std::move(module));
         ServiceWiring::start(m_services);
         m_other.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_other.start(QCoreApplication::applicationFilePath(), {QStringLiteral("copy")});
@@ -156,7 +161,7 @@ public:
             pause(rest);
         }
         printLatency("orvane", times);
-        m_services.clipboardMonitor.stop();
+        m_services.clipboardMonitor->stop();
         if (!QStandardPaths::findExecutable(QStringLiteral("copyq")).isEmpty())
             printLatency("copyq", copyBesideCopyQ());
     }
@@ -191,7 +196,7 @@ private:
     {
         QEventLoop loop;
         double arrival = 0;
-        QObject::connect(&m_services.clipboard, &ClipboardStore::itemsChanged, &loop, [&] {
+        QObject::connect(m_services.clipboard.get(), &ClipboardStore::itemsChanged, &loop, [&] {
             arrival = milliseconds(CLOCK_MONOTONIC);
             loop.quit();
         });

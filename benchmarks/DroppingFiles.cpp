@@ -54,11 +54,11 @@ public:
         for (int round = 0; round < rounds; ++round) {
             const std::vector<DroppedItem> files = makeFiles(count);
             drop = std::max(drop, work([&] {
-                                m_model.setDropZone(DropZone::notch);
-                                m_model.receiveDrop(files);
+                                m_model.drop().setZone(DropZone::notch);
+                                m_model.drop().receive(files);
                             }));
             moving = std::max(moving, finish(count));
-            undo = std::max(undo, work([&] { m_model.undoDrop(); }));
+            undo = std::max(undo, work([&] { m_model.drop().undo(); }));
             returning = std::max(returning, finish(0));
         }
         std::printf("| %d | %.1f | %.1f | %.1f | %.1f |\n", count, drop, moving, undo, returning);
@@ -88,17 +88,18 @@ private:
     double finish(int count)
     {
         m_application.longest = 0;
-        while (services().jobs.runningCount() > 0 || int(services().shelf.items().size()) != count)
+        while (services().jobs->runningCount() > 0 ||
+               int(services().shelf->items().size()) != count)
             QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        services().shelf.flush();
+        services().shelf->flush();
         QApplication::processEvents();
         return m_application.longest;
     }
 
     MeasuredApplication &m_application;
     PanelWork m_panel;
-    NotchViewModel m_model{1, NotchGeometry::metrics({}), services()};
-    NotchContent m_content{m_model};
+    NotchViewModel m_model{1, NotchGeometry::metrics({}), services().panels()};
+    NotchContent m_content{m_model, services().panels()};
 };
 
 } // namespace

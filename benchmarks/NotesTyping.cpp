@@ -23,9 +23,8 @@ QString textOf(int size, int number)
 
 void type(PanelWork &panel, const char *what, int size)
 {
-    const Note note = panel.services().notes.createNote(textOf(size, 0));
-    panel.services().notes.requestSelection(note.id);
-    const double opening = panel.open(QStringLiteral("notes")).work;
+    const Note note = panel.services().notes->createNote(textOf(size, 0));
+    const double opening = panel.open(QStringLiteral("notes"), uuidText(note.id)).work;
     std::vector<double> costs;
     for (int i = 0; i < keys; ++i) {
         const QString key = QString(QChar(u'a' + i % 26));
@@ -36,10 +35,10 @@ void type(PanelWork &panel, const char *what, int size)
     }
     std::ranges::sort(costs);
     panel.close();
-    if (panel.services().notes.note(note.id)->text.size() != size + keys)
+    if (panel.services().notes->note(note.id)->text.size() != size + keys)
         qFatal("The keys went elsewhere");
     std::printf("| %s | %.1f | %.1f | %.1f |\n", what, opening, costs[keys / 2], costs[keys - 4]);
-    panel.services().notes.deleteNote(note.id);
+    panel.services().notes->deleteNote(note.id);
 }
 
 } // namespace
@@ -52,8 +51,8 @@ int main(int argc, char **argv)
     const QApplication application(argc, argv);
     PanelWork panel;
     for (int i = 1; i <= 2000; ++i)
-        panel.services().notes.createNote(textOf(2000, i));
-    panel.services().notes.allTags(); // another thread reads the notes that come from a file
+        panel.services().notes->createNote(textOf(2000, i));
+    panel.services().notes->allTags(); // another thread reads the notes that come from a file
     panel.start();
     std::puts("| note | opening, ms | a key, ms | its 95th percentile, ms |");
     std::puts("|---|---:|---:|---:|");

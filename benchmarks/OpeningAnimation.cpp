@@ -1,11 +1,15 @@
 // Opens and closes the panel on the display it is started on, with a page full of rows, and prints
 // how evenly it is drawn: two rows of a Markdown table. The argument is how often, 5 by default.
 
+#include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Foundation/SystemScheduler.h"
 #include "VelmoSystem/Linux/LinuxPlatform.h"
+#include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Composition/Renderer.h"
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
+#include "VelmoUI/Notch/PanelServices.h"
 
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -122,9 +126,10 @@ void measure(int runs)
     LinuxPlatform platform(scheduler);
     AppServices services({folder.path(), folder.path(), folder.path()},
                          {DataProtectionStatus::Disabled{}}, platform.ports());
-    services.modules->add(std::make_unique<ActivityModule>());
+    services.modules->add(std::make_unique<ActivityModule>(
+        *services.activity, services.platform.fileViewer, services.platform.scheduler));
     fill(services);
-    NotchCoordinator coordinator(services);
+    NotchCoordinator coordinator(services.panels(), std::make_unique<PanelEngine>());
     coordinator.start();
 
     QQuickView &view = panelView();

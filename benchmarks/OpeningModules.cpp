@@ -11,11 +11,11 @@ int main(int argc, char **argv)
     Renderer::choose();
     const QApplication application(argc, argv);
     PanelWork panel;
-    panel.services().settings.update([](AppSettings &settings) { settings.hiddenHomeCards = {}; });
+    panel.services().settings->update([](AppSettings &settings) { settings.hiddenHomeCards = {}; });
     panel.start();
     std::puts("| module | first time, ms | work, ms | second time, ms | work, ms |");
     std::puts("|---|---:|---:|---:|---:|");
-    for (const NotchModule *module : panel.services().modules.ordered(ModuleSettings())) {
+    for (const NotchModule *module : panel.services().modules->ordered(ModuleSettings())) {
         const auto open = [&] {
             const PanelWork::Cost cost = panel.open(module->id());
             panel.close();

@@ -1,11 +1,15 @@
 #pragma once
 
 #include "VelmoCore/Foundation/SystemScheduler.h"
+#include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoSystem/Linux/LinuxPlatform.h"
+#include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Composition/BuiltInModules.h"
 #include "VelmoUI/Composition/Renderer.h"
 #include "VelmoUI/Composition/ServiceWiring.h"
+#include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Notch/NotchCoordinator.h"
+#include "VelmoUI/Notch/PanelServices.h"
 
 #include <QApplication>
 #include <QEventLoop>
@@ -32,12 +36,12 @@ public:
           m_services({m_folder.path(), m_folder.path(), m_folder.path()},
                      {DataProtectionStatus::Disabled{}}, m_platform.ports())
     {
-        m_services.settings.update([](AppSettings &settings) {
+        m_services.settings->update([](AppSettings &settings) {
             settings.animationsEnabled = false; // the page fades in for its looks
             settings.hasCompletedOnboarding = true;
         });
         for (auto &module : makeBuiltInModules(m_services))
-            m_services.modules.add(std::move(module));
+            m_services.modules->add(std::move(module));
     }
 
     AppServices &services() { return m_services; }
@@ -46,15 +50,15 @@ public:
     /// Once the services hold what the panel is to show. Gives Orvane the time to load ahead.
     void start()
     {
-        m_coordinator.emplace(m_services.panels());
+        m_coordinator.emplace(m_services.panels(), std::make_unique<PanelEngine>());
         ServiceWiring::start(m_services);
         m_coordinator->start();
         pause(4s); // what opens is loaded ahead from the second second on
     }
 
-    Cost open(const QString &module)
+    Cost open(const QString &module, const QString &item = {})
     {
-        return cost([&] { m_coordinator->open({.module = module}); });
+        return cost([&] { m_coordinator->open({.module = module, .item = item}); });
     }
     void close()
     {
@@ -108,10 +112,10 @@ private:
         clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
         return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
     }
-    void pause()
+    void pause(Seconds time = rest)
     {
         QEventLoop loop;
-        const ScheduledTask task = m_scheduler.after(rest, [&] { loop.quit(); });
+        const ScheduledTask task = m_scheduler.after(time, [&] { loop.quit(); });
         loop.exec();
     }
 

@@ -24,7 +24,7 @@ void putOnShelf(PanelWork &panel)
             qFatal("Can't write %s", qPrintable(file.fileName()));
         files.push_back(QUrl::fromLocalFile(file.fileName()));
     }
-    panel.services().shelf.addReferences(files);
+    panel.services().shelf->addReferences(files);
 }
 
 void print(PanelWork &panel)

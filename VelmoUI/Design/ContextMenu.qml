@@ -6,7 +6,7 @@ import Velmo.Design
 FocusScope {
     id: menu
 
-    property var model: null
+    property QtObject model: null
     /// Where it opens, in the page.
     property point origin
 

@@ -2,17 +2,19 @@ import QtQuick
 import Velmo.Design
 import Velmo.Notch
 
-/// Content that belongs to one presentation: fades in and rises once the shape is under way, fades
+/// Content that belongs to one presentation, from a file of its own that is loaded when it is first
+/// wanted: fades in and rises once the shape is under way, fades
 /// out at once, and exists only while it can be seen. It keeps its own size and lies still while the
 /// shape moves over it.
 FocusScope {
     id: layer
 
+    required property NotchContent content
+    required property string file
     required property bool shown
     required property size extent
     /// The middle of the notch in the parent.
     required property real middle
-    property alias sourceComponent: loader.sourceComponent
 
     x: Math.round(middle - width / 2)
     width: extent.width
@@ -27,6 +29,9 @@ FocusScope {
         height: layer.height
         active: layer.shown || layer.opacity > 0
         focus: true
+        Component.onCompleted: setSource(layer.file, {
+            "content": layer.content
+        })
     }
 
     states: State {

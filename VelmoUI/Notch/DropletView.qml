@@ -27,11 +27,13 @@ Item {
             asynchronous: true
             fillMode: Image.PreserveAspectFit
         }
-        Symbol {
+        Loader {
             anchors.centerIn: parent
-            visible: image.status !== Image.Ready
-            name: droplet.content.drop.dropletSymbol
-            size: Theme.tileSymbolSize
+            active: droplet.content.drop.hasDroplet && image.status !== Image.Ready
+            sourceComponent: Symbol {
+                name: droplet.content.drop.dropletSymbol
+                size: Theme.tileSymbolSize
+            }
         }
     }
 

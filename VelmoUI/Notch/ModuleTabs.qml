@@ -7,7 +7,7 @@ Row {
     id: tabs
 
     required property NotchContent content
-    required property var modules
+    required property QtObject modules
     /// What the row may take, in points.
     required property real room
     /// At which end of a tab its tip begins, so that it stays in the panel.

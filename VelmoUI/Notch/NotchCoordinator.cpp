@@ -45,19 +45,20 @@ KeyCombo panelKey(std::uint32_t keyCode, Qt::KeyboardModifiers modifiers)
 
 } // namespace
 
-NotchCoordinator::NotchCoordinator(const PanelServices &services)
-    : m_services(services), m_preloader(m_engine, services.platform.scheduler),
-      m_mouse(services.platform.pointer), m_drag(services.platform.dragPasteboard),
+NotchCoordinator::NotchCoordinator(const PanelServices &services,
+                                   std::unique_ptr<PanelEngine> engine)
+    : m_services(services), m_engine(std::move(engine)),
+      m_preloader(*m_engine, services.platform.scheduler), m_mouse(services.platform.pointer),
+      m_drag(services.platform.dragPasteboard),
       m_fullscreen(services.platform.workspace, services.platform.displays,
                    services.platform.scheduler)
 {
-    m_engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    m_engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
-    m_engine.addImageProvider(
+    m_engine->addImageProvider(QStringLiteral("icon"), new IconProvider);
+    m_engine->addImageProvider(
         QStringLiteral("thumbnail"),
         new ThumbnailProvider(services.platform.thumbnailer, services.platform.scheduler));
     for (NotchModule *module : services.modules.all())
-        module->prepare(m_engine);
+        module->prepare(*m_engine);
 }
 
 NotchCoordinator::~NotchCoordinator()
@@ -309,7 +310,7 @@ void NotchCoordinator::rebuildScreens()
         if (controller)
             controller->setMetrics(NotchGeometry::metrics(screen));
         else
-            controller = std::make_unique<NotchWindowController>(screen, m_services, m_engine);
+            controller = std::make_unique<NotchWindowController>(screen, m_services, *m_engine);
     }
     applyVisibility();
 }

@@ -5,8 +5,7 @@
 #include "VelmoSystem/Input/MouseEventMonitor.h"
 #include "VelmoUI/Notch/NotchWindowController.h"
 #include "VelmoUI/Notch/PagePreloader.h"
-
-#include <QQmlEngine>
+#include "VelmoUI/Notch/PanelEngine.h"
 
 #include <map>
 #include <memory>
@@ -21,7 +20,7 @@ class NotchCoordinator : public QObject {
     Q_OBJECT
 
 public:
-    explicit NotchCoordinator(const PanelServices &services);
+    NotchCoordinator(const PanelServices &services, std::unique_ptr<PanelEngine> engine);
     ~NotchCoordinator() override;
 
     /// Makes the panels and starts to watch.
@@ -70,7 +69,7 @@ private:
     bool isTakenByPage(NotchWindowController &controller, const QKeyEvent &press);
 
     const PanelServices m_services;
-    QQmlEngine m_engine;
+    std::unique_ptr<PanelEngine> m_engine;
     PagePreloader m_preloader;
     std::map<DisplayID, ScreenDescriptor> m_screens;
     std::map<DisplayID, std::unique_ptr<NotchWindowController>> m_controllers;

@@ -2,8 +2,7 @@
 
 #include "VelmoUI/Notch/NotchContainerView.h"
 #include "VelmoUI/Notch/NotchContent.h"
-
-#include <QQmlEngine>
+#include "VelmoUI/Notch/PanelEngine.h"
 
 namespace velmo {
 
@@ -16,7 +15,7 @@ NotchPanel::NotchPanel(QQmlEngine &engine, NotchContent &content, PanelWindowFac
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_view.setTitle(QStringLiteral("Orvane"));
     m_view.setInitialProperties({{QStringLiteral("content"), QVariant::fromValue(&content)}});
-    m_view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Velmo/Notch/NotchView.qml")));
+    m_view.setSource(PanelEngine::viewUrl());
     m_container = qobject_cast<NotchContainerView *>(m_view.rootObject());
     if (!m_container)
         qFatal("The panel's view doesn't load");

@@ -96,54 +96,48 @@ NotchContainerView {
             shown: view.presentation === NotchContent.Collapsed && view.content.hasLive && !view.content.hasFeedback
             middle: clip.middle
             extent: view.content.liveSize
-            sourceComponent: LiveContent {
-                content: view.content
-            }
+            content: view.content
+            file: "LiveContent.qml"
         }
 
         ContentLayer {
             shown: view.presentation === NotchContent.Collapsed && view.content.hasFeedback
             middle: clip.middle
             extent: view.content.feedbackSize
-            sourceComponent: FeedbackContent {
-                content: view.content
-            }
+            content: view.content
+            file: "FeedbackContent.qml"
         }
 
         ContentLayer {
             shown: view.presentation === NotchContent.Preview
             middle: clip.middle
             extent: view.content.previewSize
-            sourceComponent: PreviewContent {
-                content: view.content
-            }
+            content: view.content
+            file: "PreviewContent.qml"
         }
 
         ContentLayer {
             shown: view.presentation === NotchContent.Expanded
             middle: clip.middle
             extent: view.content.expandedSize
-            sourceComponent: ExpandedContent {
-                content: view.content
-            }
+            content: view.content
+            file: "ExpandedContent.qml"
         }
 
         ContentLayer {
             shown: view.presentation === NotchContent.DropTarget
             middle: clip.middle
             extent: view.content.dropTargetSize
-            sourceComponent: DropTargetContent {
-                content: view.content
-            }
+            content: view.content
+            file: "DropTargetContent.qml"
         }
 
         ContentLayer {
             shown: view.presentation === NotchContent.DropResult
             middle: clip.middle
             extent: view.content.dropResultSize
-            sourceComponent: DropResultContent {
-                content: view.content
-            }
+            content: view.content
+            file: "DropResultContent.qml"
         }
     }
 

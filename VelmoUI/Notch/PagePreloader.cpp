@@ -1,6 +1,8 @@
 #include "VelmoUI/Notch/PagePreloader.h"
 
 #include <QDirIterator>
+#include <QFontMetricsF>
+#include <QThreadPool>
 #include <QUrl>
 
 #include <algorithm>
@@ -9,19 +11,30 @@ namespace velmo {
 
 namespace {
 
+/// The first frame has no letters.
+constexpr Seconds firstFrameTime = 0.1s;
 /// The session starts other programs beside Orvane.
 constexpr Seconds startTime = 2s;
 /// Between two steps, for what the user does meanwhile.
 constexpr Seconds pauseTime = 0.02s;
 
-std::vector<QUrl> qmlOfModules()
+/// What the panel shows, and the pages and cards; what those are made of comes with them.
+std::vector<QUrl> qmlFiles()
 {
     std::vector<QUrl> files;
-    QDirIterator entry(QStringLiteral(":/qt/qml/Velmo/Modules"), {QStringLiteral("*.qml")},
-                       QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator entry(
+        QStringLiteral(":/qt/qml/Velmo"),
+        {QStringLiteral("*Content.qml"), QStringLiteral("*Page.qml"), QStringLiteral("*Card.qml")},
+        QDir::Files, QDirIterator::Subdirectories);
     while (entry.hasNext())
         files.emplace_back(QStringLiteral("qrc") + entry.next());
     return files;
+}
+
+/// The first letters wait until all fonts are listed.
+void listFonts()
+{
+    QThreadPool::globalInstance()->start([] { QFontMetricsF(QFont()).height(); });
 }
 
 } // namespace
@@ -33,7 +46,8 @@ PagePreloader::PagePreloader(QQmlEngine &engine, Scheduler &scheduler)
 
 void PagePreloader::start()
 {
-    for (const QUrl &file : qmlOfModules())
+    m_fonts = m_scheduler.after(firstFrameTime, &listFonts);
+    for (const QUrl &file : qmlFiles())
         m_steps.emplace_back([this, file] {
             m_loaded.push_back(
                 std::make_unique<QQmlComponent>(&m_engine, file, QQmlComponent::Asynchronous));

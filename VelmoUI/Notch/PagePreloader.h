@@ -13,8 +13,8 @@ class QQmlEngine;
 
 namespace velmo {
 
-/// Does ahead what the first opening of each page would wait for: the modules' QML, on the engine's
-/// own thread. One small step at a time, once the start is over; then
+/// Does ahead what the first opening of the panel and of each page would wait for, on other
+/// threads: the list of fonts, and the QML. One small step at a time, once the start is over; then
 /// it ends, so that an idle Orvane sleeps.
 class PagePreloader {
 public:
@@ -30,6 +30,7 @@ private:
     Scheduler &m_scheduler;
     std::deque<std::function<void()>> m_steps;            ///< that are left
     std::vector<std::unique_ptr<QQmlComponent>> m_loaded; ///< kept, so that nothing unloads them
+    ScheduledTask m_fonts;
     ScheduledTask m_next;
 };
 

@@ -7,8 +7,8 @@ FocusScope {
     id: picker
 
     required property string current
-    readonly property var names: ["silver", "yellow", "orange", "pink", "purple", "blue", "green"]
-    readonly property var titles: ["Prata", "Amarelo", "Laranja", "Rosa", "Roxo", "Azul", "Verde"]
+    readonly property list<string> names: ["silver", "yellow", "orange", "pink", "purple", "blue", "green"]
+    readonly property list<string> titles: ["Prata", "Amarelo", "Laranja", "Rosa", "Roxo", "Azul", "Verde"]
 
     signal picked(string accent)
 

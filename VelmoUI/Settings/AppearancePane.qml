@@ -9,9 +9,9 @@ Column {
 
     required property SettingsWindowModel window
     readonly property var settings: window.settings
-    readonly property var themes: ["system", "light", "dark"]
-    readonly property var sizes: ["compact", "regular", "large"]
-    readonly property var speeds: ["relaxed", "normal", "fast"]
+    readonly property list<string> themes: ["system", "light", "dark"]
+    readonly property list<string> sizes: ["compact", "regular", "large"]
+    readonly property list<string> speeds: ["relaxed", "normal", "fast"]
 
     spacing: 2 * Theme.gap
 

@@ -9,7 +9,7 @@ Column {
 
     required property SettingsWindowModel window
     readonly property var settings: window.settings
-    readonly property var hoverBehaviors: ["none", "preview", "expand"]
+    readonly property list<string> hoverBehaviors: ["none", "preview", "expand"]
     readonly property var hoverBounds: window.settings.bounds("hoverDelay")
     readonly property var closeBounds: window.settings.bounds("closeDelay")
 

@@ -6,7 +6,8 @@
     scripts/virtual-desktop benchmarks/desktop/measure.py [--rounds 7] [--idle 60] [NAME...]
 
 Every program gets a fresh home and a session bus of its own and starts `rounds` times; the first start
-warms the disk cache and is not counted. What it starts, over the bus too, counts as its own.
+warms the disk cache and is not counted. What it starts, over the bus too, counts as its own. Whatever uses Qt
+Quick draws with the same software renderer.
 """
 
 import argparse
@@ -132,6 +133,7 @@ def start(command, home):
         "XDG_CACHE_HOME": f"{home}/.cache",
         "XDG_STATE_HOME": f"{home}/.local/state",
         "XDG_RUNTIME_DIR": f"{home}/run",
+        "QT_QUICK_BACKEND": "software",
     }
     Path(home, "run").mkdir(mode=0o700, exist_ok=True)
     answer = Path(home, "first-frame")

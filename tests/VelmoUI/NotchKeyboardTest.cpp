@@ -160,7 +160,7 @@ TEST_F(NotchKeyboardTest, StaysOpenWhileAMenuOfItsOwnIs)
         FocusScope {
             property QtObject page; property bool watched
             function openMenu() { menu.open(Qt.point(5, 5)) }
-            ContextMenu { id: menu; model: 0 }
+            ContextMenu { id: menu; model: ListModel {} }
         })");
     const auto openMenu = [&] {
         auto *page = found([](const auto &item) { return item.property("watched").isValid(); });

@@ -140,6 +140,17 @@ TEST_F(NotchViewTest, DrawsEveryPresentationWithoutAWarning)
     check("closed");
 }
 
+TEST_F(NotchViewTest, BeginsWithoutLettersWhichWouldWaitForTheFonts)
+{
+    start();
+    for (const QQuickItem *item : view().rootObject()->findChildren<QQuickItem *>())
+        EXPECT_FALSE(item->inherits("QQuickText")) << qPrintable(item->parent()->objectName());
+    EXPECT_EQ(shown(), u"collapsed");
+    coordinator.open();
+    EXPECT_TRUE(std::ranges::any_of(view().rootObject()->findChildren<QQuickItem *>(),
+                                    [](const auto *item) { return item->inherits("QQuickText"); }));
+}
+
 // ctest runs it at other scales too, where edges lie between pixels.
 
 TEST_F(NotchViewTest, LetsNothingThroughTheShape)
