@@ -99,7 +99,7 @@ QSGNode *Shadow::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
         delete node;
         node = nullptr;
     }
-    if (m_body.isEmpty())
+    if (m_body.isEmpty() || (!node && !isVisible())) // rendering it takes a part of the first frame
         return nullptr;
     if (!node)
         node = new Node(*window(), render(scale), scale);
@@ -120,7 +120,7 @@ QSGNode *Shadow::updatePaintNode(QSGNode *previous, UpdatePaintNodeData *)
 
 void Shadow::itemChange(ItemChange change, const ItemChangeData &value)
 {
-    if (change == ItemDevicePixelRatioHasChanged)
+    if (change == ItemDevicePixelRatioHasChanged || change == ItemVisibleHasChanged)
         update();
     QQuickItem::itemChange(change, value);
 }
