@@ -6,6 +6,8 @@
 #include "VelmoSystem/Control/VerbJob.h"
 #include "VelmoSystem/FileProcessing/FileJobs.h"
 
+#include <QFileInfo>
+
 #include <array>
 
 namespace velmo {
@@ -49,6 +51,13 @@ ArchiveFormat formatOf(const VerbCall &call, const QString &archive)
     return ArchiveFormat::zip;
 }
 
+/// Before a tool fails there, in words about files of its own. Throws `LocalizedError`.
+void requireFolder(const QUrl &folder)
+{
+    if (!QFileInfo(folder.toLocalFile()).isDir())
+        throw LocalizedError(QStringLiteral("A pasta “%1” não existe.").arg(folder.fileName()));
+}
+
 FileJob compress(const VerbCall &call)
 {
     const auto target = VerbTable::file(call, toOption);
@@ -59,9 +68,14 @@ FileJob compress(const VerbCall &call)
     const QString suffix = ArchiveEngine::suffix(format);
     if (name.endsWith(suffix, Qt::CaseInsensitive))
         name.chop(suffix.size());
-    return FileJobs::compress(call.files(0), name,
-                              target->adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash),
-                              format);
+    const QUrl folder = target->adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
+    FileJob job = FileJobs::compress(call.files(0), name, folder, format);
+    job.work = [folder, work = job.work](JobProgress &progress, const std::stop_token &stop,
+                                         MovedFiles &moved) {
+        requireFolder(folder);
+        return work(progress, stop, moved);
+    };
+    return job;
 }
 
 /// Unpacks one archive after the other: one that fails doesn't keep the others from it.
@@ -69,6 +83,8 @@ JobOutcome extractEach(const std::vector<QUrl> &archives, const std::optional<QU
                        const Scheduler &scheduler, JobProgress &progress,
                        const std::stop_token &stop)
 {
+    if (folder)
+        requireFolder(*folder);
     JobOutcome outcome{
         .message = QStringLiteral("%1 arquivos extraídos").arg(Words::number(archives.size()))};
     FailedFiles failed;
@@ -181,7 +197,10 @@ std::vector<Verb> FilesVerbs::make(JobCenter &jobs, ActivityCenter &activity,
                          return work(progress, stop, moved);
                      });
         VerbJob::follow(id, jobs, activity, reply, [reply](const JobOutcome &outcome) {
-            reply.list(VerbTable::paths(outcome.outputURLs));
+            if (outcome.outputURLs.empty()) // folders aren't organized
+                reply.fail(outcome.message);
+            else
+                reply.list(VerbTable::paths(outcome.outputURLs));
         });
     };
     const auto renameAll = [run, &scheduler](const VerbCall &call, const VerbReply &reply) {

@@ -2,10 +2,9 @@ import QtQuick
 import Velmo.Design
 import Velmo.Notch
 
-/// Content that belongs to one presentation, from a file of its own that is loaded when it is first
-/// wanted: fades in and rises once the shape is under way, fades
-/// out at once, and exists only while it can be seen. It keeps its own size and lies still while the
-/// shape moves over it.
+/// Content that belongs to one presentation, from a file that is loaded when it is first wanted. It
+/// fades in and rises once the shape is under way, fades out at once, and exists only while it can be
+/// seen. It keeps its own size and lies still while the shape moves over it.
 FocusScope {
     id: layer
 

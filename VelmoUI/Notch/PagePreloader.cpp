@@ -18,14 +18,12 @@ constexpr Seconds startTime = 2s;
 /// Between two steps, for what the user does meanwhile.
 constexpr Seconds pauseTime = 0.02s;
 
-/// What the panel shows, and the pages and cards; what those are made of comes with them.
-std::vector<QUrl> qmlFiles()
+/// What those are made of comes with them.
+std::vector<QUrl> qmlFiles(const QStringList &patterns)
 {
     std::vector<QUrl> files;
-    QDirIterator entry(
-        QStringLiteral(":/qt/qml/Velmo"),
-        {QStringLiteral("*Content.qml"), QStringLiteral("*Page.qml"), QStringLiteral("*Card.qml")},
-        QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator entry(QStringLiteral(":/qt/qml/Velmo"), patterns, QDir::Files,
+                       QDirIterator::Subdirectories);
     while (entry.hasNext())
         files.emplace_back(QStringLiteral("qrc") + entry.next());
     return files;
@@ -46,13 +44,20 @@ PagePreloader::PagePreloader(QQmlEngine &engine, Scheduler &scheduler)
 
 void PagePreloader::start()
 {
-    m_fonts = m_scheduler.after(firstFrameTime, &listFonts);
-    for (const QUrl &file : qmlFiles())
-        m_steps.emplace_back([this, file] {
-            m_loaded.push_back(
-                std::make_unique<QQmlComponent>(&m_engine, file, QQmlComponent::Asynchronous));
-        });
+    m_opening = m_scheduler.after(firstFrameTime, [this] {
+        listFonts();
+        for (const QUrl &file : qmlFiles({QStringLiteral("*Content.qml")}))
+            load(file);
+    });
+    for (const QUrl &file : qmlFiles({QStringLiteral("*Page.qml"), QStringLiteral("*Card.qml")}))
+        m_steps.emplace_back([this, file] { load(file); });
     scheduleNext(startTime);
+}
+
+void PagePreloader::load(const QUrl &file)
+{
+    m_loaded.push_back(
+        std::make_unique<QQmlComponent>(&m_engine, file, QQmlComponent::Asynchronous));
 }
 
 void PagePreloader::scheduleNext(Seconds delay)

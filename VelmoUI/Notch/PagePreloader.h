@@ -24,13 +24,14 @@ public:
     void start();
 
 private:
+    void load(const QUrl &file);
     void scheduleNext(Seconds delay);
 
     QQmlEngine &m_engine;
     Scheduler &m_scheduler;
     std::deque<std::function<void()>> m_steps;            ///< that are left
     std::vector<std::unique_ptr<QQmlComponent>> m_loaded; ///< kept, so that nothing unloads them
-    ScheduledTask m_fonts;
+    ScheduledTask m_opening;
     ScheduledTask m_next;
 };
 

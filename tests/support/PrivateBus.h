@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <stdexcept>
+#include <sys/prctl.h>
 
 namespace velmo {
 
@@ -29,6 +30,8 @@ public:
                 <allow own="*"/>
             </policy>
             </busconfig>)");
+        // A test that is killed leaves no bus behind.
+        m_daemon.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
         m_daemon.start("dbus-daemon", {"--config-file=" + m_folder.path("bus.conf"), "--nofork",
                                        "--nopidfile", "--print-address"});
         if (!m_daemon.waitForReadyRead())

@@ -67,7 +67,7 @@ bool show(const Page &page)
     return std::ranges::any_of(page.programs, [&](const char *name) {
         const QString program =
             name ? QStandardPaths::findExecutable(QLatin1StringView(name)) : QString();
-        return !program.isEmpty() && QProcess::startDetached(program, arguments);
+        return !program.isEmpty() && QProcess::startDetached(program, arguments, QDir::homePath());
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Foundation/LocalizedError.h"
 
+#include <QDir>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -25,7 +26,7 @@ void DesktopShare::share(const std::vector<QUrl> &files)
     QStringList arguments;
     for (const QUrl &file : files)
         arguments.append(file.toLocalFile());
-    if (!QProcess::startDetached(*sender, arguments))
+    if (!QProcess::startDetached(*sender, arguments, QDir::homePath()))
         throw LocalizedError(QStringLiteral("“%1” não pôde ser iniciado.").arg(*sender));
 }
 
