@@ -44,6 +44,8 @@ JobOutcome organizeFiles(std::vector<QUrl> files, JobProgress &progress,
                          const std::stop_token &stop, MovedFiles &moved)
 {
     std::erase_if(files, [](const QUrl &url) { return QFileInfo(url.toLocalFile()).isDir(); });
+    if (files.empty())
+        throw LocalizedError(QStringLiteral("Só arquivos são organizados, e não pastas."));
     const std::set<QUrl> foldersBefore = foldersBeside(files);
     moveEach(files, progress, moved, [&](const QUrl &url) {
         QUrl now = FileOperations::organizeByExtension(

@@ -1,6 +1,7 @@
 #include "VelmoSystem/Verbs/FilesVerbs.h"
 
 #include "VelmoCore/Files/FailedFiles.h"
+#include "VelmoCore/Files/FileNaming.h"
 #include "VelmoCore/Foundation/Cancelled.h"
 #include "VelmoCore/Foundation/Words.h"
 #include "VelmoSystem/Control/VerbJob.h"
@@ -55,7 +56,8 @@ ArchiveFormat formatOf(const VerbCall &call, const QString &archive)
 void requireFolder(const QUrl &folder)
 {
     if (!QFileInfo(folder.toLocalFile()).isDir())
-        throw LocalizedError(QStringLiteral("A pasta “%1” não existe.").arg(folder.fileName()));
+        throw LocalizedError(
+            QStringLiteral("A pasta “%1” não existe.").arg(FileNaming::nameOf(folder)));
 }
 
 FileJob compress(const VerbCall &call)
@@ -197,10 +199,7 @@ std::vector<Verb> FilesVerbs::make(JobCenter &jobs, ActivityCenter &activity,
                          return work(progress, stop, moved);
                      });
         VerbJob::follow(id, jobs, activity, reply, [reply](const JobOutcome &outcome) {
-            if (outcome.outputURLs.empty()) // folders aren't organized
-                reply.fail(outcome.message);
-            else
-                reply.list(VerbTable::paths(outcome.outputURLs));
+            reply.list(VerbTable::paths(outcome.outputURLs));
         });
     };
     const auto renameAll = [run, &scheduler](const VerbCall &call, const VerbReply &reply) {

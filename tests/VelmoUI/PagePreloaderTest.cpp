@@ -19,14 +19,15 @@ TEST(PagePreloader, LoadsEveryFileAndThenLetsTheMachineSleep)
     preloader.start();
     scheduler.advance(10s);
     EXPECT_EQ(scheduler.pendingCount(), 0u);
-    const auto isLoaded = [&] { // by another thread
-        return QQmlComponent(&engine,
-                             QStringLiteral("qrc:/qt/qml/Velmo/Modules/Notes/NotesPage.qml"),
-                             QQmlComponent::Asynchronous)
-            .isReady();
-    };
-    while (!isLoaded())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    for (const char *file : {"Notch/ExpandedContent.qml", "Modules/Notes/NotesPage.qml"}) {
+        const auto isLoaded = [&] { // by another thread
+            return QQmlComponent(&engine, QStringLiteral("qrc:/qt/qml/Velmo/") + file,
+                                 QQmlComponent::Asynchronous)
+                .isReady();
+        };
+        while (!isLoaded())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
 }
 
 } // namespace

@@ -68,6 +68,12 @@ void ManualScheduler::runPosted()
         body();
 }
 
+void ManualScheduler::runNextPosted()
+{
+    if (const auto body = takePosted())
+        body();
+}
+
 std::size_t ManualScheduler::pendingCount() const
 {
     return m_queue->size() + m_dates->size();

@@ -26,6 +26,8 @@ public:
     void setClock(Date date);
     /// Runs what was posted, without moving time.
     void runPosted();
+    /// One of it, if there is any.
+    void runNextPosted();
     /// How many bodies wait for their time.
     std::size_t pendingCount() const;
 
