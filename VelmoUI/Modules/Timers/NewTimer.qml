@@ -84,23 +84,6 @@ CardSurface {
             card.page.clearIssue()
         onAccepted: card.start()
     }
-    IconButton {
-        id: save
-        anchors.right: parent.right
-        anchors.rightMargin: Theme.iconInset
-        y: duration.y
-        name: "Guardar como atalho"
-        symbol: "plus"
-        onTriggered: if (card.page.addPreset(duration.text))
-            duration.text = ""
-
-        Tip {
-            anchors.right: parent.right
-            anchors.bottom: parent.top
-            shown: save.hovered
-            text: save.name
-        }
-    }
     TextEntry {
         id: label
         x: Theme.cardPadding
@@ -132,5 +115,22 @@ CardSurface {
         y: label.y
         name: "Iniciar"
         onTriggered: card.start()
+    }
+    IconButton {
+        id: save
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.iconInset
+        y: duration.y
+        name: "Guardar como atalho"
+        symbol: "plus"
+        onTriggered: if (card.page.addPreset(duration.text))
+            duration.text = ""
+
+        Tip {
+            anchors.right: parent.right
+            anchors.bottom: parent.top
+            shown: save.hovered
+            text: save.name
+        }
     }
 }
