@@ -45,11 +45,22 @@ std::optional<SettingsPane> settingsPane(const QString &name)
     return pane;
 }
 
+std::unique_ptr<DataProtectionReader> makeProtection(Scheduler &scheduler,
+                                                     const QStringList &arguments)
+{
+    if (Probes::isSelfTest(arguments))
+        return nullptr;
+    return std::make_unique<DataProtectionReader>(scheduler, [](const std::stop_token &stop) {
+        return std::make_unique<KeyItemStores>(KeyItemStores::standardFolder(), stop);
+    });
+}
+
 } // namespace
 
-AppDelegate::AppDelegate(ControlEndpoint &control)
-    : m_control(control), m_engine(std::make_unique<PanelEngine>()),
-      m_signals([] { QCoreApplication::quit(); }), m_platform(m_scheduler),
+AppDelegate::AppDelegate(ControlEndpoint &control, const QStringList &arguments)
+    : m_control(control), m_protection(makeProtection(m_scheduler, arguments)),
+      m_engine(std::make_unique<PanelEngine>()), m_signals([] { QCoreApplication::quit(); }),
+      m_platform(m_scheduler),
       m_fieldClipboard(m_platform.ports().pasteboard, m_platform.primarySelection(), m_scheduler),
       m_accessiblePaste(m_scheduler, [this](QObject &field, int position) {
           m_fieldClipboard.pasteAt(field, position);
@@ -64,10 +75,6 @@ AppDelegate::AppDelegate(ControlEndpoint &control)
 
 void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &files)
 {
-    if (!Probes::isSelfTest(arguments))
-        m_protection.emplace(m_scheduler, [](const std::stop_token &stop) {
-            return std::make_unique<KeyItemStores>(KeyItemStores::standardFolder(), stop);
-        });
     const AppPaths paths = preparePaths();
     m_pendingFiles.emplace(paths.supportFile(QStringLiteral("Pending")));
     m_services.emplace(paths, dataProtection(), m_platform.ports());
@@ -94,6 +101,7 @@ void AppDelegate::launch(const QStringList &arguments, const std::vector<QUrl> &
 
 void AppDelegate::launchRest()
 {
+    m_platform.startRest();
     QGuiApplication::setWindowIcon(
         QIcon(QStringLiteral(":/qt/qml/Velmo/Design/app.orvane.Orvane.svg")));
     m_statusItem.emplace(*m_services, *m_coordinator);

@@ -30,9 +30,10 @@ class AppDelegate : public QObject {
 
 public:
     /// Throws `LocalizedError` without an X server; nothing else stops a launch.
-    explicit AppDelegate(ControlEndpoint &control);
+    /// `arguments` may hold self-test flags.
+    AppDelegate(ControlEndpoint &control, const QStringList &arguments);
 
-    /// `arguments` may hold self-test flags; `files` are handed to the panel.
+    /// `files` are handed to the panel.
     void launch(const QStringList &arguments, const std::vector<QUrl> &files);
 
 private:
@@ -51,11 +52,12 @@ private:
     void after(Seconds delay, std::function<void()> step);
 
     ControlEndpoint &m_control;
-    std::unique_ptr<PanelEngine> m_engine; ///< until the coordinator has it; loads meanwhile
     SystemScheduler m_scheduler;
+    // What takes its time on other threads begins first.
+    std::unique_ptr<DataProtectionReader> m_protection; ///< unless it is a self-test
+    std::unique_ptr<PanelEngine> m_engine;              ///< until the coordinator has it
     ProcessSignals m_signals;
     LinuxPlatform m_platform;
-    std::optional<DataProtectionReader> m_protection; ///< unless it is a self-test
     std::optional<PendingFiles::Folder> m_pendingFiles;
     FieldClipboard m_fieldClipboard;
     AccessiblePaste m_accessiblePaste;

@@ -86,7 +86,7 @@ int runOrvane(int &argc, char **argv, const CommandLine::Run &request)
     ControlService control(QDBusConnection::sessionBus(), files, builtInVerbSyntaxes());
     if (control.claim() == ControlEndpoint::Registration::second)
         return 0;
-    AppDelegate delegate(control);
+    AppDelegate delegate(control, request.arguments);
     delegate.launch(request.arguments, files);
     return QApplication::exec();
 }

@@ -28,6 +28,14 @@ Context makeContext()
     return {EVP_CIPHER_CTX_new(), &EVP_CIPHER_CTX_free};
 }
 
+/// Looked for once: that loads the library's algorithms.
+const EVP_CIPHER *algorithm()
+{
+    static const std::unique_ptr<EVP_CIPHER, decltype(&EVP_CIPHER_free)> fetched(
+        EVP_CIPHER_fetch(nullptr, "AES-256-GCM", nullptr), &EVP_CIPHER_free);
+    return fetched.get();
+}
+
 unsigned char *bytes(QByteArray &data)
 {
     return reinterpret_cast<unsigned char *>(data.data());
@@ -91,6 +99,7 @@ DataCipher::DataCipher(const QByteArray &keyData) : m_keyData(keyData)
 {
     if (keyData.size() != keyLength)
         throw CipherError(CipherError::Reason::invalidKey);
+    algorithm(); // here, where the key is read, and not where the first file waits for it
 }
 
 QByteArray DataCipher::generateKeyData()
@@ -124,8 +133,7 @@ QByteArray DataCipher::seal(const QByteArray &data) const
     int rest = 0;
     const Context context = makeContext();
     if (!context || RAND_bytes(nonce, nonceLength) != 1 ||
-        EVP_EncryptInit_ex(context.get(), EVP_aes_256_gcm(), nullptr, bytes(m_keyData), nonce) !=
-            1 ||
+        EVP_EncryptInit_ex(context.get(), algorithm(), nullptr, bytes(m_keyData), nonce) != 1 ||
         !transform(EVP_EncryptUpdate, context.get(), ciphertext, bytes(data), data.size()) ||
         EVP_EncryptFinal_ex(context.get(), ciphertext + data.size(), &rest) != 1 ||
         EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_GET_TAG, tagLength,
@@ -147,8 +155,7 @@ QByteArray DataCipher::open(const QByteArray &data) const
     int rest = 0;
     const Context context = makeContext();
     if (!context ||
-        EVP_DecryptInit_ex(context.get(), EVP_aes_256_gcm(), nullptr, bytes(m_keyData), nonce) !=
-            1 ||
+        EVP_DecryptInit_ex(context.get(), algorithm(), nullptr, bytes(m_keyData), nonce) != 1 ||
         !transform(EVP_DecryptUpdate, context.get(), bytes(plain), ciphertext, plain.size()) ||
         EVP_CIPHER_CTX_ctrl(context.get(), EVP_CTRL_GCM_SET_TAG, tagLength, tag.data()) != 1 ||
         EVP_DecryptFinal_ex(context.get(), bytes(plain) + plain.size(), &rest) != 1) {

@@ -21,6 +21,12 @@ LinuxPlatform::LinuxPlatform(Scheduler &scheduler)
     QObject::connect(&m_sleep, &SleepMonitor::didWake, &m_workspace, &X11Workspace::wake);
 }
 
+void LinuxPlatform::startRest()
+{
+    m_appearance.start();
+    m_statusArea.start();
+}
+
 Platform LinuxPlatform::ports()
 {
     return {m_scheduler,     m_displays,  m_pointer,      m_dragPasteboard,

@@ -34,6 +34,9 @@ public:
     /// Needs a QGuiApplication. Throws `LocalizedError` without an X server.
     explicit LinuxPlatform(Scheduler &scheduler);
 
+    /// What the first frame doesn't need.
+    void startRest();
+
     Platform ports();
     /// The text that is selected somewhere; its changes aren't reported.
     Pasteboard &primarySelection() { return m_primarySelection; }

@@ -3,9 +3,9 @@
 #include <QDirIterator>
 #include <QFontMetricsF>
 #include <QThreadPool>
-#include <QUrl>
 
 #include <algorithm>
+#include <malloc.h>
 
 namespace velmo {
 
@@ -49,9 +49,11 @@ void PagePreloader::start()
         for (const QUrl &file : qmlFiles({QStringLiteral("*Content.qml")}))
             load(file);
     });
-    for (const QUrl &file : qmlFiles({QStringLiteral("*Page.qml"), QStringLiteral("*Card.qml")}))
-        m_steps.emplace_back([this, file] { load(file); });
-    scheduleNext(startTime);
+    m_next = m_scheduler.after(startTime, [this] {
+        const auto files = qmlFiles({QStringLiteral("*Page.qml"), QStringLiteral("*Card.qml")});
+        m_left.assign(files.begin(), files.end());
+        loadNext();
+    });
 }
 
 void PagePreloader::load(const QUrl &file)
@@ -60,14 +62,15 @@ void PagePreloader::load(const QUrl &file)
         std::make_unique<QQmlComponent>(&m_engine, file, QQmlComponent::Asynchronous));
 }
 
-void PagePreloader::scheduleNext(Seconds delay)
+void PagePreloader::loadNext()
 {
-    m_next = m_scheduler.after(delay, [this] {
-        m_steps.front()();
-        m_steps.pop_front();
-        if (!m_steps.empty())
-            scheduleNext(pauseTime);
-    });
+    if (m_left.empty()) {
+        malloc_trim(0); // loading leaves many freed pieces behind
+        return;
+    }
+    load(m_left.front());
+    m_left.pop_front();
+    m_next = m_scheduler.after(pauseTime, [this] { loadNext(); });
 }
 
 } // namespace velmo

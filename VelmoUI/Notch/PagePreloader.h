@@ -3,9 +3,9 @@
 #include "VelmoCore/Foundation/Scheduler.h"
 
 #include <QQmlComponent>
+#include <QUrl>
 
 #include <deque>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -25,11 +25,11 @@ public:
 
 private:
     void load(const QUrl &file);
-    void scheduleNext(Seconds delay);
+    void loadNext();
 
     QQmlEngine &m_engine;
     Scheduler &m_scheduler;
-    std::deque<std::function<void()>> m_steps;            ///< that are left
+    std::deque<QUrl> m_left;
     std::vector<std::unique_ptr<QQmlComponent>> m_loaded; ///< kept, so that nothing unloads them
     ScheduledTask m_opening;
     ScheduledTask m_next;

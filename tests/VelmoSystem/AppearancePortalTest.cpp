@@ -47,7 +47,7 @@ private:
 
 } // namespace
 
-TEST(AppearancePortal, FollowsTheDesktopsWishes)
+TEST(AppearancePortal, FollowsWhatTheDesktopPrefers)
 {
     constexpr auto appearance = "org.freedesktop.appearance";
     constexpr auto gnome = "org.gnome.desktop.interface";
@@ -55,7 +55,8 @@ TEST(AppearancePortal, FollowsTheDesktopsWishes)
     Portal portal(bus.connect(), {{appearance, {{"reduced-motion", 1U}, {"color-scheme", 1U}}},
                                   {gnome, {{"enable-animations", true}}}});
     const auto own = bus.connect();
-    const AppearancePortal preference(own);
+    AppearancePortal preference(own);
+    preference.start();
     EXPECT_FALSE(preference.shouldReduceMotion()) << "before the desktop has answered";
     EXPECT_FALSE(preference.prefersDarkScheme());
 

@@ -19,14 +19,18 @@ constexpr QLatin1StringView gnomeInterface("org.gnome.desktop.interface");
 
 } // namespace
 
-AppearancePortal::AppearancePortal(QDBusConnection bus)
+AppearancePortal::AppearancePortal(QDBusConnection bus) : m_bus(std::move(bus))
 {
-    if (!bus.isConnected())
+}
+
+void AppearancePortal::start()
+{
+    if (!m_bus.isConnected())
         return;
     qRegisterMetaType<QDBusVariant>(); // `connect` looks the slot's types up by name
-    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
-    readAll(bus);
+    m_bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+                  SLOT(settingChanged(QString, QString, QDBusVariant)));
+    readAll();
 }
 
 bool AppearancePortal::shouldReduceMotion() const
@@ -40,12 +44,12 @@ void AppearancePortal::settingChanged(const QString &group, const QString &key,
     take(group, key, value.variant());
 }
 
-void AppearancePortal::readAll(QDBusConnection &bus)
+void AppearancePortal::readAll()
 {
     auto message =
         QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
     message << QStringList{appearance, gnomeInterface};
-    auto *const watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), this);
+    auto *const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
         if (watcher->isError()) {

@@ -17,6 +17,9 @@ class AppearancePortal : public DesktopAppearance {
 public:
     explicit AppearancePortal(QDBusConnection bus);
 
+    /// The bus may have to start the portal first.
+    void start();
+
     bool shouldReduceMotion() const override;
     bool prefersDarkScheme() const override { return m_isDark; }
 
@@ -24,9 +27,10 @@ private Q_SLOTS:
     void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
 
 private:
-    void readAll(QDBusConnection &bus);
+    void readAll();
     void take(const QString &group, const QString &key, const QVariant &value);
 
+    QDBusConnection m_bus;
     bool m_isMotionReduced = false;
     bool m_isDark = false;
     bool m_areAnimationsEnabled = true;

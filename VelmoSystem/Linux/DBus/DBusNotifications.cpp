@@ -22,6 +22,13 @@ DBusNotifications::DBusNotifications(QDBusConnection sessionBus)
 {
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &server) { serverLeft(server); });
+}
+
+/// Qt asks the bus for the server's owner first and waits: not at the start.
+void DBusNotifications::listen()
+{
+    if (std::exchange(m_isListening, true))
+        return;
     m_bus.connect(service, path, service, QStringLiteral("NotificationClosed"), this,
                   SLOT(notificationClosed(uint, uint)));
     m_bus.connect(service, path, service, QStringLiteral("ActionInvoked"), this,
@@ -35,6 +42,7 @@ void DBusNotifications::show(const QString &identifier, const Notification &noti
         close(identifier);
         return;
     }
+    listen();
     Shown &shown = m_shown[identifier];
     shown.next = notification;
     shown.isWithdrawn = false;

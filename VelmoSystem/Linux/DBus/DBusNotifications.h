@@ -36,6 +36,7 @@ private:
         std::optional<Notification> next; ///< what to show once it has answered
     };
 
+    void listen();
     void call(const QString &method, const QVariantList &arguments,
               std::function<void(const QDBusMessage &)> answered);
     void showNext(const QString &identifier);
@@ -49,6 +50,7 @@ private:
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;
+    bool m_isListening = false;
     std::map<QString, Shown> m_shown;
     std::optional<bool> m_takesMarkup; ///< unknown before the server has said so
     bool m_isAskingForCapabilities = false;

@@ -22,6 +22,10 @@ DesktopStatusArea::DesktopStatusArea(QDBusConnection sessionBus, X11Connection &
       m_connection(connection),
       m_tray(connection.atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(connection.screenNumber())))
 {
+}
+
+void DesktopStatusArea::start()
+{
     watchTray();
     if (!m_bus.isConnected()) {
         lookForTray();

@@ -17,6 +17,8 @@ class DesktopStatusArea : public StatusArea {
 public:
     DesktopStatusArea(QDBusConnection sessionBus, X11Connection &connection);
 
+    void start();
+
     bool isAvailable() const override { return m_isAvailable; }
 
 private Q_SLOTS:

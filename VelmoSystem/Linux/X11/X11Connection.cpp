@@ -5,7 +5,14 @@
 
 #include <QAbstractEventDispatcher>
 
+#include <xcb/shape.h>
+#include <xcb/xfixes.h>
+#include <xcb/xinput.h>
+
+#include <algorithm>
+#include <array>
 #include <span>
+#include <string_view>
 
 namespace velmo {
 
@@ -13,6 +20,27 @@ namespace {
 
 // Property values longer than this many 32-bit words are cut: more windows than any desktop has.
 constexpr std::uint32_t longestProperty = 65'536;
+
+// What every start asks for.
+constexpr std::array firstAtoms{"CLIPBOARD",
+                                "PRIMARY",
+                                "XdndSelection",
+                                "_COMPTON_SHADOW",
+                                "_NET_ACTIVE_WINDOW",
+                                "_NET_CLIENT_LIST",
+                                "_NET_CLIENT_LIST_STACKING",
+                                "_NET_CURRENT_DESKTOP",
+                                "_NET_SUPPORTING_WM_CHECK",
+                                "_NET_WM_DESKTOP",
+                                "_NET_WM_STATE",
+                                "_NET_WM_STATE_ABOVE",
+                                "_NET_WM_STATE_FULLSCREEN",
+                                "_NET_WM_STATE_SKIP_PAGER",
+                                "_NET_WM_STATE_SKIP_TASKBAR",
+                                "_NET_WM_STATE_STICKY",
+                                "_NET_WM_WINDOW_TYPE",
+                                "_NET_WM_WINDOW_TYPE_DOCK"};
+constexpr std::array extensions{&xcb_input_id, &xcb_shape_id, &xcb_xfixes_id};
 
 xcb_window_t rootOfScreen(xcb_connection_t *connection, int number)
 {
@@ -30,6 +58,7 @@ X11Connection::X11Connection(const QByteArray &display)
     if (xcb_connection_has_error(handle()))
         throw LocalizedError(QStringLiteral("Não foi possível conectar ao servidor X."));
     m_root = rootOfScreen(handle(), m_screenNumber);
+    prefetch();
 
     m_notifier =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(handle()), QSocketNotifier::Read);
@@ -41,6 +70,24 @@ X11Connection::X11Connection(const QByteArray &display)
 }
 
 X11Connection::~X11Connection() = default;
+
+/// Asks together for what would be asked for one after another, each time waiting for the server.
+void X11Connection::prefetch()
+{
+    for (xcb_extension_t *extension : extensions)
+        xcb_prefetch_extension_data(handle(), extension);
+    xcb_prefetch_maximum_request_length(handle());
+    std::array<xcb_intern_atom_cookie_t, firstAtoms.size()> cookies;
+    std::ranges::transform(firstAtoms, cookies.begin(), [this](std::string_view name) {
+        return xcb_intern_atom(handle(), false, std::uint16_t(name.size()), name.data());
+    });
+    for (std::size_t i = 0; i < cookies.size(); ++i) {
+        const X11Reply<xcb_intern_atom_reply_t> reply(
+            xcb_intern_atom_reply(handle(), cookies[i], nullptr));
+        if (reply)
+            m_atoms.insert(firstAtoms[i], reply->atom);
+    }
+}
 
 xcb_atom_t X11Connection::atom(const QByteArray &name) const
 {

@@ -68,6 +68,7 @@ private:
     using Route = std::pair<int, int>; // response type, major opcode of generic events
 
     [[nodiscard]] Subscription subscribe(Route route, Handler handler);
+    void prefetch();
     void readEvents();
     void handleQueued();
     void handle(const xcb_generic_event_t &event);
