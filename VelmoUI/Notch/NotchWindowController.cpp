@@ -227,6 +227,7 @@ void NotchWindowController::cancelLeaving()
 
 void NotchWindowController::handleMouseDown(WindowID window)
 {
+    m_dropPerformed = false;
     if (!m_isVisible || m_model.presentation() == NotchPresentation::collapsed)
         return;
     if (window == m_panel.window().id()) {
@@ -277,14 +278,12 @@ void NotchWindowController::handleTyping()
 
 void NotchWindowController::handleDrag(Point point)
 {
-    if (!m_isVisible)
+    if (!m_isVisible || m_dropPerformed) // a movement that is older than the drop comes late
         return;
     if (NotchLayout::dropZone(m_model.presentation(), m_model.layoutContext()).contains(point)) {
         m_dragExitTask.cancel();
-        if (m_model.presentation() != NotchPresentation::dropTarget) {
-            m_dropPerformed = false;
+        if (m_model.presentation() != NotchPresentation::dropTarget)
             m_model.send(NotchEvent::dragEntered);
-        }
     } else if (!m_dragExitTask.isPending()) {
         leaveDropSurface(dragExitDelay);
     }

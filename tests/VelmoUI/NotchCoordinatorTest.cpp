@@ -339,6 +339,26 @@ TEST_F(NotchCoordinatorTest, ShowsWhatWasDroppedOnItsView)
     EXPECT_EQ(targeted(), StringList());
 }
 
+TEST_F(NotchCoordinatorTest, TakesNoMovementThatIsOlderThanTheDropForANewDrag)
+{
+    start();
+    showView();
+    const QByteArray files =
+        QUrl::fromLocalFile(desktop.folder.path(u"a.txt"_qs)).toEncoded() + "\r\n";
+    for (int drag = 0; drag < 2; ++drag) {
+        beginDrag();
+        desktop.pointer.moveTo(notchOf(1));
+        EXPECT_EQ(shown(), u"dropTarget");
+        window().drops.began();
+        EXPECT_TRUE(window().drops.ended({files, {}, {}}));
+        desktop.pointer.moveTo(notchOf(1)); // the drop came on another connection
+        EXPECT_EQ(shown(), u"dropResult");
+        desktop.pointer.release(notchOf(1));
+        wait(1s);
+        EXPECT_EQ(shown(), u"dropResult");
+    }
+}
+
 TEST_F(NotchCoordinatorTest, FollowsTheScreens)
 {
     start({FakeDesktop::screen(1), FakeDesktop::screen(2)});
