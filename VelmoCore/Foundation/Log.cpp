@@ -9,5 +9,6 @@ Q_LOGGING_CATEGORY(permissions, "app.orvane.Orvane.permissions", QtInfoMsg)
 Q_LOGGING_CATEGORY(modules, "app.orvane.Orvane.modules", QtInfoMsg)
 Q_LOGGING_CATEGORY(storage, "app.orvane.Orvane.storage", QtInfoMsg)
 Q_LOGGING_CATEGORY(input, "app.orvane.Orvane.input", QtInfoMsg)
+Q_LOGGING_CATEGORY(mail, "app.orvane.Orvane.mail", QtInfoMsg)
 
 } // namespace velmo::Log

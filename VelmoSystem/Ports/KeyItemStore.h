@@ -60,6 +60,8 @@ public:
     virtual std::optional<QByteArray> find(const Item &item) const = 0;
     /// False if such an item exists already. Throws `Refusal`.
     virtual bool add(const Item &item, const QByteArray &secret) = 0;
+    /// Nothing where there is no such item. Throws `Refusal`.
+    virtual void remove(const Item &item) = 0;
     /// Gives an existing item the label and description of `item`, if its label differs. What can't
     /// be done is left.
     virtual void rename(const Item &item) = 0;

@@ -65,6 +65,13 @@ void checkContract(KeyItemStore &items)
     EXPECT_TRUE(items.add(other, "x"));
     EXPECT_EQ(items.find(other), "x");
     EXPECT_EQ(items.find(item), secret);
+
+    const KeyItemStore::Item third = {item.service, "mais uma", "Rótulo", ""};
+    items.remove(third); // isn't there
+    EXPECT_TRUE(items.add(third, "y"));
+    items.remove(third);
+    EXPECT_EQ(items.find(third), std::nullopt);
+    EXPECT_EQ(items.find(other), "x");
 }
 
 TEST(KeyItemStore, IsKeptByTheFake)

@@ -68,6 +68,7 @@ public:
         return m_items.find(item);
     }
     bool add(const Item &item, const QByteArray &key) override { return m_items.add(item, key); }
+    void remove(const Item &item) override { m_items.remove(item); }
     void rename(const Item &item) override { m_items.rename(item); }
     Place place() const override { return m_items.place(); }
 

@@ -34,6 +34,13 @@ public:
         return !isTaken && entries.insert({name, {secret, item.label}}).second;
     }
 
+    void remove(const Item &item) override
+    {
+        if (refusal)
+            throw *refusal;
+        entries.erase(item.service + u'/' + item.account);
+    }
+
     void rename(const Item &item) override
     {
         entries.at(item.service + u'/' + item.account).label = item.label;

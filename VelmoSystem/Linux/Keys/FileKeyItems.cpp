@@ -2,9 +2,11 @@
 
 #include "VelmoCore/Storage/AtomicFile.h"
 
+#include <QFile>
 #include <QUrl>
 
 #include <cerrno>
+#include <unistd.h>
 
 namespace velmo {
 
@@ -30,6 +32,15 @@ bool FileKeyItems::add(const Item &item, const QByteArray &secret)
         AtomicFile::removeStrays(pathOf(item));
         return AtomicFile::create(secret, pathOf(item));
     } catch (const FileError &error) {
+        throw Refusal(error.code(), error.description());
+    }
+}
+
+void FileKeyItems::remove(const Item &item)
+{
+    const QByteArray path = QFile::encodeName(pathOf(item));
+    if (::unlink(path.constData()) != 0 && errno != ENOENT) {
+        const FileError error(pathOf(item), errno);
         throw Refusal(error.code(), error.description());
     }
 }

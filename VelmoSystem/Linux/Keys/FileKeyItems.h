@@ -13,6 +13,7 @@ public:
     Place place() const override { return Place::privateFile; }
     std::optional<QByteArray> find(const Item &item) const override;
     bool add(const Item &item, const QByteArray &secret) override;
+    void remove(const Item &item) override;
     void rename(const Item &item) override;
 
 private:

@@ -89,6 +89,11 @@ try {
     throw refusal(error);
 }
 
+void KeyItemStores::remove(const Item &item)
+{
+    store(choose(item, remembered())).remove(item);
+}
+
 void KeyItemStores::rename(const Item &item)
 {
     store(choose(item, remembered())).rename(item);

@@ -25,6 +25,7 @@ public:
     Place place() const override;
     std::optional<QByteArray> find(const Item &item) const override;
     bool add(const Item &item, const QByteArray &secret) override;
+    void remove(const Item &item) override;
     void rename(const Item &item) override;
 
 private:

@@ -285,6 +285,28 @@ bool SecretServiceItems::add(const Item &item, const QByteArray &secret)
     return true;
 }
 
+void SecretServiceItems::remove(const Item &item)
+{
+    const Deadline deadline(m_stop);
+    const auto service = openService(deadline);
+    const auto found = search(service.get(), item, deadline);
+    if (!found) {
+        openDefaultCollection(service.get(), deadline);
+        return;
+    }
+    Outcome outcome;
+    const Owned<GVariant> reply(g_dbus_connection_call_sync(
+        g_dbus_proxy_get_connection(G_DBUS_PROXY(service.get())), serviceName,
+        g_dbus_proxy_get_object_path(G_DBUS_PROXY(found.get())), "org.freedesktop.Secret.Item",
+        "Delete", nullptr, G_VARIANT_TYPE("(o)"), G_DBUS_CALL_FLAGS_NONE, -1,
+        deadline.cancellable(), outcome));
+    outcome.check();
+    const char *prompt = nullptr;
+    g_variant_get(reply.get(), "(&o)", &prompt);
+    if (qstrcmp(prompt, "/") != 0) // as for a new item
+        throw lockedRefusal();
+}
+
 void SecretServiceItems::rename(const Item &item)
 {
     try {

@@ -26,6 +26,7 @@ public:
     /// Two processes that add at the same time are to be kept apart by the caller: the service
     /// itself lets items have the same attributes.
     bool add(const Item &item, const QByteArray &secret) override;
+    void remove(const Item &item) override;
     void rename(const Item &item) override;
 
 private:
