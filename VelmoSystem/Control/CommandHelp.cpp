@@ -119,7 +119,7 @@ QString manualCommands(const Table &table)
 QString usage(const VerbSyntax &syntax)
 {
     QStringList words{syntax.command()};
-    for (const VerbArgument &argument : syntax.arguments)
+    for (const VerbArgument &argument : syntax.withoutInput().arguments)
         words.append(written(argument));
     for (const VerbOption &option : syntax.options)
         words.append(u'[' + written(option) + u']');

@@ -116,8 +116,9 @@ Request parseCommand(const VerbSyntax &syntax, const QStringList &words, const Q
             return Help{topic};
         const auto own = std::ranges::find(ownCommands(), syntax, &OwnCommand::syntax);
         if (own == ownCommands().end())
-            return VerbRequest{syntax, VerbCheck::checked(syntax, std::move(line.call), folder),
-                               line.asJson};
+            return VerbRequest{
+                syntax, VerbCheck::checked(syntax.withoutInput(), std::move(line.call), folder),
+                line.asJson};
         VerbCheck::checkCount(syntax, line.call.words);
         if (const auto *command = std::get_if<Command>(&own->request))
             return Client{*command, line.call.words};

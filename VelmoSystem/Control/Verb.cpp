@@ -11,6 +11,14 @@ bool VerbSyntax::isLong() const
     });
 }
 
+VerbSyntax VerbSyntax::withoutInput() const
+{
+    VerbSyntax syntax = *this;
+    if (takesInput())
+        syntax.arguments.pop_back();
+    return syntax;
+}
+
 std::vector<QUrl> VerbCall::files(int place) const
 {
     std::vector<QUrl> urls;

@@ -19,7 +19,8 @@ struct VerbArgument {
     enum class Kind {
         number, ///< from 1
         text,
-        file, ///< a path as the shell gives it; absolute once it is checked
+        file,  ///< a path as the shell gives it; absolute once it is checked
+        input, ///< a line of standard input, as a password; the last argument only
     };
 
     QString name; ///< as the help shows it: "N", "TEXTO", "ARQUIVO"
@@ -64,6 +65,12 @@ struct VerbSyntax {
     bool lists() const { return !columns.empty(); }
     /// It takes any number of files, so it reports progress and can be cancelled.
     bool isLong() const;
+    bool takesInput() const
+    {
+        return !arguments.empty() && arguments.back().kind == VerbArgument::Kind::input;
+    }
+    /// What of it is written on a command line.
+    VerbSyntax withoutInput() const;
 
     bool operator==(const VerbSyntax &) const = default;
 };

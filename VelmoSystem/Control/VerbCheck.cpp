@@ -21,6 +21,7 @@ QString missing(const VerbArgument &argument)
     case Kind::file:
         return QStringLiteral("um arquivo");
     case Kind::text:
+    case Kind::input:
         return argument.name;
     }
     Q_UNREACHABLE();

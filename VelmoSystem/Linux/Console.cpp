@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 #include <utility>
 
@@ -54,6 +55,26 @@ void Console::writeError(const QString &line)
 {
     clearProgress();
     put(stderr, line + u'\n');
+}
+
+QString Console::readSecret(const QString &name) const
+{
+    termios before{};
+    const bool isTyped = ::tcgetattr(STDIN_FILENO, &before) == 0;
+    if (isTyped) {
+        put(stderr, name + QStringLiteral(": "));
+        termios silent = before;
+        silent.c_lflag &= ~tcflag_t(ECHO);
+        ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+    }
+    QByteArray line;
+    for (int c = std::getc(stdin); c != EOF && c != '\n'; c = std::getc(stdin))
+        line += char(c);
+    if (isTyped) {
+        ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
+        put(stderr, QStringLiteral("\n"));
+    }
+    return QString::fromUtf8(line);
 }
 
 void Console::showProgress(double fraction, const QString &text)

@@ -14,6 +14,9 @@ public:
     /// A line that is there at once, also in a pipe.
     void writeLineNow(const QString &line) const;
     void writeError(const QString &line);
+    /// A line of standard input, asked for by name and not shown where that is a terminal. Empty at
+    /// its end.
+    QString readSecret(const QString &name) const;
 
     /// On a terminal, one line that each call replaces. `fraction` is negative if it isn't known.
     void showProgress(double fraction, const QString &text);

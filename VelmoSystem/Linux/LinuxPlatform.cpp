@@ -34,7 +34,8 @@ Platform LinuxPlatform::ports()
             m_appearance,    m_power,     m_accessories,  m_network,
             m_bluetooth,     m_load,      m_applications, m_permissions,
             m_notifications, m_sounds,    m_loginItem,    m_statusArea,
-            m_pasteboard,    m_share,     m_thumbnailer,  m_frontApplication};
+            m_pasteboard,    m_share,     m_thumbnailer,  m_frontApplication,
+            m_servers};
 }
 
 } // namespace velmo

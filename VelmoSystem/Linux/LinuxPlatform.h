@@ -15,6 +15,7 @@
 #include "VelmoSystem/Linux/Device/NetworkManagerMonitor.h"
 #include "VelmoSystem/Linux/Device/ProcMachineLoad.h"
 #include "VelmoSystem/Linux/Device/UPowerDevices.h"
+#include "VelmoSystem/Linux/Net/LinuxServerAccess.h"
 #include "VelmoSystem/Linux/X11/X11Connection.h"
 #include "VelmoSystem/Linux/X11/X11Displays.h"
 #include "VelmoSystem/Linux/X11/X11DragPasteboard.h"
@@ -69,6 +70,7 @@ private:
     X11Pasteboard m_primarySelection;
     X11FrontApplication m_frontApplication;
     DesktopShare m_share;
+    LinuxServerAccess m_servers;
     DesktopThumbnailer m_thumbnailer{DesktopThumbnailer::standardCacheFolder()};
 };
 

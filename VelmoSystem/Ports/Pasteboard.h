@@ -23,6 +23,7 @@ public:
         std::optional<QString> text;
         std::vector<QUrl> files = {};
         QByteArray png = {};
+        bool isSecret = false; ///< clipboard managers are asked to keep none of it
 
         bool operator==(const Contents &) const = default;
     };

@@ -21,6 +21,7 @@ class PermissionSource;
 class Pointer;
 class PowerInfo;
 class Scheduler;
+class ServerAccess;
 class ShareService;
 class SoundPlayer;
 class StatusArea;
@@ -53,6 +54,7 @@ struct Platform {
     ShareService &share;
     Thumbnailer &thumbnailer;
     FrontApplication &frontApplication;
+    ServerAccess &servers;
 };
 
 } // namespace velmo

@@ -16,6 +16,7 @@
 #include "VelmoSystem/FileProcessing/ToolsWork.h"
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
 #include "VelmoSystem/Input/HotKeyController.h"
+#include "VelmoSystem/Mail/MailService.h"
 #include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Permissions/PermissionsCenter.h"
 #include "VelmoSystem/Shelf/ShelfMover.h"
@@ -78,6 +79,9 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
       actionRunner(std::make_unique<ActionRunner>(*actions, *activity, *shelf)),
       tools(std::make_unique<ToolsSelection>()),
       toolsWork(std::make_unique<ToolsWork>(*tools, *jobs, *activity, desktop.scheduler)),
+      mail(std::make_unique<MailService>(appPaths.supportFile(QStringLiteral("mail-accounts.json")),
+                                         files, desktop.scheduler, desktop.servers, desktop.network,
+                                         desktop.workspace)),
       modules(std::make_unique<ModuleRegistry>()),
       m_retention(settings->observe([this](const AppSettings &before, const AppSettings &after) {
           if (before.activityRetentionDays == after.activityRetentionDays)

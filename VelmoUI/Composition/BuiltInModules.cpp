@@ -3,6 +3,7 @@
 #include "VelmoSystem/Verbs/ActivityVerbs.h"
 #include "VelmoSystem/Verbs/ClipboardVerbs.h"
 #include "VelmoSystem/Verbs/FilesVerbs.h"
+#include "VelmoSystem/Verbs/MailVerbs.h"
 #include "VelmoSystem/Verbs/NoteVerbs.h"
 #include "VelmoSystem/Verbs/SettingsVerbs.h"
 #include "VelmoSystem/Verbs/ShelfVerbs.h"
@@ -11,6 +12,7 @@
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
 #include "VelmoUI/Modules/Home/HomeModule.h"
+#include "VelmoUI/Modules/Mail/MailModule.h"
 #include "VelmoUI/Modules/Notes/NotesModule.h"
 #include "VelmoUI/Modules/Shelf/ShelfModule.h"
 #include "VelmoUI/Modules/System/SystemModule.h"
@@ -64,6 +66,12 @@ const std::array modules = {
                     all.platform.applications);
             },
             ClipboardVerbs::syntaxes},
+    BuiltIn{[](AppServices &all) -> Module {
+                return std::make_unique<MailModule>(MailServices{
+                    *all.mail, *all.settings, *all.activity, all.platform.fileViewer,
+                    all.platform.pasteboard, all.platform.sounds, all.platform.scheduler});
+            },
+            MailVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
                 return std::make_unique<NotesModule>(
                     NotesServices{*all.notes, all.platform.fileViewer, all.platform.pasteboard,

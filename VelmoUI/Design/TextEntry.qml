@@ -26,6 +26,9 @@ FocusScope {
         field.select(0, count);
     }
 
+    // Qt gives a password's field no name, so that what is around it has to have it.
+    Accessible.role: isSecret ? Accessible.Grouping : Accessible.NoRole
+    Accessible.name: isSecret ? name : ""
     implicitWidth: Theme.fieldWidth
     implicitHeight: Theme.controlHeight
 

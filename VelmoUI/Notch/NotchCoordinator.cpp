@@ -167,12 +167,14 @@ QString NotchCoordinator::statusText() const
     for (const LiveActivity &activity : m_services.activity.live())
         live.append(activity.id);
     const auto &feedback = m_services.activity.feedback();
-    const QJsonObject status{
+    QJsonObject status{
         {QStringLiteral("hidden"), m_isUserHidden},
         {QStringLiteral("displays"), displays},
         {QStringLiteral("live"), live},
         {QStringLiteral("feedback"), feedback ? QJsonValue(feedback->title) : QJsonValue()},
     };
+    for (const NotchModule *one : m_services.modules.all())
+        status.insert(one->id(), one->status()); // inserts nothing without one
     return QString::fromUtf8(QJsonDocument(status).toJson(QJsonDocument::Compact));
 }
 

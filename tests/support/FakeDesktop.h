@@ -10,6 +10,7 @@
 #include "tests/support/FakeHotKeyGrabber.h"
 #include "tests/support/FakePanelWindow.h"
 #include "tests/support/FakePointer.h"
+#include "tests/support/FakeServers.h"
 #include "tests/support/FakeWorkspace.h"
 #include "tests/support/ManualScheduler.h"
 #include "tests/support/TemporaryFolder.h"
@@ -74,11 +75,13 @@ public:
     FakeShare share;
     FakeFrontApplication frontApplication;
     FakeThumbnailer thumbnailer;
+    FakeServers servers{scheduler};
     const Platform platform{
         scheduler,    displays,   pointer,      dragPasteboard, hotKeyGrabber, workspace,
         panelWindows, fileViewer, appearance,   power,          accessories,   network,
         bluetooth,    load,       applications, permissions,    notifications, sounds,
-        loginItem,    statusArea, pasteboard,   share,          thumbnailer,   frontApplication};
+        loginItem,    statusArea, pasteboard,   share,          thumbnailer,   frontApplication,
+        servers};
 };
 
 } // namespace velmo

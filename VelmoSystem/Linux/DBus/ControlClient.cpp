@@ -143,8 +143,11 @@ void ControlClient::run(const CommandLine::VerbRequest &request, Finished finish
                     m_console.showProgress(values.value(1).toDouble(), values.value(2).toString());
             }));
     }
+    VerbCall asked = request.call;
+    if (syntax.takesInput())
+        asked.words.append(m_console.readSecret(syntax.arguments.back().name));
     call(methodCall(path, interface, VerbBus::method(syntax),
-                    VerbBus::encoded(syntax, request.call, token)),
+                    VerbBus::encoded(syntax, asked, token)),
          syntax.isLong() ? noTimeout : verbTimeout,
          [this, request](const QDBusPendingCallWatcher &answer) {
              if (m_isCancelled)

@@ -58,7 +58,7 @@ QString methodElement(const VerbSyntax &verb)
 
 QVariant encoded(const VerbArgument &argument, const QStringList &words)
 {
-    if (argument.kind == Kind::text)
+    if (argument.kind == Kind::text || argument.kind == Kind::input)
         return text(argument.isRepeated ? words.join(u' ') : words.value(0));
     if (argument.kind == Kind::file)
         return argument.isRepeated ? QVariant(words) : QVariant(words.value(0));

@@ -147,6 +147,8 @@ void X11Pasteboard::write(const Contents &contents)
         offers.add("image/png", contents.png);
     if (contents.text || !contents.files.empty())
         offers.addText(contents.text.value_or(pathsOf(contents.files)));
+    if (contents.isSecret)
+        offers.add("x-kde-passwordManagerHint", "secret");
     m_source.own(offers.take());
     ++m_changeCount;
 }

@@ -7,6 +7,7 @@
 #include "VelmoUI/Modules/Frame/ModulePage.h"
 #include "VelmoUI/Modules/Frame/PanelPort.h"
 
+#include <QJsonValue>
 #include <QStringList>
 #include <QUrl>
 
@@ -65,6 +66,8 @@ public:
     /// Where a global shortcut leads.
     virtual std::map<HotKeyAction, Route> hotKeys() const { return {}; }
     virtual std::vector<Verb> verbs() { return {}; }
+    /// For scripts, in the status under the module's id; nothing without.
+    virtual QJsonValue status() const { return QJsonValue::Undefined; }
     /// What went wrong, in sentences, until the user has read it.
     virtual QStringList issues() const { return {}; }
     virtual void dismissIssues() {}

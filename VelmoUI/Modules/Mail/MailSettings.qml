@@ -1,0 +1,51 @@
+import QtQuick
+import Velmo.Design
+import Velmo.Modules.Frame
+import Velmo.Modules.Mail
+
+/// The accounts, and the form that connects one.
+SettingsSection {
+    id: section
+
+    required property MailAccountsModel model
+    required property var settings // every section gets them
+
+    title: "E-mail"
+
+    Repeater {
+        model: section.model.accounts
+
+        delegate: SettingRow {
+            id: row
+
+            required property string id
+            required property string email
+            required property string state
+            required property bool hasProblem
+            required property string removal
+
+            title: email
+            detail: hasProblem ? "" : state
+            issue: hasProblem ? state : ""
+
+            ConfirmButton {
+                name: "Remover"
+                question: "Desconectar a conta e esquecer a senha?"
+                confirmName: "Remover"
+                onConfirmed: section.model.remove(row.id)
+            }
+        }
+    }
+    Item {
+        width: parent.width
+        height: form.height + 2 * Theme.cardPadding
+
+        MailAccountForm {
+            id: form
+            x: Theme.cardPadding
+            y: Theme.cardPadding
+            width: parent.width - 2 * x
+            model: section.model
+        }
+    }
+}
