@@ -249,8 +249,10 @@ Rect NotchLayout::hoverTriggerZone(NotchPresentation presentation,
 {
     const NotchMetrics &metrics = context.metrics;
     Rect zone = hoverZone(presentation, context);
-    const bool hasButtons = hasSides(context) || context.hasMailBanner;
-    if (presentation != collapsed || !metrics.hasHardwareNotch || !hasButtons)
+    // Beside a cut-out the buttons at the sides have room; a banner's are below any notch.
+    const bool hasButtons =
+        (metrics.hasHardwareNotch && hasSides(context)) || context.hasMailBanner;
+    if (presentation != collapsed || !hasButtons)
         return zone;
     const auto [w, h] = metrics.notchSize;
     zone.width = w + 8;

@@ -352,7 +352,7 @@ void IMAPConnection::takeCount(const QByteArray &response)
 
 void IMAPConnection::takeCapabilities(const QByteArray &response)
 {
-    if (auto capabilities = IMAPResponse::capabilities(response))
+    if (auto capabilities = IMAPResponse::capabilities(response.trimmed()))
         m_capabilities = *std::move(capabilities);
 }
 

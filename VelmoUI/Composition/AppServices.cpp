@@ -16,6 +16,7 @@
 #include "VelmoSystem/FileProcessing/ToolsWork.h"
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
 #include "VelmoSystem/Input/HotKeyController.h"
+#include "VelmoSystem/Mail/MailBannerState.h"
 #include "VelmoSystem/Mail/MailService.h"
 #include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Permissions/PermissionsCenter.h"
@@ -82,6 +83,7 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
       mail(std::make_unique<MailService>(appPaths.supportFile(QStringLiteral("mail-accounts.json")),
                                          files, desktop.scheduler, desktop.servers, desktop.network,
                                          desktop.workspace)),
+      mailBanner(std::make_unique<MailBannerState>(desktop.scheduler)),
       modules(std::make_unique<ModuleRegistry>()),
       m_retention(settings->observe([this](const AppSettings &before, const AppSettings &after) {
           if (before.activityRetentionDays == after.activityRetentionDays)
@@ -117,6 +119,7 @@ PanelServices AppServices::panels()
         .modules = *modules,
         .files = files,
         .drop = {*shelf, *shelfMover, *dropUndo, *actionRunner, *tools},
+        .mail = {*mailBanner, *mail},
         .openSettings = [this](std::optional<SettingsPane> pane) { openSettings(pane); },
     };
 }

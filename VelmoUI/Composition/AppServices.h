@@ -26,6 +26,7 @@ class GlobalHotKeyCenter;
 class HotKeyController;
 class JobCenter;
 class LaunchAtLoginService;
+class MailBannerState;
 class MailService;
 class ModuleRegistry;
 class NotesStore;
@@ -88,6 +89,7 @@ public:
     const std::unique_ptr<ToolsSelection> tools;
     const std::unique_ptr<ToolsWork> toolsWork;
     const std::unique_ptr<MailService> mail;
+    const std::unique_ptr<MailBannerState> mailBanner;
     const std::unique_ptr<ModuleRegistry> modules; ///< goes first
 
     /// Views and services call upward through these only. Until the panels exist they do nothing.

@@ -4,9 +4,13 @@
 #include "VelmoCore/Foundation/Scheduler.h"
 #include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Jobs/JobCenter.h"
+#include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
+#include "VelmoSystem/Mail/MailBannerState.h"
+#include "VelmoSystem/Mail/MailService.h"
 #include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Ports/FileViewer.h"
+#include "VelmoSystem/Ports/SoundPlayer.h"
 #include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 
@@ -26,6 +30,14 @@ void start(AppServices &services)
     };
     services.jobs->onOutputs = [&services](const std::vector<QUrl> &urls) {
         services.shelf->adoptOutputs(urls);
+    };
+    services.mail->onNewMail = [&services](const std::vector<MailMessage> &messages) {
+        const AppSettings &settings = services.settings->settings();
+        if (!settings.mailNotifications || services.isPanelOpen())
+            return;
+        services.mailBanner->show(messages);
+        if (settings.mailSound)
+            services.platform.sounds.play(SystemSound::tink);
     };
     // A job may have removed files, even one that failed.
     QObject::connect(services.jobs.get(), &JobCenter::runningCountChanged, services.shelf.get(),

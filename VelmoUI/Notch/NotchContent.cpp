@@ -13,10 +13,13 @@ static_assert(NotchContent::DropResult == int(NotchPresentation::dropResult));
 NotchContent::NotchContent(NotchViewModel &model, const PanelServices &services)
     : m_model(model), m_services(services), m_live(services.activity, services.platform.scheduler),
       m_issues(services.files, services.modules), m_pages(model, services.modules),
-      m_drop(model.drop(), services.drop, m_live, services.platform.scheduler)
+      m_drop(model.drop(), services.drop, m_live, services.platform.scheduler),
+      m_mailBanner(model, m_services)
 {
     connect(&model, &NotchViewModel::presentationChanged, this, [this] {
         m_live.setWatched(!m_model.isOpen());
+        if (m_model.isOpen())
+            m_mailBanner.dismiss();
         updateClock();
         Q_EMIT presentationChanged();
     });
@@ -53,6 +56,13 @@ QSizeF NotchContent::size(NotchPresentation presentation, bool hasFeedback) cons
     context.hasFeedback = hasFeedback;
     context.expandedContentWidth = m_model.modules().width();
     const Size core = NotchLayout::shape(presentation, context).coreSize;
+    return {core.width, core.height};
+}
+
+QSizeF NotchContent::bannerSize() const
+{
+    const auto context = m_model.layoutContext().withMailBanner(true);
+    const Size core = NotchLayout::shape(NotchPresentation::collapsed, context).coreSize;
     return {core.width, core.height};
 }
 

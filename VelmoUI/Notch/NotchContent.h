@@ -2,6 +2,7 @@
 
 #include "VelmoUI/Design/Feedback.h"
 #include "VelmoUI/Notch/DropContent.h"
+#include "VelmoUI/Notch/MailBanner.h"
 #include "VelmoUI/Notch/PanelIssues.h"
 #include "VelmoUI/Notch/PanelPages.h"
 
@@ -28,6 +29,7 @@ class NotchContent : public QObject {
     /// the shape moves.
     Q_PROPERTY(QSizeF liveSize READ liveSize NOTIFY sizesChanged)
     Q_PROPERTY(QSizeF feedbackSize READ feedbackSize NOTIFY sizesChanged)
+    Q_PROPERTY(QSizeF bannerSize READ bannerSize NOTIFY sizesChanged)
     Q_PROPERTY(QSizeF previewSize READ previewSize NOTIFY sizesChanged)
     Q_PROPERTY(QSizeF expandedSize READ expandedSize NOTIFY sizesChanged)
     Q_PROPERTY(QSizeF dropTargetSize READ dropTargetSize NOTIFY sizesChanged)
@@ -57,6 +59,7 @@ class NotchContent : public QObject {
 
     Q_PROPERTY(velmo::PanelPages *pages READ pages CONSTANT)
     Q_PROPERTY(velmo::DropContent *drop READ drop CONSTANT)
+    Q_PROPERTY(velmo::MailBanner *mailBanner READ mailBanner CONSTANT)
     /// What went wrong with the user's data, in sentences.
     Q_PROPERTY(QStringList issues READ issues NOTIFY issuesChanged)
     /// Whether what pages show isn't all that was kept.
@@ -78,6 +81,7 @@ public:
     qreal notchCenterX() const;
     QSizeF liveSize() const { return size(NotchPresentation::collapsed); }
     QSizeF feedbackSize() const { return size(NotchPresentation::collapsed, true); }
+    QSizeF bannerSize() const;
     QSizeF previewSize() const { return size(NotchPresentation::preview); }
     QSizeF expandedSize() const { return size(NotchPresentation::expanded); }
     QSizeF dropTargetSize() const { return size(NotchPresentation::dropTarget); }
@@ -105,6 +109,7 @@ public:
 
     PanelPages *pages() { return &m_pages; }
     DropContent *drop() { return &m_drop; }
+    MailBanner *mailBanner() { return &m_mailBanner; }
     QStringList issues() const { return m_issues.texts(); }
     bool isLoading() const { return m_issues.isLoading(); }
 
@@ -135,6 +140,7 @@ private:
     PanelIssues m_issues;
     PanelPages m_pages;
     DropContent m_drop;
+    MailBanner m_mailBanner;
     ActivityEvent m_feedback; ///< the last one, also while it fades out
     ScheduledTask m_nextMinute;
 };

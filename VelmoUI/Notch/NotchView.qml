@@ -93,7 +93,7 @@ NotchContainerView {
         clip: true
 
         ContentLayer {
-            shown: view.presentation === NotchContent.Collapsed && view.content.hasLive && !view.content.hasFeedback
+            shown: view.presentation === NotchContent.Collapsed && view.content.hasLive && !view.content.hasFeedback && !view.content.mailBanner.isShown
             middle: clip.middle
             extent: view.content.liveSize
             content: view.content
@@ -101,11 +101,19 @@ NotchContainerView {
         }
 
         ContentLayer {
-            shown: view.presentation === NotchContent.Collapsed && view.content.hasFeedback
+            shown: view.presentation === NotchContent.Collapsed && view.content.hasFeedback && !view.content.mailBanner.isShown
             middle: clip.middle
             extent: view.content.feedbackSize
             content: view.content
             file: "FeedbackContent.qml"
+        }
+
+        ContentLayer {
+            shown: view.presentation === NotchContent.Collapsed && view.content.mailBanner.isShown
+            middle: clip.middle
+            extent: view.content.bannerSize
+            content: view.content
+            file: "MailBannerContent.qml"
         }
 
         ContentLayer {

@@ -2,6 +2,7 @@
 
 #include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoSystem/Mail/MailBannerState.h"
 #include "VelmoSystem/Ports/DesktopAppearance.h"
 #include "VelmoSystem/Ports/Platform.h"
 
@@ -30,6 +31,7 @@ NotchViewModel::NotchViewModel(DisplayID displayID, const NotchMetrics &metrics,
     const auto contentChanged = [this] { updateShape(shapeAnimation()); };
     connect(&services.activity, &ActivityCenter::liveChanged, this, contentChanged);
     connect(&services.activity, &ActivityCenter::feedbackChanged, this, contentChanged);
+    connect(&services.mail.banner, &MailBannerState::changed, this, contentChanged);
     connect(&m_modules, &ModuleSelection::changed, this, &NotchViewModel::showModule);
 }
 
@@ -51,6 +53,7 @@ NotchLayoutContext NotchViewModel::layoutContext() const
     context.nonNotchStyle = settings.nonNotchStyle;
     context.hasLiveActivity = !m_services.activity.live().empty();
     context.hasFeedback = m_services.activity.feedback().has_value();
+    context.hasMailBanner = m_services.mail.banner.message().has_value();
     if (presentation() == NotchPresentation::expanded)
         context.expandedContentWidth = m_modules.width();
     if (context.expandedContentWidth && m_heldBarWidth)

@@ -11,6 +11,8 @@ class ActionRunner;
 class ActivityCenter;
 class DataFiles;
 class DropUndo;
+class MailBannerState;
+class MailService;
 class ModuleRegistry;
 class SettingsStore;
 class ShelfMover;
@@ -27,6 +29,12 @@ struct DropServices {
     ToolsSelection &tools;
 };
 
+/// What shows new mail.
+struct BannerServices {
+    MailBannerState &banner;
+    MailService &service;
+};
+
 /// What the panels of all screens work with.
 struct PanelServices {
     const Platform &platform;
@@ -35,6 +43,7 @@ struct PanelServices {
     ModuleRegistry &modules;
     DataFiles &files;
     DropServices drop;
+    BannerServices mail;
     std::function<void(std::optional<SettingsPane>)> openSettings;
 };
 

@@ -152,6 +152,9 @@ TEST(NotchLayout, OpensOnlyOverTheNotchWhereButtonsAreBesideIt)
     EXPECT_EQ(hoverTriggerZone(collapsed, context), (Rect{760, 962, 208, 38}));
     EXPECT_EQ(hoverTriggerZone(preview, context), hoverZone(preview, context));
     context.metrics.hasHardwareNotch = false;
+    EXPECT_EQ(hoverTriggerZone(collapsed, context), (Rect{760, 962, 208, 38}))
+        << "else a banner's buttons couldn't be reached";
+    context.hasMailBanner = false;
     EXPECT_EQ(hoverTriggerZone(collapsed, context), hoverZone(collapsed, context));
 }
 

@@ -73,7 +73,7 @@ protected:
 TEST_F(IMAPConnectionTest, LogsIn)
 {
     auto script = ServerScript().answers("LOGIN \"ana\" \"a\\\\b\\\"ç\"");
-    script.answers("CAPABILITY", {"* CAPABILITY IMAP4rev1 IDLE NAMESPACE"});
+    script.answers("CAPABILITY", {"* CAPABILITY IMAP4rev1 NAMESPACE IDLE"});
     auto connection = connected(script, "* OK ready");
     finish(connection->login("ana", "a\\b\"ç"));
     EXPECT_TRUE(connection->canIdle());

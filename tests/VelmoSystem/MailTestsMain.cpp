@@ -4,22 +4,24 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <system_error>
+
 namespace velmo {
 
-/// Made before any thread is.
-const OwnTrust &trust()
-{
-    static const OwnTrust trust;
-    return trust;
-}
+std::optional<OwnTrust> ownTrust;
 
 } // namespace velmo
 
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
-    if (!testing::GTEST_FLAG(list_tests))
-        velmo::trust();
+    try {
+        if (!testing::GTEST_FLAG(list_tests))
+            velmo::ownTrust.emplace(); // before any thread is made
+    } catch (const std::system_error &error) {
+        std::printf("No trust of our own here: %s\n", error.what());
+    }
     QCoreApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

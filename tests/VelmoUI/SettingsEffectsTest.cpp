@@ -7,10 +7,12 @@
 #include "VelmoCore/Timers/TimerCenter.h"
 #include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 #include "VelmoSystem/Input/HotKeyController.h"
+#include "VelmoSystem/Mail/MailService.h"
 #include "VelmoUI/Composition/ServiceWiring.h"
 #include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Modules/Home/FavoriteApps.h"
 #include "VelmoUI/Modules/Home/HomeCardSources.h"
+#include "VelmoUI/Notch/NotchContent.h"
 #include "VelmoUI/Settings/SettingsWindowController.h"
 
 #include "tests/VelmoUI/PanelFixture.h"
@@ -159,6 +161,17 @@ public:
             ActivityEvent::make(now - 48h, {}, u"Antes"_qs, FeedbackStyle::info, u"test"_qs));
         return QString::number(services.activity->history().size());
     }
+    /// The snippet on the banner and the sounds.
+    QString newMail()
+    {
+        MailMessage message;
+        message.snippet = u"Oi"_qs;
+        services.mail->onNewMail({message});
+        MailBanner *banner =
+            view().rootObject()->property("content").value<NotchContent *>()->mailBanner();
+        return QString::number(banner->isShown()) + banner->snippet() +
+               QString::number(desktop.sounds.played.size());
+    }
     QString soundsAfterATimer()
     {
         services.timers->startTimer(5s);
@@ -253,6 +266,9 @@ const std::vector<Effect> effects = {
     {"favoriteApps", R"(["a.desktop"])", &Orvane::favorites},
     {"activityRetentionDays", "1", &Orvane::eventsOfTwoDays},
     {"timerSoundEnabled", "false", &Orvane::soundsAfterATimer},
+    {"mailNotifications", "false", &Orvane::newMail},
+    {"mailShowsPreview", "false", &Orvane::newMail},
+    {"mailSound", "true", &Orvane::newMail},
     {"pomodoro",
      R"({"focusMinutes":50,"shortBreakMinutes":5,"longBreakMinutes":15,"cyclesBeforeLongBreak":4,
          "autoAdvance":true})",
@@ -278,8 +294,8 @@ const QStringList pending =
         "volumeHUDShowsAutomaticChanges volumeHUDStyle eventAlertMinutes "
         "shelfDropStorage capturesFolderPath screenshotFormat copyScreenshotToClipboard "
         "recordSystemAudio "
-        "recordMicrophone studioMode studioRecordKeys studioOpenEditor mailNotifications "
-        "mailShowsPreview mailSound smartNotchEnabled contextTools appContextOverrides "
+        "recordMicrophone studioMode studioRecordKeys studioOpenEditor "
+        "smartNotchEnabled contextTools appContextOverrides "
         "smartNotchIgnoredApps smartNotchSides")
         .split(u' ');
 /// Registered once their action has a handler.

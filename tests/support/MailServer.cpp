@@ -5,13 +5,13 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <grp.h>
 #include <pwd.h>
 #include <sched.h>
 #include <stdexcept>
 #include <sys/mount.h>
 #include <sys/prctl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace velmo {
@@ -21,7 +21,7 @@ namespace {
 void check(bool succeeded, const char *what)
 {
     if (!succeeded)
-        throw std::runtime_error(std::string(what) + ": " + std::strerror(errno));
+        throw std::system_error(errno, std::generic_category(), what);
 }
 
 void write(const char *path, const QByteArray &text)

@@ -3,12 +3,12 @@ import Velmo.Design
 import Velmo.Modules.Frame
 import Velmo.Modules.Mail
 
-/// The accounts, and the form that connects one.
+/// The accounts, and what is shown and heard of new mail.
 SettingsSection {
     id: section
 
     required property MailAccountsModel model
-    required property var settings // every section gets them
+    required property var settings
 
     title: "E-mail"
 
@@ -46,6 +46,33 @@ SettingsSection {
             y: Theme.cardPadding
             width: parent.width - 2 * x
             model: section.model
+        }
+    }
+    SettingRow {
+        title: "Avisar de mensagens novas"
+
+        Toggle {
+            name: "Avisar de mensagens novas"
+            checked: section.settings.mailNotifications
+            onToggled: checked => section.settings.mailNotifications = checked
+        }
+    }
+    SettingRow {
+        title: "Mostrar o começo da mensagem"
+
+        Toggle {
+            name: "Mostrar o começo da mensagem"
+            checked: section.settings.mailShowsPreview
+            onToggled: checked => section.settings.mailShowsPreview = checked
+        }
+    }
+    SettingRow {
+        title: "Som ao chegar"
+
+        Toggle {
+            name: "Som ao chegar"
+            checked: section.settings.mailSound
+            onToggled: checked => section.settings.mailSound = checked
         }
     }
 }

@@ -1,0 +1,180 @@
+#include "VelmoUI/Modules/Mail/MailPageModel.h"
+
+#include "VelmoCore/Activity/ActivityCenter.h"
+#include "VelmoCore/Settings/SettingsStore.h"
+
+#include "tests/VelmoUI/FakePanelPort.h"
+#include "tests/support/FakeDesktop.h"
+#include "tests/support/Printers.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace velmo {
+namespace {
+
+const QByteArray body = "From: Bia <bia@example.org>\r\nSubject: Oi\r\n"
+                        "Content-Type: text/html; charset=utf-8\r\n\r\n"
+                        "Veja <a href=\"https://mau.example/x\">www.banco.example</a> e "
+                        "<a href=\"https://bom.example/y\">bom.example</a>. C\xc3\xb3"
+                        "digo: 482913\r\n";
+
+QByteArray fetched(int uid)
+{
+    return "* 1 FETCH (UID " + QByteArray::number(uid) + " FLAGS () BODY[]<0> {" +
+           QByteArray::number(body.size()) + "}\r\n" + body + ")";
+}
+
+/// A connection up to the selected inbox.
+ServerScript connected()
+{
+    ServerScript script =
+        ServerScript().says("* OK [CAPABILITY IMAP4rev1 IDLE MOVE UIDPLUS SPECIAL-USE] ready");
+    script.answers("LOGIN \"ana@example.org\" \"x\"",
+                   {"* CAPABILITY IMAP4rev1 IDLE MOVE UIDPLUS SPECIAL-USE"});
+    return script;
+}
+
+ServerScript errand(const QByteArray &command, const QByteArrayList &lines = {})
+{
+    ServerScript script = connected();
+    script.answers("SELECT \"INBOX\"");
+    script.answers(command, lines);
+    return script.answers("LOGOUT");
+}
+
+class MailPageModelTest : public testing::Test {
+protected:
+    MailPageModelTest()
+    {
+        ServerScript test = connected();
+        test.answers("SELECT \"INBOX\"");
+        test.answers("LOGOUT");
+        ServerScript worker = connected();
+        worker.answers("LIST \"\" \"*\" RETURN (SPECIAL-USE)",
+                       {"* LIST (\\Trash) \"/\" Lixo", "* LIST (\\Archive) \"/\" Arquivo"});
+        worker.answers("SELECT \"INBOX\"", {"* 2 EXISTS", "* OK [UIDVALIDITY 1]"});
+        worker.answers("FETCH 1:* (UID FLAGS INTERNALDATE BODY.PEEK[]<0.65536>)",
+                       {fetched(3), fetched(4)});
+        worker.hears("n5 IDLE").says("+");
+        desktop.servers.scripts = {test, worker};
+        mail.start();
+        page.accounts()->setAddress("ana@example.org");
+        page.accounts()->connectAccount("x", "", "");
+        EXPECT_TRUE(page.accounts()->isTesting());
+        waitFor([this] { return page.hasMessages(); });
+    }
+    /// The key store answers on another thread.
+    void waitFor(const std::function<bool()> &isDone)
+    {
+        while (!isDone()) {
+            desktop.scheduler.runPosted();
+            std::this_thread::yield();
+        }
+    }
+    static QString column(QAbstractItemModel *model, const char *role)
+    {
+        QStringList all;
+        for (int row = 0; row < model->rowCount(); ++row)
+            all << model->index(row, 0).data(model->roleNames().key(role)).toString();
+        return all.join(u' ');
+    }
+    QString idOf(int uid) const
+    {
+        return uuidText(mail.accounts().front().id) + u'-' + QString::number(uid);
+    }
+
+    FakeDesktop desktop;
+    DataFiles files{std::nullopt};
+    SettingsStore settings{desktop.folder.path("settings.json"), files, desktop.scheduler};
+    ActivityCenter activity{std::nullopt, files, desktop.scheduler, 7};
+    FakePanelPort panel;
+    MailService mail{std::nullopt,    files,           desktop.scheduler,
+                     desktop.servers, desktop.network, desktop.workspace};
+    MailPageModel page{MailServices{mail, settings, activity, desktop.fileViewer,
+                                    desktop.pasteboard, desktop.sounds, desktop.scheduler},
+                       panel};
+};
+
+TEST_F(MailPageModelTest, ShowsAMessageAndWhereItsLinksReallyLead)
+{
+    EXPECT_FALSE(page.accounts()->isTesting());
+    EXPECT_EQ(page.accounts()->issue(), "");
+    EXPECT_EQ(column(page.messages(), "id"), idOf(4) + u' ' + idOf(3));
+    EXPECT_EQ(column(page.messages(), "spoken").count("Não lida: Bia"), 2);
+
+    desktop.servers.scripts = {errand("UID FETCH 4 (UID BODY.PEEK[]<0.8388608>)", {fetched(4)})};
+    page.select(idOf(4));
+    EXPECT_TRUE(page.isLoading());
+    waitFor([this] { return !page.isLoading(); });
+    EXPECT_EQ(page.sender(), "Bia <bia@example.org>");
+    EXPECT_TRUE(page.text().contains("Veja www.banco.example e bom.example"))
+        << page.text().toStdString();
+    EXPECT_EQ(column(page.links(), "title"), "mau.example bom.example");
+    EXPECT_EQ(column(page.links(), "isFalse"), "true false");
+    page.openLink("https://bom.example/y");
+    EXPECT_EQ(desktop.fileViewer.opened, std::vector{QUrl("https://bom.example/y")});
+
+    EXPECT_EQ(page.code(), "482913");
+    page.copyCode();
+    EXPECT_EQ(desktop.pasteboard.written.text, "482913");
+    EXPECT_TRUE(desktop.pasteboard.written.isSecret);
+    EXPECT_TRUE(mail.recentSignIns(desktop.scheduler.now()).empty()) << "used";
+}
+
+TEST_F(MailPageModelTest, MovesAMessageAwayOnceItCannotComeBack)
+{
+    page.select(idOf(4));
+    waitFor([this] { return !page.isLoading(); });
+    page.archive();
+    EXPECT_EQ(column(page.messages(), "id"), idOf(3));
+    EXPECT_EQ(page.undoTitle(), "Arquivada · Desfazer");
+    page.undo();
+    EXPECT_EQ(column(page.messages(), "id"), idOf(4) + u' ' + idOf(3));
+    desktop.scheduler.advance(10s);
+    page.trash();
+    waitFor([this] { return !page.isLoading(); });
+    desktop.servers.scripts = {errand("UID MOVE 4 \"Lixo\"")};
+    desktop.scheduler.advance(4.9s);
+    EXPECT_EQ(page.undoTitle(), "No lixo · Desfazer");
+    desktop.scheduler.advance(0.1s);
+    EXPECT_EQ(page.undoTitle(), "");
+    waitFor([this] { return desktop.servers.scripts.empty(); });
+
+    QStringList errors;
+    mail.onError = [&](const QString &text) { errors << text; };
+    page.select(idOf(3));
+    waitFor([this] { return !page.isLoading(); });
+    page.trash(); // no server answers
+    panel.isClosed = true;
+    Q_EMIT panel.openChanged();
+    waitFor([&] { return !errors.isEmpty(); });
+    EXPECT_EQ(errors, QStringList{"O servidor fechou a conexão."});
+    EXPECT_EQ(column(page.messages(), "id"), idOf(3)) << "back again";
+}
+
+TEST_F(MailPageModelTest, SaysWhatIsWrongWithAnAddress)
+{
+    auto &accounts = *page.accounts();
+    accounts.setAddress("ana");
+    accounts.connectAccount("x", "", "");
+    EXPECT_TRUE(accounts.issue().startsWith("Digite o endereço"));
+    accounts.setAddress("bia@exemplo.com.br");
+    EXPECT_TRUE(accounts.needsServer());
+    EXPECT_EQ(accounts.guessedHost(), "imap.exemplo.com.br");
+    accounts.connectAccount("", "", "");
+    EXPECT_EQ(accounts.issue(), "Digite a senha.");
+    accounts.connectAccount("x", "", "70000");
+    EXPECT_EQ(accounts.issue(), "A porta vai de 1 a 65535.");
+    accounts.connectAccount("x", "", "");
+    waitFor([&] { return !accounts.isTesting(); });
+    EXPECT_EQ(accounts.issue(), "O servidor fechou a conexão.");
+    EXPECT_EQ(mail.accounts().size(), 1);
+    accounts.setAddress("bia@gmail.com");
+    EXPECT_FALSE(accounts.needsServer());
+    EXPECT_EQ(accounts.issue(), "");
+}
+
+} // namespace
+} // namespace velmo
