@@ -132,6 +132,7 @@ ssl_cert = <CERTIFICATE
 ssl_key = <KEY
 default_internal_user = INTERNAL
 default_login_user = LOGIN
+default_internal_group = GROUP
 first_valid_uid = 0
 auth_failure_delay = 0
 mail_location = maildir:~/Maildir
@@ -175,6 +176,7 @@ namespace inbox {
         {"KEY", certificate.key.toUtf8()},
         {"INTERNAL", isRoot ? "dovecot" : name},
         {"LOGIN", isRoot ? "dovenull" : name},
+        {"GROUP", isRoot ? "dovecot" : getgrgid(getegid())->gr_name},
         {"PORT", QByteArray::number(m_port)},
         {"UID", QByteArray::number(mailOwner())},
         {"GID", QByteArray::number(isRoot ? getgrnam("nogroup")->gr_gid : getegid())},
