@@ -4,6 +4,7 @@
 #include "VelmoCore/Settings/SettingsStore.h"
 
 #include "tests/VelmoUI/FakePanelPort.h"
+#include "tests/VelmoUI/MailScripts.h"
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/Printers.h"
 
@@ -14,51 +15,11 @@
 namespace velmo {
 namespace {
 
-const QByteArray body = "From: Bia <bia@example.org>\r\nSubject: Oi\r\n"
-                        "Content-Type: text/html; charset=utf-8\r\n\r\n"
-                        "Veja <a href=\"https://mau.example/x\">www.banco.example</a> e "
-                        "<a href=\"https://bom.example/y\">bom.example</a>. C\xc3\xb3"
-                        "digo: 482913\r\n";
-
-QByteArray fetched(int uid)
-{
-    return "* 1 FETCH (UID " + QByteArray::number(uid) + " FLAGS () BODY[]<0> {" +
-           QByteArray::number(body.size()) + "}\r\n" + body + ")";
-}
-
-/// A connection up to the selected inbox.
-ServerScript connected()
-{
-    ServerScript script =
-        ServerScript().says("* OK [CAPABILITY IMAP4rev1 IDLE MOVE UIDPLUS SPECIAL-USE] ready");
-    script.answers("LOGIN \"ana@example.org\" \"x\"",
-                   {"* CAPABILITY IMAP4rev1 IDLE MOVE UIDPLUS SPECIAL-USE"});
-    return script;
-}
-
-ServerScript errand(const QByteArray &command, const QByteArrayList &lines = {})
-{
-    ServerScript script = connected();
-    script.answers("SELECT \"INBOX\"");
-    script.answers(command, lines);
-    return script.answers("LOGOUT");
-}
-
 class MailPageModelTest : public testing::Test {
 protected:
     MailPageModelTest()
     {
-        ServerScript test = connected();
-        test.answers("SELECT \"INBOX\"");
-        test.answers("LOGOUT");
-        ServerScript worker = connected();
-        worker.answers("LIST \"\" \"*\" RETURN (SPECIAL-USE)",
-                       {"* LIST (\\Trash) \"/\" Lixo", "* LIST (\\Archive) \"/\" Arquivo"});
-        worker.answers("SELECT \"INBOX\"", {"* 2 EXISTS", "* OK [UIDVALIDITY 1]"});
-        worker.answers("FETCH 1:* (UID FLAGS INTERNALDATE BODY.PEEK[]<0.65536>)",
-                       {fetched(3), fetched(4)});
-        worker.hears("n5 IDLE").says("+");
-        desktop.servers.scripts = {test, worker};
+        desktop.servers.scripts = MailScripts::newAccount();
         mail.start();
         page.accounts()->setAddress("ana@example.org");
         page.accounts()->connectAccount("x", "", "");
@@ -104,7 +65,8 @@ TEST_F(MailPageModelTest, ShowsAMessageAndWhereItsLinksReallyLead)
     EXPECT_EQ(column(page.messages(), "id"), idOf(4) + u' ' + idOf(3));
     EXPECT_EQ(column(page.messages(), "spoken").count("Não lida: Bia"), 2);
 
-    desktop.servers.scripts = {errand("UID FETCH 4 (UID BODY.PEEK[]<0.8388608>)", {fetched(4)})};
+    desktop.servers.scripts = {
+        MailScripts::errand("UID FETCH 4 (UID BODY.PEEK[]<0.8388608>)", {MailScripts::fetched(4)})};
     page.select(idOf(4));
     EXPECT_TRUE(page.isLoading());
     waitFor([this] { return !page.isLoading(); });
@@ -135,7 +97,7 @@ TEST_F(MailPageModelTest, MovesAMessageAwayOnceItCannotComeBack)
     desktop.scheduler.advance(10s);
     page.trash();
     waitFor([this] { return !page.isLoading(); });
-    desktop.servers.scripts = {errand("UID MOVE 4 \"Lixo\"")};
+    desktop.servers.scripts = {MailScripts::errand("UID MOVE 4 \"Lixo\"")};
     desktop.scheduler.advance(4.9s);
     EXPECT_EQ(page.undoTitle(), "No lixo · Desfazer");
     desktop.scheduler.advance(0.1s);

@@ -9,6 +9,7 @@
 #include "VelmoUI/Composition/BuiltInModules.h"
 #include "VelmoUI/Modules/Frame/NotchModule.h"
 
+#include "tests/VelmoUI/MailScripts.h"
 #include "tests/VelmoUI/ServicesFixture.h"
 #include "tests/support/Printers.h"
 
@@ -186,6 +187,43 @@ TEST_F(VerbsTest, KeepNotesAndTasks)
     EXPECT_EQ(list(u"task list"_qs, "title"), u"ligar já");
     EXPECT_EQ(list(u"task list"_qs, "title", {{u"all"_qs, {}}}), u"ligar já|pagar");
     EXPECT_EQ(run(u"task done"_qs, {u"2"_qs}), u"! “pagar” já está concluída.");
+}
+
+TEST_F(VerbsTest, ConnectAnAccountAndDealWithItsMessages)
+{
+    EXPECT_EQ(run(u"mail add"_qs, {u"ana"_qs, u"x"_qs}), u"! “ana” não é um endereço de e-mail.");
+    EXPECT_EQ(run(u"mail add"_qs, {u"ana@example.org"_qs, {}}),
+              u"! A senha vem pela entrada padrão, e não veio.");
+    EXPECT_EQ(run(u"mail add"_qs, {u"ana@example.org"_qs, u"x"_qs}, {{u"port"_qs, u"70000"_qs}}),
+              u"! A porta vai de 1 a 65535.");
+    EXPECT_EQ(run(u"mail add"_qs, {u"ana@example.org"_qs, u"x"_qs}),
+              u"! O servidor fechou a conexão.");
+    desktop.servers.scripts = MailScripts::newAccount();
+    EXPECT_EQ(run(u"mail add"_qs, {u"ana@example.org"_qs, u"x"_qs}), u"");
+    while (list(u"mail accounts"_qs, "state") != u"online") {
+        desktop.scheduler.runPosted();
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(field("host") + u' ' + field("unread"), u"imap.example.org 2");
+    EXPECT_EQ(list(u"mail list"_qs, "code"), u"482913|482913");
+    const QString id = field("id").section(u'|', 0, 0);
+
+    EXPECT_EQ(run(u"mail show"_qs, {u"x"_qs}), u"! Não há uma mensagem “x” na caixa de entrada.");
+    desktop.servers.scripts = {
+        MailScripts::errand("UID FETCH 4 (UID BODY.PEEK[]<0.8388608>)", {MailScripts::fetched(4)})};
+    EXPECT_TRUE(run(u"mail show"_qs, {id.toLower()})
+                    .startsWith(u"De: Bia <bia@example.org>\nAssunto: Oi\nData: "));
+    EXPECT_EQ(run(u"mail code"_qs), u"482913");
+    EXPECT_EQ(run(u"mail code"_qs), u"! Nenhum código chegou nos últimos dez minutos.");
+    desktop.servers.scripts = {MailScripts::errand("UID MOVE 4 \"Arquivo\"")};
+    EXPECT_EQ(run(u"mail archive"_qs, {id}), u"");
+    while (!desktop.servers.scripts.empty()) {
+        desktop.scheduler.runPosted();
+        std::this_thread::yield();
+    }
+    EXPECT_TRUE(list(u"mail list"_qs, "uid") == u"3");
+    EXPECT_EQ(run(u"mail remove"_qs, {u"ANA@example.org"_qs}), u"");
+    EXPECT_EQ(list(u"mail list"_qs, "uid") + list(u"mail accounts"_qs, "id"), u"");
 }
 
 TEST_F(VerbsTest, RunTimersAndTheFocus)
