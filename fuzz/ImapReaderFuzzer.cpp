@@ -13,7 +13,7 @@ std::vector<QByteArray> responses(const QByteArray &bytes, qsizetype piece)
     std::vector<QByteArray> found;
     IMAPReader reader;
     for (qsizetype i = 0; i < bytes.size(); i += piece) {
-        reader.append(QByteArrayView(bytes).mid(i, piece));
+        reader.append(bytes.mid(i, piece));
         try {
             while (auto response = reader.next())
                 found.push_back(*response);
