@@ -67,9 +67,9 @@ const std::array modules = {
             },
             ClipboardVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
-                return std::make_unique<MailModule>(MailServices{
-                    *all.mail, *all.settings, *all.activity, all.platform.fileViewer,
-                    all.platform.pasteboard, all.platform.sounds, all.platform.scheduler});
+                return std::make_unique<MailModule>(
+                    MailServices{*all.mail, *all.activity, all.platform.fileViewer,
+                                 all.platform.pasteboard, all.platform.scheduler});
             },
             MailVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {

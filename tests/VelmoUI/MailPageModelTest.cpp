@@ -1,7 +1,6 @@
 #include "VelmoUI/Modules/Mail/MailPageModel.h"
 
 #include "VelmoCore/Activity/ActivityCenter.h"
-#include "VelmoCore/Settings/SettingsStore.h"
 
 #include "tests/VelmoUI/FakePanelPort.h"
 #include "tests/VelmoUI/MailScripts.h"
@@ -48,14 +47,13 @@ protected:
 
     FakeDesktop desktop;
     DataFiles files{std::nullopt};
-    SettingsStore settings{desktop.folder.path("settings.json"), files, desktop.scheduler};
     ActivityCenter activity{std::nullopt, files, desktop.scheduler, 7};
     FakePanelPort panel;
     MailService mail{std::nullopt,    files,           desktop.scheduler,
                      desktop.servers, desktop.network, desktop.workspace};
-    MailPageModel page{MailServices{mail, settings, activity, desktop.fileViewer,
-                                    desktop.pasteboard, desktop.sounds, desktop.scheduler},
-                       panel};
+    MailPageModel page{
+        MailServices{mail, activity, desktop.fileViewer, desktop.pasteboard, desktop.scheduler},
+        panel};
 };
 
 TEST_F(MailPageModelTest, ShowsAMessageAndWhereItsLinksReallyLead)

@@ -1,8 +1,6 @@
 #include "VelmoUI/Modules/Mail/MailModule.h"
 
 #include "VelmoCore/Activity/ActivityCenter.h"
-#include "VelmoCore/Settings/SettingsStore.h"
-#include "VelmoSystem/Ports/SoundPlayer.h"
 #include "VelmoSystem/Verbs/MailVerbs.h"
 #include "VelmoUI/Modules/Mail/MailAccountsModel.h"
 #include "VelmoUI/Modules/Mail/MailPageModel.h"

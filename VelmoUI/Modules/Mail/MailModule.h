@@ -20,8 +20,6 @@ public:
     void start() override;
 
 private:
-    void announce(const std::vector<MailMessage> &messages);
-
     MailServices m_services;
 };
 
