@@ -54,6 +54,12 @@ MailInbox::Range MailInbox::uidRange(const Uuid &account) const
     return range;
 }
 
+std::optional<std::uint32_t> MailInbox::uidValidity(const Uuid &account) const
+{
+    const auto known = m_known.find(account);
+    return known == m_known.end() ? std::nullopt : std::optional(known->second.validity);
+}
+
 std::vector<MailMessage> MailInbox::load(const Uuid &account,
                                          const std::vector<MailMessage> &messages,
                                          std::uint32_t validity)

@@ -31,6 +31,8 @@ public:
     const MailMessage *find(const QString &id) const;
     int unreadCount() const;
     Range uidRange(const Uuid &account) const;
+    /// Which numbering of the mailbox the UIDs are of; nothing before it was loaded.
+    std::optional<std::uint32_t> uidValidity(const Uuid &account) const;
 
     /// After a connection: replaces what is known of the account. Gives the new messages; none at
     /// the first sight of a mailbox, or of one that has been numbered afresh.

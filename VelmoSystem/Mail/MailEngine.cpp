@@ -25,7 +25,7 @@ void MailEngine::refresh()
         worker->refresh();
 }
 
-void MailEngine::run(const MailAccount &account, const QString &password, MailErrand::Work work,
+void MailEngine::run(const MailErrand::Task &task, const QString &password,
                      std::function<void(const std::optional<IMAPError> &)> finished)
 {
     const int number = ++m_errandCount;
@@ -36,7 +36,7 @@ void MailEngine::run(const MailAccount &account, const QString &password, MailEr
         });
     };
     m_errands[number] = std::make_unique<MailErrand>(
-        m_servers.connect(account.host, account.port), account, password, std::move(work),
+        m_servers.connect(task.account.host, task.account.port), task, password,
         MailErrand::Listener{std::move(finished), ended}, m_scheduler);
 }
 

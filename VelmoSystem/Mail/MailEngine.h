@@ -21,7 +21,7 @@ public:
     void stopAll() { m_workers.clear(); }
     void refresh();
 
-    void run(const MailAccount &account, const QString &password, MailErrand::Work work,
+    void run(const MailErrand::Task &task, const QString &password,
              std::function<void(const std::optional<IMAPError> &)> finished);
 
     /// Expires when this goes.

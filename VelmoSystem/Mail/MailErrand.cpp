@@ -8,10 +8,10 @@ constexpr Seconds logoutTimeout = 5s;
 
 } // namespace
 
-MailErrand::MailErrand(std::unique_ptr<ByteStream> stream, const MailAccount &account,
-                       const QString &password, Work work, Listener listener, Scheduler &scheduler)
-    : m_work(std::move(work)), m_listener(std::move(listener)),
-      m_connection(std::move(stream), scheduler), m_run(run(account.username, password))
+MailErrand::MailErrand(std::unique_ptr<ByteStream> stream, Task task, const QString &password,
+                       Listener listener, Scheduler &scheduler)
+    : m_task(std::move(task)), m_listener(std::move(listener)),
+      m_connection(std::move(stream), scheduler), m_run(run(password))
 {
 }
 
@@ -22,14 +22,17 @@ MailErrand::~MailErrand()
     Q_ASSERT(m_run.isReady());
 }
 
-QCoro::Task<> MailErrand::run(QString username, QString password)
+QCoro::Task<> MailErrand::run(QString password)
 {
     std::optional<IMAPError> failure;
     try {
         co_await m_connection.open();
-        co_await m_connection.login(username, password);
-        co_await m_connection.select(QStringLiteral("INBOX"));
-        co_await m_work(m_connection);
+        co_await m_connection.login(m_task.account.username, password);
+        const auto inbox = co_await m_connection.select(QStringLiteral("INBOX"));
+        if (m_task.uidValidity && *m_task.uidValidity != inbox.uidValidity)
+            throw IMAPError::unsupported(QStringLiteral(
+                "O servidor renumerou a caixa de entrada, e nada foi feito. Tente de novo."));
+        co_await m_task.work(m_connection);
     } catch (const IMAPError &error) {
         failure = error;
     }

@@ -22,17 +22,25 @@ public:
         std::function<void()> ended;
     };
 
+    /// What it is about.
+    struct Task {
+        MailAccount account;
+        /// Of the inbox whose UIDs `work` knows: nothing is done in another. Nothing for none.
+        std::optional<std::uint32_t> uidValidity;
+        Work work;
+    };
+
     /// Begins at once.
-    MailErrand(std::unique_ptr<ByteStream> stream, const MailAccount &account,
-               const QString &password, Work work, Listener listener, Scheduler &scheduler);
+    MailErrand(std::unique_ptr<ByteStream> stream, Task task, const QString &password,
+               Listener listener, Scheduler &scheduler);
     /// Ends whatever is under way; nobody hears of it.
     ~MailErrand();
     Q_DISABLE_COPY_MOVE(MailErrand)
 
 private:
-    QCoro::Task<> run(QString username, QString password);
+    QCoro::Task<> run(QString password);
 
-    const Work m_work;
+    const Task m_task;
     const Listener m_listener;
     IMAPConnection m_connection;
     bool m_isEnding = false;

@@ -207,13 +207,11 @@ void MailService::announce(const std::vector<MailMessage> &messages)
 
 void MailService::verify(const MailAccount &account, const QString &password, Tested tested)
 {
-    onEngine([account, password,
-              tested = onMain(std::function([tested](const std::optional<IMAPError> &error) {
-                  tested(error);
-              }))](MailEngine &engine) {
-        engine.run(
-            account, password, [](IMAPConnection &) -> QCoro::Task<> { co_return; }, tested);
-    });
+    const MailErrand::Task task{account, std::nullopt,
+                                [](IMAPConnection &) -> QCoro::Task<> { co_return; }};
+    const auto done =
+        onMain(std::function([tested](const std::optional<IMAPError> &error) { tested(error); }));
+    onEngine([task, password, done](MailEngine &engine) { engine.run(task, password, done); });
 }
 
 void MailService::add(const MailAccount &account, const QString &password, Finished finished)
@@ -270,7 +268,7 @@ void MailService::remove(const Uuid &id)
         }
     });
     std::erase_if(m_pending,
-                  [&](const auto &pending) { return pending.second.message.accountID == id; });
+                  [&](const auto &pending) { return pending.second.move.message.accountID == id; });
     std::erase_if(m_accounts, [&](const MailAccount &account) { return account.id == id; });
     m_inbox.remove(id);
     m_status.erase(id);
@@ -296,29 +294,62 @@ bool MailService::canArchive(const MailMessage &message) const
 
 void MailService::perform(Action action, const MailMessage &message)
 {
-    if (!account(message.accountID))
-        return;
-    const QString id = message.id();
+    const auto report = [this](const std::optional<IMAPError> &error) { reportError(error); };
     if (action == Action::markRead) {
-        markRead(message);
+        markRead(message, report);
         return;
     }
-    if (!target(action, message.accountID)) {
-        onError(action == Action::archive ? QStringLiteral("Esta conta não tem pasta de arquivo.")
-                                          : QStringLiteral("Não achei o Lixo desta conta."));
-        return;
+    std::optional<Move> move;
+    try {
+        move = take(action, message);
+    } catch (const IMAPError &error) {
+        report(error);
     }
-    const auto taken = m_inbox.take(id);
-    if (!taken)
+    if (!move)
         return;
-    m_pending.insert_or_assign(id,
-                               Pending{*taken, action, m_scheduler.after(undoTime, [this, id] {
-                                           std::vector<Pending> due;
-                                           due.push_back(std::move(m_pending.extract(id).mapped()));
-                                           execute(due);
-                                       })});
+    const QString id = move->message.id();
     m_lastPending = id;
+    m_pending.insert_or_assign(
+        id, Pending{*move, action, m_scheduler.after(undoTime, [this, id, report] {
+                        execute({m_pending.extract(id).mapped().move}, report);
+                    })});
     Q_EMIT messagesChanged();
+}
+
+void MailService::performNow(Action action, const MailMessage &message, Tested finished)
+{
+    if (action == Action::markRead) {
+        markRead(message, std::move(finished));
+        return;
+    }
+    try {
+        if (const auto move = take(action, message))
+            execute({*move}, std::move(finished));
+        else
+            finished(std::nullopt);
+    } catch (const IMAPError &error) {
+        finished(error);
+    }
+}
+
+/// Off the list; nothing if it isn't there. Throws `IMAPError` where there is no mailbox for it.
+std::optional<MailService::Move> MailService::take(Action action, const MailMessage &message)
+{
+    const auto mailbox = target(action, message.accountID);
+    if (!mailbox)
+        throw IMAPError::unsupported(action == Action::archive
+                                         ? QStringLiteral("Esta conta não tem pasta de arquivo.")
+                                         : QStringLiteral("Não achei o Lixo desta conta."));
+    const auto taken = m_inbox.take(message.id());
+    if (!taken)
+        return std::nullopt;
+    return Move{*taken, *mailbox, m_inbox.uidValidity(message.accountID)};
+}
+
+void MailService::reportError(const std::optional<IMAPError> &error)
+{
+    if (error)
+        onError(error->description());
 }
 
 std::optional<MailService::PendingMove> MailService::lastPending() const
@@ -340,65 +371,58 @@ bool MailService::undo(const QString &messageID)
 
 void MailService::performPending()
 {
-    std::map<Uuid, std::vector<Pending>> byAccount;
+    std::map<std::pair<Uuid, std::optional<std::uint32_t>>, std::vector<Move>> byMailbox;
     for (auto &[id, pending] : std::exchange(m_pending, {}))
-        byAccount[pending.message.accountID].push_back(std::move(pending));
-    for (const auto &[account, pending] : byAccount)
-        execute(pending);
+        byMailbox[{pending.move.message.accountID, pending.move.uidValidity}].push_back(
+            pending.move);
+    for (const auto &[mailbox, moves] : byMailbox)
+        execute(moves, [this](const std::optional<IMAPError> &error) { reportError(error); });
 }
 
-void MailService::markRead(const MailMessage &message)
+void MailService::markRead(const MailMessage &message, Tested finished)
 {
     const auto owner = account(message.accountID);
-    if (message.isRead || !m_inbox.setRead(message.id(), true))
+    if (!owner || message.isRead || !m_inbox.setRead(message.id(), true)) {
+        finished(std::nullopt);
         return;
+    }
     Q_EMIT messagesChanged();
     runErrand(
-        *owner,
-        [uid = message.uid](IMAPConnection &connection) { return connection.markRead(uid); },
-        [this, id = message.id()](const std::optional<IMAPError> &error) {
-            if (!error)
-                return;
-            m_inbox.setRead(id, false);
-            Q_EMIT messagesChanged();
-            onError(error->description());
+        {*owner, m_inbox.uidValidity(owner->id),
+         [uid = message.uid](IMAPConnection &connection) { return connection.markRead(uid); }},
+        [this, id = message.id(), finished](const std::optional<IMAPError> &error) {
+            if (error) {
+                m_inbox.setRead(id, false);
+                Q_EMIT messagesChanged();
+            }
+            finished(error);
         });
 }
 
-/// All of one account.
-void MailService::execute(const std::vector<Pending> &pending)
+/// All of one numbering of one inbox.
+void MailService::execute(const std::vector<Move> &moves, Tested finished)
 {
-    const Uuid id = pending.front().message.accountID;
-    std::vector<Move> moves;
-    for (const Pending &one : pending)
-        moves.push_back({one.message, *target(one.action, id)});
-    move(*account(id), moves);
-    Q_EMIT messagesChanged(); // nothing to undo any more
-}
-
-void MailService::move(const MailAccount &account, const std::vector<Move> &moves)
-{
+    const auto owner = account(moves.front().message.accountID);
     const auto moved = std::make_shared<std::size_t>(0); // of the network thread until it is done
-    runErrand(
-        account,
-        [moves, moved](IMAPConnection &connection) -> QCoro::Task<> {
-            for (const Move &one : moves) {
-                co_await connection.move(one.message.uid, one.mailbox);
-                ++*moved;
-            }
-        },
-        [this, moves, moved](const std::optional<IMAPError> &error) {
-            for (std::size_t i = 0; i < moves.size(); ++i) {
-                if (i < *moved)
-                    m_inbox.forget(moves[i].message.id());
-                else
-                    m_inbox.giveBack(moves[i].message.id());
-            }
-            if (!error)
-                return;
-            Q_EMIT messagesChanged();
-            onError(error->description());
-        });
+    runErrand({*owner, moves.front().uidValidity,
+               [moves, moved](IMAPConnection &connection) -> QCoro::Task<> {
+                   for (const Move &one : moves) {
+                       co_await connection.move(one.message.uid, one.mailbox);
+                       ++*moved;
+                   }
+               }},
+              [this, moves, moved, finished](const std::optional<IMAPError> &error) {
+                  for (std::size_t i = 0; i < moves.size(); ++i) {
+                      if (i < *moved)
+                          m_inbox.forget(moves[i].message.id());
+                      else
+                          m_inbox.giveBack(moves[i].message.id());
+                  }
+                  if (error)
+                      Q_EMIT messagesChanged();
+                  finished(error);
+              });
+    Q_EMIT messagesChanged(); // nothing to undo any more
 }
 
 void MailService::fetchWhole(const MailMessage &message, Fetched fetched)
@@ -407,34 +431,34 @@ void MailService::fetchWhole(const MailMessage &message, Fetched fetched)
     if (!owner)
         return;
     const auto mail = std::make_shared<std::optional<ParsedMail>>();
-    runErrand(
-        *owner,
-        [uid = message.uid, mail](IMAPConnection &connection) -> QCoro::Task<> {
-            if (const auto raw = co_await connection.fetchWhole(uid))
-                *mail = MailParser::parse(*raw);
-        },
-        [mail, fetched](const std::optional<IMAPError> &error) {
-            const QString gone = QStringLiteral("A mensagem não está mais na caixa de entrada.");
-            fetched(*mail, *mail ? QString() : error ? error->description() : gone);
-        });
+    runErrand({*owner, m_inbox.uidValidity(owner->id),
+               [uid = message.uid, mail](IMAPConnection &connection) -> QCoro::Task<> {
+                   if (const auto raw = co_await connection.fetchWhole(uid))
+                       *mail = MailParser::parse(*raw);
+               }},
+              [mail, fetched](const std::optional<IMAPError> &error) {
+                  const QString gone =
+                      QStringLiteral("A mensagem não está mais na caixa de entrada.");
+                  fetched(*mail, *mail ? QString() : error ? error->description() : gone);
+              });
 }
 
 /// With the password from the key store.
-void MailService::runErrand(const MailAccount &account, MailErrand::Work work, Tested finished)
+void MailService::runErrand(const MailErrand::Task &task, Tested finished)
 {
     const auto done = onMain(
         std::function([finished](const std::optional<IMAPError> &error) { finished(error); }));
-    onEngine([this, account, work = std::move(work), done](MailEngine &engine) {
-        readPassword(account.id, [&engine, account, work, done,
-                                  alive = engine.alive()](const MailPassword &password) {
-            if (alive.expired())
-                return;
-            if (password.password)
-                engine.run(account, *password.password, work, done);
-            else
-                done(IMAPError::unsupported(password.refusal.isEmpty() ? noPassword()
-                                                                       : password.refusal));
-        });
+    onEngine([this, task, done](MailEngine &engine) {
+        readPassword(task.account.id,
+                     [&engine, task, done, alive = engine.alive()](const MailPassword &password) {
+                         if (alive.expired())
+                             return;
+                         if (password.password)
+                             engine.run(task, *password.password, done);
+                         else
+                             done(IMAPError::unsupported(
+                                 password.refusal.isEmpty() ? noPassword() : password.refusal));
+                     });
     });
 }
 

@@ -72,6 +72,8 @@ public:
     /// Shows the change at once and tells the server: of a message that is moved away after 5
     /// seconds, in which `undo` takes it back. What fails is undone, and `onError` says why.
     void perform(Action action, const MailMessage &message);
+    /// Tells the server at once, and says what came of it.
+    void performNow(Action action, const MailMessage &message, Tested finished);
     /// False if the server has been told already.
     bool undo(const QString &messageID);
     /// What `undo` would take back first.
@@ -96,15 +98,16 @@ Q_SIGNALS:
     void signInsChanged();
 
 private:
-    struct Pending {
-        MailMessage message;
-        Action action;
-        ScheduledTask task;
-    };
-    /// A message and the mailbox that it moves to.
+    /// A message, the mailbox that it moves to, and the numbering that its UID is of.
     struct Move {
         MailMessage message;
         QString mailbox;
+        std::optional<std::uint32_t> uidValidity;
+    };
+    struct Pending {
+        Move move;
+        Action action;
+        ScheduledTask task;
     };
 
     template <class Body>
@@ -114,15 +117,16 @@ private:
     std::function<void(Arguments...)> onMain(std::function<void(Arguments...)> body);
     void startWorker(const MailAccount &account);
     void readPassword(const Uuid &account, std::function<void(const MailPassword &)> answer);
-    void runErrand(const MailAccount &account, MailErrand::Work work, Tested finished);
+    void runErrand(const MailErrand::Task &task, Tested finished);
     void loaded(const Uuid &account, const MailWorker::Loaded &loaded);
     void synced(const Uuid &account, const MailWorker::Synced &synced);
     void announce(const std::vector<MailMessage> &messages);
     void setStatus(const Uuid &account, const MailStatus &status);
     void pathChanged();
-    void markRead(const MailMessage &message);
-    void execute(const std::vector<Pending> &pending);
-    void move(const MailAccount &account, const std::vector<Move> &moves);
+    void markRead(const MailMessage &message, Tested finished);
+    std::optional<Move> take(Action action, const MailMessage &message);
+    void execute(const std::vector<Move> &moves, Tested finished);
+    void reportError(const std::optional<IMAPError> &error);
     std::optional<QString> target(Action action, const Uuid &account) const;
     void store(const MailAccount &account);
 

@@ -231,9 +231,12 @@ std::vector<Verb> MailVerbs::make(MailService &mail, const Scheduler &scheduler)
 {
     const auto perform = [&mail](MailService::Action action) {
         return [&mail, action](const VerbCall &call, const VerbReply &reply) {
-            mail.perform(action, named(mail, call));
-            mail.performPending();
-            reply.succeed();
+            mail.performNow(action, named(mail, call), [reply](const auto &error) {
+                if (error)
+                    reply.fail(error->description());
+                else
+                    reply.succeed();
+            });
         };
     };
     return VerbTable::bind(

@@ -1,11 +1,9 @@
 #include "VelmoUI/Notch/MailBanner.h"
 
-#include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoSystem/Mail/MailBannerState.h"
 #include "VelmoSystem/Mail/MailService.h"
 #include "VelmoSystem/Ports/FileViewer.h"
-#include "VelmoSystem/Ports/Pasteboard.h"
 #include "VelmoSystem/Ports/Platform.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
 #include "VelmoUI/Notch/PanelServices.h"
@@ -13,7 +11,9 @@
 namespace velmo {
 
 MailBanner::MailBanner(NotchViewModel &model, const PanelServices &services)
-    : m_model(model), m_services(services)
+    : m_model(model), m_services(services),
+      m_codes(services.mail.service, services.platform.pasteboard, services.activity,
+              services.platform.scheduler)
 {
     connect(&services.mail.banner, &MailBannerState::changed, this, &MailBanner::update);
     update();
@@ -55,16 +55,8 @@ QString MailBanner::spoken() const
 
 void MailBanner::copyCode()
 {
-    if (!m_message.code)
-        return;
-    m_services.platform.pasteboard.write({.text = m_message.code, .isSecret = true});
-    m_services.mail.service.useSignIn(m_message);
+    m_codes.copy(m_message);
     dismiss();
-    m_services.activity.post(ActivityEvent::make(m_services.platform.scheduler.now(),
-                                                 QStringLiteral("doc.on.doc"),
-                                                 QStringLiteral("Código copiado"),
-                                                 FeedbackStyle::success, QStringLiteral("mail")),
-                             ActivityCenter::Presentation::transientOnly);
 }
 
 void MailBanner::openLink()

@@ -88,9 +88,11 @@ TEST_F(MailPageModelTest, MovesAMessageAwayOnceItCannotComeBack)
     page.select(idOf(4));
     waitFor([this] { return !page.isLoading(); });
     page.archive();
+    waitFor([this] { return !page.isLoading(); });
     EXPECT_EQ(column(page.messages(), "id"), idOf(3));
     EXPECT_EQ(page.undoTitle(), "Arquivada · Desfazer");
     page.undo();
+    waitFor([this] { return !page.isLoading(); });
     EXPECT_EQ(column(page.messages(), "id"), idOf(4) + u' ' + idOf(3));
     desktop.scheduler.advance(10s);
     page.trash();
@@ -112,6 +114,23 @@ TEST_F(MailPageModelTest, MovesAMessageAwayOnceItCannotComeBack)
     waitFor([&] { return !errors.isEmpty(); });
     EXPECT_EQ(errors, QStringList{"O servidor fechou a conexão."});
     EXPECT_EQ(column(page.messages(), "id"), idOf(3)) << "back again";
+}
+
+TEST_F(MailPageModelTest, TouchesNothingInAnInboxThatWasNumberedAfresh)
+{
+    page.select(idOf(4));
+    waitFor([this] { return !page.isLoading(); });
+    QStringList errors;
+    mail.onError = [&](const QString &text) { errors << text; };
+    page.trash();
+    waitFor([this] { return !page.isLoading(); });
+    ServerScript other = MailScripts::connected();
+    other.answers("SELECT \"INBOX\"", {"* OK [UIDVALIDITY 2]"}); // and no UID MOVE
+    desktop.servers.scripts = {other};
+    desktop.scheduler.advance(5s);
+    waitFor([&] { return !errors.isEmpty(); });
+    EXPECT_TRUE(errors.front().startsWith("O servidor renumerou a caixa de entrada"));
+    EXPECT_EQ(column(page.messages(), "id"), idOf(4) + u' ' + idOf(3)) << "back again";
 }
 
 TEST_F(MailPageModelTest, SaysWhatIsWrongWithAnAddress)

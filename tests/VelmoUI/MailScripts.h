@@ -32,7 +32,7 @@ inline ServerScript connected()
 inline ServerScript errand(const QByteArray &command, const QByteArrayList &lines = {})
 {
     ServerScript script = connected();
-    script.answers("SELECT \"INBOX\"");
+    script.answers("SELECT \"INBOX\"", {"* OK [UIDVALIDITY 1]"});
     script.answers(command, lines);
     return script.answers("LOGOUT");
 }

@@ -2,8 +2,6 @@
 
 #include "VelmoCore/Foundation/SystemScheduler.h"
 
-#include <QAbstractEventDispatcher>
-
 #include <latch>
 
 namespace velmo {

@@ -1,10 +1,8 @@
 #include "VelmoUI/Modules/Mail/MailPageModel.h"
 
-#include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Mail/MailURLs.h"
 #include "VelmoSystem/Ports/FileViewer.h"
-#include "VelmoSystem/Ports/Pasteboard.h"
 
 #include <QPointer>
 #include <QRegularExpression>
@@ -47,8 +45,8 @@ bool namesAnotherHost(const QString &text, const QUrl &url)
 } // namespace
 
 MailPageModel::MailPageModel(const MailServices &services, PanelPort &panel)
-    : m_mail(services.mail), m_fileViewer(services.fileViewer), m_pasteboard(services.pasteboard),
-      m_activity(services.activity), m_scheduler(services.scheduler),
+    : m_mail(services.mail), m_fileViewer(services.fileViewer), m_scheduler(services.scheduler),
+      m_codes(services.mail, services.pasteboard, services.activity, services.scheduler),
       m_accounts(services.mail, services.fileViewer)
 {
     connect(&m_mail, &MailService::messagesChanged, this, &MailPageModel::update);
@@ -253,15 +251,8 @@ void MailPageModel::openOutside()
 
 void MailPageModel::copyCode()
 {
-    const MailMessage *message = selected();
-    if (!message || !message->code)
-        return;
-    m_pasteboard.write({.text = message->code, .isSecret = true});
-    m_mail.useSignIn(MailMessage(*message));
-    m_activity.post(ActivityEvent::make(m_scheduler.now(), QStringLiteral("doc.on.doc"),
-                                        QStringLiteral("Código copiado"), FeedbackStyle::success,
-                                        QStringLiteral("mail")),
-                    ActivityCenter::Presentation::transientOnly);
+    if (const MailMessage *message = selected())
+        m_codes.copy(MailMessage(*message));
 }
 
 void MailPageModel::openLink(const QString &address)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoSystem/Mail/LoginCodes.h"
 #include "VelmoUI/Modules/Frame/ModulePage.h"
 #include "VelmoUI/Modules/Frame/PanelPort.h"
 #include "VelmoUI/Modules/Mail/MailAccountsModel.h"
@@ -103,9 +104,8 @@ private:
 
     MailService &m_mail;
     FileViewer &m_fileViewer;
-    Pasteboard &m_pasteboard;
-    ActivityCenter &m_activity;
     Scheduler &m_scheduler;
+    LoginCodes m_codes;
     MailAccountsModel m_accounts;
     RecordListModel<MailRow> m_rows;
     RecordListModel<MailLinkRow> m_links;
