@@ -1,6 +1,6 @@
 #include "VelmoSystem/Verbs/TimerVerbs.h"
 
-#include "VelmoCore/Timers/DurationText.h"
+#include "VelmoCore/Foundation/DurationText.h"
 
 #include <QJsonObject>
 

@@ -173,12 +173,18 @@ TEST(DueText, ReadsDaysAndTimes)
         {u"dia 20 14h", local(2026, 12, 20, 14, 0)},
         {u"no dia 20", local(2026, 12, 20, 9, 0)},
         {u"dia 31", local(2026, 12, 31, 9, 0)},
+        {u"às 16", local(2026, 11, 20, 16, 0)},
+        {u"hoje às 8 e meia da noite", local(2026, 11, 20, 20, 30)},
+        {u"amanhã 3h da tarde", local(2026, 11, 21, 15, 0)},
+        {u"1º de maio às 9 horas", local(2027, 5, 1, 9, 0)},
+        {u"20 de março de 2028", local(2028, 3, 20, 9, 0)},
+        {u"1/2/28 14h30min", local(2028, 2, 1, 14, 30)},
     };
     for (const auto &[text, due] : cases)
         EXPECT_EQ(dueFromText(text, now), due) << QString::fromUtf16(text).toStdString();
-    for (const char16_t *text :
-         {u"", u"comprar", u"25h", u"31/2", u"9", u"em breve", u"amanhã 9:60", u"dia 32", u"dia",
-          u"mais tarde", u"semana", u"próxima", u"daqui a pouco"})
+    for (const char16_t *text : {u"", u"comprar", u"25h", u"31/2", u"9", u"em breve",
+                                 u"amanhã 9:60", u"dia 32", u"dia", u"mais tarde", u"dia 20 e meia",
+                                 u"às 31", u"31 de abril", u"semana", u"próxima", u"daqui a pouco"})
         EXPECT_EQ(dueFromText(text, now), std::nullopt) << QString::fromUtf16(text).toStdString();
 }
 

@@ -1,6 +1,6 @@
 #include "VelmoCore/Timers/TimerCenter.h"
 
-#include "VelmoCore/Timers/DurationText.h"
+#include "VelmoCore/Foundation/DurationText.h"
 
 #include "tests/support/ManualScheduler.h"
 #include "tests/support/Printers.h"

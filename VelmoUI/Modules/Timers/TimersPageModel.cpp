@@ -1,7 +1,7 @@
 #include "VelmoUI/Modules/Timers/TimersPageModel.h"
 
+#include "VelmoCore/Foundation/DurationText.h"
 #include "VelmoCore/Foundation/Words.h"
-#include "VelmoCore/Timers/DurationText.h"
 
 #include <algorithm>
 #include <cmath>

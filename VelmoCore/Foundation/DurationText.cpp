@@ -1,4 +1,4 @@
-#include "VelmoCore/Timers/DurationText.h"
+#include "VelmoCore/Foundation/DurationText.h"
 
 #include <QRegularExpression>
 
