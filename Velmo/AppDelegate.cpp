@@ -161,7 +161,9 @@ void AppDelegate::fillCallbacks()
     services.openModule = [this](const QString &moduleID) {
         m_coordinator->open({.module = moduleID});
     };
+    services.openRoute = [this](const Route &route) { m_coordinator->open(route); };
     services.isPanelOpen = [this] { return m_coordinator->isAnyPanelOpen(); };
+    services.isPanelShown = [this] { return m_coordinator->isAnyPanelShown(); };
     services.openFilesInNotch = [this](const std::vector<QUrl> &urls) {
         m_coordinator->openFiles(urls);
     };

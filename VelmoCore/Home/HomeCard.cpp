@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <span>
 
 namespace velmo {
 
@@ -35,11 +34,7 @@ const Facts &of(HomeCard card)
     return *std::ranges::find(facts, card, &Facts::card);
 }
 
-/// What stands on a page: how wide it is best, and how wide at least.
-struct Item {
-    double wanted;
-    double least;
-};
+using HomeLayout::Item;
 using Items = std::span<const Item>;
 
 double total(Items items, double Item::*width, double gap)
@@ -127,6 +122,13 @@ QString HomeCards::name(HomeCard card)
     return QString::fromLatin1(boost::describe::enum_to_string(card, ""));
 }
 
+std::optional<HomeCard> HomeCards::find(const QString &name)
+{
+    HomeCard card{};
+    const bool isKnown = boost::describe::enum_from_string(name.toUtf8().constData(), card);
+    return isKnown ? std::optional(card) : std::nullopt;
+}
+
 std::optional<QString> HomeCards::moduleID(HomeCard card)
 {
     const char16_t *id = of(card).moduleID;
@@ -170,42 +172,32 @@ std::vector<HomeCard> HomeCards::shown(const std::set<HomeCard> &available,
     return cards;
 }
 
-double HomeLayout::idealWidth(const std::vector<HomeCard> &cards, bool hasWelcome)
+HomeLayout::Item HomeLayout::item(HomeCard card)
 {
-    double width = margins + (hasWelcome ? welcomeWidth + roomByCard : 0);
-    for (const HomeCard card : cards)
-        width += HomeCards::width(card) + roomByCard;
+    const double wanted = HomeCards::width(card);
+    return {wanted, std::min(wanted, leastCardWidth)};
+}
+
+double HomeLayout::idealWidth(std::span<const Item> items)
+{
+    double width = margins;
+    for (const Item &item : items)
+        width += item.wanted + roomByCard;
     return width;
 }
 
-std::vector<HomeLayout::Page> HomeLayout::pages(const std::vector<HomeCard> &cards, bool hasWelcome,
-                                                double width, double gap)
+std::vector<HomeLayout::Place> HomeLayout::places(std::span<const Item> items, double width,
+                                                  double gap)
 {
-    std::vector<Item> items;
-    if (hasWelcome)
-        items.push_back({welcomeWidth, welcomeWidth});
-    for (const HomeCard card : cards) {
-        const double wanted = HomeCards::width(card);
-        items.push_back({wanted, std::min(wanted, leastCardWidth)});
-    }
-    std::vector<Page> pages;
-    auto next = cards.begin();
-    std::size_t first = 0;
+    std::vector<Place> places;
+    int page = 0;
     for (const std::size_t end : pageEnds(items, width, gap)) {
-        const auto widths = shared(std::span(items).subspan(first, end - first), width, gap);
-        Page &page = pages.emplace_back();
-        for (std::size_t index = first; index < end; ++index) {
-            const double own = widths[index - first];
-            if (hasWelcome && index == 0)
-                page.welcomeWidth = own;
-            else
-                page.cards.push_back({*next++, own});
-        }
-        first = end;
+        const std::size_t first = places.size();
+        for (const double own : shared(items.subspan(first, end - first), width, gap))
+            places.push_back({page, own});
+        ++page;
     }
-    if (pages.empty())
-        pages.emplace_back();
-    return pages;
+    return places;
 }
 
 int HomeLayout::iconColumns(int count, double width, double height, double largest)

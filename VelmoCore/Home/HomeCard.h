@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <set>
+#include <span>
 #include <vector>
 
 namespace velmo {
@@ -30,6 +31,7 @@ namespace HomeCards {
 
 /// As stored in the settings.
 QString name(HomeCard card);
+std::optional<HomeCard> find(const QString &name);
 /// The module that stands behind the card; nothing for `favorites`.
 std::optional<QString> moduleID(HomeCard card);
 /// What the user calls it.
@@ -56,31 +58,29 @@ inline constexpr double welcomeWidth = 280;
 /// How far a card shrinks before another page is made, unless it is narrower anyway.
 inline constexpr double leastCardWidth = 150;
 
+/// Something on a page: how wide it is best, and how wide at least, in points.
+struct Item {
+    double wanted = 0;
+    double least = 0;
+};
+
 struct Place {
-    HomeCard card = HomeCard::favorites;
+    int page = 0;
     double width = 0; ///< points, whole ones
 
     bool operator==(const Place &) const = default;
 };
-BOOST_DESCRIBE_STRUCT(Place, (), (card, width))
+BOOST_DESCRIBE_STRUCT(Place, (), (page, width))
 
-/// Cards side by side.
-struct Page {
-    double welcomeWidth = 0; ///< of the welcome card before the others; 0 where it isn't
-    std::vector<Place> cards;
-
-    bool operator==(const Page &) const = default;
-};
-BOOST_DESCRIBE_STRUCT(Page, (), (welcomeWidth, cards))
+Item item(HomeCard card);
 
 /// The width that Home asks for, in points.
-double idealWidth(const std::vector<HomeCard> &cards, bool hasWelcome);
+double idealWidth(std::span<const Item> items);
 
-/// Which of the cards stand on which page of that width, `gap` apart, and how wide: on as few pages
-/// as hold them shrunk, about as much on each, none alone where it can be helped. A page's cards
-/// fill it from side to side. The welcome card doesn't shrink. Never empty.
-std::vector<Page> pages(const std::vector<HomeCard> &cards, bool hasWelcome, double width,
-                        double gap);
+/// On which page of that width each of the items stands, `gap` apart, and how wide: on as few pages
+/// as hold them shrunk, about as much on each, none alone where it can be helped. What is on a page
+/// fills it from side to side.
+std::vector<Place> places(std::span<const Item> items, double width, double gap);
 
 /// In how many columns so many icons become largest within `largest`, fewest rows first.
 int iconColumns(int count, double width, double height, double largest);

@@ -8,7 +8,6 @@ namespace velmo {
 namespace {
 
 constexpr Seconds newsAge = 1'800s;
-constexpr Seconds signInAge = 600s;
 
 void sortByDate(std::vector<MailMessage> &messages)
 {

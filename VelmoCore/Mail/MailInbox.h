@@ -13,6 +13,8 @@ namespace velmo {
 /// from a server is brought to it.
 class MailInbox {
 public:
+    /// How long a login is offered.
+    static constexpr Seconds signInAge = 600s;
     /// Of each account.
     static constexpr std::size_t mostMessages = 25;
 

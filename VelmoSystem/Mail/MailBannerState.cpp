@@ -4,14 +4,19 @@
 
 namespace velmo {
 
+const MailMessage &MailBannerState::foremost(const std::vector<MailMessage> &messages)
+{
+    const auto rank = [](const MailMessage &message) {
+        return std::pair(message.isSignIn(), message.date);
+    };
+    return *std::ranges::max_element(messages, {}, rank);
+}
+
 void MailBannerState::show(const std::vector<MailMessage> &messages)
 {
     if (messages.empty())
         return;
-    const auto rank = [](const MailMessage &message) {
-        return std::pair(message.isSignIn(), message.date);
-    };
-    m_message = *std::ranges::max_element(messages, {}, rank);
+    m_message = foremost(messages);
     m_moreCount = int(messages.size()) - 1;
     dismissLater();
     Q_EMIT changed();

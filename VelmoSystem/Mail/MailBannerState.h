@@ -21,7 +21,10 @@ public:
 
     explicit MailBannerState(Scheduler &scheduler) : m_scheduler(scheduler) {}
 
-    /// Of several the newest sign-in, else the newest. They take the place of what shows.
+    /// The newest sign-in of several messages, else the newest.
+    static const MailMessage &foremost(const std::vector<MailMessage> &messages);
+
+    /// Shows the foremost of them in place of what shows.
     void show(const std::vector<MailMessage> &messages);
     void dismiss();
     /// While the pointer is on it, it stays.

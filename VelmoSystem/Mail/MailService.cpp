@@ -27,6 +27,7 @@ MailService::MailService(const std::optional<QString> &path, const DataFiles &fi
     : m_scheduler(scheduler), m_servers(servers), m_network(network), m_workspace(workspace),
       m_file(path, files, scheduler, {QStringLiteral("E-mail")}, [this] { return m_accounts; })
 {
+    connect(this, &MailService::messagesChanged, this, &MailService::updateSignIns);
     m_file.load([this](std::vector<MailAccount> kept) {
         for (MailAccount &account : kept)
             m_accounts.push_back(std::move(account));
@@ -465,7 +466,22 @@ void MailService::runErrand(const MailErrand::Task &task, Tested finished)
 void MailService::useSignIn(const MailMessage &message)
 {
     m_inbox.useSignIn(message);
-    Q_EMIT signInsChanged();
+    updateSignIns();
+}
+
+/// Again when the first of them gets too old.
+void MailService::updateSignIns()
+{
+    const Date now = m_scheduler.now();
+    QStringList ids;
+    std::optional<Date> end;
+    for (const MailMessage &message : recentSignIns(now)) {
+        ids << message.id();
+        end = std::min(end.value_or(Date::max()), message.date + MailInbox::signInAge);
+    }
+    m_signInEnd = end ? m_scheduler.at(*end, [this] { updateSignIns(); }) : ScheduledTask();
+    if (std::exchange(m_signIns, ids) != ids)
+        Q_EMIT signInsChanged();
 }
 
 } // namespace velmo

@@ -95,6 +95,7 @@ Q_SIGNALS:
     void accountsChanged();
     void statusChanged();
     void messagesChanged();
+    /// Another login can be offered, or one no more.
     void signInsChanged();
 
 private:
@@ -129,6 +130,7 @@ private:
     void reportError(const std::optional<IMAPError> &error);
     std::optional<QString> target(Action action, const Uuid &account) const;
     void store(const MailAccount &account);
+    void updateSignIns();
 
     Scheduler &m_scheduler;
     ServerAccess &m_servers;
@@ -142,6 +144,8 @@ private:
     std::map<Uuid, Date> m_lastChecks;
     std::map<QString, Pending> m_pending; ///< by message
     QString m_lastPending;                ///< one of them, or none any more
+    QStringList m_signIns;                ///< ids of those to offer
+    ScheduledTask m_signInEnd;
     std::set<Uuid> m_working;
     bool m_isStarted = false;
     bool m_wasPathSatisfied = true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VelmoCore/Foundation/Scheduler.h"
+#include "VelmoCore/Notch/Route.h"
 #include "VelmoSystem/Ports/NotificationServer.h"
 
 #include <functional>
@@ -18,25 +19,34 @@ public:
 
     SystemNotifier(NotificationServer &server, Scheduler &scheduler);
 
-    /// Shows it now, in place of what waits or shows under the identifier. `moduleID` is the module
-    /// that a click opens; empty for the panel as it was.
-    void send(const QString &identifier, const Notification &notification, const QString &moduleID);
+    /// What a button of a notification does.
+    using Act = std::function<void(const QString &action)>;
+
+    /// Shows it now, in place of what waits or shows under the identifier. A click goes to `route`.
+    void send(
+        const QString &identifier, const Notification &notification, const Route &route,
+        const Act &act = [](const QString &) {});
     /// At `date` by the wall clock, or at once if that is over; what fell due during sleep or by a
     /// setting of the clock comes right then.
     /// Replaces what waits under the same identifier.
     void schedule(const QString &identifier, const Notification &notification, Date date,
-                  const QString &moduleID);
+                  const Route &route);
     /// Forgets what waits or shows under the identifier.
     void cancel(const QString &identifier);
 
     /// Set once at start.
-    std::function<void(const QString &moduleID)> onActivated = [](const QString &) {};
+    std::function<void(const Route &)> onActivated = [](const Route &) {};
 
 private:
+    struct Shown {
+        Route route;
+        Act act;
+    };
+
     NotificationServer &m_server;
     Scheduler &m_scheduler;
     std::map<QString, ScheduledTask> m_pending;
-    std::map<QString, QString> m_modules; ///< of what shows
+    std::map<QString, Shown> m_shown;
 };
 
 } // namespace velmo

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <vector>
+
 namespace velmo {
 
 /// The desktop's notification bubbles.
@@ -12,9 +14,18 @@ class NotificationServer : public QObject {
 public:
     using QObject::QObject;
 
+    /// A button.
+    struct Action {
+        QString id;
+        QString title;
+
+        bool operator==(const Action &) const = default;
+    };
+
     struct Notification {
         QString title;
         QString body;
+        std::vector<Action> actions = {}; ///< where the desktop shows buttons
 
         bool operator==(const Notification &) const = default;
     };
@@ -24,8 +35,8 @@ public:
     virtual void withdraw(const QString &identifier) = 0;
 
 Q_SIGNALS:
-    /// The user clicked it.
-    void activated(const QString &identifier);
+    /// The user clicked it, or one of its buttons; `action` is empty for itself.
+    void activated(const QString &identifier, const QString &action);
     /// It shows no more, or never did.
     void closed(const QString &identifier);
     /// Nobody shows notifications; the reason is for the log.

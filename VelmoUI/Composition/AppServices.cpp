@@ -17,7 +17,9 @@
 #include "VelmoSystem/Input/GlobalHotKeyCenter.h"
 #include "VelmoSystem/Input/HotKeyController.h"
 #include "VelmoSystem/Mail/MailBannerState.h"
+#include "VelmoSystem/Mail/MailNotices.h"
 #include "VelmoSystem/Mail/MailService.h"
+#include "VelmoSystem/Mail/SignIns.h"
 #include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Permissions/PermissionsCenter.h"
 #include "VelmoSystem/Shelf/ShelfMover.h"
@@ -83,7 +85,10 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
       mail(std::make_unique<MailService>(appPaths.supportFile(QStringLiteral("mail-accounts.json")),
                                          files, desktop.scheduler, desktop.servers, desktop.network,
                                          desktop.workspace)),
+      signIns(std::make_unique<SignIns>(*mail, desktop.pasteboard, desktop.fileViewer, *activity,
+                                        desktop.scheduler)),
       mailBanner(std::make_unique<MailBannerState>(desktop.scheduler)),
+      mailNotices(std::make_unique<MailNotices>(*notifier, *signIns)),
       modules(std::make_unique<ModuleRegistry>()),
       m_retention(settings->observe([this](const AppSettings &before, const AppSettings &after) {
           if (before.activityRetentionDays == after.activityRetentionDays)
@@ -119,7 +124,7 @@ PanelServices AppServices::panels()
         .modules = *modules,
         .files = files,
         .drop = {*shelf, *shelfMover, *dropUndo, *actionRunner, *tools},
-        .mail = {*mailBanner, *mail},
+        .mail = {*mailBanner, *signIns},
         .openSettings = [this](std::optional<SettingsPane> pane) { openSettings(pane); },
     };
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoCore/Notch/Route.h"
 #include "VelmoCore/Settings/SettingsPane.h"
 #include "VelmoCore/Storage/AppPaths.h"
 #include "VelmoCore/Storage/DataFiles.h"
@@ -27,6 +28,7 @@ class HotKeyController;
 class JobCenter;
 class LaunchAtLoginService;
 class MailBannerState;
+class MailNotices;
 class MailService;
 class ModuleRegistry;
 class NotesStore;
@@ -34,6 +36,7 @@ class PermissionsCenter;
 class SettingsStore;
 class ShelfMover;
 class ShelfStore;
+class SignIns;
 class SystemNotifier;
 class TimerCenter;
 class ToolsSelection;
@@ -89,14 +92,18 @@ public:
     const std::unique_ptr<ToolsSelection> tools;
     const std::unique_ptr<ToolsWork> toolsWork;
     const std::unique_ptr<MailService> mail;
+    const std::unique_ptr<SignIns> signIns;
     const std::unique_ptr<MailBannerState> mailBanner;
+    const std::unique_ptr<MailNotices> mailNotices;
     const std::unique_ptr<ModuleRegistry> modules; ///< goes first
 
     /// Views and services call upward through these only. Until the panels exist they do nothing.
     std::function<void(std::optional<SettingsPane>)> openSettings = [](auto) {};
     std::function<void()> showNotch = [] {};
     std::function<void(const QString &moduleID)> openModule = [](const QString &) {};
+    std::function<void(const Route &)> openRoute = [](const Route &) {};
     std::function<bool()> isPanelOpen = [] { return false; };
+    std::function<bool()> isPanelShown = [] { return false; };
     std::function<void()> openSearch = [] {};
     std::function<void(const std::vector<QUrl> &)> openFilesInNotch = [](const auto &) {};
     std::function<void()> openRadial = [] {};

@@ -68,8 +68,8 @@ const std::array modules = {
             ClipboardVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
                 return std::make_unique<MailModule>(
-                    MailServices{*all.mail, *all.activity, all.platform.fileViewer,
-                                 all.platform.pasteboard, all.platform.scheduler});
+                    MailServices{*all.mail, *all.signIns, *all.activity, all.platform.fileViewer,
+                                 all.platform.scheduler});
             },
             MailVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {

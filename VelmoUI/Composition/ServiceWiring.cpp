@@ -7,6 +7,7 @@
 #include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoSystem/Mail/MailBannerState.h"
+#include "VelmoSystem/Mail/MailNotices.h"
 #include "VelmoSystem/Mail/MailService.h"
 #include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Ports/FileViewer.h"
@@ -22,12 +23,7 @@ void start(AppServices &services)
         services.activity->postFailure(QStringLiteral("Não foi possível abrir"),
                                        QStringLiteral("files"), description);
     };
-    services.notifier->onActivated = [&services](const QString &moduleID) {
-        if (moduleID.isEmpty())
-            services.showNotch();
-        else
-            services.openModule(moduleID);
-    };
+    services.notifier->onActivated = [&services](const Route &route) { services.openRoute(route); };
     services.jobs->onOutputs = [&services](const std::vector<QUrl> &urls) {
         services.shelf->adoptOutputs(urls);
     };
@@ -35,7 +31,10 @@ void start(AppServices &services)
         const AppSettings &settings = services.settings->settings();
         if (!settings.mailNotifications || services.isPanelOpen())
             return;
-        services.mailBanner->show(messages);
+        if (services.isPanelShown())
+            services.mailBanner->show(messages);
+        else
+            services.mailNotices->show(messages, settings.mailShowsPreview);
         if (settings.mailSound)
             services.platform.sounds.play(SystemSound::tink);
     };

@@ -2,18 +2,14 @@
 
 #include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoSystem/Mail/MailBannerState.h"
-#include "VelmoSystem/Mail/MailService.h"
-#include "VelmoSystem/Ports/FileViewer.h"
-#include "VelmoSystem/Ports/Platform.h"
+#include "VelmoSystem/Mail/SignIns.h"
 #include "VelmoUI/Notch/NotchViewModel.h"
 #include "VelmoUI/Notch/PanelServices.h"
 
 namespace velmo {
 
 MailBanner::MailBanner(NotchViewModel &model, const PanelServices &services)
-    : m_model(model), m_services(services),
-      m_codes(services.mail.service, services.platform.pasteboard, services.activity,
-              services.platform.scheduler)
+    : m_model(model), m_services(services)
 {
     connect(&services.mail.banner, &MailBannerState::changed, this, &MailBanner::update);
     update();
@@ -55,16 +51,13 @@ QString MailBanner::spoken() const
 
 void MailBanner::copyCode()
 {
-    m_codes.copy(m_message);
+    m_services.mail.signIns.copyCode(m_message);
     dismiss();
 }
 
 void MailBanner::openLink()
 {
-    if (!m_message.signInLink)
-        return;
-    m_services.platform.fileViewer.open(*m_message.signInLink);
-    m_services.mail.service.useSignIn(m_message);
+    m_services.mail.signIns.openLink(m_message);
     dismiss();
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VelmoCore/Mail/MailMessage.h"
-#include "VelmoSystem/Mail/LoginCodes.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -54,7 +53,6 @@ private:
 
     NotchViewModel &m_model;
     const PanelServices &m_services;
-    LoginCodes m_codes;
     MailMessage m_message; ///< the last one, also while it fades out
     int m_moreCount = 0;
 };

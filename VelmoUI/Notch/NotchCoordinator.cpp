@@ -141,6 +141,12 @@ bool NotchCoordinator::isAnyPanelOpen() const
                                [](const auto &entry) { return entry.second->model().isOpen(); });
 }
 
+bool NotchCoordinator::isAnyPanelShown() const
+{
+    return std::ranges::any_of(m_controllers,
+                               [](const auto &entry) { return entry.second->isVisible(); });
+}
+
 QString NotchCoordinator::statusText() const
 {
     QJsonArray displays;

@@ -38,6 +38,8 @@ public:
     bool isUserHidden() const { return m_isUserHidden; }
     void setUserHidden(bool hidden);
     bool isAnyPanelOpen() const;
+    /// Whether the user sees a panel, open or collapsed.
+    bool isAnyPanelShown() const;
 
     /// One JSON object: `hidden`; `displays`, each with `id`, `name`, `visible`, `presentation`,
     /// `module` (null unless expanded), `shape` and `canvas` as [x, y, width, height] in the

@@ -12,11 +12,11 @@ class ActivityCenter;
 class DataFiles;
 class DropUndo;
 class MailBannerState;
-class MailService;
 class ModuleRegistry;
 class SettingsStore;
 class ShelfMover;
 class ShelfStore;
+class SignIns;
 class ToolsSelection;
 struct Platform;
 
@@ -32,7 +32,7 @@ struct DropServices {
 /// What shows new mail.
 struct BannerServices {
     MailBannerState &banner;
-    MailService &service;
+    SignIns &signIns;
 };
 
 /// What the panels of all screens work with.

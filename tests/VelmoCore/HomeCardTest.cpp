@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 
 namespace velmo {
 namespace {
@@ -48,7 +49,7 @@ TEST(HomeLayout, FillsAsFewPagesAsHoldItsCards)
         std::vector<std::size_t> perPage;
     };
     std::vector<Case> cases = {
-        {{}, false, 650, {0}},
+        {{}, false, 650, {}},
         {{}, true, 650, {0}},
         {{focus}, false, 650, {1}},
         {{music}, false, 10, {1}},
@@ -69,26 +70,28 @@ TEST(HomeLayout, FillsAsFewPagesAsHoldItsCards)
     for (const auto &[cards, hasWelcome, width, perPage] : cases) {
         SCOPED_TRACE(testing::Message() << cards.size() << " cards in " << width);
         std::vector<std::size_t> counts;
-        Cards order;
-        for (const auto &page : HomeLayout::pages(cards, hasWelcome, width, 8)) {
-            EXPECT_EQ(page.welcomeWidth > 0, hasWelcome && counts.empty());
-            double edge = page.welcomeWidth > 0 ? page.welcomeWidth : -8;
-            for (const auto &[card, own] : page.cards) {
-                EXPECT_GE(own, std::min({HomeCards::width(card), 150.0, width}));
-                EXPECT_EQ(own, std::floor(own));
-                edge += own + 8;
-                order.push_back(card);
-            }
-            counts.push_back(page.cards.size());
-            if (edge > 0) {
-                EXPECT_EQ(edge, width) << "from side to side";
-            }
+        std::vector<HomeLayout::Item> items;
+        if (hasWelcome)
+            items.push_back({280, 280});
+        std::ranges::transform(cards, std::back_inserter(items), HomeLayout::item);
+        const auto places = HomeLayout::places(items, width, 8);
+        ASSERT_EQ(places.size(), items.size());
+        std::map<int, double> edges;
+        for (std::size_t index = 0; index < places.size(); ++index) {
+            const auto [page, own] = places[index];
+            EXPECT_GE(own, std::min(items[index].least, width));
+            EXPECT_EQ(own, std::floor(own));
+            edges[page] += own + 8;
+            counts.resize(std::size_t(page) + 1);
+            counts[std::size_t(page)] += hasWelcome && index == 0 ? 0 : 1;
         }
+        for (const auto &[page, edge] : edges)
+            EXPECT_EQ(edge, width + 8) << "from side to side";
         EXPECT_EQ(counts, perPage);
-        EXPECT_EQ(order, cards);
     }
-    const auto shared = HomeLayout::pages({favorites, shelf}, false, 800, 8).front().cards;
-    EXPECT_EQ(shared, (std::vector<HomeLayout::Place>{{favorites, 292}, {shelf, 500}}));
+    const std::vector items{HomeLayout::item(favorites), HomeLayout::item(shelf)};
+    EXPECT_EQ(HomeLayout::places(items, 800, 8),
+              (std::vector<HomeLayout::Place>{{0, 292}, {0, 500}}));
 }
 
 TEST(HomeLayout, MakesIconsAsLargeAsTheyFit)

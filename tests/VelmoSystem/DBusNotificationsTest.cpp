@@ -70,7 +70,9 @@ protected:
     DBusNotificationsTest()
     {
         QObject::connect(&notifications, &NotificationServer::activated, &notifications,
-                         [this](const QString &identifier) { heard << "activated " + identifier; });
+                         [this](const QString &identifier, const QString &action) {
+                             heard << "activated " + identifier + action;
+                         });
         QObject::connect(&notifications, &NotificationServer::closed, &notifications,
                          [this](const QString &identifier) { heard << "closed " + identifier; });
         QObject::connect(&notifications, &NotificationServer::failed, &notifications,
@@ -168,10 +170,11 @@ TEST_F(DBusNotificationsTest, KeepsAReplacementWhoseEarlierOneIsClosed)
     Q_EMIT server.NotificationClosed(5, 2);
     server.answer(1, 6);
     Q_EMIT server.ActionInvoked(6, "default");
+    Q_EMIT server.ActionInvoked(6, "!");
     Q_EMIT server.NotificationClosed(6, 2);
     EXPECT_TRUE(DBusMock::waitFor([&] { return heard.contains("closed um"); }));
     EXPECT_EQ(server.calls, (QStringList{"0 A ", "5 B "}));
-    EXPECT_EQ(heard, (QStringList{"activated um", "closed um"}));
+    EXPECT_EQ(heard, (QStringList{"activated um", "activated um!", "closed um"}));
 }
 
 TEST_F(DBusNotificationsTest, StartsAnewWithANewServer)

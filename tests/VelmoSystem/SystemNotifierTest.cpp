@@ -13,13 +13,13 @@ class SystemNotifierTest : public testing::Test {
 protected:
     SystemNotifierTest()
     {
-        notifier.onActivated = [this](const QString &id) { opened.append(id); };
+        notifier.onActivated = [this](const Route &route) { opened.append(route.module); };
     }
 
     void schedule(const char16_t *identifier, const char16_t *title, Seconds delay)
     {
         notifier.schedule(QString::fromUtf16(identifier), {QString::fromUtf16(title), {}},
-                          scheduler.now() + delay, u"notes"_qs);
+                          scheduler.now() + delay, {.module = u"notes"_qs});
     }
     QStringList shown() const
     {
@@ -54,11 +54,12 @@ TEST_F(SystemNotifierTest, FollowsTheWallClockWhenItIsSet)
 TEST_F(SystemNotifierTest, OpensTheModuleOfAClickedNotification)
 {
     schedule(u"a", u"agora", 0s);
-    Q_EMIT server.activated(u"a"_qs);
-    Q_EMIT server.activated(u"outro"_qs);
+    Q_EMIT server.activated(u"a"_qs, {});
+    Q_EMIT server.activated(u"outro"_qs, {});
+    Q_EMIT server.activated(u"a"_qs, u"copy"_qs);
     EXPECT_EQ(opened, QStringList(u"notes"_qs));
     Q_EMIT server.closed(u"a"_qs);
-    Q_EMIT server.activated(u"a"_qs);
+    Q_EMIT server.activated(u"a"_qs, {});
     EXPECT_EQ(opened.size(), 1);
 }
 

@@ -8,7 +8,9 @@
 #include "VelmoUI/Modules/Frame/ModuleRegistry.h"
 #include "VelmoUI/Modules/Home/FavoritesModel.h"
 #include "VelmoUI/Modules/Home/HomeCardSources.h"
+#include "VelmoUI/Modules/Mail/SignInsModel.h"
 
+#include "tests/VelmoUI/MailScripts.h"
 #include "tests/VelmoUI/PanelFixture.h"
 #include "tests/support/Printers.h"
 #include "tests/support/Warnings.h"
@@ -56,6 +58,16 @@ protected:
         coordinator.open();
         QCoreApplication::processEvents();
     }
+    /// Opens Home, which a new mail with a code waits for.
+    void receiveCode()
+    {
+        desktop.servers.scripts = MailScripts::newAccount();
+        services.mail->add(MailAccount::make(u"ana@example.org"_qs, {}), u"x"_qs,
+                           [](const auto &) {});
+        while (services.mail->messages().empty())
+            desktop.scheduler.runPosted();
+        open();
+    }
     HomePageModel &page()
     {
         const QVariant content = view().rootObject()->property("content");
@@ -99,6 +111,32 @@ TEST_F(HomePageModelTest, BringsWhatMattersNowToTheFront)
     EXPECT_EQ(shownCards().front(), u"favorites");
     services.notes->addTask(u"ler"_qs, desktop.scheduler.now() - 1s);
     EXPECT_EQ(shownCards().front(), u"notes");
+}
+
+TEST_F(HomePageModelTest, OffersALoginUntilItIsUsed)
+{
+    receiveCode();
+    const int withOffer = width();
+    EXPECT_EQ(column(page().cards(), "id").front(), u"mail.offer");
+    page().askAbout(u"mail.offer"_qs);
+    EXPECT_EQ(column(page().commands(), "title"),
+              (QStringList{u"Abrir E-mail"_qs, u"Escolher cartões"_qs}));
+    auto *offer = field(page().cards(), 0, "content").value<QObject *>();
+    auto &card = dynamic_cast<SignInsModel &>(*offer);
+    EXPECT_EQ(column(card.signIns(), "code"), QStringList{u"482913"_qs}) << "sent twice";
+    card.use(column(card.signIns(), "id").front());
+    EXPECT_EQ(desktop.pasteboard.written.text, u"482913");
+    EXPECT_EQ(column(page().cards(), "id").front(), u"favorites");
+    EXPECT_EQ(withOffer - width(), 250 + 10);
+}
+
+TEST_F(HomePageModelTest, OffersNoOldLogin)
+{
+    receiveCode();
+    desktop.scheduler.advance(599s);
+    EXPECT_EQ(column(page().cards(), "id").front(), u"mail.offer");
+    desktop.scheduler.advance(1s);
+    EXPECT_EQ(column(page().cards(), "id").front(), u"favorites");
 }
 
 TEST_F(HomePageModelTest, MakesThePanelAsWideAsItsCards)

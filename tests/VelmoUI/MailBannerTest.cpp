@@ -19,6 +19,8 @@ protected:
         addModules();
         ServiceWiring::start(services);
         services.isPanelOpen = [this] { return coordinator.isAnyPanelOpen(); };
+        services.isPanelShown = [this] { return coordinator.isAnyPanelShown(); };
+        services.openRoute = [this](const Route &route) { coordinator.open(route); };
         coordinator.start();
     }
     void arrive(const QString &subject, const std::optional<QString> &code = {})
@@ -39,6 +41,21 @@ protected:
 
     std::uint32_t count = 0;
 };
+
+TEST_F(MailBannerTest, IsANotificationWhereNoPanelShows)
+{
+    coordinator.setUserHidden(true);
+    arrive(u"Acesso"_qs, u"482913"_qs);
+    EXPECT_FALSE(banner().isShown());
+    const NotificationServer::Notification expected{.title = u"Bia"_qs,
+                                                    .body = u"Acesso\nCódigo: 482913"_qs,
+                                                    .actions = {{u"copy"_qs, u"Copiar código"_qs}}};
+    EXPECT_EQ(desktop.notifications.shown.at(u"mail"_qs), expected);
+    Q_EMIT desktop.notifications.activated(u"mail"_qs, u"copy"_qs);
+    EXPECT_EQ(desktop.pasteboard.written.text, u"482913");
+    Q_EMIT desktop.notifications.activated(u"mail"_qs, {});
+    EXPECT_EQ(status()["displays"][0]["module"].toString(), u"mail");
+}
 
 TEST_F(MailBannerTest, ShowsAMessageForAWhile)
 {

@@ -21,7 +21,7 @@ protected:
         desktop.servers.scripts = MailScripts::newAccount();
         mail.start();
         page.accounts()->setAddress("ana@example.org");
-        page.accounts()->connectAccount("x", "", "");
+        page.accounts()->connectAccount("x");
         EXPECT_TRUE(page.accounts()->isTesting());
         waitFor([this] { return page.hasMessages(); });
     }
@@ -51,9 +51,9 @@ protected:
     FakePanelPort panel;
     MailService mail{std::nullopt,    files,           desktop.scheduler,
                      desktop.servers, desktop.network, desktop.workspace};
-    MailPageModel page{
-        MailServices{mail, activity, desktop.fileViewer, desktop.pasteboard, desktop.scheduler},
-        panel};
+    SignIns signIns{mail, desktop.pasteboard, desktop.fileViewer, activity, desktop.scheduler};
+    MailPageModel page{MailServices{mail, signIns, activity, desktop.fileViewer, desktop.scheduler},
+                       panel};
 };
 
 TEST_F(MailPageModelTest, ShowsAMessageAndWhereItsLinksReallyLead)
@@ -81,6 +81,20 @@ TEST_F(MailPageModelTest, ShowsAMessageAndWhereItsLinksReallyLead)
     EXPECT_EQ(desktop.pasteboard.written.text, "482913");
     EXPECT_TRUE(desktop.pasteboard.written.isSecret);
     EXPECT_TRUE(mail.recentSignIns(desktop.scheduler.now()).empty()) << "used";
+}
+
+TEST_F(MailPageModelTest, LoadsOnlyWhereTheUserStops)
+{
+    page.select(idOf(4));
+    page.select(idOf(3));
+    page.select(idOf(4)); // whose load is under way
+    page.select(idOf(3));
+    desktop.servers.scripts = {
+        MailScripts::errand("UID FETCH 4 (UID BODY.PEEK[]<0.8388608>)", {MailScripts::fetched(4)}),
+        MailScripts::errand("UID FETCH 3 (UID BODY.PEEK[]<0.8388608>)", {MailScripts::fetched(3)})};
+    waitFor([this] { return !page.isLoading(); });
+    EXPECT_TRUE(page.text().contains("482913"));
+    EXPECT_TRUE(desktop.servers.scripts.empty());
 }
 
 TEST_F(MailPageModelTest, MovesAMessageAwayOnceItCannotComeBack)
@@ -137,16 +151,16 @@ TEST_F(MailPageModelTest, SaysWhatIsWrongWithAnAddress)
 {
     auto &accounts = *page.accounts();
     accounts.setAddress("ana");
-    accounts.connectAccount("x", "", "");
+    accounts.connectAccount("x");
     EXPECT_TRUE(accounts.issue().startsWith("Digite o endereço"));
     accounts.setAddress("bia@exemplo.com.br");
     EXPECT_TRUE(accounts.needsServer());
     EXPECT_EQ(accounts.guessedHost(), "imap.exemplo.com.br");
-    accounts.connectAccount("", "", "");
+    accounts.connectAccount("");
     EXPECT_EQ(accounts.issue(), "Digite a senha.");
     accounts.connectAccount("x", "", "70000");
     EXPECT_EQ(accounts.issue(), "A porta vai de 1 a 65535.");
-    accounts.connectAccount("x", "", "");
+    accounts.connectAccount("x");
     waitFor([&] { return !accounts.isTesting(); });
     EXPECT_EQ(accounts.issue(), "O servidor fechou a conexão.");
     EXPECT_EQ(mail.accounts().size(), 1);

@@ -164,6 +164,7 @@ public:
     /// The snippet on the banner and the sounds.
     QString newMail()
     {
+        services.isPanelShown = [] { return true; };
         MailMessage message;
         message.snippet = u"Oi"_qs;
         services.mail->onNewMail({message});

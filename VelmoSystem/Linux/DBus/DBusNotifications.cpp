@@ -79,8 +79,8 @@ void DBusNotifications::notificationClosed(uint id, uint)
 void DBusNotifications::actionInvoked(uint id, const QString &action)
 {
     const auto identifier = identifierOf(id);
-    if (identifier && action == defaultAction)
-        Q_EMIT activated(*identifier);
+    if (identifier)
+        Q_EMIT activated(*identifier, action == defaultAction ? QString() : action);
 }
 
 void DBusNotifications::call(const QString &method, const QVariantList &arguments,
@@ -137,12 +137,15 @@ void DBusNotifications::notify(const QString &identifier)
     Shown &shown = m_shown.at(identifier);
     const Notification notification = *std::exchange(shown.next, std::nullopt);
     shown.isAsking = true;
+    QStringList actions{defaultAction, QStringLiteral("Abrir")};
+    for (const Action &action : notification.actions)
+        actions << action.id << action.title;
     constexpr int serversChoice = -1;
     call(QStringLiteral("Notify"),
          {QStringLiteral("Orvane"), shown.id, QString(application), notification.title,
           m_takesMarkup.value_or(false) ? notification.body.toHtmlEscaped() : notification.body,
-          QStringList{defaultAction, QStringLiteral("Abrir")},
-          QVariantMap{{QStringLiteral("desktop-entry"), QString(application)}}, serversChoice},
+          actions, QVariantMap{{QStringLiteral("desktop-entry"), QString(application)}},
+          serversChoice},
          [this, identifier](const QDBusMessage &answer) { answered(identifier, answer); });
 }
 

@@ -40,6 +40,14 @@ public:
         std::function<bool()> isActive = [] { return false; }; ///< whether it matters now
     };
 
+    /// A card that stands before the others on Home for as long as there is something in it.
+    struct Offer {
+        QString title;
+        double width = 0;                      ///< points
+        std::function<View(PanelPort &)> make; ///< as of a card
+        std::function<bool()> isShown;
+    };
+
     /// A section of a pane of the settings, whose QML takes what `make` gives as `model`.
     struct SettingsSection {
         SettingsPane pane = SettingsPane::modules;
@@ -62,6 +70,7 @@ public:
     virtual View makeView(PanelPort &panel) = 0;
 
     virtual std::vector<Card> cards() { return {}; }
+    virtual std::optional<Offer> offer() { return std::nullopt; }
     virtual std::vector<SettingsSection> settings() { return {}; }
     /// Where a global shortcut leads.
     virtual std::map<HotKeyAction, Route> hotKeys() const { return {}; }
@@ -77,7 +86,7 @@ public:
     virtual void start() {}
 
 Q_SIGNALS:
-    /// Another of its cards matters now.
+    /// Another of its cards matters now, or its offer came or went.
     void cardsChanged();
     void issuesChanged();
     /// Of one of its nouns, as "clipboard"; `what` as "items".

@@ -28,4 +28,26 @@ std::vector<NotchModule::Card> HomeCardSources::shown() const
     return shown;
 }
 
+std::vector<std::pair<const NotchModule *, NotchModule::Offer>> HomeCardSources::offers() const
+{
+    std::vector<std::pair<const NotchModule *, NotchModule::Offer>> offers;
+    for (NotchModule *module : modules.visible(settings.settings())) {
+        if (auto offer = module->offer(); offer && offer->isShown())
+            offers.emplace_back(module, std::move(*offer));
+    }
+    return offers;
+}
+
+std::vector<HomeLayout::Item> HomeCardSources::items() const
+{
+    std::vector<HomeLayout::Item> items;
+    if (hasWelcome())
+        items.push_back({HomeLayout::welcomeWidth, HomeLayout::welcomeWidth});
+    for (const auto &[module, offer] : offers())
+        items.push_back({offer.width, offer.width});
+    for (const NotchModule::Card &card : shown())
+        items.push_back(HomeLayout::item(card.card));
+    return items;
+}
+
 } // namespace velmo

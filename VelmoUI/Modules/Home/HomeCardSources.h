@@ -14,6 +14,11 @@ struct HomeCardSources {
     std::vector<NotchModule::Card> all() const;
     /// Those to show, in order.
     std::vector<NotchModule::Card> shown() const;
+    /// What the modules offer before them, by module.
+    std::vector<std::pair<const NotchModule *, NotchModule::Offer>> offers() const;
+    bool hasWelcome() const { return !settings.settings().hasCompletedOnboarding; }
+    /// What Home lays out: the welcome card, the offers, the cards.
+    std::vector<HomeLayout::Item> items() const;
 };
 
 } // namespace velmo

@@ -24,10 +24,7 @@ HomeModule::HomeModule(SettingsStore &settings, ModuleRegistry &modules, HotKeyC
 
 std::optional<double> HomeModule::contentWidth() const
 {
-    std::vector<HomeCard> cards;
-    for (const Card &card : m_sources.shown())
-        cards.push_back(card.card);
-    return HomeLayout::idealWidth(cards, !m_sources.settings.settings().hasCompletedOnboarding);
+    return HomeLayout::idealWidth(m_sources.items());
 }
 
 NotchModule::View HomeModule::makeView(PanelPort &panel)

@@ -53,7 +53,7 @@ void HomePageModel::setPageIndex(int index)
 
 bool HomePageModel::hasWelcome() const
 {
-    return !m_settings.settings().hasCompletedOnboarding;
+    return m_sources.hasWelcome();
 }
 
 int HomePageModel::hoverBehavior() const
@@ -93,11 +93,12 @@ void HomePageModel::openModule(const QString &id)
 
 const NotchModule *HomePageModel::moduleOf(const QString &card) const
 {
-    HomeCard known{};
-    if (!boost::describe::enum_from_string(card.toUtf8().constData(), known))
+    const auto &rows = m_cards.records();
+    const auto row = std::ranges::find(rows, card, &HomeCardRow::id);
+    if (row == rows.end())
         return nullptr;
     const auto modules = m_sources.modules.visible(m_settings.settings());
-    const auto found = std::ranges::find(modules, HomeCards::moduleID(known), &NotchModule::id);
+    const auto found = std::ranges::find(modules, row->module, &NotchModule::id);
     return found == modules.end() ? nullptr : *found;
 }
 
@@ -107,8 +108,9 @@ void HomePageModel::askAbout(const QString &card)
     if (const auto *module = moduleOf(card))
         commands.push_back({openCommand(), QStringLiteral("Abrir %1").arg(module->title()),
                             module->symbol(), QString()});
-    commands.push_back(
-        {hideCommand(), QStringLiteral("Ocultar cartão"), QStringLiteral("eye.slash"), QString()});
+    if (HomeCards::find(card))
+        commands.push_back({hideCommand(), QStringLiteral("Ocultar cartão"),
+                            QStringLiteral("eye.slash"), QString()});
     commands.push_back({chooseCommand(), QStringLiteral("Escolher cartões"),
                         QStringLiteral("square.grid.2x2"), QString()});
     m_commands.setRecords(commands);
@@ -158,12 +160,13 @@ void HomePageModel::watchCards()
         row.content->setWatched(isWatched() && row.page == m_pageIndex);
 }
 
-const NotchModule::View &HomePageModel::view(const NotchModule::Card &card)
+const NotchModule::View &
+HomePageModel::view(const QString &id, const std::function<NotchModule::View(PanelPort &)> &make)
 {
-    const auto [place, isNew] = m_views.try_emplace(card.card);
+    const auto [place, isNew] = m_views.try_emplace(id);
     if (!isNew)
         return place->second;
-    place->second = card.make(m_panel);
+    place->second = make(m_panel);
     if (const auto *favorites = qobject_cast<FavoritesModel *>(place->second.page.get()))
         connect(favorites, &FavoritesModel::pickingChanged, this, &HomePageModel::pickingChanged);
     return place->second;
@@ -171,7 +174,7 @@ const NotchModule::View &HomePageModel::view(const NotchModule::Card &card)
 
 FavoritesModel *HomePageModel::picking() const
 {
-    const auto view = m_views.find(HomeCard::favorites);
+    const auto view = m_views.find(HomeCards::name(HomeCard::favorites));
     auto *favorites =
         view == m_views.end() ? nullptr : qobject_cast<FavoritesModel *>(view->second.page.get());
     return favorites && favorites->isPicking() ? favorites : nullptr;
@@ -185,26 +188,32 @@ void HomePageModel::update()
 
 void HomePageModel::layOut()
 {
-    const std::vector<NotchModule::Card> sources = m_sources.shown();
-    std::vector<HomeCard> cards;
-    std::ranges::transform(sources, std::back_inserter(cards), &NotchModule::Card::card);
-    // Before QML has said how wide it is, everything stands on one page.
-    const double width = m_width > 0 ? m_width : HomeLayout::idealWidth(cards, hasWelcome());
-    const auto pages = HomeLayout::pages(cards, hasWelcome(), width, m_gap);
     std::vector<HomeCardRow> rows;
-    for (int page = 0; page < int(pages.size()); ++page) {
-        for (const auto &[card, cardWidth] : pages[std::size_t(page)].cards) {
-            const QString id = HomeCards::name(card);
-            const auto source = std::ranges::find(sources, card, &NotchModule::Card::card);
-            const auto &[qml, content] = view(*source);
-            rows.push_back({id, HomeCards::title(card), cardWidth, page, qml, content.get(),
-                            HomeCards::moduleID(card).value_or(QString())});
-        }
+    const auto add = [&](const QString &id, const QString &title, const QString &module,
+                         const std::function<NotchModule::View(PanelPort &)> &make) {
+        const auto &[qml, content] = view(id, make);
+        rows.push_back(
+            {.id = id, .title = title, .source = qml, .content = content.get(), .module = module});
+    };
+    for (const auto &[module, offer] : m_sources.offers())
+        add(module->id() + QStringLiteral(".offer"), offer.title, module->id(), offer.make);
+    for (const NotchModule::Card &card : m_sources.shown())
+        add(HomeCards::name(card.card), HomeCards::title(card.card),
+            HomeCards::moduleID(card.card).value_or(QString()), card.make);
+
+    const auto items = m_sources.items();
+    // Before QML has said how wide it is, everything stands on one page.
+    const double width = m_width > 0 ? m_width : HomeLayout::idealWidth(items);
+    const auto places = HomeLayout::places(items, width, m_gap);
+    m_welcomeWidth = hasWelcome() ? places.front().width : 0;
+    auto place = places.end() - std::ptrdiff_t(rows.size());
+    for (HomeCardRow &row : rows) {
+        row.page = place->page;
+        row.width = place++->width;
     }
-    m_cards.setRecords(rows);
-    m_welcomeWidth = pages.front().welcomeWidth;
-    m_pageCount = int(pages.size());
+    m_pageCount = places.empty() ? 1 : places.back().page + 1;
     m_pageIndex = std::min(m_pageIndex, m_pageCount - 1);
+    m_cards.setRecords(rows);
     watchCards();
     updateTips();
     Q_EMIT changed();

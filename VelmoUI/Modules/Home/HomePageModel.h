@@ -98,7 +98,9 @@ private:
     void watch(bool isWatched) override;
     /// Cards on the page on show are watched.
     void watchCards();
-    const NotchModule::View &view(const NotchModule::Card &card);
+    /// Of the row with that id.
+    const NotchModule::View &view(const QString &id,
+                                  const std::function<NotchModule::View(PanelPort &)> &make);
     /// What stands behind the card and can be gone to; null for none.
     const NotchModule *moduleOf(const QString &card) const;
     void hide(const QString &card);
@@ -110,7 +112,7 @@ private:
     SettingsStore &m_settings;
     HotKeyController &m_hotKeys;
     PanelPort &m_panel;
-    std::map<HomeCard, NotchModule::View> m_views;
+    std::map<QString, NotchModule::View> m_views; ///< by the row's id
     RecordListModel<HomeCardRow> m_cards;
     RecordListModel<PageCommand> m_commands;
     RecordListModel<HomeTip> m_tips;

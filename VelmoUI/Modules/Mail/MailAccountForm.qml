@@ -9,7 +9,7 @@ FocusScope {
     required property MailAccountsModel model
 
     function submit() {
-        model.connectAccount(password.text, server.text, port.text);
+        model.connectAccount(password.text, server.text, port.text, username.text);
     }
 
     implicitHeight: rows.height
@@ -24,6 +24,7 @@ FocusScope {
             password.text = "";
             server.text = "";
             port.text = "";
+            username.text = "";
         }
     }
 
@@ -62,16 +63,23 @@ FocusScope {
 
             TextEntry {
                 id: server
-                width: (parent.width - Theme.grid) * 0.75
+                width: (parent.width - 2 * Theme.grid) * 0.45
                 name: "Servidor IMAP"
                 placeholder: form.model.guessedHost
                 onAccepted: form.submit()
             }
             TextEntry {
                 id: port
-                width: (parent.width - Theme.grid) * 0.25
+                width: (parent.width - 2 * Theme.grid) * 0.15
                 name: "Porta"
                 placeholder: "993"
+                onAccepted: form.submit()
+            }
+            TextEntry {
+                id: username
+                width: (parent.width - 2 * Theme.grid) * 0.4
+                name: "Usuário"
+                placeholder: form.model.address
                 onAccepted: form.submit()
             }
         }

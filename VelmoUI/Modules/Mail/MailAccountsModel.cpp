@@ -86,7 +86,7 @@ void MailAccountsModel::openPasswordPage()
 }
 
 void MailAccountsModel::connectAccount(const QString &password, const QString &host,
-                                       const QString &port)
+                                       const QString &port, const QString &username)
 {
     if (m_isTesting)
         return;
@@ -104,10 +104,12 @@ void MailAccountsModel::connectAccount(const QString &password, const QString &h
         setIssue(QStringLiteral("A porta vai de 1 a 65535."));
         return;
     }
-    const auto given = host.trimmed().isEmpty() ? std::nullopt : std::optional(host.trimmed());
+    const auto given = [](const QString &text) {
+        return text.trimmed().isEmpty() ? std::nullopt : std::optional(text.trimmed());
+    };
     m_isTesting = true;
     setIssue({});
-    m_mail.add(MailAccount::make(m_address, {given, number, {}}), password,
+    m_mail.add(MailAccount::make(m_address, {given(host), number, given(username)}), password,
                [page = QPointer(this)](const MailService::Problem &problem) {
                    if (!page)
                        return;

@@ -57,8 +57,8 @@ public:
 
     Q_INVOKABLE void openPasswordPage();
     /// Tries, and keeps what works. `connected` says that it did.
-    Q_INVOKABLE void connectAccount(const QString &password, const QString &host,
-                                    const QString &port);
+    Q_INVOKABLE void connectAccount(const QString &password, const QString &host = {},
+                                    const QString &port = {}, const QString &username = {});
     Q_INVOKABLE void remove(const QString &id);
 
 Q_SIGNALS:

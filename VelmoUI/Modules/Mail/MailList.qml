@@ -10,11 +10,18 @@ Item {
 
     ListView {
         id: rows
+
+        readonly property int leastRow: 3 * Theme.controlHeight / 2
+        // No row is cut: those that fit share the height.
+        readonly property int fitting: Math.max(1, Math.floor((height + spacing) / (leastRow + spacing)))
+        readonly property int rowHeight: Math.floor((height + spacing) / fitting) - spacing
+
         width: parent.width
         height: parent.height - (foot.visible ? foot.height + Theme.grid : 0)
         spacing: Theme.grid
         clip: true
         boundsBehavior: Flickable.StopAtBounds
+        snapMode: ListView.SnapToItem
         activeFocusOnTab: count > 0
         focus: true
         model: list.page.messages
@@ -35,7 +42,7 @@ Item {
             required property string spoken
 
             width: ListView.view.width
-            height: 3 * Theme.controlHeight / 2
+            height: rows.rowHeight
             name: spoken
             onActiveFocusChanged: if (activeFocus)
                 ListView.view.currentIndex = index

@@ -4,6 +4,7 @@
 #include "VelmoSystem/Verbs/MailVerbs.h"
 #include "VelmoUI/Modules/Mail/MailAccountsModel.h"
 #include "VelmoUI/Modules/Mail/MailPageModel.h"
+#include "VelmoUI/Modules/Mail/SignInsModel.h"
 
 #include <QJsonArray>
 
@@ -21,11 +22,25 @@ QUrl qml(const char *name)
 MailModule::MailModule(const MailServices &services) : m_services(services)
 {
     MailVerbs::connectChanges(services.mail, this, contentListener());
+    connect(&services.mail, &MailService::signInsChanged, this, &NotchModule::cardsChanged);
 }
 
 NotchModule::View MailModule::makeView(PanelPort &panel)
 {
     return {qml("MailPage.qml"), std::make_unique<MailPageModel>(m_services, panel)};
+}
+
+std::optional<NotchModule::Offer> MailModule::offer()
+{
+    constexpr double width = 250;
+    return Offer{
+        .title = QStringLiteral("Entrar"),
+        .width = width,
+        .make = [this](PanelPort &) -> View {
+            return {qml("SignInsCard.qml"), std::make_unique<SignInsModel>(m_services)};
+        },
+        .isShown =
+            [this] { return !m_services.mail.recentSignIns(m_services.scheduler.now()).empty(); }};
 }
 
 std::vector<NotchModule::SettingsSection> MailModule::settings()

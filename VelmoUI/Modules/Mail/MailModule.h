@@ -14,6 +14,7 @@ public:
     QString title() const override { return QStringLiteral("E-mail"); }
     QString symbol() const override { return QStringLiteral("envelope.fill"); }
     View makeView(PanelPort &panel) override;
+    std::optional<Offer> offer() override;
     std::vector<SettingsSection> settings() override;
     std::vector<Verb> verbs() override;
     QJsonValue status() const override;

@@ -46,8 +46,7 @@ bool namesAnotherHost(const QString &text, const QUrl &url)
 
 MailPageModel::MailPageModel(const MailServices &services, PanelPort &panel)
     : m_mail(services.mail), m_fileViewer(services.fileViewer), m_scheduler(services.scheduler),
-      m_codes(services.mail, services.pasteboard, services.activity, services.scheduler),
-      m_accounts(services.mail, services.fileViewer)
+      m_signIns(services.signIns), m_accounts(services.mail, services.fileViewer)
 {
     connect(&m_mail, &MailService::messagesChanged, this, &MailPageModel::update);
     connect(&m_accounts, &MailAccountsModel::changed, this, &MailPageModel::changed);
@@ -103,18 +102,31 @@ void MailPageModel::select(const QString &id)
     m_problem.clear();
     m_links.setRecords({});
     update();
+    load();
+}
+
+/// One message at a time: who runs through the list connects only for where they end.
+void MailPageModel::load()
+{
     const MailMessage *message = selected();
-    if (!message)
+    if (!message || m_isFetching)
         return;
-    m_mail.fetchWhole(*message, [page = QPointer(this), id](const std::optional<ParsedMail> &whole,
-                                                            const QString &problem) {
-        if (!page || page->m_selected != id)
-            return;
-        page->m_whole = whole;
-        page->m_problem = problem;
-        page->updateLinks();
-        Q_EMIT page->changed();
-    });
+    m_isFetching = true;
+    m_mail.fetchWhole(
+        *message, [page = QPointer(this), id = m_selected](const std::optional<ParsedMail> &whole,
+                                                           const QString &problem) {
+            if (!page)
+                return;
+            page->m_isFetching = false;
+            if (page->m_selected != id) {
+                page->load();
+                return;
+            }
+            page->m_whole = whole;
+            page->m_problem = problem;
+            page->updateLinks();
+            Q_EMIT page->changed();
+        });
 }
 
 void MailPageModel::updateLinks()
@@ -167,6 +179,17 @@ QString MailPageModel::code() const
 {
     const MailMessage *message = selected();
     return message ? message->code.value_or(QString()) : QString();
+}
+
+QString MailPageModel::signInHost() const
+{
+    const MailMessage *message = selected();
+    if (!message || message->code || !message->signInLink)
+        return {};
+    const QString address = QString::fromUtf8(message->signInLink->toEncoded());
+    const auto &links = m_links.records();
+    const auto link = std::ranges::find(links, address, &MailLinkRow::id);
+    return link == links.end() || link->isFalse ? QString() : link->title;
 }
 
 bool MailPageModel::canArchive() const
@@ -252,15 +275,22 @@ void MailPageModel::openOutside()
 void MailPageModel::copyCode()
 {
     if (const MailMessage *message = selected())
-        m_codes.copy(MailMessage(*message));
+        m_signIns.copyCode(MailMessage(*message));
+}
+
+void MailPageModel::signIn()
+{
+    if (const MailMessage *message = selected())
+        m_signIns.openLink(MailMessage(*message));
 }
 
 void MailPageModel::openLink(const QString &address)
 {
     const MailMessage *message = selected();
     if (message && message->signInLink && message->signInLink->toEncoded() == address.toUtf8())
-        m_mail.useSignIn(MailMessage(*message));
-    m_fileViewer.open(QUrl::fromEncoded(address.toUtf8()));
+        signIn();
+    else
+        m_fileViewer.open(QUrl::fromEncoded(address.toUtf8()));
 }
 
 } // namespace velmo

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VelmoSystem/Mail/LoginCodes.h"
+#include "VelmoSystem/Mail/SignIns.h"
 #include "VelmoUI/Modules/Frame/ModulePage.h"
 #include "VelmoUI/Modules/Frame/PanelPort.h"
 #include "VelmoUI/Modules/Mail/MailAccountsModel.h"
@@ -54,6 +54,8 @@ class MailPageModel : public velmo::ModulePage {
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY changed)
     Q_PROPERTY(bool isUnread READ isUnread NOTIFY changed)
     Q_PROPERTY(QString code READ code NOTIFY changed)
+    /// Where the link to sign in leads to; empty without one, and where the message names another.
+    Q_PROPERTY(QString signInHost READ signInHost NOTIFY changed)
     Q_PROPERTY(bool canArchive READ canArchive NOTIFY changed)
     Q_PROPERTY(bool canOpen READ canOpen NOTIFY changed)
     Q_PROPERTY(QString undoTitle READ undoTitle NOTIFY changed) ///< empty if nothing can come back
@@ -77,6 +79,7 @@ public:
     bool isLoading() const { return hasSelection() && !m_whole && m_problem.isEmpty(); }
     bool isUnread() const;
     QString code() const;
+    QString signInHost() const;
     bool canArchive() const;
     bool canOpen() const;
     QString undoTitle() const;
@@ -90,6 +93,7 @@ public:
     Q_INVOKABLE void reply();
     Q_INVOKABLE void openOutside();
     Q_INVOKABLE void copyCode();
+    Q_INVOKABLE void signIn();
     Q_INVOKABLE void openLink(const QString &address);
 
 Q_SIGNALS:
@@ -98,6 +102,7 @@ Q_SIGNALS:
 private:
     void watch(bool isWatched) override;
     void update();
+    void load();
     void updateLinks();
     void move(MailService::Action action);
     const MailMessage *selected() const { return m_mail.find(m_selected); }
@@ -105,11 +110,12 @@ private:
     MailService &m_mail;
     FileViewer &m_fileViewer;
     Scheduler &m_scheduler;
-    LoginCodes m_codes;
+    SignIns &m_signIns;
     MailAccountsModel m_accounts;
     RecordListModel<MailRow> m_rows;
     RecordListModel<MailLinkRow> m_links;
     QString m_selected;
+    bool m_isFetching = false;
     std::optional<ParsedMail> m_whole; ///< of the selected message
     QString m_problem;                 ///< why there is none
 };

@@ -6,14 +6,14 @@ namespace velmo {
 
 class ActivityCenter;
 class FileViewer;
-class Pasteboard;
+class SignIns;
 
 /// What the Mail module works with. All of it outlives the module.
 struct MailServices {
     MailService &mail;
+    SignIns &signIns;
     ActivityCenter &activity;
     FileViewer &fileViewer;
-    Pasteboard &pasteboard;
     Scheduler &scheduler;
 };
 

@@ -105,6 +105,12 @@ FocusScope {
                 textColor: Theme.accent
                 onTriggered: sheet.page.copyCode()
             }
+            ActionButton {
+                visible: sheet.page.signInHost.length > 0
+                name: "Entrar em " + sheet.page.signInHost
+                textColor: Theme.accent
+                onTriggered: sheet.page.signIn()
+            }
             IconButton {
                 visible: sheet.page.isUnread
                 name: "Marcar como lida"

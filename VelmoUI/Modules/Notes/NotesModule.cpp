@@ -71,7 +71,7 @@ void NotesModule::remind(const TaskItem &task)
     const QString identifier = uuidText(task.id);
     m_notifier.cancel(identifier);
     if (task.due && !task.isDone && *task.due > m_services.scheduler.now())
-        m_notifier.schedule(identifier, reminder(task), *task.due, id());
+        m_notifier.schedule(identifier, reminder(task), *task.due, Route{.module = id()});
 }
 
 void NotesModule::remindOfAll()
@@ -79,7 +79,7 @@ void NotesModule::remindOfAll()
     for (const TaskItem &task : m_notes.tasks())
         remind(task);
     for (const TaskItem &task : m_notes.takeMissedReminders())
-        m_notifier.send(uuidText(task.id), reminder(task), id());
+        m_notifier.send(uuidText(task.id), reminder(task), Route{.module = id()});
 }
 
 } // namespace velmo

@@ -88,7 +88,7 @@ void TimersModule::announce(const Announcement &announcement)
     if (m_settings.settings().timerSoundEnabled)
         m_sounds.play(SystemSound::glass);
     m_notifier.send(id() + u'.' + uuidText(makeUuid()), {announcement.title, announcement.detail},
-                    id());
+                    Route{.module = id()});
 }
 
 } // namespace velmo

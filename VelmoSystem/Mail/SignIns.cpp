@@ -1,18 +1,20 @@
-#include "VelmoSystem/Mail/LoginCodes.h"
+#include "VelmoSystem/Mail/SignIns.h"
 
 #include "VelmoCore/Activity/ActivityCenter.h"
 #include "VelmoSystem/Mail/MailService.h"
+#include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoSystem/Ports/Pasteboard.h"
 
 namespace velmo {
 
-LoginCodes::LoginCodes(MailService &mail, Pasteboard &pasteboard, ActivityCenter &activity,
-                       Scheduler &scheduler)
-    : m_mail(mail), m_pasteboard(pasteboard), m_activity(activity), m_scheduler(scheduler)
+SignIns::SignIns(MailService &mail, Pasteboard &pasteboard, FileViewer &fileViewer,
+                 ActivityCenter &activity, Scheduler &scheduler)
+    : m_mail(mail), m_pasteboard(pasteboard), m_fileViewer(fileViewer), m_activity(activity),
+      m_scheduler(scheduler)
 {
 }
 
-void LoginCodes::copy(const MailMessage &message)
+void SignIns::copyCode(const MailMessage &message)
 {
     if (!message.code)
         return;
@@ -22,6 +24,14 @@ void LoginCodes::copy(const MailMessage &message)
                                         QStringLiteral("Código copiado"), FeedbackStyle::success,
                                         QStringLiteral("mail")),
                     ActivityCenter::Presentation::transientOnly);
+}
+
+void SignIns::openLink(const MailMessage &message)
+{
+    if (!message.signInLink)
+        return;
+    m_fileViewer.open(*message.signInLink);
+    m_mail.useSignIn(message);
 }
 
 } // namespace velmo
