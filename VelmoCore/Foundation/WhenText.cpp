@@ -132,7 +132,7 @@ QDate day(const QString &text, QDate today)
 {
     static const QRegularExpression later(
         QStringLiteral(R"(^(?:em|daqui a|dentro de)\s+(\d{1,3}|uma?)\s+(dia|semana)s?$)"));
-    static const QRegularExpression numbered(QStringLiteral(R"(^(?:no\s+)?dia\s+(.+)$)"));
+    static const QRegularExpression numbered(QStringLiteral(R"(^(?:n?o\s+)?dia\s+(.+)$)"));
     if (text == u"hoje")
         return today;
     if (text == u"amanha")
@@ -161,10 +161,12 @@ std::optional<Seconds> duration(const QString &text)
     static const QRegularExpression two(QStringLiteral(R"(^duas(?=\s))"));
     static const QRegularExpression half(QStringLiteral(R"((?<=h|hora|horas)\s+e\s+meia$)"));
     static const QRegularExpression with(QStringLiteral(R"((?<=h|hora|horas)\s+e\s+(?=\d))"));
+    static const QRegularExpression hours(QStringLiteral(R"((?<=\d)\s*hs\b)"));
     if (text == u"meia hora")
         return 30min;
     QString plain = text;
     plain.replace(one, QStringLiteral("1")).replace(two, QStringLiteral("2"));
+    plain.replace(hours, QStringLiteral("h"));
     plain.replace(half, QStringLiteral(" 30 min")).replace(with, QStringLiteral(" "));
     return durationFromText(plain);
 }
