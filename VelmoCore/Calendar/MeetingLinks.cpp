@@ -64,7 +64,7 @@ std::optional<MeetingLink> MeetingLinks::first(const std::vector<std::optional<Q
     for (const auto &text : texts) {
         if (!text || text->isEmpty())
             continue;
-        if (const auto link = firstIn(*text))
+        if (auto link = firstIn(*text))
             return link;
     }
     return std::nullopt;
