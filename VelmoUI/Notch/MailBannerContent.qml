@@ -22,9 +22,9 @@ Item {
 
     Item {
         x: 2 * Theme.cardPadding
-        y: layer.content.notchHeight + Theme.grid
+        y: layer.content.hasCutout ? layer.content.notchHeight + Theme.grid : Theme.margin
         width: parent.width - 2 * x
-        height: parent.height - y - 2 * Theme.grid
+        height: parent.height - y - (layer.content.hasCutout ? 2 * Theme.grid : Theme.margin)
 
         Column {
             width: parent.width - actions.width - Theme.gap

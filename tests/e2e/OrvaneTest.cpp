@@ -165,7 +165,7 @@ void OrvaneTest::pressHotKey()
 void OrvaneTest::type(const QString &text)
 {
     for (const QChar letter : text) {
-        const bool isShifted = letter.isUpper() || letter == u'_' || letter == u':';
+        const bool isShifted = letter.isUpper() || QStringView(u"_:@").contains(letter);
         screen.typeKey(letter.unicode(), isShifted ? std::vector<xcb_keysym_t>{XK_Shift_L}
                                                    : std::vector<xcb_keysym_t>());
     }

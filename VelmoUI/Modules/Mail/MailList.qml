@@ -3,7 +3,7 @@ import Velmo.Design
 import Velmo.Modules.Mail
 
 /// The messages, newest first, and below what isn't right with the accounts.
-Item {
+FocusScope {
     id: list
 
     required property MailPageModel page
@@ -134,10 +134,10 @@ Item {
         anchors.bottom: parent.bottom
         width: parent.width
         height: Theme.controlHeight
-        visible: undo.visible || list.page.state.length > 0
+        visible: list.page.undoTitle.length > 0 || list.page.state.length > 0
 
         Label {
-            visible: !undo.visible
+            visible: list.page.undoTitle.length === 0
             width: parent.width
             height: parent.height
             verticalAlignment: Text.AlignVCenter
@@ -146,7 +146,6 @@ Item {
             font.pixelSize: Theme.captionSize
         }
         ActionButton {
-            id: undo
             visible: list.page.undoTitle.length > 0
             name: list.page.undoTitle
             textColor: Theme.accent

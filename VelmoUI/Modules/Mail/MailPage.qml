@@ -39,6 +39,7 @@ FocusScope {
     MailList {
         id: list
         visible: view.page.accounts.hasAccounts
+        focus: visible
         width: Math.round((parent.width - Theme.gap) * 0.42)
         height: parent.height
         page: view.page
