@@ -24,6 +24,7 @@ bool isCancelled(const RawEvent &event)
 
 /// An event that is read once, however often it takes place.
 struct ReadEvent {
+    const RawEvent *event;
     ICSOccurrence occurrence; ///< the first one
     Seconds length;
     ZoneClock *clock;
@@ -33,6 +34,7 @@ struct ReadEvent {
 struct Exceptions {
     struct Override {
         const RawEvent *event = nullptr;
+        Date original;
         std::optional<ReadEvent> read; ///< once it was needed, unless cancelled
         bool isRead = false;
         bool isUsed = false;
@@ -55,7 +57,7 @@ public:
     {
     }
 
-    std::vector<ICSOccurrence> run()
+    std::vector<Instance> run()
     {
         collectOverrides();
         for (const RawEvent &event : m_feed.events) {
@@ -94,6 +96,7 @@ private:
             if (!override.event)
                 m_order.emplace_back(exceptions.get(), dateOf(*original));
             override.event = &event;
+            override.original = dateOf(*original);
         }
     }
 
@@ -102,7 +105,7 @@ private:
         const auto start = read(event, u"DTSTART");
         if (!start)
             return std::nullopt;
-        ReadEvent found{{}, start->allDay ? 86400s : 0s, start->clock};
+        ReadEvent found{&event, {}, start->allDay ? 86400s : 0s, start->clock};
         const auto end = read(event, u"DTEND");
         if (end && end->time > start->time)
             found.length = Seconds(double(end->time - start->time));
@@ -181,7 +184,7 @@ private:
             if (override)
                 addOverride(*override);
             else
-                add(*master, date);
+                add(*master, date, recurs ? std::optional(date) : std::nullopt);
         }
         if (exceptions)
             exceptions->excluded.merge(excluded);
@@ -195,7 +198,7 @@ private:
                 readTexts(*override.event, override.read->occurrence);
         }
         if (override.read)
-            add(*override.read, override.read->occurrence.start);
+            add(*override.read, override.read->occurrence.start, override.original);
     }
 
     bool isInWindow(const ReadEvent &event, Date start) const
@@ -203,13 +206,14 @@ private:
         return start + event.length > m_from && start < m_to;
     }
 
-    void add(const ReadEvent &event, Date start)
+    void add(const ReadEvent &event, Date start, const std::optional<Date> &original)
     {
         if (!isInWindow(event, start))
             return;
-        ICSOccurrence &found = m_found.emplace_back(event.occurrence);
-        found.start = start;
-        found.end = start + event.length;
+        m_found.push_back({event.occurrence, event.event, original});
+        Instance &found = m_found.back();
+        found.occurrence.start = start;
+        found.occurrence.end = start + event.length;
     }
 
     const Feed &m_feed;
@@ -220,14 +224,23 @@ private:
     Effort m_effort;
     QHash<QString, std::shared_ptr<Exceptions>> m_exceptions; ///< by UID
     std::vector<std::pair<Exceptions *, Date>> m_order;       ///< of the overrides in the feed
-    std::vector<ICSOccurrence> m_found;
+    std::vector<Instance> m_found;
 };
 
 } // namespace
 
 std::vector<ICSOccurrence> occurrences(const QString &text, Date from, Date to)
 {
-    return Unrolling(parse(text), from, to).run();
+    const Feed feed = parse(text);
+    std::vector<ICSOccurrence> occurrences;
+    for (Instance &instance : instances(feed, from, to))
+        occurrences.push_back(std::move(instance.occurrence));
+    return occurrences;
+}
+
+std::vector<Instance> instances(const Feed &feed, Date from, Date to)
+{
+    return Unrolling(feed, from, to).run();
 }
 
 } // namespace velmo::ICSParser

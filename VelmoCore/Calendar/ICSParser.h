@@ -43,6 +43,14 @@ struct Feed {
     QTimeZone zone; ///< of times without one of their own
 };
 
+/// An occurrence, and what of the feed it is.
+struct Instance {
+    ICSOccurrence occurrence;
+    const RawEvent *event = nullptr; ///< of the feed: the series, or what stands for this date
+    /// Of a series: the start that the series gives the occurrence.
+    std::optional<Date> original;
+};
+
 /// A point in time as a property gives it.
 struct Moment {
     Date date;
@@ -53,6 +61,9 @@ struct Moment {
 /// All occurrences that end after `from` and start before `to`, in the order of the feed. Work is
 /// bounded: a feed made to repeat without end gives half a million dates or less.
 std::vector<ICSOccurrence> occurrences(const QString &text, Date from, Date to);
+
+/// The same of a feed that was read before, which outlives them.
+std::vector<Instance> instances(const Feed &feed, Date from, Date to);
 
 /// The feed's name for itself (X-WR-CALNAME).
 std::optional<QString> calendarName(const QString &text);

@@ -59,6 +59,23 @@ std::optional<MeetingLink> firstIn(const QString &text)
 
 } // namespace
 
+QString MeetingLinks::title(MeetingProvider provider)
+{
+    switch (provider) {
+    case MeetingProvider::googleMeet:
+        return QStringLiteral("Google Meet");
+    case MeetingProvider::zoom:
+        return QStringLiteral("Zoom");
+    case MeetingProvider::teams:
+        return QStringLiteral("Microsoft Teams");
+    case MeetingProvider::webex:
+        return QStringLiteral("Webex");
+    case MeetingProvider::facetime:
+        return QStringLiteral("FaceTime");
+    }
+    return {};
+}
+
 std::optional<MeetingLink> MeetingLinks::first(const std::vector<std::optional<QString>> &texts)
 {
     for (const auto &text : texts) {

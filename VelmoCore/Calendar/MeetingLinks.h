@@ -25,6 +25,9 @@ BOOST_DESCRIBE_STRUCT(MeetingLink, (), (provider, url))
 /// Finds links to meetings in what an event says. Takes time that grows with the texts alone.
 namespace MeetingLinks {
 
+/// The service's name for itself.
+QString title(MeetingProvider provider);
+
 /// The first link in the first text that has one; of several services in one text the first of
 /// `MeetingProvider`. An address goes on to white space, "<", ">" or a double quote, without the
 /// punctuation of a sentence at its end.
