@@ -35,7 +35,7 @@ Platform LinuxPlatform::ports()
             m_bluetooth,     m_load,      m_applications, m_permissions,
             m_notifications, m_sounds,    m_loginItem,    m_statusArea,
             m_pasteboard,    m_share,     m_thumbnailer,  m_frontApplication,
-            m_servers};
+            m_servers,       m_downloads};
 }
 
 } // namespace velmo

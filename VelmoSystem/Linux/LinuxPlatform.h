@@ -15,6 +15,7 @@
 #include "VelmoSystem/Linux/Device/NetworkManagerMonitor.h"
 #include "VelmoSystem/Linux/Device/ProcMachineLoad.h"
 #include "VelmoSystem/Linux/Device/UPowerDevices.h"
+#include "VelmoSystem/Linux/Net/HttpsDownloader.h"
 #include "VelmoSystem/Linux/Net/LinuxServerAccess.h"
 #include "VelmoSystem/Linux/X11/X11Connection.h"
 #include "VelmoSystem/Linux/X11/X11Displays.h"
@@ -71,6 +72,7 @@ private:
     X11FrontApplication m_frontApplication;
     DesktopShare m_share;
     LinuxServerAccess m_servers;
+    HttpsDownloader m_downloads{m_servers.thread(), m_scheduler};
     DesktopThumbnailer m_thumbnailer{DesktopThumbnailer::standardCacheFolder()};
 };
 

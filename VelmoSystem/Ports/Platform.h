@@ -7,6 +7,7 @@ class Applications;
 class BluetoothAdapter;
 class DesktopAppearance;
 class Displays;
+class Downloader;
 class DragPasteboard;
 class FileViewer;
 class FrontApplication;
@@ -55,6 +56,7 @@ struct Platform {
     Thumbnailer &thumbnailer;
     FrontApplication &frontApplication;
     ServerAccess &servers;
+    Downloader &downloads;
 };
 
 } // namespace velmo

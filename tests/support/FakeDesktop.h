@@ -6,6 +6,7 @@
 
 #include "tests/support/FakeDevices.h"
 #include "tests/support/FakeDisplays.h"
+#include "tests/support/FakeDownloader.h"
 #include "tests/support/FakeDragPasteboard.h"
 #include "tests/support/FakeHotKeyGrabber.h"
 #include "tests/support/FakePanelWindow.h"
@@ -76,12 +77,13 @@ public:
     FakeFrontApplication frontApplication;
     FakeThumbnailer thumbnailer;
     FakeServers servers{scheduler};
+    FakeDownloader downloads{scheduler};
     const Platform platform{
         scheduler,    displays,   pointer,      dragPasteboard, hotKeyGrabber, workspace,
         panelWindows, fileViewer, appearance,   power,          accessories,   network,
         bluetooth,    load,       applications, permissions,    notifications, sounds,
         loginItem,    statusArea, pasteboard,   share,          thumbnailer,   frontApplication,
-        servers};
+        servers,      downloads};
 };
 
 } // namespace velmo

@@ -1,7 +1,8 @@
 #include "VelmoSystem/Linux/Net/TlsStream.h"
 
+#include "VelmoSystem/Linux/Net/TlsConfiguration.h"
+
 #include <QNetworkProxy>
-#include <QSslConfiguration>
 #include <QSslError>
 
 #include <netinet/in.h>
@@ -19,20 +20,12 @@ constexpr int keepAliveInterval = 10;
 constexpr int keepAliveCount = 3;
 constexpr qint64 bufferSize = 1024 * 1024; ///< bytes that wait for us; more waits at the server
 
-QSslConfiguration configuration()
-{
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.setProtocol(QSsl::TlsV1_2OrLater);
-    configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    return configuration;
-}
-
 } // namespace
 
 TlsStream::TlsStream(QString host, int port, Scheduler &scheduler)
     : m_host(std::move(host)), m_port(port), m_scheduler(scheduler), m_socket(new QSslSocket)
 {
-    m_socket->setSslConfiguration(configuration());
+    m_socket->setSslConfiguration(tlsConfiguration());
     m_socket->setProxy(QNetworkProxy::NoProxy);
     m_socket->setReadBufferSize(bufferSize);
     QObject::connect(m_socket.get(), &QSslSocket::encrypted, [this] {
