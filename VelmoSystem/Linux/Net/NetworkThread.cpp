@@ -2,58 +2,59 @@
 
 #include "VelmoCore/Foundation/SystemScheduler.h"
 
+#include <QThread>
+
 #include <latch>
 
 namespace velmo {
 
-NetworkThread::NetworkThread()
-{
-    m_thread.setObjectName(QStringLiteral("network"));
-}
+/// Its timers belong to the thread that makes them.
+class NetworkThread::Loop : public QThread {
+public:
+    Loop()
+    {
+        setObjectName(QStringLiteral("network"));
+        start();
+        m_isReady.wait();
+    }
+    ~Loop() override
+    {
+        quit();
+        wait();
+    }
 
-NetworkThread::~NetworkThread()
-{
-    if (!m_scheduler)
-        return;
-    runAndWait([this] { m_scheduler.reset(); });
-    m_thread.quit();
-    m_thread.wait();
-}
+    Scheduler &scheduler() { return *m_scheduler; }
+
+private:
+    void run() override
+    {
+        SystemScheduler scheduler;
+        m_scheduler = &scheduler;
+        m_isReady.count_down();
+        exec();
+    }
+
+    std::latch m_isReady{1};
+    SystemScheduler *m_scheduler = nullptr;
+};
+
+NetworkThread::NetworkThread() = default;
+NetworkThread::~NetworkThread() = default;
 
 Scheduler &NetworkThread::scheduler()
 {
-    start();
-    return *m_scheduler;
+    if (!m_loop)
+        m_loop = std::make_unique<Loop>();
+    return m_loop->scheduler();
 }
 
 void NetworkThread::runAndWait(const std::function<void()> &body)
 {
-    start();
     std::latch done(1);
-    m_scheduler->post([&] {
+    scheduler().post([&] {
         body();
         done.count_down();
     });
-    done.wait();
-}
-
-void NetworkThread::start()
-{
-    if (m_scheduler)
-        return;
-    m_thread.start();
-    // Its timers belong to the thread that makes them.
-    std::latch done(1);
-    QObject maker;
-    maker.moveToThread(&m_thread);
-    QMetaObject::invokeMethod(
-        &maker,
-        [&] {
-            m_scheduler = std::make_unique<SystemScheduler>();
-            maker.moveToThread(nullptr);
-            done.count_down();
-        },
-        Qt::QueuedConnection);
     done.wait();
 }
 

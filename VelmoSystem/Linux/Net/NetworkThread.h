@@ -2,13 +2,11 @@
 
 #include "VelmoSystem/Ports/ServiceThread.h"
 
-#include <QThread>
+#include <QtGlobal>
 
 #include <memory>
 
 namespace velmo {
-
-class SystemScheduler;
 
 /// Starts when it is first used.
 class NetworkThread : public ServiceThread {
@@ -22,10 +20,9 @@ public:
     void runAndWait(const std::function<void()> &body) override;
 
 private:
-    void start();
+    class Loop;
 
-    QThread m_thread;
-    std::unique_ptr<SystemScheduler> m_scheduler; ///< lives there
+    std::unique_ptr<Loop> m_loop; ///< null before the start
 };
 
 } // namespace velmo
