@@ -324,15 +324,19 @@ QByteArray IMAPConnection::start(const QString &text)
 
 QCoro::Task<QByteArray> IMAPConnection::readResponse(Seconds limit)
 {
-    const ScheduledTask watchdog = m_scheduler.after(limit, [this] {
-        m_stream->cancel(IMAPError::connection(QStringLiteral("o servidor não respondeu a tempo")));
-    });
     try {
-        while (true) {
-            if (auto response = m_reader.next())
-                co_return *std::move(response);
+        std::optional<QByteArray> response = m_reader.next();
+        if (response) // with the one before, which saves the timer
+            co_return *std::move(response);
+        const ScheduledTask watchdog = m_scheduler.after(limit, [this] {
+            m_stream->cancel(
+                IMAPError::connection(QStringLiteral("o servidor não respondeu a tempo")));
+        });
+        while (!response) {
             m_reader.append(co_await m_stream->receive(chunk));
+            response = m_reader.next();
         }
+        co_return *std::move(response);
     } catch (const IMAPReader::TooLong &error) {
         m_stream->cancel(IMAPError::connection(error.description()));
         throw IMAPError::connection(error.description());

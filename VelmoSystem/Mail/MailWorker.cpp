@@ -143,13 +143,16 @@ QCoro::Task<> MailWorker::sync()
     const auto [low, high] = m_known.uidRange(m_account.id);
     Synced synced;
     synced.from = low;
-    synced.messages = co_await m_connection->fetchMessages(
-        QStringLiteral("%1:*").arg(std::uint64_t{high} + 1), true, m_account.id);
-    // A server gives its last message for such a set, even if that is an older one.
-    std::erase_if(synced.messages,
-                  [high = high](const MailMessage &message) { return message.uid <= high; });
     if (low != 0)
         synced.flags = co_await m_connection->flags(low);
+    // For what lies beyond its last message a server gives that one, whole. So it is asked only
+    // where the flags show more.
+    if (synced.flags.empty() || synced.flags.rbegin()->first > high) {
+        synced.messages = co_await m_connection->fetchMessages(
+            QStringLiteral("%1:*").arg(std::uint64_t{high} + 1), true, m_account.id);
+        std::erase_if(synced.messages,
+                      [high = high](const MailMessage &message) { return message.uid <= high; });
+    }
     m_known.sync(m_account.id, synced.messages, synced.flags, low);
     m_surroundings.synced(synced);
 }

@@ -98,17 +98,18 @@ TEST_F(MailWorkerTest, FollowsAnInbox)
     script.answers("FETCH 76:* " + items, {fetched(7), fetched(9)});
     script.hears("n5 IDLE").says("+").says("* 101 EXISTS").hears("DONE").says("n5 OK");
     script.tags = 5;
-    script.answers("UID FETCH 10:* " + items, {fetched(9), fetched(12)});
-    // One more arrives meanwhile, which no IDLE would announce.
-    script.answers("UID FETCH 7:* (UID FLAGS)", {"* 102 EXISTS", "* 1 FETCH (UID 7 FLAGS (\\Seen))",
-                                                 "* 2 FETCH (UID 12 FLAGS ())"});
-    script.answers("UID FETCH 13:* " + items, {fetched(13)});
     script.answers("UID FETCH 7:* (UID FLAGS)",
-                   {"* 1 FETCH (UID 7 FLAGS ())", "* 2 FETCH (UID 12 FLAGS ())",
-                    "* 3 FETCH (UID 13 FLAGS ())"});
+                   {"* 1 FETCH (UID 7 FLAGS (\\Seen))", "* 2 FETCH (UID 12 FLAGS ())"});
+    // One more arrives meanwhile, which no IDLE would announce.
+    script.answers("UID FETCH 10:* " + items, {fetched(9), fetched(12), "* 102 EXISTS"});
+    const QByteArrayList flags{"* 1 FETCH (UID 7 FLAGS ())", "* 2 FETCH (UID 12 FLAGS ())",
+                               "* 3 FETCH (UID 13 FLAGS ())"};
+    script.answers("UID FETCH 7:* (UID FLAGS)", flags);
+    script.answers("UID FETCH 13:* " + items, {fetched(13)});
     script.hears("n10 IDLE").says("+").hears("DONE").says("n10 OK");
     script.tags = 10;
-    script.answers("UID FETCH 14:* " + items);
+    script.answers("UID FETCH 7:* (UID FLAGS)", flags); // nothing new, so nothing is fetched
+    script.hears("n12 IDLE").says("+");
     scripts = {script};
     start();
     EXPECT_EQ(statuses, (QStringList{"connecting", "online"}));
@@ -116,6 +117,7 @@ TEST_F(MailWorkerTest, FollowsAnInbox)
     EXPECT_EQ(synced, (std::vector<Sync>{{{12}, {{7, true}, {12, false}}, 7},
                                          {{13}, {{7, false}, {12, false}, {13, false}}, 7}}));
     worker->refresh();
+    EXPECT_EQ(synced.size(), 3);
     worker.reset();
     EXPECT_EQ(scheduler.pendingCount(), 0u);
     EXPECT_EQ(statuses.size(), 2) << "nobody hears of the end";

@@ -43,6 +43,8 @@ std::optional<QByteArray> IMAPReader::next()
             QByteArray response = m_buffer.first(end);
             m_buffer.remove(0, end);
             m_line = m_searched = 0;
+            if (m_buffer.isEmpty())
+                m_buffer.clear(); // with the space that a longer one took
             return response;
         }
         if (*literal > longestResponse - end)
