@@ -1,6 +1,7 @@
 #include "VelmoSystem/Mail/MailWorker.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace velmo {
 
@@ -125,15 +126,21 @@ QCoro::Task<> MailWorker::follow()
     }
 }
 
+/// Rounds end at the same moments for all accounts, so that the machine wakes once for all of them.
+Seconds MailWorker::untilNextRound() const
+{
+    return roundTime - Seconds(std::fmod(m_scheduler.elapsed().count(), roundTime.count()));
+}
+
 QCoro::Task<> MailWorker::waitForNews()
 {
     if (m_connection->takeNews())
         co_return;
     if (m_connection->canIdle()) {
-        co_await m_connection->idle(roundTime);
+        co_await m_connection->idle(untilNextRound());
         co_return;
     }
-    co_await pause(roundTime);
+    co_await pause(untilNextRound());
     if (!m_isEnding)
         co_await m_connection->command(QStringLiteral("NOOP"), noopTimeout);
 }

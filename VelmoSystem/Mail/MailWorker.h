@@ -57,6 +57,7 @@ private:
     /// These throw `IMAPError`.
     QCoro::Task<> connect(QString password);
     QCoro::Task<> follow();
+    Seconds untilNextRound() const;
     QCoro::Task<> waitForNews();
     QCoro::Task<> sync();
     QCoro::Task<> pause(Seconds duration);
