@@ -8,8 +8,11 @@
 #include "tests/support/FakeServers.h"
 #include "tests/support/FakeWorkspace.h"
 #include "tests/support/MailServer.h"
+#include "tests/support/ManualScheduler.h"
 #include "tests/support/Printers.h"
 #include "tests/support/XServer.h"
+
+#include <QTcpServer>
 
 #include <gtest/gtest.h>
 
@@ -190,9 +193,19 @@ TEST_F(MailServiceTest, ComesBackAfterTheServerDoes)
         });
     }));
     server.deliver("eva", mail("Enquanto isso"));
+    QTcpServer silent; // as where a network leads nowhere
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost, quint16(server.port())));
+    int reached = 0;
+    QObject::connect(&silent, &QTcpServer::newConnection, [&] { ++reached; });
+    const auto returnToTheNetwork = [&] {
+        network.set(NetworkMonitor::Path{.isSatisfied = false});
+        network.set(NetworkMonitor::Path{.isSatisfied = true});
+    };
+    returnToTheNetwork();
+    EXPECT_TRUE(eventually([&] { return reached >= 5; }));
+    silent.close();
     server.start();
-    network.set(NetworkMonitor::Path{.isSatisfied = false});
-    network.set(NetworkMonitor::Path{.isSatisfied = true});
+    returnToTheNetwork(); // they don't wait until they give up
     for (const auto &account : accounts)
         EXPECT_TRUE(becomesOnline(account.id));
     EXPECT_EQ(announced, QStringList{"Enquanto isso"}) << "once, and none of the others";
@@ -247,6 +260,21 @@ TEST_F(MailServiceTest, KeepsItsAccounts)
     service->remove(second.id);
     EXPECT_TRUE(service->accounts().empty());
     EXPECT_TRUE(subjects().isEmpty());
+}
+
+TEST(TlsStream, GivesUpOnASilentServer)
+{
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    ManualScheduler scheduler;
+    TlsStream stream("localhost", silent.serverPort(), scheduler);
+    const auto open = stream.open();
+    EXPECT_TRUE(eventually([&] { return silent.hasPendingConnections(); }));
+    scheduler.advance(14s);
+    EXPECT_FALSE(open.isReady());
+    scheduler.advance(1s);
+    EXPECT_TRUE(open.isReady());
+    EXPECT_EQ(scheduler.pendingCount(), 0u);
 }
 
 TEST_F(MailServiceTest, TrustsNobodyElse)

@@ -163,6 +163,22 @@ TEST_F(MailWorkerTest, ComesBackLaterEachTime)
     EXPECT_EQ(connections[2] - connections[1], 3);
 }
 
+TEST_F(MailWorkerTest, NoticesADeadNetwork)
+{
+    ServerScript script = connected(0);
+    script.hears("n4 IDLE").says("+").hears("DONE"); // and nothing any more
+    scripts = {script, {}, {}, {}, {}};
+    start();
+    scheduler.advance(149s);
+    EXPECT_EQ(statuses.back(), "online");
+    scheduler.advance(1s);
+    EXPECT_EQ(statuses.back(), "Sem conexão com o servidor (o servidor não respondeu a tempo).");
+    scheduler.advance(110s); // each greeting is awaited for 20 s
+    EXPECT_EQ(connections, (std::vector<double>{0, 153, 176, 203.5, 242.25}));
+    worker.reset();
+    EXPECT_EQ(scheduler.pendingCount(), 0u);
+}
+
 TEST_F(MailWorkerTest, DoesNotHammerARefusedPassword)
 {
     scripts = {ServerScript()
