@@ -1,18 +1,11 @@
 #include "VelmoSystem/Linux/X11/X11FrontApplication.h"
 
 #include "VelmoSystem/Linux/Desktop/ApplicationIdentifiers.h"
-
-#include <QFileInfo>
+#include "VelmoSystem/Linux/X11/X11WindowTexts.h"
 
 #include <algorithm>
 
 namespace velmo {
-
-namespace {
-
-constexpr std::uint32_t longestText = 256; ///< in words of 4 bytes
-
-} // namespace
 
 X11FrontApplication::X11FrontApplication(X11Connection &connection,
                                          const Applications &applications)
@@ -26,7 +19,7 @@ std::optional<FrontApplication::Info> X11FrontApplication::current() const
         m_connection.property(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"));
     if (active.empty() || active.front() == XCB_NONE)
         return std::nullopt;
-    const QStringList all = names(active.front());
+    const QStringList all = X11WindowNames(m_connection, active.front()).read();
     if (all.isEmpty())
         return std::nullopt;
 
@@ -52,38 +45,6 @@ std::optional<Applications::Application> X11FrontApplication::entryOf(const QStr
             return entry;
     }
     return std::nullopt;
-}
-
-QStringList X11FrontApplication::names(xcb_window_t window) const
-{
-    QStringList all;
-    for (const char *property :
-         {"_KDE_NET_WM_DESKTOP_FILE", "_BAMF_DESKTOP_FILE", "_GTK_APPLICATION_ID"}) {
-        for (const QString &text : texts(window, property))
-            all.append(ApplicationIdentifiers::withoutSuffix(QFileInfo(text).fileName()));
-    }
-    // First the program's name, then the class, which is fit to be read.
-    const QStringList classes = texts(window, "WM_CLASS");
-    for (const QString &name : classes)
-        all.append(name.toLower());
-    all += classes;
-    all.removeAll(QString());
-    return all;
-}
-
-QStringList X11FrontApplication::texts(xcb_window_t window, const QByteArray &property) const
-{
-    auto *server = m_connection.handle();
-    const X11Reply<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(server,
-                               xcb_get_property(server, false, window, m_connection.atom(property),
-                                                XCB_ATOM_ANY, 0, longestText),
-                               nullptr));
-    if (!reply || reply->format != 8)
-        return {};
-    return QString::fromUtf8(static_cast<const char *>(xcb_get_property_value(reply.get())),
-                             xcb_get_property_value_length(reply.get()))
-        .split(QChar::Null, Qt::SkipEmptyParts);
 }
 
 } // namespace velmo

@@ -18,9 +18,6 @@ public:
 
 private:
     std::optional<Applications::Application> entryOf(const QStringList &names) const;
-    /// Names that may be those of its desktop entry, the surest first.
-    QStringList names(xcb_window_t window) const;
-    QStringList texts(xcb_window_t window, const QByteArray &property) const;
 
     X11Connection &m_connection;
     const Applications &m_applications;

@@ -17,6 +17,12 @@ public:
 
     std::vector<Window> windows() const override;
 
+    /// The applications' windows on all desktops, from bottom to top. The server reports changes of
+    /// their properties.
+    const std::vector<xcb_window_t> &clients() const { return m_stack; }
+    /// 0 while there is none.
+    xcb_window_t activeWindow() const { return m_activeWindow; }
+
     /// To be called when the machine woke from sleep, which the X server doesn't report.
     void wake();
 
