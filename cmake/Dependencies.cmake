@@ -9,6 +9,7 @@ if(NOT ORVANE_BUILD_FUZZERS)
     pkg_check_modules(Libsecret REQUIRED IMPORTED_TARGET libsecret-1)
     pkg_check_modules(Gio REQUIRED IMPORTED_TARGET gio-unix-2.0)
     pkg_check_modules(Canberra REQUIRED IMPORTED_TARGET libcanberra)
+    pkg_check_modules(Pulse REQUIRED IMPORTED_TARGET libpulse)
     pkg_check_modules(
         Xcb REQUIRED IMPORTED_TARGET
         xcb xcb-xinput xcb-xfixes xcb-shape xcb-xkb)
