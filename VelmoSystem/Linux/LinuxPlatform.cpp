@@ -25,17 +25,19 @@ void LinuxPlatform::startRest()
 {
     m_appearance.start();
     m_statusArea.start();
+    m_browserWindows.start();
 }
 
 Platform LinuxPlatform::ports()
 {
-    return {m_scheduler,     m_displays,  m_pointer,      m_dragPasteboard,
-            m_hotKeyGrabber, m_workspace, m_panelWindows, m_fileViewer,
-            m_appearance,    m_power,     m_accessories,  m_network,
-            m_bluetooth,     m_load,      m_applications, m_permissions,
-            m_notifications, m_sounds,    m_loginItem,    m_statusArea,
-            m_pasteboard,    m_share,     m_thumbnailer,  m_frontApplication,
-            m_servers,       m_downloads};
+    return {m_scheduler,     m_displays,  m_pointer,        m_dragPasteboard,
+            m_hotKeyGrabber, m_workspace, m_panelWindows,   m_fileViewer,
+            m_appearance,    m_power,     m_accessories,    m_network,
+            m_bluetooth,     m_load,      m_applications,   m_permissions,
+            m_notifications, m_sounds,    m_loginItem,      m_statusArea,
+            m_pasteboard,    m_share,     m_thumbnailer,    m_frontApplication,
+            m_servers,       m_downloads, m_browserWindows, m_captureDevices,
+            m_webPageButton};
 }
 
 } // namespace velmo

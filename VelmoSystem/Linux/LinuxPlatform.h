@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoSystem/Linux/DBus/AccessibleWebPageButton.h"
 #include "VelmoSystem/Linux/DBus/AppearancePortal.h"
 #include "VelmoSystem/Linux/DBus/DBusNotifications.h"
 #include "VelmoSystem/Linux/DBus/FileManagerViewer.h"
@@ -12,11 +13,13 @@
 #include "VelmoSystem/Linux/Desktop/DesktopThumbnailer.h"
 #include "VelmoSystem/Linux/Desktop/XdgAutostart.h"
 #include "VelmoSystem/Linux/Device/BlueZAdapter.h"
+#include "VelmoSystem/Linux/Device/LinuxCaptureDevices.h"
 #include "VelmoSystem/Linux/Device/NetworkManagerMonitor.h"
 #include "VelmoSystem/Linux/Device/ProcMachineLoad.h"
 #include "VelmoSystem/Linux/Device/UPowerDevices.h"
 #include "VelmoSystem/Linux/Net/HttpsDownloader.h"
 #include "VelmoSystem/Linux/Net/LinuxServerAccess.h"
+#include "VelmoSystem/Linux/X11/X11BrowserWindows.h"
 #include "VelmoSystem/Linux/X11/X11Connection.h"
 #include "VelmoSystem/Linux/X11/X11Displays.h"
 #include "VelmoSystem/Linux/X11/X11DragPasteboard.h"
@@ -74,6 +77,9 @@ private:
     LinuxServerAccess m_servers;
     HttpsDownloader m_downloads{m_servers.thread(), m_scheduler};
     DesktopThumbnailer m_thumbnailer{DesktopThumbnailer::standardCacheFolder()};
+    X11BrowserWindows m_browserWindows{m_connection, m_workspace};
+    LinuxCaptureDevices m_captureDevices{m_scheduler};
+    AccessibleWebPageButton m_webPageButton{QDBusConnection::sessionBus(), m_scheduler};
 };
 
 } // namespace velmo

@@ -5,6 +5,8 @@ namespace velmo {
 class Accessories;
 class Applications;
 class BluetoothAdapter;
+class BrowserWindows;
+class CaptureDevices;
 class DesktopAppearance;
 class Displays;
 class Downloader;
@@ -27,6 +29,7 @@ class ShareService;
 class SoundPlayer;
 class StatusArea;
 class Thumbnailer;
+class WebPageButton;
 class Workspace;
 
 /// Everything Orvane needs of the desktop it runs on. The objects outlive whoever is given this.
@@ -57,6 +60,9 @@ struct Platform {
     FrontApplication &frontApplication;
     ServerAccess &servers;
     Downloader &downloads;
+    BrowserWindows &browserWindows;
+    CaptureDevices &captureDevices;
+    WebPageButton &webPageButton;
 };
 
 } // namespace velmo

@@ -20,6 +20,7 @@
 #include "VelmoSystem/Mail/MailNotices.h"
 #include "VelmoSystem/Mail/MailService.h"
 #include "VelmoSystem/Mail/SignIns.h"
+#include "VelmoSystem/Meetings/MeetingActions.h"
 #include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Permissions/PermissionsCenter.h"
 #include "VelmoSystem/Shelf/ShelfMover.h"
@@ -66,6 +67,8 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
       timers(std::make_unique<TimerCenter>(appPaths.supportFile(QStringLiteral("timers.json")),
                                            files, desktop.scheduler, *activity,
                                            [this] { return settings->settings().pomodoro; })),
+      meetings(std::make_unique<MeetingActions>(desktop.browserWindows, desktop.captureDevices,
+                                                *activity, desktop.scheduler)),
       notes(std::make_unique<NotesStore>(appPaths.supportFile(QStringLiteral("notes.json")), files,
                                          desktop.scheduler)),
       clipboard(std::make_unique<ClipboardStore>(appPaths.supportFile(QStringLiteral("Clipboard")),

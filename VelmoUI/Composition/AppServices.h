@@ -30,6 +30,7 @@ class LaunchAtLoginService;
 class MailBannerState;
 class MailNotices;
 class MailService;
+class MeetingActions;
 class ModuleRegistry;
 class NotesStore;
 class PermissionsCenter;
@@ -80,6 +81,7 @@ public:
     const std::unique_ptr<GlobalHotKeyCenter> hotKeyCenter;
     const std::unique_ptr<HotKeyController> hotKeys;
     const std::unique_ptr<TimerCenter> timers;
+    const std::unique_ptr<MeetingActions> meetings;
     const std::unique_ptr<NotesStore> notes;
     const std::unique_ptr<ClipboardStore> clipboard;
     const std::unique_ptr<ClipboardMonitor> clipboardMonitor;

@@ -9,6 +9,7 @@
 #include "VelmoSystem/Mail/MailBannerState.h"
 #include "VelmoSystem/Mail/MailNotices.h"
 #include "VelmoSystem/Mail/MailService.h"
+#include "VelmoSystem/Meetings/MeetingActions.h"
 #include "VelmoSystem/Notifications/SystemNotifier.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoSystem/Ports/SoundPlayer.h"
@@ -41,6 +42,7 @@ void start(AppServices &services)
     // A job may have removed files, even one that failed.
     QObject::connect(services.jobs.get(), &JobCenter::runningCountChanged, services.shelf.get(),
                      &ShelfStore::lookForMissingFiles);
+    services.meetings->start();
     for (NotchModule *module : services.modules->all())
         module->start();
 }

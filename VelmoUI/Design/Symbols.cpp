@@ -114,6 +114,7 @@ constexpr std::array glyphs = {
     Glyph{u"tray.and.arrow.up", u"outbox"},
     Glyph{u"tray.full", u"inbox"},
     Glyph{u"video", u"videocam"},
+    Glyph{u"video.fill", u"videocam"},
     Glyph{u"wand.and.stars", u"auto_fix_high"},
     Glyph{u"waveform.path.ecg", u"timeline"},
     Glyph{u"wifi", u"wifi"},

@@ -9,6 +9,7 @@
 #include "tests/support/FakeDownloader.h"
 #include "tests/support/FakeDragPasteboard.h"
 #include "tests/support/FakeHotKeyGrabber.h"
+#include "tests/support/FakeMeetings.h"
 #include "tests/support/FakePanelWindow.h"
 #include "tests/support/FakePointer.h"
 #include "tests/support/FakeServers.h"
@@ -78,12 +79,15 @@ public:
     FakeThumbnailer thumbnailer;
     FakeServers servers{scheduler};
     FakeDownloader downloads{scheduler};
+    FakeBrowserWindows browserWindows;
+    FakeCaptureDevices captureDevices;
+    FakeWebPageButton webPageButton;
     const Platform platform{
-        scheduler,    displays,   pointer,      dragPasteboard, hotKeyGrabber, workspace,
-        panelWindows, fileViewer, appearance,   power,          accessories,   network,
-        bluetooth,    load,       applications, permissions,    notifications, sounds,
-        loginItem,    statusArea, pasteboard,   share,          thumbnailer,   frontApplication,
-        servers,      downloads};
+        scheduler,    displays,   pointer,        dragPasteboard, hotKeyGrabber, workspace,
+        panelWindows, fileViewer, appearance,     power,          accessories,   network,
+        bluetooth,    load,       applications,   permissions,    notifications, sounds,
+        loginItem,    statusArea, pasteboard,     share,          thumbnailer,   frontApplication,
+        servers,      downloads,  browserWindows, captureDevices, webPageButton};
 };
 
 } // namespace velmo
