@@ -1,5 +1,7 @@
 #include "VelmoSystem/Linux/LinuxPlatform.h"
 
+#include "VelmoSystem/Linux/Calendar/DefaultCalendar.h"
+
 namespace velmo {
 
 LinuxPlatform::LinuxPlatform(Scheduler &scheduler)
@@ -16,7 +18,8 @@ LinuxPlatform::LinuxPlatform(Scheduler &scheduler)
       m_statusArea(QDBusConnection::sessionBus(), m_connection),
       m_pasteboard(m_connection, scheduler),
       m_primarySelection(m_connection, scheduler, "PRIMARY", X11Pasteboard::Owners::ignored),
-      m_frontApplication(m_connection, m_applications)
+      m_frontApplication(m_connection, m_applications),
+      m_calendars(QDBusConnection::sessionBus(), scheduler, &DefaultCalendar::read)
 {
     QObject::connect(&m_sleep, &SleepMonitor::didWake, &m_workspace, &X11Workspace::wake);
 }
@@ -30,14 +33,14 @@ void LinuxPlatform::startRest()
 
 Platform LinuxPlatform::ports()
 {
-    return {m_scheduler,     m_displays,  m_pointer,        m_dragPasteboard,
-            m_hotKeyGrabber, m_workspace, m_panelWindows,   m_fileViewer,
-            m_appearance,    m_power,     m_accessories,    m_network,
-            m_bluetooth,     m_load,      m_applications,   m_permissions,
-            m_notifications, m_sounds,    m_loginItem,      m_statusArea,
-            m_pasteboard,    m_share,     m_thumbnailer,    m_frontApplication,
-            m_servers,       m_downloads, m_browserWindows, m_captureDevices,
-            m_webPageButton};
+    return {m_scheduler,      m_displays,     m_pointer,      m_dragPasteboard,
+            m_hotKeyGrabber,  m_workspace,    m_panelWindows, m_fileViewer,
+            m_appearance,     m_power,        m_accessories,  m_network,
+            m_bluetooth,      m_load,         m_applications, m_permissions,
+            m_notifications,  m_sounds,       m_loginItem,    m_statusArea,
+            m_pasteboard,     m_share,        m_thumbnailer,  m_frontApplication,
+            m_servers,        m_downloads,    m_calendars,    m_browserWindows,
+            m_captureDevices, m_webPageButton};
 }
 
 } // namespace velmo

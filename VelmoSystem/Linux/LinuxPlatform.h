@@ -1,5 +1,6 @@
 #pragma once
 
+#include "VelmoSystem/Linux/Calendar/EvolutionStore.h"
 #include "VelmoSystem/Linux/DBus/AccessibleWebPageButton.h"
 #include "VelmoSystem/Linux/DBus/AppearancePortal.h"
 #include "VelmoSystem/Linux/DBus/DBusNotifications.h"
@@ -76,6 +77,7 @@ private:
     DesktopShare m_share;
     LinuxServerAccess m_servers;
     HttpsDownloader m_downloads{m_servers.thread(), m_scheduler};
+    EvolutionStore m_calendars;
     DesktopThumbnailer m_thumbnailer{DesktopThumbnailer::standardCacheFolder()};
     X11BrowserWindows m_browserWindows{m_connection, m_workspace};
     LinuxCaptureDevices m_captureDevices{m_scheduler};

@@ -6,6 +6,7 @@ class Accessories;
 class Applications;
 class BluetoothAdapter;
 class BrowserWindows;
+class CalendarStore;
 class CaptureDevices;
 class DesktopAppearance;
 class Displays;
@@ -60,6 +61,7 @@ struct Platform {
     FrontApplication &frontApplication;
     ServerAccess &servers;
     Downloader &downloads;
+    CalendarStore &calendars;
     BrowserWindows &browserWindows;
     CaptureDevices &captureDevices;
     WebPageButton &webPageButton;

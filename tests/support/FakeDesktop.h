@@ -4,6 +4,7 @@
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoSystem/Ports/Platform.h"
 
+#include "tests/support/FakeCalendarStore.h"
 #include "tests/support/FakeDevices.h"
 #include "tests/support/FakeDisplays.h"
 #include "tests/support/FakeDownloader.h"
@@ -79,15 +80,16 @@ public:
     FakeThumbnailer thumbnailer;
     FakeServers servers{scheduler};
     FakeDownloader downloads{scheduler};
+    FakeCalendarStore calendars{scheduler};
     FakeBrowserWindows browserWindows;
     FakeCaptureDevices captureDevices;
     FakeWebPageButton webPageButton;
     const Platform platform{
-        scheduler,    displays,   pointer,        dragPasteboard, hotKeyGrabber, workspace,
-        panelWindows, fileViewer, appearance,     power,          accessories,   network,
-        bluetooth,    load,       applications,   permissions,    notifications, sounds,
-        loginItem,    statusArea, pasteboard,     share,          thumbnailer,   frontApplication,
-        servers,      downloads,  browserWindows, captureDevices, webPageButton};
+        scheduler,    displays,   pointer,      dragPasteboard, hotKeyGrabber,  workspace,
+        panelWindows, fileViewer, appearance,   power,          accessories,    network,
+        bluetooth,    load,       applications, permissions,    notifications,  sounds,
+        loginItem,    statusArea, pasteboard,   share,          thumbnailer,    frontApplication,
+        servers,      downloads,  calendars,    browserWindows, captureDevices, webPageButton};
 };
 
 } // namespace velmo
