@@ -9,6 +9,7 @@
 #include "VelmoCore/Shelf/DropUndo.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoCore/Timers/TimerCenter.h"
+#include "VelmoSystem/Calendar/CalendarService.h"
 #include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 #include "VelmoSystem/Device/ConnectivityService.h"
 #include "VelmoSystem/Device/LaunchAtLoginService.h"
@@ -76,6 +77,9 @@ AppServices::AppServices(const AppPaths &appPaths, const DataProtectionStatus &p
       clipboardMonitor(std::make_unique<ClipboardMonitor>(
           *clipboard, desktop.pasteboard, desktop.frontApplication, desktop.scheduler,
           [this]() -> const AppSettings & { return settings->settings(); })),
+      calendar(std::make_unique<CalendarService>(
+          appPaths.supportFile(QStringLiteral("calendar-subscriptions.json")), files,
+          desktop.scheduler, desktop.calendars, desktop.downloads, desktop.workspace)),
       connectivity(std::make_unique<ConnectivityService>(desktop.network, desktop.bluetooth)),
       jobs(std::make_unique<JobCenter>(*activity, desktop.scheduler)),
       shelf(std::make_unique<ShelfStore>(shelfPlaces(appPaths), files, desktop.scheduler)),

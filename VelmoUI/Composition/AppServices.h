@@ -19,6 +19,7 @@ namespace velmo {
 class ActionCatalog;
 class ActionRunner;
 class ActivityCenter;
+class CalendarService;
 class ClipboardMonitor;
 class ClipboardStore;
 class ConnectivityService;
@@ -85,6 +86,7 @@ public:
     const std::unique_ptr<NotesStore> notes;
     const std::unique_ptr<ClipboardStore> clipboard;
     const std::unique_ptr<ClipboardMonitor> clipboardMonitor;
+    const std::unique_ptr<CalendarService> calendar;
     const std::unique_ptr<ConnectivityService> connectivity;
     const std::unique_ptr<JobCenter> jobs;
     const std::unique_ptr<ShelfStore> shelf;

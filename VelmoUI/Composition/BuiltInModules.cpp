@@ -1,6 +1,7 @@
 #include "VelmoUI/Composition/BuiltInModules.h"
 
 #include "VelmoSystem/Verbs/ActivityVerbs.h"
+#include "VelmoSystem/Verbs/AgendaVerbs.h"
 #include "VelmoSystem/Verbs/ClipboardVerbs.h"
 #include "VelmoSystem/Verbs/FilesVerbs.h"
 #include "VelmoSystem/Verbs/MailVerbs.h"
@@ -10,6 +11,7 @@
 #include "VelmoSystem/Verbs/TimerVerbs.h"
 #include "VelmoUI/Composition/AppServices.h"
 #include "VelmoUI/Modules/Activity/ActivityModule.h"
+#include "VelmoUI/Modules/Calendar/CalendarModule.h"
 #include "VelmoUI/Modules/Clipboard/ClipboardModule.h"
 #include "VelmoUI/Modules/Home/HomeModule.h"
 #include "VelmoUI/Modules/Mail/MailModule.h"
@@ -66,6 +68,14 @@ const std::array modules = {
                     all.platform.applications);
             },
             ClipboardVerbs::syntaxes},
+    BuiltIn{[](AppServices &all) -> Module {
+                return std::make_unique<CalendarModule>(
+                    CalendarServices{*all.calendar, *all.notes, *all.activity,
+                                     all.platform.fileViewer, all.platform.permissions,
+                                     all.platform.scheduler},
+                    *all.settings, *all.notifier);
+            },
+            AgendaVerbs::syntaxes},
     BuiltIn{[](AppServices &all) -> Module {
                 return std::make_unique<MailModule>(
                     MailServices{*all.mail, *all.signIns, *all.activity, all.platform.fileViewer,

@@ -36,6 +36,7 @@ constexpr std::array glyphs = {
     Glyph{u"checklist", u"checklist"},
     Glyph{u"checkmark", u"check"},
     Glyph{u"checkmark.circle.fill", u"check_circle"},
+    Glyph{u"chevron.left", u"chevron_left"},
     Glyph{u"chevron.right", u"chevron_right"},
     Glyph{u"circle", u"radio_button_unchecked"},
     Glyph{u"computermouse", u"mouse"},

@@ -36,6 +36,8 @@ NotchContent::NotchContent(NotchViewModel &model, const PanelServices &services)
     });
     connect(&services.settings, &SettingsStore::settingsChanged, this,
             &NotchContent::appearanceChanged);
+    for (const NotchModule *module : services.modules.all())
+        connect(module, &NotchModule::peekChanged, this, &NotchContent::updatePeek);
     m_live.setWatched(true);
 }
 
@@ -89,9 +91,23 @@ QString NotchContent::feedbackSpoken() const
                             : QStringLiteral("%1, %2").arg(m_feedback.title, detail);
 }
 
+void NotchContent::updatePeek()
+{
+    NotchModule::Peek peek;
+    for (const NotchModule *module : m_services.modules.visible(settings())) {
+        if (const auto own = module->peek()) {
+            peek = *own;
+            break;
+        }
+    }
+    if (std::exchange(m_peek, peek) != peek)
+        Q_EMIT peekChanged();
+}
+
 void NotchContent::updateClock()
 {
     Q_EMIT clockChanged();
+    updatePeek(); // "amanhã" becomes "hoje"
     if (m_model.presentation() == NotchPresentation::collapsed) {
         m_nextMinute.cancel();
         return;

@@ -57,6 +57,10 @@ class NotchContent : public QObject {
     Q_PROPERTY(QString feedbackSpoken READ feedbackSpoken NOTIFY feedbackChanged)
     Q_PROPERTY(velmo::Feedback::Style feedbackStyle READ feedbackStyle NOTIFY feedbackChanged)
 
+    /// What is next, of the first module that has something; empty without.
+    Q_PROPERTY(QString peekSymbol READ peekSymbol NOTIFY peekChanged)
+    Q_PROPERTY(QString peekTitle READ peekTitle NOTIFY peekChanged)
+    Q_PROPERTY(QString peekDetail READ peekDetail NOTIFY peekChanged)
     Q_PROPERTY(velmo::PanelPages *pages READ pages CONSTANT)
     Q_PROPERTY(velmo::DropContent *drop READ drop CONSTANT)
     Q_PROPERTY(velmo::MailBanner *mailBanner READ mailBanner CONSTANT)
@@ -107,6 +111,10 @@ public:
     QString feedbackSpoken() const;
     Feedback::Style feedbackStyle() const { return Feedback::of(m_feedback.style); }
 
+    QString peekSymbol() const { return m_peek.symbol; }
+    QString peekTitle() const { return m_peek.title; }
+    QString peekDetail() const { return m_peek.detail; }
+
     PanelPages *pages() { return &m_pages; }
     DropContent *drop() { return &m_drop; }
     MailBanner *mailBanner() { return &m_mailBanner; }
@@ -126,6 +134,7 @@ Q_SIGNALS:
     void clockChanged();
     void feedbackChanged();
     void issuesChanged();
+    void peekChanged();
     /// The panel was called by a key or a command, and has the keyboard.
     void called();
 
@@ -133,6 +142,7 @@ private:
     const AppSettings &settings() const { return m_services.settings.settings(); }
     QSizeF size(NotchPresentation presentation, bool hasFeedback = false) const;
     void updateClock();
+    void updatePeek();
 
     NotchViewModel &m_model;
     const PanelServices m_services;
@@ -141,6 +151,7 @@ private:
     PanelPages m_pages;
     DropContent m_drop;
     MailBanner m_mailBanner;
+    NotchModule::Peek m_peek;
     ActivityEvent m_feedback; ///< the last one, also while it fades out
     ScheduledTask m_nextMinute;
 };

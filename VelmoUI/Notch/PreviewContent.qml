@@ -36,7 +36,7 @@ Item {
             readonly property real room: preview.width - 2 * Theme.cardPadding - today.width - row.spacing
 
             anchors.verticalCenter: parent.verticalCenter
-            visible: preview.content.hasLive
+            visible: preview.content.hasLive || preview.content.peekTitle.length > 0
             spacing: 2 * Theme.grid
 
             Item {
@@ -47,14 +47,14 @@ Item {
 
                 ProgressRing {
                     anchors.fill: parent
-                    visible: preview.content.live.progress >= 0
+                    visible: preview.content.hasLive && preview.content.live.progress >= 0
                     progress: preview.content.live.progress
                     color: Theme.accent
                     trackColor: Theme.surfaceSelected
                 }
                 Symbol {
                     anchors.centerIn: parent
-                    name: preview.content.live.symbol
+                    name: preview.content.hasLive ? preview.content.live.symbol : preview.content.peekSymbol
                     size: Theme.smallSymbolSize
                 }
             }
@@ -67,14 +67,14 @@ Item {
                 Label {
                     id: title
                     width: parent.width
-                    text: preview.content.live.title
+                    text: preview.content.hasLive ? preview.content.live.title : preview.content.peekTitle
                     font.weight: Font.Medium
                 }
                 Label {
                     id: meaning
                     width: parent.width
                     visible: text.length > 0
-                    text: preview.content.live.meaning
+                    text: preview.content.hasLive ? preview.content.live.meaning : preview.content.peekDetail
                     color: Theme.secondaryText
                     font.pixelSize: Theme.smallSize
                 }

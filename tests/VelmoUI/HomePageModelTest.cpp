@@ -31,7 +31,7 @@ protected:
         addModules();
         change([](AppSettings &settings) {
             settings.hasCompletedOnboarding = true;
-            settings.hiddenHomeCards = {u"shelf"_qs, u"clipboard"_qs};
+            settings.hiddenHomeCards = {u"agenda"_qs, u"shelf"_qs, u"clipboard"_qs};
             settings.moduleOrder = {u"home"_qs};
         });
     }
@@ -155,7 +155,7 @@ TEST_F(HomePageModelTest, MakesThePanelAsWideAsItsCards)
 TEST_F(HomePageModelTest, TeachesWhatWorksWhereNoCardIsShown)
 {
     change([](AppSettings &settings) {
-        settings.hiddenHomeCards = {u"favorites"_qs, u"focus"_qs,     u"shelf"_qs,
+        settings.hiddenHomeCards = {u"favorites"_qs, u"agenda"_qs,    u"focus"_qs, u"shelf"_qs,
                                     u"notes"_qs,     u"clipboard"_qs, u"system"_qs};
         settings.newNoteHotKeyEnabled = false;
         settings.hoverBehavior = HoverBehavior::preview;

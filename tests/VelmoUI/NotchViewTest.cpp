@@ -277,7 +277,7 @@ TEST_F(NotchViewTest, CutsNothingAndLeavesNoRoomForWhatHasNoData)
     addModules();
     change([](AppSettings &next) {
         next.hasCompletedOnboarding = true;
-        next.hiddenHomeCards = {};
+        next.hiddenHomeCards = {u"agenda"_qs};
     });
     for (int number = 0; number < 20; ++number) {
         const QString text = u"Item %1"_qs.arg(number);

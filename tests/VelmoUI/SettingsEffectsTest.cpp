@@ -5,6 +5,7 @@
 #include "VelmoCore/Settings/SettingsStore.h"
 #include "VelmoCore/Shelf/ShelfStore.h"
 #include "VelmoCore/Timers/TimerCenter.h"
+#include "VelmoSystem/Calendar/CalendarService.h"
 #include "VelmoSystem/Clipboard/ClipboardMonitor.h"
 #include "VelmoSystem/Input/HotKeyController.h"
 #include "VelmoSystem/Mail/MailService.h"
@@ -173,6 +174,20 @@ public:
         return QString::number(banner->isShown()) + banner->snippet() +
                QString::number(desktop.sounds.played.size());
     }
+    /// What counts down to an event that begins in three minutes.
+    QString countdown()
+    {
+        services.calendar->start();
+        const QDateTime start = localDateTime(desktop.scheduler.now() + 180s).toUTC();
+        desktop.calendars.set(
+            {{.id = u"a"_qs}},
+            {{u"a"_qs, u"x"_qs,
+              "BEGIN:VEVENT\nUID:x\nDTSTART:" +
+                  start.toString(u"yyyyMMdd'T'HHmmss'Z'"_qs).toLatin1() + "\nEND:VEVENT\n"}});
+        while (services.calendar->upcoming().empty())
+            desktop.scheduler.runPosted();
+        return QString::number(services.activity->live().size());
+    }
     QString soundsAfterATimer()
     {
         services.timers->startTimer(5s);
@@ -270,6 +285,7 @@ const std::vector<Effect> effects = {
     {"mailNotifications", "false", &Orvane::newMail},
     {"mailShowsPreview", "false", &Orvane::newMail},
     {"mailSound", "true", &Orvane::newMail},
+    {"eventAlertMinutes", "0", &Orvane::countdown},
     {"pomodoro",
      R"({"focusMinutes":50,"shortBreakMinutes":5,"longBreakMinutes":15,"cyclesBeforeLongBreak":4,
          "autoAdvance":true})",
@@ -283,7 +299,7 @@ const std::vector<Effect> effects = {
     {"dropStraightToShelf", "true", &Orvane::afterDrop},
     // The welcome makes the row of cards wider than its bar.
     {"hasCompletedOnboarding", "true", [](auto &o) { return o.open(2); },
-     R"("hiddenHomeCards":["shelf"])"},
+     R"("hiddenHomeCards":["agenda","shelf"])"},
 };
 
 /// Keys whose feature is still to come: the day something reads one, it belongs above.
@@ -292,7 +308,7 @@ const QStringList pending =
         "radialEnabled radialTrigger radialSize radialStyle radialShowsLabels radialContextual "
         "radialStartRing radialLabelsOutside radialRings radialFavorites radialFavoritesName "
         "radialHoldDelay showMediaWhenCollapsed volumeHUDEnabled replaceSystemVolumeHUD "
-        "volumeHUDShowsAutomaticChanges volumeHUDStyle eventAlertMinutes "
+        "volumeHUDShowsAutomaticChanges volumeHUDStyle "
         "shelfDropStorage capturesFolderPath screenshotFormat copyScreenshotToClipboard "
         "recordSystemAudio "
         "recordMicrophone studioMode studioRecordKeys studioOpenEditor "

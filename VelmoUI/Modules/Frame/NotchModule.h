@@ -48,6 +48,15 @@ public:
         std::function<bool()> isShown;
     };
 
+    /// What is next of it, for the preview of the collapsed panel.
+    struct Peek {
+        QString symbol;
+        QString title;
+        QString detail;
+
+        bool operator==(const Peek &) const = default;
+    };
+
     /// A section of a pane of the settings, whose QML takes what `make` gives as `model`.
     struct SettingsSection {
         SettingsPane pane = SettingsPane::modules;
@@ -71,6 +80,7 @@ public:
 
     virtual std::vector<Card> cards() { return {}; }
     virtual std::optional<Offer> offer() { return std::nullopt; }
+    virtual std::optional<Peek> peek() const { return std::nullopt; }
     virtual std::vector<SettingsSection> settings() { return {}; }
     /// Where a global shortcut leads.
     virtual std::map<HotKeyAction, Route> hotKeys() const { return {}; }
@@ -88,6 +98,7 @@ public:
 Q_SIGNALS:
     /// Another of its cards matters now, or its offer came or went.
     void cardsChanged();
+    void peekChanged();
     void issuesChanged();
     /// Of one of its nouns, as "clipboard"; `what` as "items".
     void contentChanged(const QString &noun, const QString &what);
