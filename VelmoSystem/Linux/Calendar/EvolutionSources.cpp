@@ -56,7 +56,7 @@ QString titleOf(const Keys &keys)
 {
     for (const char *key : {"Data Source/DisplayName[pt_BR]", "Data Source/DisplayName[pt]",
                             "Data Source/DisplayName"}) {
-        const QString title = keys.value(QLatin1StringView(key));
+        QString title = keys.value(QLatin1StringView(key));
         if (!title.isEmpty())
             return title;
     }
@@ -83,7 +83,7 @@ QString addressOf(const Keys &keys)
 {
     for (const char *key :
          {"Collection/Identity", "Authentication/User", "Mail Identity/Address"}) {
-        const QString address = keys.value(QLatin1StringView(key));
+        QString address = keys.value(QLatin1StringView(key));
         if (address.contains(u'@'))
             return address;
     }

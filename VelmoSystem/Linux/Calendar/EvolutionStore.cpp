@@ -255,7 +255,7 @@ void EvolutionStore::ownerChanged(const QString &name, const QString &former, co
         if (!former.isEmpty())
             calendar->peerLeft(former);
     }
-    if (m_server == Server::absent) {
+    if (m_server == Server::absent || m_server == Server::unknown) {
         if (!owner.isEmpty())
             look();
     } else if (name == m_registry && owner.isEmpty()) {
