@@ -33,6 +33,8 @@ public:
     virtual std::optional<Application> find(const QString &id) const = 0;
     /// The id that a desktop entry's file has, nothing for any other file.
     virtual std::optional<QString> idOf(const QUrl &file) const = 0;
+    /// The id of what opens files of that media type, or addresses ("x-scheme-handler/mailto").
+    virtual std::optional<QString> handlerOf(const QString &mediaType) const = 0;
     /// Returns before the application shows. Throws `LocalizedError`.
     virtual void launch(const QString &id) = 0;
 

@@ -71,8 +71,8 @@ const std::array modules = {
     BuiltIn{[](AppServices &all) -> Module {
                 return std::make_unique<CalendarModule>(
                     CalendarServices{*all.calendar, *all.notes, *all.activity,
-                                     all.platform.fileViewer, all.platform.permissions,
-                                     all.platform.scheduler},
+                                     all.platform.fileViewer, all.platform.applications,
+                                     all.platform.permissions, all.platform.scheduler},
                     *all.settings, *all.notifier);
             },
             AgendaVerbs::syntaxes},

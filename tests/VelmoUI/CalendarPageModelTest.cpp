@@ -70,7 +70,8 @@ protected:
                              desktop.scheduler, desktop.calendars,
                              desktop.downloads, desktop.workspace};
     CalendarPageModel page{CalendarServices{calendar, notes, activity, desktop.fileViewer,
-                                            desktop.permissions, desktop.scheduler},
+                                            desktop.applications, desktop.permissions,
+                                            desktop.scheduler},
                            panel};
 };
 
@@ -83,6 +84,18 @@ TEST_F(CalendarPageModelTest, IsAboutWhatComesNextUntilTheUserChooses)
     EXPECT_EQ(page.countdown(), "em 59 min");
     page.join();
     EXPECT_EQ(desktop.fileViewer.opened, std::vector{QUrl("https://meet.google.com/abc-defg-hij")});
+
+    page.openApplication();
+    EXPECT_TRUE(page.hasProblem()) << "there is none";
+    desktop.applications.entries = {{.id = "agenda.desktop"}};
+    desktop.applications.handlers = {{"text/calendar", "agenda.desktop"}};
+    page.openApplication();
+    EXPECT_EQ(desktop.applications.launched, std::vector<QString>{"agenda.desktop"});
+    desktop.applications.handlers["x-scheme-handler/calendar"] = "agenda.desktop";
+    page.openApplication();
+    EXPECT_EQ(desktop.fileViewer.opened.back(),
+              QUrl("calendar:///?startdate=" +
+                   localDateTime(at(0, 11)).toUTC().toString("yyyyMMdd'T'HHmmss'Z'")));
 
     page.choose(eventNamed("Almoço"));
     EXPECT_EQ(page.when(), "amanhã, 12:00–13:00");

@@ -113,6 +113,11 @@ struct FakeApplications : Applications {
         const QString name = QFileInfo(file.toLocalFile()).fileName();
         return find(name) ? std::optional(name) : std::nullopt;
     }
+    std::optional<QString> handlerOf(const QString &mediaType) const override
+    {
+        const auto handler = handlers.find(mediaType);
+        return handler == handlers.end() ? std::nullopt : std::optional(handler->second);
+    }
     void launch(const QString &id) override
     {
         if (!find(id))
@@ -121,6 +126,7 @@ struct FakeApplications : Applications {
     }
 
     std::vector<Application> entries;
+    std::map<QString, QString> handlers; ///< by media type
     std::vector<QString> launched;
 };
 

@@ -178,6 +178,14 @@ std::optional<QString> DesktopApplications::idOf(const QUrl &file) const
     return id ? id : idByPath(entry.absoluteFilePath(), path);
 }
 
+std::optional<QString> DesktopApplications::handlerOf(const QString &mediaType) const
+{
+    const Owned<GAppInfo> handler(
+        g_app_info_get_default_for_type(mediaType.toUtf8().constData(), FALSE));
+    const char *id = handler ? g_app_info_get_id(handler.get()) : nullptr;
+    return id ? std::optional(QString::fromUtf8(id)) : std::nullopt;
+}
+
 void DesktopApplications::launch(const QString &id)
 {
     const Entry entry = entryOf(id);

@@ -21,6 +21,7 @@ public:
     std::optional<QString> idOf(const QUrl &file) const override;
     /// By the bus if the entry says so, else as a process of its own session. Fails while the bus,
     /// which is joined at construction, hasn't answered yet.
+    std::optional<QString> handlerOf(const QString &mediaType) const override;
     void launch(const QString &id) override;
 
 private:

@@ -43,6 +43,7 @@ constexpr auto pages = [] {
         Page{"GNOME", microphone, gnomeSettings, "microphone"},
         Page{"GNOME", accessibility, gnomeSettings, "universal-access"},
         Page{"GNOME", bluetooth, gnomeSettings, "bluetooth"},
+        Page{"GNOME", calendar, gnomeSettings, "online-accounts"},
         Page{"KDE", notifications, plasmaSettings, "kcm_notifications"},
         Page{"KDE", microphone, plasmaSettings, "kcm_pulseaudio"},
         Page{"KDE", accessibility, plasmaSettings, "kcm_access"},
@@ -56,6 +57,7 @@ constexpr auto pages = [] {
         Page{"MATE", microphone, {"mate-volume-control"}},
         Page{"MATE", accessibility, {"mate-at-properties"}},
         Page{"LXQt", notifications, {"lxqt-config-notificationd"}},
+        Page{nullptr, calendar, {"gnome-online-accounts-gtk", "evolution"}},
         Page{nullptr, microphone, {"pavucontrol", "pavucontrol-qt"}, "--tab=4"},
         Page{nullptr, bluetooth, {"blueman-manager", "blueberry"}},
     };

@@ -26,7 +26,6 @@ FocusScope {
         readonly property int perColumn: Math.max(1, Math.floor(height / agenda.leastRow))
 
         anchors.fill: parent
-        anchors.bottomMargin: foot.visible ? foot.height : 0
         visible: agenda.page.hasEvents
         flow: GridView.FlowTopToBottom
         cellHeight: Math.floor(height / perColumn)
@@ -126,31 +125,6 @@ FocusScope {
                     }
                 }
             }
-        }
-    }
-
-    Item {
-        id: foot
-        anchors.bottom: parent.bottom
-        width: parent.width
-        height: Theme.controlHeight
-        visible: agenda.page.undoTitle.length > 0 || agenda.page.state.length > 0
-
-        Label {
-            width: parent.width
-            height: parent.height
-            visible: agenda.page.undoTitle.length === 0
-            verticalAlignment: Text.AlignVCenter
-            text: agenda.page.state
-            color: Theme.secondaryText
-            font.pixelSize: Theme.captionSize
-        }
-        ActionButton {
-            visible: agenda.page.undoTitle.length > 0
-            name: agenda.page.undoTitle
-            textColor: Theme.accent
-            idleColor: "transparent"
-            onTriggered: agenda.page.undo()
         }
     }
 }

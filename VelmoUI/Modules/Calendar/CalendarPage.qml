@@ -59,6 +59,7 @@ FocusScope {
         x: month.width + Theme.gap
         visible: month.visible
         focus: visible
+        keys: view
         width: Math.round((parent.width - x) * 0.4)
         height: parent.height
         page: view.page

@@ -4,6 +4,7 @@
 #include "VelmoCore/Calendar/EventLine.h"
 #include "VelmoCore/Foundation/Words.h"
 #include "VelmoCore/Notes/NotesStore.h"
+#include "VelmoSystem/Ports/Applications.h"
 #include "VelmoSystem/Ports/FileViewer.h"
 #include "VelmoSystem/Ports/PermissionSource.h"
 
@@ -370,12 +371,23 @@ void CalendarPageModel::undo()
     Q_EMIT changed();
 }
 
+/// At the event's day where the application can be told, by an address.
 void CalendarPageModel::openApplication()
 {
+    Applications &applications = m_services.applications;
     const Date date = m_event ? m_event->start : m_services.scheduler.now();
-    m_services.fileViewer.open(
-        QUrl(QStringLiteral("calendar:///?startdate=") +
-             localDateTime(date).toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"))));
+    try {
+        if (applications.handlerOf(QStringLiteral("x-scheme-handler/calendar")))
+            m_services.fileViewer.open(
+                QUrl(QStringLiteral("calendar:///?startdate=") +
+                     localDateTime(date).toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"))));
+        else if (const auto id = applications.handlerOf(QStringLiteral("text/calendar")))
+            applications.launch(*id);
+        else
+            report(QStringLiteral("Este ambiente não tem um aplicativo de agenda."));
+    } catch (const LocalizedError &error) {
+        report(error.description());
+    }
 }
 
 void CalendarPageModel::openAccounts()

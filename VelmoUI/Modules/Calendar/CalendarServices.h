@@ -5,6 +5,7 @@
 namespace velmo {
 
 class ActivityCenter;
+class Applications;
 class FileViewer;
 class NotesStore;
 class PermissionSource;
@@ -15,6 +16,7 @@ struct CalendarServices {
     NotesStore &notes;
     ActivityCenter &activity;
     FileViewer &fileViewer;
+    Applications &applications;
     PermissionSource &permissions;
     Scheduler &scheduler;
 };

@@ -7,6 +7,8 @@ FocusScope {
     id: sheet
 
     required property CalendarPageModel page
+    /// Gets the keys while nothing is typed.
+    required property Item keys
 
     function edit() {
         line.text = page.edit();
@@ -82,7 +84,10 @@ FocusScope {
                 visible: sheet.page.canEdit
                 name: "Remover"
                 symbol: "trash"
-                onTriggered: sheet.page.remove()
+                onTriggered: {
+                    sheet.page.remove();
+                    line.forceActiveFocus(Qt.OtherFocusReason); // this button may be gone
+                }
             }
             IconButton {
                 name: "Abrir no aplicativo de agenda"
@@ -96,7 +101,7 @@ FocusScope {
         id: entry
         anchors.bottom: parent.bottom
         width: parent.width
-        height: line.height + hint.height
+        height: line.height + Theme.controlHeight
 
         TextEntry {
             id: line
@@ -105,6 +110,7 @@ FocusScope {
             visible: sheet.page.calendarName.length > 0 || sheet.page.isEditing
             name: sheet.page.isEditing ? "Editar compromisso" : "Novo compromisso"
             placeholder: "Almoço com Ana amanhã 12h30 1h"
+            keysWhileEmpty: sheet.keys
             onEdited: text => sheet.page.readLine(text)
             onAccepted: sheet.page.save(text)
             Keys.onEscapePressed: event => {
@@ -118,15 +124,28 @@ FocusScope {
         Label {
             id: hint
             anchors.bottom: parent.bottom
-            width: parent.width
+            width: parent.width - (undo.visible ? undo.width : 0)
+            height: Theme.controlHeight
+            verticalAlignment: Text.AlignVCenter
             leftPadding: 2 * Theme.grid
             text: sheet.page.understood.length > 0 ? sheet.page.understood
+                : sheet.page.state.length > 0 ? sheet.page.state
                 : line.visible ? "Na agenda " + sheet.page.calendarName
                 : "Agendas por endereço são somente leitura."
             color: sheet.page.hasProblem ? Theme.error : Theme.secondaryText
             font.pixelSize: Theme.captionSize
             Accessible.role: sheet.page.hasProblem ? Accessible.AlertMessage : Accessible.StaticText
             Accessible.name: text
+        }
+        ActionButton {
+            id: undo
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            visible: sheet.page.undoTitle.length > 0
+            name: sheet.page.undoTitle
+            textColor: Theme.accent
+            idleColor: "transparent"
+            onTriggered: sheet.page.undo()
         }
     }
 }
